@@ -1,0 +1,32 @@
+// The local axes of a beam element.
+//
+//   d = NodeJ - NodeI;  v = RefPoint - NodeI (the orientation vector);  c = v x d
+//   x = d / |d|,  y = c / |c|,  z = (d x c) / |d x c|
+//
+// So z is the part of the orientation vector perpendicular to the axis, and x, y, z is
+// right-handed. A zero length, or an orientation vector along the axis, gives NaNs.
+#pragma once
+
+#include <array>
+
+#include "beam/beam_element.h"
+
+namespace korvex {
+
+// 3 x 3, row-major; the rows are local x, y, z in global components.
+using BeamFrame = std::array<double, 9>;
+
+// 12 x 12, row-major.
+using BeamMatrix = std::array<double, 144>;
+
+// |NodeJ - NodeI|.
+double BeamLength(const BeamElement& beam);
+
+// Fills `frame` from NodeI, NodeJ and RefPoint.
+void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame);
+
+// T: 12 x 12, zero but for four diagonal blocks equal to `frame`, so that local = T * global for
+// the twelve degrees of freedom u, v, w, rx, ry, rz of the first and then of the second node.
+void BuildBeamRotation(const BeamFrame& frame, BeamMatrix& T);
+
+}  // namespace korvex

@@ -1,0 +1,17 @@
+// The equivalent nodal loads of a trapezoidal line load on a beam element.
+//
+// Fixed-end values of a slender beam under a load in local z that varies linearly from q1 to q2
+// (Przemieniecki 1968, sec. 5.6, consistent with cubic shape functions). They are used for every
+// section, whatever its shear deformation, and act at the nodes: deliberately, the offset from node
+// to centroid that the stiffness knows is not applied to them.
+#pragma once
+
+#include "beam/beam_element.h"
+
+namespace korvex {
+
+// f: 12, global axes, u, v, w, rx, ry, rz of the first, then of the second node, written
+// completely. A zero length or an orientation vector along the axis gives NaNs.
+void BeamLineLoadVector(const BeamElement& beam, const BeamLineLoad& load, double* f);
+
+}  // namespace korvex

@@ -1,0 +1,95 @@
+// The stages of BeamStiffness: local matrix, eccentricity, rotation.
+#include "beam/beam_stiffness.h"
+
+#include <algorithm>
+
+#include "beam/beam_frame.h"
+#include "shell/matrix.h"
+
+namespace korvex {
+
+namespace {
+
+constexpr std::size_t Dofs = 12;
+
+// k: 12 x 12, row-major, local axes at the centroid, written completely.
+void BuildLocalStiffness(const BeamElement& beam, BeamMatrix& k) {
+  const SectionProperties& s = beam.Section;
+  const double L = BeamLength(beam);
+  const double G = beam.E * 0.5 / (beam.Mu + 1.0);
+  const double Py = s.ShearFactorY;
+  const double Pz = s.ShearFactorZ;
+  const double a = beam.E * s.A / L;
+  const double t = G * s.J / L;
+  const double by = beam.E * s.Iy / (Py + 1.0) / (L * L * L);
+  const double bz = beam.E * s.Iz / (Pz + 1.0) / (L * L * L);
+
+  k.fill(0.0);
+  const auto set = [&k](std::size_t i, std::size_t j, double value) { k[i * Dofs + j] = value; };
+  set(0, 0, a), set(6, 6, a), set(0, 6, -a);  // axial
+  set(3, 3, t), set(9, 9, t), set(3, 9, -t);  // torsion
+
+  // bending in the x-y plane: v and rz
+  set(1, 1, 12.0 * bz), set(7, 7, 12.0 * bz), set(1, 7, -12.0 * bz);
+  set(1, 5, 6.0 * bz * L), set(1, 11, 6.0 * bz * L);
+  set(5, 7, -6.0 * bz * L), set(7, 11, -6.0 * bz * L);
+  set(5, 5, (Pz + 4.0) * bz * (L * L)), set(11, 11, (Pz + 4.0) * bz * (L * L));
+  set(5, 11, (2.0 - Pz) * bz * (L * L));
+
+  // bending in the x-z plane: w and ry, whose positive sense turns z towards x
+  set(2, 2, 12.0 * by), set(8, 8, 12.0 * by), set(2, 8, -12.0 * by);
+  set(2, 4, -6.0 * by * L), set(2, 10, -6.0 * by * L);
+  set(4, 8, 6.0 * by * L), set(8, 10, 6.0 * by * L);
+  set(4, 4, (Py + 4.0) * by * (L * L)), set(10, 10, (Py + 4.0) * by * (L * L));
+  set(4, 10, (2.0 - Py) * by * (L * L));
+
+  for (std::size_t i = 0; i < Dofs; ++i) {
+    for (std::size_t j = i + 1; j < Dofs; ++j) k[j * Dofs + i] = k[i * Dofs + j];
+  }
+}
+
+// B: 12 x 12, row-major: displacements of the centroid from those of the node,
+// u_centroid = u_node + theta x e, in local axes.
+void EccentricityMatrix(const SectionProperties& section, BeamMatrix& B) {
+  B.fill(0.0);
+  for (std::size_t i = 0; i < Dofs; ++i) B[i * Dofs + i] = 1.0;
+  for (std::size_t node = 0; node < 2; ++node) {
+    const std::size_t u = 6 * node, v = u + 1, w = u + 2;
+    const std::size_t rx = u + 3, ry = u + 4, rz = u + 5;
+    B[u * Dofs + ry] = section.Ez;
+    B[u * Dofs + rz] = -section.Ey;
+    B[v * Dofs + rx] = -section.Ez;
+    B[v * Dofs + rz] = section.Ex;
+    B[w * Dofs + rx] = section.Ey;
+    B[w * Dofs + ry] = -section.Ex;
+  }
+}
+
+// K: 12 x 12 <- X^T K X with X: 12 x 12, both row-major.
+void TransformCongruently(const BeamMatrix& X, BeamMatrix& K) {
+  BeamMatrix Xt, XtK;
+  MatTranspose(Xt.data(), X.data(), Dofs, Dofs);
+  MatMultiply(XtK.data(), Xt.data(), K.data(), Dofs, Dofs, Dofs);
+  MatMultiply(K.data(), XtK.data(), X.data(), Dofs, Dofs, Dofs);
+}
+
+}  // namespace
+
+void BeamStiffness(const BeamElement& beam, double* K) {
+  BeamMatrix k;
+  BuildLocalStiffness(beam, k);
+
+  BeamMatrix B;
+  EccentricityMatrix(beam.Section, B);
+  TransformCongruently(B, k);
+
+  BeamFrame frame;
+  BeamMatrix T;
+  ComputeBeamFrame(beam, frame);
+  BuildBeamRotation(frame, T);
+  TransformCongruently(T, k);
+
+  std::copy(k.begin(), k.end(), K);
+}
+
+}  // namespace korvex

@@ -1,0 +1,84 @@
+// The stages of a run, in order. Results of shell elements and the detail models of beams have
+// their places behind the displacements.
+#include "model/run_driver.h"
+
+#include <cstdint>
+#include <fstream>
+
+#include "dxf/line_drawing.h"
+#include "model/model.h"
+#include "model/read_input_file.h"
+#include "platform/calc_log_file.h"
+#include "platform/clock.h"
+#include "platform/console.h"
+#include "platform/notice.h"
+#include "platform/stop_run.h"
+#include "results/node_displacements.h"
+#include "system/assemble_system.h"
+#include "system/solve_skyline.h"
+
+namespace korvex {
+
+namespace {
+
+// Warns of a missing model file. The run goes on: the reader fails on the same file and ends it.
+void ProbeInputFile() {
+  std::ifstream probe;
+  if (!OpenInputFile("fem_solving.txt", probe)) ShowNotice("File Read Error!");
+}
+
+// Solves the system; the console line holds the progress and ends with the time.
+void SolveTimed(Model& model, std::ostream& log) {
+  const std::int64_t frequency = ReadPerformanceFrequency();
+  const std::int64_t start = ReadPerformanceCounter();
+  PrintFormatted("Solute the equilibrium equations...");
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, SolverProgress::Printed);
+  const std::int64_t end = ReadPerformanceCounter();
+  const double seconds =
+      (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency);
+  PrintFormatted("(Solution time:%.2lf seconds)\n", seconds);
+
+  WriteText(log, "Solution time:");
+  log << seconds;
+  WriteText(log, " seconds.");
+  WriteLineEnd(log);
+}
+
+void WriteResults(const Model& model) {
+  WriteConsoleLine("Post-processing in progress...");
+  WriteNodeDisplacements(model);
+  WriteConsoleLine("\tDeformation result file Node_Dis.txt, generated.");
+  WriteDeformationDrawing("deformation.dxf", model);
+}
+
+void RunStages() {
+  std::ofstream CalcLog;
+  OpenCalcLog(CalcLog);
+  if (!CalcLog.is_open()) {
+    // "计算日志输出失败!" (writing the calculation log failed)
+    StopWithNotice(
+        "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97"
+        "\xE8\xBE\x93\xE5\x87\xBA\xE5\xA4\xB1\xE8\xB4\xA5!");
+  }
+  ProbeInputFile();
+
+  Model model;
+  AssembleSystem(model, CalcLog);
+  SolveTimed(model, CalcLog);
+  WriteResults(model);
+  ReleaseModel(model);
+  WriteConsoleLine("Post-processing completed.");
+}
+
+}  // namespace
+
+int RunKorvex() {
+  try {
+    RunStages();
+  } catch (const RunStopped& stopped) {
+    return stopped.exitStatus;
+  }
+  return 0;
+}
+
+}  // namespace korvex

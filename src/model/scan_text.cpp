@@ -1,0 +1,220 @@
+// The conversions of scan_text.h. Each number is first delimited character by character, as scanf
+// does, with a single character of look-ahead; only then its text is converted.
+#include "model/scan_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+namespace korvex {
+
+namespace {
+
+constexpr int EndOfText = -1;  // outside the byte values 0 .. 255
+
+int PeekCharacter(const TextCursor& cursor) {
+  if (cursor.position >= cursor.text.size()) return EndOfText;
+  return static_cast<unsigned char>(cursor.text[cursor.position]);
+}
+
+// The classes of the "C" locale, spelled out: a locale set elsewhere must not change what is read.
+bool IsSpace(int c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+bool IsDigit(int c) {
+  return c >= '0' && c <= '9';
+}
+int LowerCase(int c) {
+  return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
+}
+bool IsHexDigit(int c) {
+  return IsDigit(c) || (LowerCase(c) >= 'a' && LowerCase(c) <= 'f');
+}
+bool IsSign(int c) {
+  return c == '+' || c == '-';
+}
+
+void SkipSpace(TextCursor& cursor) {
+  while (IsSpace(PeekCharacter(cursor))) ++cursor.position;
+}
+
+// Takes the letters of `word` (lower case) in either case; stops at the first that does not fit.
+bool TakeWord(TextCursor& cursor, const char* word) {
+  for (; *word != '\0'; ++word) {
+    if (LowerCase(PeekCharacter(cursor)) != *word) return false;
+    ++cursor.position;
+  }
+  return true;
+}
+
+// "%d": optional sign, decimal digits. A sign without digits is consumed and converts nothing.
+bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
+  SkipSpace(cursor);
+  const bool negative = PeekCharacter(cursor) == '-';
+  if (IsSign(PeekCharacter(cursor))) ++cursor.position;
+  if (!IsDigit(PeekCharacter(cursor))) return false;
+
+  constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+  const std::uint64_t limit = negative ? largest + 1 : largest;
+  std::uint64_t magnitude = 0;
+  for (int c = PeekCharacter(cursor); IsDigit(c); c = PeekCharacter(cursor)) {
+    const auto digit = static_cast<std::uint64_t>(c - '0');
+    magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
+    ++cursor.position;
+  }
+  const std::uint64_t bits = negative ? std::uint64_t{0} - magnitude : magnitude;
+  value = static_cast<std::int32_t>(static_cast<std::uint32_t>(bits));
+  return true;
+}
+
+// What ScanReal has found out about a number while delimiting it.
+struct RealText {
+  bool hexadecimal = false;
+  bool anyDigit = false;
+  bool nonzero = false;        // some digit is not 0
+  std::int64_t magnitude = 0;  // the first nonzero digit stands for digit x base^(magnitude - 1)
+  std::string mantissa;        // digits and point
+  std::string exponent;        // sign and digits; empty if there is none or it has no digit
+};
+
+// Takes digits and at most one point, keeping account of the magnitude.
+void TakeMantissa(TextCursor& cursor, RealText& number) {
+  bool point = false;
+  for (int c = PeekCharacter(cursor);; c = PeekCharacter(cursor)) {
+    if (IsDigit(c) || (number.hexadecimal && IsHexDigit(c))) {
+      number.anyDigit = true;
+      const bool leadingZero = c == '0' && !number.nonzero;
+      if (!leadingZero) number.nonzero = true;
+      if (!point && !leadingZero) ++number.magnitude;
+      if (point && leadingZero) --number.magnitude;
+    } else if (c == '.' && !point) {
+      point = true;
+    } else {
+      return;
+    }
+    number.mantissa += static_cast<char>(c);
+    ++cursor.position;
+  }
+}
+
+// Takes an exponent if one begins here: its letter, an optional sign and digits. The letter and the
+// sign are consumed also when no digit follows.
+void TakeExponent(TextCursor& cursor, RealText& number) {
+  const int letter = number.hexadecimal ? 'p' : 'e';
+  if (!number.anyDigit || LowerCase(PeekCharacter(cursor)) != letter) return;
+  ++cursor.position;
+  bool negative = false;
+  if (IsSign(PeekCharacter(cursor))) {
+    negative = PeekCharacter(cursor) == '-';
+    ++cursor.position;
+  }
+  if (negative) number.exponent += '-';
+  bool anyDigit = false;
+  for (int c = PeekCharacter(cursor); IsDigit(c); c = PeekCharacter(cursor)) {
+    number.exponent += static_cast<char>(c);
+    anyDigit = true;
+    ++cursor.position;
+  }
+  if (!anyDigit) number.exponent.clear();
+}
+
+// The value of an exponent's text, kept within a range that can neither overflow a sum nor be
+// mistaken for one that a mantissa of any length in memory could bring back to 1.
+std::int64_t ConvertExponent(const std::string& exponent) {
+  constexpr std::int64_t bound = std::numeric_limits<std::int64_t>::max() / 8;
+  std::int64_t value = 0;
+  const auto result = std::from_chars(exponent.data(), exponent.data() + exponent.size(), value);
+  const bool negative = !exponent.empty() && exponent.front() == '-';
+  if (result.ec == std::errc::result_out_of_range) value = negative ? -bound : bound;
+  if (value > bound) value = bound;
+  if (value < -bound) value = -bound;
+  return value;
+}
+
+// The nearest double. A number outside the range of doubles becomes an infinity or zero.
+double ConvertReal(const RealText& number) {
+  std::string text = number.mantissa;
+  if (!number.exponent.empty()) text += (number.hexadecimal ? 'p' : 'e') + number.exponent;
+  const auto format = number.hexadecimal ? std::chars_format::hex : std::chars_format::general;
+  double value = 0.0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value, format);
+  if (result.ec != std::errc::result_out_of_range) return value;
+
+  if (!number.nonzero) return 0.0;
+  const std::int64_t exponent = ConvertExponent(number.exponent);
+  const std::int64_t magnitude = number.magnitude * (number.hexadecimal ? 4 : 1) + exponent;
+  return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+}
+
+bool ScanReal(TextCursor& cursor, double& value) {
+  SkipSpace(cursor);
+  const double sign = PeekCharacter(cursor) == '-' ? -1.0 : 1.0;
+  if (IsSign(PeekCharacter(cursor))) ++cursor.position;
+
+  if (LowerCase(PeekCharacter(cursor)) == 'n') {
+    if (!TakeWord(cursor, "nan")) return false;
+    value = std::copysign(std::numeric_limits<double>::quiet_NaN(), sign);
+    return true;
+  }
+  if (LowerCase(PeekCharacter(cursor)) == 'i') {
+    if (!TakeWord(cursor, "inf")) return false;
+    if (LowerCase(PeekCharacter(cursor)) == 'i' && !TakeWord(cursor, "inity")) return false;
+    value = std::copysign(std::numeric_limits<double>::infinity(), sign);
+    return true;
+  }
+
+  RealText number;
+  if (PeekCharacter(cursor) == '0') {
+    ++cursor.position;
+    number.hexadecimal = LowerCase(PeekCharacter(cursor)) == 'x';
+    if (number.hexadecimal) {
+      ++cursor.position;
+    } else {
+      number.anyDigit = true;
+      number.mantissa = "0";
+    }
+  }
+  TakeMantissa(cursor, number);
+  TakeExponent(cursor, number);
+  if (!number.anyDigit) return false;
+  value = std::copysign(ConvertReal(number), sign);
+  return true;
+}
+
+// One conversion of a format; `conversion` points behind the "%" and moves behind it.
+bool ScanConversion(TextCursor& cursor, const char*& conversion, const ScanField& field) {
+  if (*conversion == 'd') {
+    conversion += 1;
+    return ScanInteger(cursor, *field.integer);
+  }
+  conversion += 2;  // "lf"
+  return ScanReal(cursor, *field.real);
+}
+
+}  // namespace
+
+void ScanFormat(TextCursor& cursor, const char* format, std::initializer_list<ScanField> fields) {
+  const ScanField* field = fields.begin();
+  while (*format != '\0') {
+    if (IsSpace(*format)) {
+      SkipSpace(cursor);
+      ++format;
+    } else if (*format == '%') {
+      ++format;
+      if (!ScanConversion(cursor, format, *field)) return;
+      ++field;
+    } else {
+      if (PeekCharacter(cursor) != static_cast<unsigned char>(*format)) return;
+      ++cursor.position;
+      ++format;
+    }
+  }
+}
+
+void SkipLine(TextCursor& cursor) {
+  const std::size_t lineFeed = cursor.text.find('\n', cursor.position);
+  cursor.position = lineFeed == std::string::npos ? cursor.text.size() : lineFeed + 1;
+}
+
+}  // namespace korvex

@@ -1,0 +1,36 @@
+// Console output and input: see console.h. Stream and printf output share one buffer because the
+// standard streams stay synchronised with the C library (their default, never switched off here).
+#include "platform/console.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <iostream>
+
+namespace korvex {
+
+void PrintFormatted(const char* format, ...) {
+  std::va_list arguments;
+  va_start(arguments, format);
+  std::vprintf(format, arguments);
+  va_end(arguments);
+  std::fflush(stdout);
+}
+
+void WriteText(std::ostream& stream, const char* text) {
+  stream << text;
+}
+
+void WriteLineEnd(std::ostream& stream) {
+  stream << std::endl;
+}
+
+void WriteConsoleLine(const char* text) {
+  WriteText(std::cout, text);
+  WriteLineEnd(std::cout);
+}
+
+void WaitForCharacter() {
+  std::getchar();
+}
+
+}  // namespace korvex

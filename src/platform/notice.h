@@ -1,0 +1,17 @@
+// The blocking notice that tells a user why the run cannot go on.
+//
+// Windows: a modal message box without owner window, titled "Warning!", with an OK button only.
+// POSIX: the title, the text and a line asking to press Enter, as UTF-8 on standard error; the
+// call returns after a line on standard input. The end of the input counts as dismissed.
+#pragma once
+
+#include <string>
+
+namespace korvex {
+
+inline constexpr const char* NoticeTitle = "Warning!";
+
+// Shows `text` (UTF-8) and returns when the user has dismissed it.
+void ShowNotice(const std::string& text);
+
+}  // namespace korvex

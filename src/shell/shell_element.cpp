@@ -1,0 +1,41 @@
+// The set-up of shell_element.h, written once for both elements.
+#include "shell/shell_element.h"
+
+#include <algorithm>
+
+#include "platform/stop_run.h"
+
+namespace korvex {
+
+namespace {
+
+template <std::int32_t Nodes>
+void SetShellGeometry(ShellElement<Nodes>& element, const double* coordinates,
+                      std::int32_t nodeCount, double E, double Mu, double TK) {
+  if (nodeCount != element.NodeCount) ReportInconsistency();
+  std::copy(coordinates, coordinates + element.Coordinates.size(), element.Coordinates.begin());
+  element.E = E;
+  element.Mu = Mu;
+  element.TK = TK;
+
+  const auto& c = element.Coordinates;
+  const Vector3 p1{c[0], c[1], c[2]};
+  const Vector3 p2{c[3], c[4], c[5]};
+  const std::size_t last = c.size() - 3;
+  const Vector3 pLast{c[last], c[last + 1], c[last + 2]};
+  ComputeElementFrame(p1, p2, pLast, element.Frame);
+}
+
+}  // namespace
+
+void SetGeometry(Shell4Element& element, const double* coordinates, std::int32_t nodeCount,
+                 double E, double Mu, double TK) {
+  SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
+}
+
+void SetGeometry(Shell3Element& element, const double* coordinates, std::int32_t nodeCount,
+                 double E, double Mu, double TK) {
+  SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
+}
+
+}  // namespace korvex

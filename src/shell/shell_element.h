@@ -1,0 +1,44 @@
+// The records of the two flat shell elements and their set-up, and the load record they share.
+//
+// A record carries everything that its element routines read: its own copy of the node coordinates,
+// the material values, the thickness and the local frame. It knows nothing of the model's tables.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "shell/element_frame.h"
+
+namespace korvex {
+
+// One flat shell element with `Nodes` nodes, six degrees of freedom each.
+template <std::int32_t Nodes>
+struct ShellElement {
+  std::array<double, static_cast<std::size_t>(Nodes) * 3> Coordinates{};  // x, y, z per node
+  std::int32_t NodeCount = Nodes;
+  std::int32_t DofsPerNode = 6;
+  std::int32_t ElementDofs = Nodes * 6;
+  double E = 0.0;   // Young's modulus
+  double Mu = 0.0;  // Poisson's ratio
+  double TK = 0.0;  // thickness
+  ElementFrame Frame{};
+};
+
+using Shell4Element = ShellElement<4>;  // frame from nodes 1, 2 and 4
+using Shell3Element = ShellElement<3>;  // frame from nodes 1, 2 and 3
+
+// A pressure along the element's e3, linear over the element.
+struct ShellSurfaceLoad {
+  std::int32_t element = 0;   // 0-based, in the table of the load's element kind
+  std::array<double, 3> q{};  // intensity at the element's nodes 1, 2, 3, force per area
+};
+
+// Copies `coordinates` (NodeCount x 3, row-major, global axes) and the properties into `element`
+// and computes its frame. A `nodeCount` other than the element's own is reported on the console and
+// otherwise ignored; the element's own count rules.
+void SetGeometry(Shell4Element& element, const double* coordinates, std::int32_t nodeCount,
+                 double E, double Mu, double TK);
+void SetGeometry(Shell3Element& element, const double* coordinates, std::int32_t nodeCount,
+                 double E, double Mu, double TK);
+
+}  // namespace korvex

@@ -1,0 +1,57 @@
+// The profile routines of profile.h.
+#include "system/profile.h"
+
+#include <array>
+#include <iostream>
+
+#include "platform/console.h"
+
+namespace korvex {
+
+namespace {
+
+constexpr double GigabytesPerEntry = 7.450580596923828e-9;  // 8 bytes / 2^30
+
+// connectivity: elements x nodesPerElement node indices, element-major.
+void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
+                         std::int32_t nodesPerElement, SkylineMatrix& K) {
+  std::array<std::int32_t, Shell4Dofs> g{};  // the largest list; smaller elements use its head
+  const auto step = static_cast<std::size_t>(nodesPerElement);
+  for (std::size_t first = 0; first < connectivity.size(); first += step) {
+    BuildDofList(&connectivity[first], nodesPerElement, g.data());
+    RaiseColumns(K, g.data(), nodesPerElement * DofsPerNode);
+  }
+}
+
+void WriteMemoryEstimate(double gigabytes, std::ostream& stream) {
+  WriteText(stream, "The global stiffness matrix will occupy ");
+  stream << gigabytes;
+  WriteText(stream, " GB of memory space.");
+  WriteLineEnd(stream);
+}
+
+}  // namespace
+
+void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_t* g) {
+  for (std::int32_t k = 0; k < nodeCount; ++k) {
+    for (std::int32_t d = 0; d < DofsPerNode; ++d) {
+      g[k * DofsPerNode + d] = nodes[k] * DofsPerNode + d;
+    }
+  }
+}
+
+void BuildProfile(Model& model) {
+  if (model.NEQ < 1) return;
+  InitColumnHeights(model.Stiffness, model.NEQ);
+  RaiseElementColumns(model.Shell4Nodes, NodesPerShell4, model.Stiffness);
+  RaiseElementColumns(model.Shell3Nodes, NodesPerShell3, model.Stiffness);
+  RaiseElementColumns(model.BeamNodes, NodesPerBeam, model.Stiffness);
+}
+
+void ReportMemoryEstimate(const SkylineMatrix& K, std::ostream& log) {
+  const double gigabytes = static_cast<double>(K.SkylineSize) * GigabytesPerEntry;
+  WriteMemoryEstimate(gigabytes, std::cout);
+  WriteMemoryEstimate(gigabytes, log);
+}
+
+}  // namespace korvex

@@ -1,0 +1,27 @@
+// The profile of the global stiffness matrix: which entries it stores, and how much memory they
+// take.
+//
+// The node order of the model file decides the profile; nothing is renumbered. Loads and restraints
+// do not influence it.
+#pragma once
+
+#include <cstdint>
+#include <ostream>
+
+#include "model/model.h"
+
+namespace korvex {
+
+// g: 6 x nodeCount, written completely: the equations of an element's dofs, node by node.
+// nodes: nodeCount node indices in the element's order.
+void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_t* g);
+
+// Fills the ColumnHeights of the stiffness matrix from the connectivity tables: four-node shells,
+// three-node shells, beams. Does nothing if NEQ < 1.
+void BuildProfile(Model& model);
+
+// Writes the memory that the stiffness matrix will take, one line to the console and the same line
+// to `log`. It comes before the allocation: it is the user's only warning of a large matrix.
+void ReportMemoryEstimate(const SkylineMatrix& K, std::ostream& log);
+
+}  // namespace korvex

@@ -1,0 +1,26 @@
+// The solution of K u = F by factors K = L D L^T in skyline storage, column by column.
+//
+// The active-column method (Bathe 1996, sec. 8.2.3; Jennings 1966): only entries inside the profile
+// are touched, everything happens in place. No pivot is tested: a singular K gives infinities or
+// NaNs, silently.
+#pragma once
+
+#include <vector>
+
+#include "system/skyline_matrix.h"
+
+namespace korvex {
+
+// Whether a solution reports its progress on the console.
+enum class SolverProgress { Silent, Printed };
+
+// Solves K u = F.
+// K: n columns with values; holds the factors afterwards: D on the diagonal, the unit upper factor
+//    L^T above it.
+// F: n; holds the forward-reduced vector y of L y = F afterwards.
+// u: n, written completely.
+// With n = 0 nothing is done and nothing printed.
+void SolveSkyline(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
+                  SolverProgress progress);
+
+}  // namespace korvex

@@ -1,0 +1,28 @@
+// A folder of a test's own, gone with everything in it when the test is over.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace korvex::test {
+
+// Created empty under the system's folder for temporary files, removed on destruction.
+class TempFolder {
+ public:
+  TempFolder();
+  ~TempFolder();
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  std::filesystem::path path_;
+};
+
+// The bytes of a file; empty where it does not exist.
+std::string ReadFile(const std::filesystem::path& file);
+
+void WriteFile(const std::filesystem::path& file, const std::string& bytes);
+
+}  // namespace korvex::test
