@@ -21,6 +21,15 @@ TempFolder::~TempFolder() {
   fs::remove_all(path_, ignored);
 }
 
+WorkingFolder::WorkingFolder() : before_(fs::current_path()) {
+  fs::current_path(folder_.Path());
+}
+
+WorkingFolder::~WorkingFolder() {
+  std::error_code ignored;
+  fs::current_path(before_, ignored);
+}
+
 std::string ReadFile(const fs::path& file) {
   std::ifstream stream(file, std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};

@@ -20,6 +20,21 @@ class TempFolder {
   std::filesystem::path path_;
 };
 
+// A TempFolder that is the process's current folder as long as it exists.
+class WorkingFolder {
+ public:
+  WorkingFolder();
+  ~WorkingFolder();
+  WorkingFolder(const WorkingFolder&) = delete;
+  WorkingFolder& operator=(const WorkingFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return folder_.Path(); }
+
+ private:
+  std::filesystem::path before_;
+  TempFolder folder_;
+};
+
 // The bytes of a file; empty where it does not exist.
 std::string ReadFile(const std::filesystem::path& file);
 

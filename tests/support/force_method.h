@@ -1,0 +1,42 @@
+// Displacements of chains of beams by the force method, independent of any stiffness matrix.
+//
+// Unit-load theorem (Timoshenko & Gere 1972, ch. 11): the displacement at a point is the integral
+// over the members of the products of the section forces of the real and of a unit load, each over
+// its rigidity. The section forces of a chain clamped at its start follow from statics alone; a
+// second clamped end is a set of six redundant forces. Member axes run through the centroids, which
+// rigid arms join to the nodes. Products of linear functions are integrated exactly by Simpson's
+// rule. All in long double: the comparison then measures the solver alone.
+#pragma once
+
+#include <array>
+#include <vector>
+
+namespace korvex::test {
+
+using Real = long double;
+using Real3 = std::array<Real, 3>;
+using Real6 = std::array<Real, 6>;  // ux, uy, uz, rx, ry, rz or Fx, Fy, Fz, Mx, My, Mz, global
+
+// The numbers of a cross-section in local axes, found from its shape in beam_sections.h.
+struct SectionNumbers {
+  Real A = 0, Iy = 0, Iz = 0, J = 0;
+  Real shearAreaZ = 0;  // carries the shear of bending in x-z; 0: no shear deformation
+  Real shearAreaY = 0;  // carries the shear of bending in x-y; 0: no shear deformation
+  Real ey = 0, ez = 0;  // from the node to the centroid
+};
+
+// Member i joins point i to point i + 1; point 0 is clamped.
+struct BeamChain {
+  Real E = 0, Mu = 0;
+  std::vector<Real3> points;
+  std::vector<Real3> orientations;       // by member; only the part across the axis counts
+  std::vector<SectionNumbers> sections;  // by member
+};
+
+// Displacements of point `at` under `load` at point `loaded`, the other end free.
+Real6 DisplaceCantilever(const BeamChain& chain, int at, int loaded, const Real6& load);
+
+// The same with the last point clamped as well.
+Real6 DisplacePortal(const BeamChain& chain, int at, int loaded, const Real6& load);
+
+}  // namespace korvex::test
