@@ -1,0 +1,269 @@
+// Whole runs of the program as a process: console, log and every file byte by byte, and each way to
+// fail, with its texts, their order, the exit status and what was not written.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <regex>
+
+#include "support/model_text.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace korvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+// "计算日志.txt" in GBK and in UTF-8.
+constexpr const char* LogName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
+constexpr const char* LogLink = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
+
+constexpr const char* EmptyDrawing = "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n";
+
+constexpr const char* DisplacementHeader =
+    "           Node             dx             dy             dz"
+    "             rx             ry             rz\n";
+
+// A notice as standard error shows it.
+std::string Notice(const std::string& text) {
+  return "Warning!\n" + text + "\nPress Enter to continue.\n";
+}
+
+// The names in a folder, sorted.
+std::vector<std::string> ListFolder(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> Sorted(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+ProgramRun RunIn(const TempFolder& folder, const std::string& input = "") {
+  return RunProgram(KORVEX_PROGRAM, folder.Path(), input);
+}
+
+// Replaces the one figure that differs from run to run.
+std::string MaskTime(const std::string& console) {
+  return std::regex_replace(console, std::regex("time:[0-9]+\\.[0-9][0-9] seconds"),
+                            "time:# seconds");
+}
+
+// The console of a complete run whose solver prints `progress`.
+std::string Console(const std::string& gigabytes, const std::string& progress) {
+  return "The global stiffness matrix will occupy " + gigabytes +
+         " GB of memory space.\n"
+         "Assembling the global stiffness matrix...\n"
+         "Solute the equilibrium equations..." +
+         progress +
+         "(Solution time:# seconds)\n"
+         "Post-processing in progress...\n"
+         "\tDeformation result file Node_Dis.txt, generated.\n"
+         "Post-processing completed.\n";
+}
+
+// Checks everything that a complete run of a model without plates leaves behind.
+void ExpectCompleteRun(const std::string& model, const std::string& gigabytes,
+                       const std::string& progress, const std::string& displacements) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", model);
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(MaskTime(run.out), Console(gigabytes, progress));
+  EXPECT_EQ(ReadFile(folder.Path() / "Node_Dis.txt"), DisplacementHeader + displacements);
+  EXPECT_EQ(ReadFile(folder.Path() / "structure.dxf"), EmptyDrawing);
+  EXPECT_EQ(ReadFile(folder.Path() / "deformation.dxf"), EmptyDrawing);
+  // Two lines; the time in the stream's general notation.
+  const std::regex log("The global stiffness matrix will occupy " + gigabytes +
+                       " GB of memory space\\.\n"
+                       "Solution time:[0-9.e+-]+ seconds\\.\n");
+  EXPECT_TRUE(std::regex_match(ReadFile(folder.Path() / LogName), log));
+  EXPECT_EQ(ReadFile(folder.Path() / LogLink), ReadFile(folder.Path() / LogName));
+  EXPECT_EQ(ListFolder(folder.Path()), Sorted({"Node_Dis.txt", "deformation.dxf", "fem_solving.txt",
+                                               "structure.dxf", LogName, LogLink}));
+}
+
+// A node held in all directions moves by its load / 1e20. Six columns of one entry each: 48 bytes.
+TEST(RunDriver, SingleSupportedNode) {
+  ModelText text;
+  text.nodes = {{1, 2, 3}};
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{0, {1000, 0, -500, 2.5, 0, 1e20}}};
+  ExpectCompleteRun(WriteModel(text), "4.47035e-08", "100%Completed.",
+                    "             0:          1e-17              0         -5e-18"
+                    "        2.5e-20              0              1\n");
+}
+
+// A flat bar 2 x 0.5 of length 2 along X, its offset -1 putting the centroid on the nodes.
+// E = 1200, G = 480, A = 1, Iy = 1/3, Iz = 1/48, J = 1/12, shear area 2/3. At the free end:
+//   u = 600 L / E A = 1;  rx = 40 L / G J = 2;
+//   w = 3 L^3 / 3 E Iy + 3 L / (G 2/3) = 0.02 + 0.01875;  ry = -3 L^2 / 2 E Iy = -0.015;
+//   v = 0.25 L^3 / 3 E Iz = 2/75;  rz = 0.25 L^2 / 2 E Iz = 0.02.
+// The clamped end takes the load and its moment -3 L about y and 0.25 L about z, over 1e20.
+// Twelve columns, 78 entries of 8 bytes: 624 / 2^30 GB.
+ModelText MakeCantilever() {
+  ModelText text;
+  text.materials = {{1200.0, 0.25, 1.0}};
+  text.tSections = {{2.0, 0.5, 0.0, 0.0}};
+  text.nodes = {{0, 0, 0}, {2, 0, 0}};
+  text.beams.resize(1);
+  text.beams[0].BeamSecOz = -1.0;
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{1, {600, 0.25, 3, 40, 0, 0}}};
+  return text;
+}
+
+constexpr const char* CantileverDisplacements =
+    "             0:          6e-18        2.5e-21          3e-20"
+    "          4e-19         -6e-20          5e-21\n"
+    "             1:              1      0.0266667        0.03875"
+    "              2         -0.015           0.02\n";
+
+TEST(RunDriver, Cantilever) {
+  ExpectCompleteRun(WriteModel(MakeCantilever()), "5.81145e-07", "100%Completed.",
+                    CantileverDisplacements);
+}
+
+// Ten supported nodes: p = 20, 40, 60 and 80 for one column each (j = 11, 23, 35, 47).
+TEST(RunDriver, ProgressStepsBackOverItself) {
+  ModelText text;
+  std::string displacements;
+  for (int n = 0; n < 10; ++n) {
+    text.nodes.push_back({1.0 * n, 0, 0});
+    text.restraints.push_back({n, {1, 1, 1, 1, 1, 1}});
+    displacements += "             " + std::to_string(n) +
+                     ":              0              0              0"
+                     "              0              0              0\n";
+  }
+  const std::string back(13, '\b');
+  ExpectCompleteRun(WriteModel(text), "4.47035e-07",
+                    "20%Completed." + back + "40%Completed." + back + "60%Completed." + back +
+                        "80%Completed." + back + "100%Completed.",
+                    displacements);
+}
+
+TEST(RunDriver, ModelWithoutNodes) {
+  ExpectCompleteRun(WriteModel(ModelText()), "0", "", "");
+}
+
+TEST(RunDriver, SecondRunReplacesTheFirst) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  WriteFile(folder.Path() / "Node_Dis.txt", std::string(10000, 'x'));
+  WriteFile(folder.Path() / LogName, std::string(10000, 'x'));
+  EXPECT_EQ(RunIn(folder).exitStatus, 0);
+  EXPECT_EQ(RunIn(folder).exitStatus, 0);
+  EXPECT_EQ(ReadFile(folder.Path() / "Node_Dis.txt"),
+            std::string(DisplacementHeader) + CantileverDisplacements);
+  const std::string log = ReadFile(folder.Path() / LogName);
+  EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 2);
+}
+
+// A file in the link's place stays as it is, and nothing is said about it.
+TEST(RunDriver, LinkToTheLogNeverReplacesAFile) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  WriteFile(folder.Path() / LogLink, "mine");
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(ReadFile(folder.Path() / LogLink), "mine");
+}
+
+TEST(RunDriver, MissingModelFile) {
+  const TempFolder folder;
+  for (const char* input : {"", "\n\n"}) {
+    const ProgramRun run = RunIn(folder, input);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, Notice("File Read Error!") + Notice("Preprocessor file read error!"));
+    EXPECT_EQ(ListFolder(folder.Path()), Sorted({LogName, LogLink}));
+    EXPECT_EQ(ReadFile(folder.Path() / LogName), "");
+  }
+}
+
+TEST(RunDriver, WrongRelease) {
+  const TempFolder folder;
+  ModelText text = MakeCantilever();
+  text.release = "3.01";
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, Notice("Release File Number error!"));
+  EXPECT_EQ(ListFolder(folder.Path()), Sorted({"fem_solving.txt", LogName, LogLink}));
+  EXPECT_EQ(ReadFile(folder.Path() / LogName), "");
+}
+
+// The log comes first: nothing else is looked at, read or written.
+TEST(RunDriver, UnwritableLog) {
+  const TempFolder folder;
+  fs::create_directory(folder.Path() / LogName);
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out, "");
+  // "计算日志输出失败!"
+  EXPECT_EQ(run.err, Notice("计算日志输出失败!"));
+  EXPECT_EQ(ListFolder(folder.Path()), Sorted({LogName}));
+}
+
+// The console up to the solution and its time.
+std::string ConsoleBeforeResults() {
+  const std::string console = Console("5.81145e-07", "100%Completed.");
+  return console.substr(0, console.find("\tDeformation"));
+}
+
+TEST(RunDriver, UnwritableDisplacementFile) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  fs::create_directory(folder.Path() / "Node_Dis.txt");
+  for (const char* input : {"", "x"}) {
+    const ProgramRun run = RunIn(folder, input);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(MaskTime(run.out), ConsoleBeforeResults() +
+                                     "\xBD\xDA\xB5\xE3\xCE\xBB\xD2\xC6\xCE\xC4\xBC\xFE"
+                                     "\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
+    EXPECT_EQ(ListFolder(folder.Path()),
+              Sorted({"fem_solving.txt", "Node_Dis.txt", "structure.dxf", LogName, LogLink}));
+    EXPECT_TRUE(fs::is_empty(folder.Path() / "Node_Dis.txt"));
+  }
+}
+
+TEST(RunDriver, UnwritableStructureDrawing) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  fs::create_directory(folder.Path() / "structure.dxf");
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out,
+            "The global stiffness matrix will occupy 5.81145e-07 GB of memory space.\n"
+            "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
+  EXPECT_EQ(ListFolder(folder.Path()),
+            Sorted({"fem_solving.txt", "structure.dxf", LogName, LogLink}));
+}
+
+// The displacement file is there by then, and its line on the console.
+TEST(RunDriver, UnwritableDeformationDrawing) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  fs::create_directory(folder.Path() / "deformation.dxf");
+  const ProgramRun run = RunIn(folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(MaskTime(run.out), ConsoleBeforeResults() +
+                                   "\tDeformation result file Node_Dis.txt, generated.\n"
+                                   "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
+  EXPECT_EQ(ReadFile(folder.Path() / "Node_Dis.txt"),
+            std::string(DisplacementHeader) + CantileverDisplacements);
+}
+
+}  // namespace
+}  // namespace korvex::test

@@ -1,0 +1,13 @@
+// Checks that a piece of work ends the run with a notice.
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace korvex::test {
+
+// Runs `work` with standard input at its end and expects that it shows the notice `text` on
+// standard error, titled and with its prompt, and ends the run with exit status 1.
+void ExpectStop(const std::function<void()>& work, const std::string& text);
+
+}  // namespace korvex::test

@@ -1,0 +1,121 @@
+// The profile of the global stiffness matrix and its memory estimate.
+#include "system/profile.h"
+
+#include <gtest/gtest.h>
+
+#include <numeric>
+#include <sstream>
+
+namespace korvex {
+namespace {
+
+// A model of `nodes` nodes without coordinates: the profile needs the connectivity alone.
+Model MakeModel(std::int32_t nodes) {
+  Model model;
+  model.NPOIN = nodes;
+  model.NEQ = nodes * DofsPerNode;
+  return model;
+}
+
+void Build(Model& model) {
+  BuildProfile(model);
+  ComputeDiagonalAddresses(model.Stiffness);
+}
+
+std::string EstimateOf(std::int64_t skylineSize) {
+  SkylineMatrix K;
+  K.SkylineSize = skylineSize;
+  std::ostringstream log;
+  testing::internal::CaptureStdout();
+  ReportMemoryEstimate(K, log);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), log.str());  // the same line to both
+  return log.str();
+}
+
+TEST(Profile, DofListRunsNodeByNode) {
+  const std::array<std::int32_t, 2> nodes{3, 1};
+  std::array<std::int32_t, 12> g{};
+  BuildDofList(nodes.data(), 2, g.data());
+  EXPECT_EQ(g, (std::array<std::int32_t, 12>{18, 19, 20, 21, 22, 23, 6, 7, 8, 9, 10, 11}));
+}
+
+TEST(Profile, OneNodeWithoutElements) {
+  Model model = MakeModel(1);
+  Build(model);
+  EXPECT_EQ(model.Stiffness.ColumnHeights, std::vector<std::int32_t>(6, 1));
+  EXPECT_EQ(model.Stiffness.SkylineSize, 6);
+  EXPECT_EQ(EstimateOf(6),
+            "The global stiffness matrix will occupy 4.47035e-08 GB of memory space.\n");
+}
+
+// 2^27 doubles are 1 GB.
+TEST(Profile, EstimateOfAGigabyte) {
+  EXPECT_EQ(EstimateOf(134217728),
+            "The global stiffness matrix will occupy 1 GB of memory space.\n");
+}
+
+TEST(Profile, SizesBeyond32BitsAreEstimated) {
+  EXPECT_EQ(EstimateOf(std::int64_t{134217728} * 100),
+            "The global stiffness matrix will occupy 100 GB of memory space.\n");
+}
+
+TEST(Profile, SingleFourNodeShellIsATriangle) {
+  Model model = MakeModel(4);
+  model.NELEM_S_4ND = 1;
+  model.Shell4Nodes = {0, 1, 2, 3};
+  Build(model);
+  std::vector<std::int32_t> heights(24);
+  std::iota(heights.begin(), heights.end(), 1);
+  EXPECT_EQ(model.Stiffness.ColumnHeights, heights);
+  EXPECT_EQ(model.Stiffness.SkylineSize, 300);
+}
+
+TEST(Profile, SingleThreeNodeShellIsATriangle) {
+  Model model = MakeModel(3);
+  model.NELEM_S_3ND = 1;
+  model.Shell3Nodes = {2, 0, 1};
+  Build(model);
+  EXPECT_EQ(model.Stiffness.SkylineSize, 18 * 19 / 2);
+}
+
+TEST(Profile, ElementsWithoutCommonNodesAreIndependentBlocks) {
+  Model model = MakeModel(5);  // node 2 belongs to no element
+  model.NELEM_B = 2;
+  model.BeamNodes = {0, 1, 4, 3};
+  Build(model);
+  const std::int64_t block = 12 * 13 / 2;
+  EXPECT_EQ(model.Stiffness.SkylineSize, 2 * block + 6);
+  for (std::size_t j = 12; j < 18; ++j) EXPECT_EQ(model.Stiffness.ColumnHeights[j], 1);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 1);
+}
+
+// The column reaches up to the lowest dof of all elements at its node.
+TEST(Profile, ColumnsReachTheLowestNeighbour) {
+  Model model = MakeModel(4);
+  model.NELEM_B = 2;
+  model.BeamNodes = {0, 3, 2, 3};
+  Build(model);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 19);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[23], 24);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[12], 1);
+}
+
+TEST(Profile, LoadsAndRestraintsDoNotCount) {
+  Model model = MakeModel(2);
+  model.NRN = 1;
+  model.NodalRestraints = {{{1, 1, 1, 1, 1, 1}, 1}};
+  model.NFOR = 1;
+  model.NodalForces = {{1, {1, 1, 1, 1, 1, 1}}};
+  Build(model);
+  EXPECT_EQ(model.Stiffness.SkylineSize, 12);
+}
+
+TEST(Profile, NoNodesNoColumns) {
+  Model model = MakeModel(0);
+  Build(model);
+  EXPECT_TRUE(model.Stiffness.ColumnHeights.empty());
+  EXPECT_EQ(model.Stiffness.SkylineSize, 0);
+}
+
+}  // namespace
+}  // namespace korvex
