@@ -8,10 +8,10 @@
 
 namespace korvex {
 
-void PrintFormatted(const char* format, ...) {
+void PrintFormatted(const char* format, ...) {  // NOLINT(cert-dcl50-cpp): it is a printf
   std::va_list arguments;
   va_start(arguments, format);
-  std::vprintf(format, arguments);
+  std::vprintf(format, arguments);  // NOLINT(clang-analyzer-valist.Uninitialized): set above
   va_end(arguments);
   std::fflush(stdout);
 }

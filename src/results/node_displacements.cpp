@@ -25,10 +25,8 @@ void WriteNodeDisplacements(const Model& model) {
   file << '\n';
   for (std::int32_t n = 0; n < model.NPOIN; ++n) {
     file << std::setw(NumberWidth) << n << ':';
-    for (std::int32_t d = 0; d < DofsPerNode; ++d) {
-      const auto equation = static_cast<std::size_t>(n * DofsPerNode + d);
-      file << std::setw(ColumnWidth) << model.Displacements[equation];
-    }
+    const double* u = &model.Displacements[static_cast<std::size_t>(n) * DofsPerNode];
+    for (std::int32_t d = 0; d < DofsPerNode; ++d) file << std::setw(ColumnWidth) << u[d];
     file << '\n';
   }
 }

@@ -42,6 +42,10 @@ SectionNumbers TubeNumbers(Real R, Real T) {
 
 }  // namespace
 
+std::ostream& operator<<(std::ostream& out, const TestSection& section) {
+  return out << section.name;
+}
+
 std::vector<TestSection> AllSections() {
   const std::array<double, 4> plates{0.3, 0.02, 0.16, 0.025};
   const std::vector<TestSection> plain{{"T", 0, plates, 0.0, false},

@@ -4,6 +4,7 @@
 // centroid, the tube is the difference of two circles in its mean radius and thickness.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,9 @@ struct TestSection {
   double BeamSecOz = 0.0;
   bool mirrored = false;
 };
+
+// How a failed test names the section.
+std::ostream& operator<<(std::ostream& out, const TestSection& section);
 
 // T, L, mirrored L, flat bar and tube, each without and with an offset.
 std::vector<TestSection> AllSections();
