@@ -39,11 +39,13 @@ void SkipSpace(TextCursor& cursor) {
   while (IsSpace(PeekCharacter(cursor))) ++cursor.position;
 }
 
-// Takes the letters of `word` (lower case) in either case; stops at the first that does not fit.
+// Takes the letters of `word` (lower case) in either case, and the first that does not fit as well:
+// the C library looks at it and does not put it back.
 bool TakeWord(TextCursor& cursor, const char* word) {
   for (; *word != '\0'; ++word) {
-    if (LowerCase(PeekCharacter(cursor)) != *word) return false;
-    ++cursor.position;
+    const int c = PeekCharacter(cursor);
+    if (c != EndOfText) ++cursor.position;
+    if (LowerCase(c) != *word) return false;
   }
   return true;
 }
@@ -101,7 +103,7 @@ void TakeMantissa(TextCursor& cursor, RealText& number) {
 // Takes an exponent if one begins here: its letter, an optional sign and digits. The letter and the
 // sign are consumed also when no digit follows.
 void TakeExponent(TextCursor& cursor, RealText& number) {
-  const int letter = number.hexadecimal ? 'p' : 'e';
+  const char letter = number.hexadecimal ? 'p' : 'e';
   if (!number.anyDigit || LowerCase(PeekCharacter(cursor)) != letter) return;
   ++cursor.position;
   bool negative = false;
@@ -134,6 +136,7 @@ std::int64_t ConvertExponent(const std::string& exponent) {
 
 // The nearest double. A number outside the range of doubles becomes an infinity or zero.
 double ConvertReal(const RealText& number) {
+  if (!number.nonzero) return 0.0;
   std::string text = number.mantissa;
   if (!number.exponent.empty()) text += (number.hexadecimal ? 'p' : 'e') + number.exponent;
   const auto format = number.hexadecimal ? std::chars_format::hex : std::chars_format::general;
@@ -141,7 +144,6 @@ double ConvertReal(const RealText& number) {
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value, format);
   if (result.ec != std::errc::result_out_of_range) return value;
 
-  if (!number.nonzero) return 0.0;
   const std::int64_t exponent = ConvertExponent(number.exponent);
   const std::int64_t magnitude = number.magnitude * (number.hexadecimal ? 4 : 1) + exponent;
   return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
@@ -177,7 +179,8 @@ bool ScanReal(TextCursor& cursor, double& value) {
   }
   TakeMantissa(cursor, number);
   TakeExponent(cursor, number);
-  if (!number.anyDigit) return false;
+  const bool zeroPrefix = number.hexadecimal && number.mantissa == ".";  // "0x." counts as its 0
+  if (!number.anyDigit && !zeroPrefix) return false;
   value = std::copysign(ConvertReal(number), sign);
   return true;
 }

@@ -5,7 +5,7 @@
 // What the C standard leaves open is settled as the GNU C library settles it:
 //   %d   accumulates in 64 bits with saturation, then keeps the low 32 bits;
 //   %lf  takes the longest prefix that looks like a number; of "1e+" the whole is consumed and the
-//        value is 1; "inf", "infinity", "nan" and hexadecimal numbers are accepted.
+//        value is 1; "inf", "infinity", "nan" and hexadecimal numbers are accepted, "0x." as 0.
 #pragma once
 
 #include <cstddef>
@@ -31,9 +31,10 @@ struct ScanField {
 };
 
 // Reads `format` from the cursor and stores the converted values into `fields` in order. Stops at
-// the first directive that does not match, with the cursor before the character that did not fit;
-// the fields from there on keep their values. White space in the format takes any amount of white
-// space, none included; every other character outside a conversion must match exactly.
+// the first directive that does not match, with the cursor before the character that did not fit
+// (behind it where that broke off an "inf", "infinity" or "nan"); the fields from there on keep
+// their values. White space in the format takes any amount of white space, none included; every
+// other character outside a conversion must match exactly.
 void ScanFormat(TextCursor& cursor, const char* format, std::initializer_list<ScanField> fields);
 
 // Skips the rest of a line with its line feed; stops at the end of the text.

@@ -1,0 +1,653 @@
+// The reader of the model file: where each number of a file lands, what the format allows and what
+// derails it, and each way in which it stops the run.
+#include "model/read_input_file.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+
+#include "beam/section_properties.h"
+#include "support/expect_stop.h"
+#include "support/model_text.h"
+#include "support/temp_folder.h"
+
+namespace korvex {
+namespace {
+
+using test::ExpectStop;
+using test::TempFolder;
+
+// A model with rows in every section. No two numbers are alike where they could be confused, and
+// all coordinates are binary fractions, so that sums of them are exact.
+constexpr const char* FullFile = R"(### Toln_Korvex release=3.0 ###
+Number of materials:NMT=2
+#0:
+E=2.1e11
+Mu=0.3
+Density=7850
+#1:
+E=7e10
+Mu=0.33
+Density=2700
+Number of shell thicknesses:NTK=2
+#0:
+TK=0.012
+#1:
+TK=0.015
+Number of T_beam sections:NTBS=2
+T_beam #0
+Hw=0.21
+Tw=0.011
+Bf=0.12
+Tf=0.013
+T_beam #1
+Hw=0.22
+Tw=0.014
+Bf=0.16
+Tf=0.017
+Number of L_beam sections:NLBS=1
+L_beam #0
+Hw=0.31
+Tw=0.018
+Bf=0.19
+Tf=0.025
+Number of C_beam sections:NCBS=2
+C_beam #0
+R=0.41
+T=0.026
+C_beam #1
+R=0.42
+T=0.027
+Number of nodal points:NPOIN=6
+0:0.5,0.25,0.125
+1:4.5,0.75,0.375
+2:5.5,3.25,1.125
+3:1.5,3.75,0.625
+4:-2.5,-1.25,7.75
+5:9.5,8.25,-6.125
+Number of four-nodes shell elements:NELEM_S_4ND=1
+0:0,1,2,3[1,0]
+Number of three-nodes shell elements:NELEM_S_3ND=1
+0:4,2,5[0,1]
+Number of beam elements:NELEM_B=4
+0:4,5<0.25,0.5,-1>[1,BeamSecType=0,BeamSecIndex=1,BeamSecOz=0.03,BeamSecMirrored=1]
+1:5,3<2,4,8>[0,BeamSecType=1,BeamSecIndex=0,BeamSecOz=-0.04,BeamSecMirrored=-7]
+2:2,4<16,32,64>[1,BeamSecType=2,BeamSecIndex=1,BeamSecOz=0.05,BeamSecMirrored=0]
+3:1,0<128,256,512>[77,BeamSecType=3,BeamSecIndex=88,BeamSecOz=0.06,BeamSecMirrored=1]
+Number of restricted nodal points:NRN=2
+4: 1 2 0 -3 4 5
+2: 6 7 8 9 10 1
+Number of forces:NFOR=2
+3<1.5,-2.5,3.5,-4.5,5.5,-6.5>
+5<7.5,8.5,9.5,10.5,11.5,12.5>
+Number of distributed loads on four-nodes shell elements:NDL_S_4ND=1
+0:21.5,22.5,23.5
+Number of distributed loads on three-nodes shell elements:NDL_S_3ND=1
+0:31.5,32.5,33.5
+Number of distributed loads on beam elements:NDL_B=2
+2:41.5,42.5
+1:43.5,44.5
+)";
+
+// A file without rows is these sections.
+constexpr const char* EmptyFile = R"(### Toln_Korvex release=3.0 ###
+Number of materials:NMT=0
+Number of shell thicknesses:NTK=0
+Number of T_beam sections:NTBS=0
+Number of L_beam sections:NLBS=0
+Number of C_beam sections:NCBS=0
+Number of nodal points:NPOIN=0
+Number of four-nodes shell elements:NELEM_S_4ND=0
+Number of three-nodes shell elements:NELEM_S_3ND=0
+Number of beam elements:NELEM_B=0
+Number of restricted nodal points:NRN=0
+Number of forces:NFOR=0
+Number of distributed loads on four-nodes shell elements:NDL_S_4ND=0
+Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0
+Number of distributed loads on beam elements:NDL_B=0
+)";
+
+Model ReadText(const std::string& text) {
+  const TempFolder folder;
+  const std::string file = (folder.Path() / "fem_solving.txt").string();
+  test::WriteFile(file, text);
+  Model model;
+  ReadInputFile(file.c_str(), model);
+  return model;
+}
+
+void ExpectStopOnText(const std::string& text, const std::string& notice) {
+  ExpectStop([&] { ReadText(text); }, notice);
+}
+
+// `text` with the one place where it says `from` saying `to`.
+std::string Replace(std::string text, const std::string& from, const std::string& to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  EXPECT_EQ(text.find(from, at + 1), std::string::npos) << from << " stands in several places";
+  return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
+// The whole file was read: its last section's rows are there.
+void ExpectReadToTheEnd(const Model& model) {
+  ASSERT_EQ(model.BeamLineLoads.size(), 2U);
+  EXPECT_EQ(model.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
+}
+
+void ExpectSection(const BeamSection& s, const std::array<double, 4>& expected) {
+  EXPECT_EQ((std::array<double, 4>{s.Hw, s.Tw, s.Bf, s.Tf}), expected);
+}
+
+void ExpectNode(const Node& n, const Vector3& expected) {
+  EXPECT_EQ((Vector3{n.x, n.y, n.z}), expected);
+}
+
+std::array<double, 13> ListProperties(const SectionProperties& s) {
+  return {s.A,        s.Iy, s.Iz, s.J, s.ShearFactorY, s.ShearFactorZ, s.CyPos, s.CyNeg, s.CzTop,
+          s.CzBottom, s.Ex, s.Ey, s.Ez};
+}
+
+// ---------------------------------------------------------------------------------------------
+// Where the numbers land. Expected values are those of the file above.
+
+TEST(ReadInputFile, Materials) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NMT, 2);
+  ASSERT_EQ(model.Materials.size(), 2U);
+  EXPECT_EQ(model.Materials[0].E, 2.1e11);
+  EXPECT_EQ(model.Materials[0].Mu, 0.3);
+  EXPECT_EQ(model.Materials[0].Density, 7850.0);
+  EXPECT_EQ(model.Materials[1].E, 7e10);
+  EXPECT_EQ(model.Materials[1].Mu, 0.33);
+  EXPECT_EQ(model.Materials[1].Density, 2700.0);
+}
+
+TEST(ReadInputFile, ShellThicknesses) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NTK, 2);
+  ASSERT_EQ(model.ShellThicknesses.size(), 2U);
+  EXPECT_EQ(model.ShellThicknesses[0].TK, 0.012);
+  EXPECT_EQ(model.ShellThicknesses[1].TK, 0.015);
+}
+
+TEST(ReadInputFile, SectionTables) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NTBS, 2);
+  EXPECT_EQ(model.NLBS, 1);
+  EXPECT_EQ(model.NCBS, 2);
+  ASSERT_EQ(model.TBeamSections.size(), 2U);
+  ASSERT_EQ(model.LBeamSections.size(), 1U);
+  ASSERT_EQ(model.CBeamSections.size(), 2U);
+  ExpectSection(model.TBeamSections[0], {0.21, 0.011, 0.12, 0.013});
+  ExpectSection(model.TBeamSections[1], {0.22, 0.014, 0.16, 0.017});
+  ExpectSection(model.LBeamSections[0], {0.31, 0.018, 0.19, 0.025});
+  EXPECT_EQ(model.CBeamSections[0].R, 0.41);
+  EXPECT_EQ(model.CBeamSections[0].T, 0.026);
+  EXPECT_EQ(model.CBeamSections[1].R, 0.42);
+  EXPECT_EQ(model.CBeamSections[1].T, 0.027);
+}
+
+TEST(ReadInputFile, Nodes) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NPOIN, 6);
+  ASSERT_EQ(model.Nodes.size(), 6U);
+  ExpectNode(model.Nodes[0], {0.5, 0.25, 0.125});
+  ExpectNode(model.Nodes[4], {-2.5, -1.25, 7.75});
+  ExpectNode(model.Nodes[5], {9.5, 8.25, -6.125});
+}
+
+TEST(ReadInputFile, FourNodeShells) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NELEM_S_4ND, 1);
+  EXPECT_EQ(model.Shell4Nodes, (std::vector<std::int32_t>{0, 1, 2, 3}));
+  ASSERT_EQ(model.Shell4Elements.size(), 1U);
+  const Shell4Element& shell = model.Shell4Elements[0];
+  EXPECT_EQ(shell.Coordinates, (std::array<double, 12>{0.5, 0.25, 0.125,  //
+                                                       4.5, 0.75, 0.375,  //
+                                                       5.5, 3.25, 1.125,  //
+                                                       1.5, 3.75, 0.625}));
+  EXPECT_EQ(shell.E, 7e10);  // material 1
+  EXPECT_EQ(shell.Mu, 0.33);
+  EXPECT_EQ(shell.TK, 0.012);  // thickness 0
+  ElementFrame frame{};
+  ComputeElementFrame({0.5, 0.25, 0.125}, {4.5, 0.75, 0.375}, {1.5, 3.75, 0.625}, frame);
+  EXPECT_EQ(shell.Frame, frame);  // nodes 1, 2 and 4
+}
+
+TEST(ReadInputFile, ThreeNodeShells) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NELEM_S_3ND, 1);
+  EXPECT_EQ(model.Shell3Nodes, (std::vector<std::int32_t>{4, 2, 5}));
+  ASSERT_EQ(model.Shell3Elements.size(), 1U);
+  const Shell3Element& shell = model.Shell3Elements[0];
+  EXPECT_EQ(shell.Coordinates, (std::array<double, 9>{-2.5, -1.25, 7.75,  //
+                                                      5.5, 3.25, 1.125,   //
+                                                      9.5, 8.25, -6.125}));
+  EXPECT_EQ(shell.E, 2.1e11);  // material 0
+  EXPECT_EQ(shell.Mu, 0.3);
+  EXPECT_EQ(shell.TK, 0.015);  // thickness 1
+  ElementFrame frame{};
+  ComputeElementFrame({-2.5, -1.25, 7.75}, {5.5, 3.25, 1.125}, {9.5, 8.25, -6.125}, frame);
+  EXPECT_EQ(shell.Frame, frame);
+}
+
+TEST(ReadInputFile, BeamConnectivityAndSectionReferences) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NELEM_B, 4);
+  EXPECT_EQ(model.BeamElements.size(), 4U);
+  EXPECT_EQ(model.BeamNodes, (std::vector<std::int32_t>{4, 5, 5, 3, 2, 4, 1, 0}));
+  ASSERT_EQ(model.BeamSectionRefs.size(), 4U);
+  const std::array<std::int32_t, 4> types{0, 1, 2, 3};
+  const std::array<std::int32_t, 4> indices{1, 0, 1, 88};
+  const std::array<double, 4> offsets{0.03, -0.04, 0.05, 0.06};
+  const std::array<bool, 4> mirrored{true, true, false, true};  // 1, -7, 0, 1 in the file
+  for (std::size_t b = 0; b < 4; ++b) {
+    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecType, types[b]);
+    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecIndex, indices[b]);
+    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecOz, offsets[b]);
+    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecMirrored, mirrored[b]);
+  }
+}
+
+TEST(ReadInputFile, TBeam) {
+  const Model model = ReadText(FullFile);
+  const BeamElement& beam = model.BeamElements.at(0);
+  EXPECT_EQ(beam.NodeI, (Vector3{-2.5, -1.25, 7.75}));
+  EXPECT_EQ(beam.NodeJ, (Vector3{9.5, 8.25, -6.125}));
+  EXPECT_EQ(beam.RefPoint, (Vector3{-2.25, -0.75, 6.75}));  // NodeI + (0.25, 0.5, -1)
+  EXPECT_EQ(beam.Tolerance, 1e-15);
+  EXPECT_EQ(beam.E, 7e10);  // material 1
+  EXPECT_EQ(beam.Mu, 0.33);
+  EXPECT_EQ(beam.BeamSecOz, 0.03);
+  const SectionProperties expected = SectionPropertiesT(beam, 0.22, 0.014, 0.16, 0.017, 0.03);
+  EXPECT_EQ(ListProperties(beam.Section), ListProperties(expected));
+}
+
+TEST(ReadInputFile, LBeam) {
+  const Model model = ReadText(FullFile);
+  const BeamElement& beam = model.BeamElements.at(1);
+  EXPECT_EQ(beam.NodeI, (Vector3{9.5, 8.25, -6.125}));
+  EXPECT_EQ(beam.NodeJ, (Vector3{1.5, 3.75, 0.625}));
+  EXPECT_EQ(beam.RefPoint, (Vector3{11.5, 12.25, 1.875}));  // NodeI + (2, 4, 8)
+  EXPECT_EQ(beam.Tolerance, 1e-15);
+  EXPECT_EQ(beam.E, 2.1e11);  // material 0
+  EXPECT_EQ(beam.Mu, 0.3);
+  EXPECT_EQ(beam.BeamSecOz, -0.04);
+  const SectionProperties expected =
+      SectionPropertiesL(beam, 0.31, 0.018, 0.19, 0.025, -0.04, true);
+  EXPECT_EQ(ListProperties(beam.Section), ListProperties(expected));
+}
+
+TEST(ReadInputFile, TubeBeam) {
+  const Model model = ReadText(FullFile);
+  const BeamElement& beam = model.BeamElements.at(2);
+  EXPECT_EQ(beam.NodeI, (Vector3{5.5, 3.25, 1.125}));
+  EXPECT_EQ(beam.NodeJ, (Vector3{-2.5, -1.25, 7.75}));
+  EXPECT_EQ(beam.RefPoint, (Vector3{21.5, 35.25, 65.125}));  // NodeI + (16, 32, 64)
+  EXPECT_EQ(beam.Tolerance, 1e-15);
+  EXPECT_EQ(beam.E, 7e10);  // material 1
+  EXPECT_EQ(beam.Mu, 0.33);
+  EXPECT_EQ(beam.BeamSecOz, 0.05);
+  BeamElement expected;
+  InitCBeamElement(expected, beam.NodeI, beam.NodeJ, {21.5, 35.25, 65.125, 1e-15},
+                   {7e10, 0.33, 2700.0}, {0.42, 0.027}, 0.05);
+  EXPECT_EQ(ListProperties(beam.Section), ListProperties(expected.Section));
+}
+
+TEST(ReadInputFile, OnlyAnLBeamElementKeepsTheMirroredFlag) {
+  const std::string file =
+      Replace(FullFile, "BeamSecOz=0.05,BeamSecMirrored=0", "BeamSecOz=0.05,BeamSecMirrored=1");
+  const Model model = ReadText(file);
+  EXPECT_FALSE(model.BeamElements.at(0).BeamSecMirrored);
+  EXPECT_TRUE(model.BeamElements.at(1).BeamSecMirrored);
+  EXPECT_FALSE(model.BeamElements.at(2).BeamSecMirrored);
+  EXPECT_FALSE(model.BeamElements.at(3).BeamSecMirrored);
+  for (const BeamSectionRef& ref : model.BeamSectionRefs) EXPECT_TRUE(ref.BeamSecMirrored);
+}
+
+TEST(ReadInputFile, AnLBeamWithoutMirroringIsNotMirrored) {
+  const Model model = ReadText(Replace(FullFile, "BeamSecMirrored=-7", "BeamSecMirrored=0"));
+  const BeamElement& beam = model.BeamElements.at(1);
+  EXPECT_FALSE(beam.BeamSecMirrored);
+  EXPECT_FALSE(model.BeamSectionRefs.at(1).BeamSecMirrored);
+  EXPECT_GT(beam.Section.Ey, 0.0);  // the flange stands towards +y
+}
+
+// The node comes first in the file and the flags in the order of the dofs; a flag is any number.
+TEST(ReadInputFile, RestraintsKeepTheirFlagsAsTheyStand) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NRN, 2);
+  ASSERT_EQ(model.NodalRestraints.size(), 2U);
+  EXPECT_EQ(model.NodalRestraints[0].node, 4);
+  EXPECT_EQ(model.NodalRestraints[0].fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  EXPECT_EQ(model.NodalRestraints[1].node, 2);
+  EXPECT_EQ(model.NodalRestraints[1].fixed, (std::array<std::int32_t, 6>{6, 7, 8, 9, 10, 1}));
+}
+
+TEST(ReadInputFile, Forces) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NFOR, 2);
+  ASSERT_EQ(model.NodalForces.size(), 2U);
+  EXPECT_EQ(model.NodalForces[0].node, 3);
+  EXPECT_EQ(model.NodalForces[0].components,
+            (std::array<double, 6>{1.5, -2.5, 3.5, -4.5, 5.5, -6.5}));
+  EXPECT_EQ(model.NodalForces[1].node, 5);
+  EXPECT_EQ(model.NodalForces[1].components,
+            (std::array<double, 6>{7.5, 8.5, 9.5, 10.5, 11.5, 12.5}));
+}
+
+TEST(ReadInputFile, DistributedLoads) {
+  const Model model = ReadText(FullFile);
+  EXPECT_EQ(model.NDL_S_4ND, 1);
+  EXPECT_EQ(model.NDL_S_3ND, 1);
+  EXPECT_EQ(model.NDL_B, 2);
+  ASSERT_EQ(model.Shell4SurfaceLoads.size(), 1U);
+  ASSERT_EQ(model.Shell3SurfaceLoads.size(), 1U);
+  ASSERT_EQ(model.BeamLineLoads.size(), 2U);
+  EXPECT_EQ(model.Shell4SurfaceLoads[0].element, 0);
+  EXPECT_EQ(model.Shell4SurfaceLoads[0].q, (std::array<double, 3>{21.5, 22.5, 23.5}));
+  EXPECT_EQ(model.Shell3SurfaceLoads[0].element, 0);
+  EXPECT_EQ(model.Shell3SurfaceLoads[0].q, (std::array<double, 3>{31.5, 32.5, 33.5}));
+  EXPECT_EQ(model.BeamLineLoads[0].element, 2);
+  EXPECT_EQ(model.BeamLineLoads[0].q, (std::array<double, 2>{41.5, 42.5}));
+  EXPECT_EQ(model.BeamLineLoads[1].element, 1);
+  EXPECT_EQ(model.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
+}
+
+TEST(ReadInputFile, RowNumbersAreDiscarded) {
+  std::string file = Replace(FullFile, "0:0.5,0.25,0.125", "17:0.5,0.25,0.125");
+  file = Replace(file, "3:1,0<", "-5:1,0<");
+  file = Replace(file, "#1:\nE=", "#0:\nE=");
+  const Model model = ReadText(file);
+  ExpectNode(model.Nodes.at(0), {0.5, 0.25, 0.125});
+  EXPECT_EQ(model.Materials.at(1).E, 7e10);
+  ExpectReadToTheEnd(model);
+}
+
+// A file numbered from 1 is used as it stands: each reference means the node one further on.
+TEST(ReadInputFile, AFileNumberedFromOneIsNotCorrected) {
+  test::ModelText text;
+  text.materials = {{1.0, 0.25, 0.0}};
+  text.tSections = {{1.0, 0.5, 0.0, 0.0}};
+  text.nodes = {{10.0, 0.0, 0.0}, {20.0, 0.0, 0.0}, {30.0, 0.0, 0.0}};
+  text.beams = {{1, 2}};  // the first two nodes, were it numbered from 1
+  text.restraints = {{1}};
+  const Model model = ReadText(WriteModel(text));
+  EXPECT_EQ(model.BeamElements.at(0).NodeI, (Vector3{20.0, 0.0, 0.0}));
+  EXPECT_EQ(model.BeamElements.at(0).NodeJ, (Vector3{30.0, 0.0, 0.0}));
+  EXPECT_EQ(model.NodalRestraints.at(0).node, 1);
+  text.beams = {{2, 3}};
+  ExpectStopOnText(WriteModel(text), "Beam element 0 refers to node 3; there are 3 nodal points.");
+}
+
+// ---------------------------------------------------------------------------------------------
+// What the format allows, and what it does not.
+
+TEST(ReadInputFile, CountsOfZeroGiveEmptyTables) {
+  const Model model = ReadText(EmptyFile);
+  for (const std::int32_t count :
+       {model.NMT, model.NTK, model.NTBS, model.NLBS, model.NCBS, model.NPOIN, model.NELEM_S_4ND,
+        model.NELEM_S_3ND, model.NELEM_B, model.NRN, model.NFOR, model.NDL_S_4ND, model.NDL_S_3ND,
+        model.NDL_B}) {
+    EXPECT_EQ(count, 0);
+  }
+  for (const std::size_t capacity :
+       {model.Materials.capacity(), model.ShellThicknesses.capacity(),
+        model.TBeamSections.capacity(), model.LBeamSections.capacity(),
+        model.CBeamSections.capacity(), model.Nodes.capacity(), model.Shell4Elements.capacity(),
+        model.Shell4Nodes.capacity(), model.Shell3Elements.capacity(), model.Shell3Nodes.capacity(),
+        model.BeamElements.capacity(), model.BeamNodes.capacity(), model.BeamSectionRefs.capacity(),
+        model.NodalRestraints.capacity(), model.NodalForces.capacity(),
+        model.Shell4SurfaceLoads.capacity(), model.Shell3SurfaceLoads.capacity(),
+        model.BeamLineLoads.capacity()}) {
+    EXPECT_EQ(capacity, 0U);  // no storage at all
+  }
+}
+
+TEST(ReadInputFile, ReleaseMayBeWrittenInAnyWayThatGivesThree) {
+  for (const char* release : {"3", "3.", "3.00", "3.000", "+3e0", "0.3e1", "0x1.8p1"}) {
+    SCOPED_TRACE(release);
+    ExpectReadToTheEnd(
+        ReadText(Replace(FullFile, "release=3.0", std::string("release=") + release)));
+  }
+}
+
+TEST(ReadInputFile, AnyOtherReleaseStops) {
+  for (const char* release :
+       {"3.01", "2.99", "3.0000000000000005", "-3", "30", "nan", "", "x3.0"}) {
+    SCOPED_TRACE(release);
+    ExpectStopOnText(Replace(FullFile, "release=3.0", std::string("release=") + release),
+                     "Release File Number error!");
+  }
+}
+
+TEST(ReadInputFile, AHeaderThatDoesNotMatchIsAWrongRelease) {
+  const char* const notice = "Release File Number error!";
+  ExpectStopOnText("", notice);
+  ExpectStopOnText("garbage\n", notice);
+  ExpectStopOnText(Replace(FullFile, "### Toln", "## Toln"), notice);
+  ExpectStopOnText(Replace(FullFile, "### Toln", " ### Toln"), notice);
+  ExpectStopOnText(Replace(FullFile, "release=3.0", "Release=3.0"), notice);
+  ExpectStopOnText("\xEF\xBB\xBF" + std::string(FullFile), notice);  // a byte order mark
+}
+
+// The number is there before the tail is looked at. What the tail leaves derails the counts.
+TEST(ReadInputFile, AHeaderWithTheRightNumberAndAWrongTailIsAccepted) {
+  const Model derailed = ReadText(Replace(FullFile, "release=3.0 ###", "release=3.0 ##!"));
+  EXPECT_EQ(derailed.NMT, 0);
+  EXPECT_EQ(derailed.NDL_B, 0);
+  EXPECT_EQ(ReadText("### Toln_Korvex release=3.0").NMT, 0);
+}
+
+TEST(ReadInputFile, AFileThatEndsEarlyLeavesTheRestEmpty) {
+  const std::string file = FullFile;
+  const Model model = ReadText(file.substr(0, file.find("2:5.5,3.25")) + "2:5.5");
+  EXPECT_EQ(model.NPOIN, 6);
+  ExpectNode(model.Nodes.at(1), {4.5, 0.75, 0.375});
+  ExpectNode(model.Nodes.at(2), {5.5, 0.0, 0.0});
+  ExpectNode(model.Nodes.at(5), {0.0, 0.0, 0.0});
+  EXPECT_EQ(model.NELEM_S_4ND, 0);
+  EXPECT_EQ(model.NDL_B, 0);
+}
+
+TEST(ReadInputFile, ASectionLabelIsAnyText) {
+  std::string file = Replace(FullFile, "T_beam #1", "Hw=5, R=7 \xFF [#1:]");
+  file = Replace(file, "L_beam #0", "\n \t the first angle");
+  file = Replace(file, "C_beam #0", "#");
+  const Model model = ReadText(file);
+  ExpectSection(model.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
+  ExpectSection(model.LBeamSections.at(0), {0.31, 0.018, 0.19, 0.025});
+  EXPECT_EQ(model.CBeamSections.at(0).R, 0.41);
+  ExpectReadToTheEnd(model);
+}
+
+TEST(ReadInputFile, AMaterialLabelMustBeANumberSignANumberAndAColon) {
+  for (const char* label : {"steel\nE=2.1e11", "#0\nE=2.1e11", "0:\nE=2.1e11", "#a:\nE=2.1e11"}) {
+    SCOPED_TRACE(label);
+    const Model model = ReadText(Replace(FullFile, "#0:\nE=2.1e11", label));
+    EXPECT_EQ(model.NMT, 2);
+    EXPECT_EQ(model.Materials.at(0).E, 0.0);
+    EXPECT_EQ(model.Materials.at(1).E, 0.0);
+    EXPECT_EQ(model.NTK, 0);
+  }
+}
+
+TEST(ReadInputFile, AThicknessLabelMustBeANumberSignANumberAndAColon) {
+  const Model model = ReadText(Replace(FullFile, "#0:\nTK=", "plate\nTK="));
+  EXPECT_EQ(model.NTK, 2);
+  EXPECT_EQ(model.ShellThicknesses.at(0).TK, 0.0);
+  EXPECT_EQ(model.NTBS, 0);
+}
+
+// Element 3 of the file: its material and section references lead nowhere and are not looked at.
+TEST(ReadInputFile, ABeamOfAnotherTypeStaysAsConstructed) {
+  for (const char* type : {"3", "-1", "2147483647"}) {
+    const Model model =
+        ReadText(Replace(FullFile, "BeamSecType=3", std::string("BeamSecType=") + type));
+    const BeamElement& beam = model.BeamElements.at(3);
+    EXPECT_EQ(beam.NodeI, (Vector3{0.0, 0.0, 0.0}));
+    EXPECT_EQ(beam.NodeJ, (Vector3{0.0, 0.0, 0.0}));
+    EXPECT_EQ(beam.RefPoint, (Vector3{0.0, 0.0, 0.0}));
+    EXPECT_EQ(beam.Tolerance, 1e-15);
+    EXPECT_EQ(beam.E, 0.0);
+    EXPECT_EQ(beam.Mu, 0.0);
+    EXPECT_EQ(beam.BeamSecOz, 0.0);
+    EXPECT_FALSE(beam.BeamSecMirrored);
+    EXPECT_EQ(ListProperties(beam.Section), (std::array<double, 13>{}));
+    ExpectReadToTheEnd(model);
+  }
+}
+
+// The second flag is read at the comma, fails there, and so does everything behind it.
+TEST(ReadInputFile, CommasBetweenRestraintFlagsDerailTheRest) {
+  const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4: 1,2,0,-3,4,5"));
+  EXPECT_EQ(model.NRN, 2);
+  EXPECT_EQ(model.NodalRestraints.at(0).node, 4);
+  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(model.NodalRestraints.at(1).node, 0);
+  EXPECT_EQ(model.NodalRestraints.at(1).fixed, (std::array<std::int32_t, 6>{}));
+  EXPECT_EQ(model.NFOR, 0);
+  EXPECT_EQ(model.NDL_B, 0);
+}
+
+TEST(ReadInputFile, RestraintFlagsMayStandOnSeveralLines) {
+  const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4:1\n2\t0\r\n\n-3\v4\f5"));
+  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  ExpectReadToTheEnd(model);
+}
+
+// The node is read; the flags fail at the colon.
+TEST(ReadInputFile, TheColonOfARestraintFollowsItsDigitsDirectly) {
+  const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4 : 1 2 0 -3 4 5"));
+  EXPECT_EQ(model.NodalRestraints.at(0).node, 4);
+  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{}));
+  EXPECT_EQ(model.NFOR, 0);
+}
+
+TEST(ReadInputFile, ASectionLabelAtTheEndOfTheFileEnds) {
+  const std::string file = FullFile;
+  const Model model = ReadText(file.substr(0, file.find("T_beam #1")) + "T_beam #1");
+  EXPECT_EQ(model.NTBS, 2);
+  ExpectSection(model.TBeamSections.at(0), {0.21, 0.011, 0.12, 0.013});
+  ExpectSection(model.TBeamSections.at(1), {0.0, 0.0, 0.0, 0.0});
+  EXPECT_EQ(model.NLBS, 0);
+}
+
+TEST(ReadInputFile, BlankLinesAndIndentationBetweenRowsAreSkipped) {
+  std::string file = Replace(FullFile, "1:4.5,0.75,0.375\n", " \t1:4.5,0.75,0.375 \n\n\n");
+  file = Replace(file, "Number of beam elements", "   Number of beam elements");
+  file = Replace(file, "Mu=0.3\n", "\n  Mu=0.3\n");
+  file = Replace(file, "\nTw=0.018", "\n  Tw=0.018");
+  ExpectReadToTheEnd(ReadText(file));
+}
+
+// A label is skipped to its line feed and no further, so the first value may not be indented.
+TEST(ReadInputFile, AnIndentedValueAfterASectionLabelDoesNotMatch) {
+  const Model model = ReadText(Replace(FullFile, "L_beam #0\nHw", "L_beam #0\n Hw"));
+  EXPECT_EQ(model.NLBS, 1);
+  ExpectSection(model.LBeamSections.at(0), {0.0, 0.0, 0.0, 0.0});
+  EXPECT_EQ(model.NCBS, 0);
+}
+
+TEST(ReadInputFile, WhiteSpaceInTheCountLinesIsFree) {
+  std::string file = Replace(FullFile, "Number of materials:", "Numberofmaterials:");
+  file = Replace(file, "Number of forces:NFOR=2", "Number\tof \r\n forces:NFOR= 2");
+  ExpectReadToTheEnd(ReadText(file));
+}
+
+TEST(ReadInputFile, LineEndsOfWindows) {
+  std::string file;
+  for (const char c : std::string(FullFile)) file += c == '\n' ? "\r\n" : std::string(1, c);
+  const Model model = ReadText(file);
+  ExpectSection(model.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
+  EXPECT_EQ(model.BeamElements.at(1).RefPoint, (Vector3{11.5, 12.25, 1.875}));
+  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  ExpectReadToTheEnd(model);
+}
+
+TEST(ReadInputFile, TheLastLineNeedsNoLineEnd) {
+  std::string file = FullFile;
+  file.pop_back();
+  ExpectReadToTheEnd(ReadText(file));
+}
+
+// ---------------------------------------------------------------------------------------------
+// What stops the run.
+
+TEST(ReadInputFile, AMissingFileStops) {
+  const TempFolder folder;
+  const std::string file = (folder.Path() / "fem_solving.txt").string();
+  Model model;
+  ExpectStop([&] { ReadInputFile(file.c_str(), model); }, "Preprocessor file read error!");
+}
+
+TEST(ReadInputFile, AFolderOfThatNameStops) {
+  const TempFolder folder;
+  const std::string file = (folder.Path() / "fem_solving.txt").string();
+  std::filesystem::create_directory(file);
+  Model model;
+  ExpectStop([&] { ReadInputFile(file.c_str(), model); }, "Preprocessor file read error!");
+}
+
+TEST(ReadInputFile, ANegativeCountStopsAndIsNamed) {
+  for (const char* key :
+       {"NMT", "NTK", "NTBS", "NLBS", "NCBS", "NPOIN", "NELEM_S_4ND", "NELEM_S_3ND", "NELEM_B",
+        "NRN", "NFOR", "NDL_S_4ND", "NDL_S_3ND", "NDL_B"}) {
+    SCOPED_TRACE(key);
+    const std::string name(key);
+    ExpectStopOnText(Replace(EmptyFile, ":" + name + "=0", ":" + name + "=-3"),
+                     "The count " + name + " is negative: -3.");
+  }
+}
+
+TEST(ReadInputFile, ShellReferencesOutsideTheirTablesStop) {
+  ExpectStopOnText(Replace(FullFile, "0:0,1,2,3[1,0]", "0:0,1,2,6[1,0]"),
+                   "Four-node shell element 0 refers to node 6; there are 6 nodal points.");
+  ExpectStopOnText(Replace(FullFile, "0:0,1,2,3[1,0]", "0:0,1,2,3[2,0]"),
+                   "Four-node shell element 0 refers to material 2; there are 2 materials.");
+  ExpectStopOnText(
+      Replace(FullFile, "0:0,1,2,3[1,0]", "0:0,1,2,3[1,-1]"),
+      "Four-node shell element 0 refers to thickness -1; there are 2 shell thicknesses.");
+  ExpectStopOnText(Replace(FullFile, "0:4,2,5[0,1]", "0:-4,2,5[0,1]"),
+                   "Three-node shell element 0 refers to node -4; there are 6 nodal points.");
+  ExpectStopOnText(Replace(FullFile, "0:4,2,5[0,1]", "0:4,2,5[9,1]"),
+                   "Three-node shell element 0 refers to material 9; there are 2 materials.");
+  ExpectStopOnText(
+      Replace(FullFile, "0:4,2,5[0,1]", "0:4,2,5[0,2]"),
+      "Three-node shell element 0 refers to thickness 2; there are 2 shell thicknesses.");
+}
+
+TEST(ReadInputFile, BeamReferencesOutsideTheirTablesStop) {
+  ExpectStopOnText(Replace(FullFile, "1:5,3<", "1:6,3<"),
+                   "Beam element 1 refers to node 6; there are 6 nodal points.");
+  ExpectStopOnText(Replace(FullFile, "1:5,3<", "1:5,-1<"),
+                   "Beam element 1 refers to node -1; there are 6 nodal points.");
+  ExpectStopOnText(Replace(FullFile, "-1>[1,BeamSecType=0", "-1>[2,BeamSecType=0"),
+                   "Beam element 0 refers to material 2; there are 2 materials.");
+  ExpectStopOnText(Replace(FullFile, "8>[0,BeamSecType=1", "8>[-2,BeamSecType=1"),
+                   "Beam element 1 refers to material -2; there are 2 materials.");
+  ExpectStopOnText(Replace(FullFile, "64>[1,BeamSecType=2", "64>[3,BeamSecType=2"),
+                   "Beam element 2 refers to material 3; there are 2 materials.");
+}
+
+TEST(ReadInputFile, SectionReferencesOutsideTheirTablesStop) {
+  ExpectStopOnText(
+      Replace(FullFile, "BeamSecType=0,BeamSecIndex=1", "BeamSecType=0,BeamSecIndex=2"),
+      "Beam element 0 refers to section 2; there are 2 T_beam sections.");
+  ExpectStopOnText(
+      Replace(FullFile, "BeamSecType=1,BeamSecIndex=0", "BeamSecType=1,BeamSecIndex=1"),
+      "Beam element 1 refers to section 1; there are 1 L_beam sections.");
+  ExpectStopOnText(
+      Replace(FullFile, "BeamSecType=2,BeamSecIndex=1", "BeamSecType=2,BeamSecIndex=-1"),
+      "Beam element 2 refers to section -1; there are 2 C_beam sections.");
+}
+
+// A beam of a type without a section table still has two nodes.
+TEST(ReadInputFile, TheNodesOfABeamOfAnotherTypeAreChecked) {
+  ExpectStopOnText(Replace(FullFile, "3:1,0<", "3:1,66<"),
+                   "Beam element 3 refers to node 66; there are 6 nodal points.");
+}
+
+}  // namespace
+}  // namespace korvex

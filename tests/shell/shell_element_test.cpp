@@ -1,0 +1,194 @@
+// The set-up of the two shell elements: what is copied, the local frame, and the one inconsistency
+// that is reported.
+#include "shell/shell_element.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace korvex {
+namespace {
+
+constexpr double E = 2.1e11, Mu = 0.3, TK = 0.012;
+
+using Quad = std::array<double, 12>;
+using Triangle = std::array<double, 9>;
+
+constexpr Quad UnitSquare{0.0, 0.0, 0.0,         //
+                          1.0, 0.0, 0.0,         //
+                          1.0, 1.0, 0.0,         //
+                          0.0, 1.0, 0.0};        //
+constexpr ElementFrame Identity{1.0, 0.0, 0.0,   //
+                                0.0, 1.0, 0.0,   //
+                                0.0, 0.0, 1.0};  //
+
+Shell4Element MakeQuad(const Quad& coordinates) {
+  Shell4Element element;
+  SetGeometry(element, coordinates.data(), 4, E, Mu, TK);
+  return element;
+}
+
+Shell3Element MakeTriangle(const Triangle& coordinates) {
+  Shell3Element element;
+  SetGeometry(element, coordinates.data(), 3, E, Mu, TK);
+  return element;
+}
+
+// The local axis in column `axis`.
+Vector3 GetAxis(const ElementFrame& frame, std::size_t axis) {
+  return {frame[axis], frame[3 + axis], frame[6 + axis]};
+}
+
+double Dot(const Vector3& a, const Vector3& b) {
+  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+void ExpectNear(const Vector3& a, const Vector3& b) {
+  for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(a[i], b[i], 1e-15) << "component " << i;
+}
+
+void ExpectRightHandedUnitAxes(const ElementFrame& frame) {
+  const Vector3 e1 = GetAxis(frame, 0), e2 = GetAxis(frame, 1), e3 = GetAxis(frame, 2);
+  for (const Vector3& axis : {e1, e2, e3}) EXPECT_NEAR(Dot(axis, axis), 1.0, 1e-15);
+  EXPECT_NEAR(Dot(e1, e2), 0.0, 1e-15);
+  ExpectNear(Cross(e1, e2), e3);
+}
+
+TEST(ShellElement, ConstructionSetsTheSizes) {
+  const Shell4Element quad;
+  EXPECT_EQ(quad.NodeCount, 4);
+  EXPECT_EQ(quad.DofsPerNode, 6);
+  EXPECT_EQ(quad.ElementDofs, 24);
+  const Shell3Element triangle;
+  EXPECT_EQ(triangle.NodeCount, 3);
+  EXPECT_EQ(triangle.DofsPerNode, 6);
+  EXPECT_EQ(triangle.ElementDofs, 18);
+}
+
+TEST(ShellElement, CoordinatesAndPropertiesAreCopied) {
+  const Quad quad{1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0, 23.0, 29.0, 31.0};
+  const Shell4Element four = MakeQuad(quad);
+  EXPECT_EQ(four.Coordinates, quad);
+  EXPECT_EQ(four.E, E);
+  EXPECT_EQ(four.Mu, Mu);
+  EXPECT_EQ(four.TK, TK);
+  const Triangle triangle{1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0};
+  const Shell3Element three = MakeTriangle(triangle);
+  EXPECT_EQ(three.Coordinates, triangle);
+  EXPECT_EQ(three.E, E);
+  EXPECT_EQ(three.Mu, Mu);
+  EXPECT_EQ(three.TK, TK);
+}
+
+TEST(ShellElement, SquareInTheGlobalPlaneHasTheGlobalAxes) {
+  EXPECT_EQ(MakeQuad(UnitSquare).Frame, Identity);
+  EXPECT_EQ(MakeTriangle({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}).Frame, Identity);
+}
+
+TEST(ShellElement, FrameDoesNotDependOnPositionOrSize) {
+  Quad moved = UnitSquare;
+  for (double& value : moved) value = 8.0 * value + 64.0;
+  EXPECT_EQ(MakeQuad(moved).Frame, Identity);
+}
+
+// a = (3, 4, 0), b = (0, 0, 2): n = a x b = (8, -6, 0), n x a = (0, 0, 50).
+TEST(ShellElement, ColumnsAreTheLocalAxes) {
+  const Quad upright{0.0, 0.0, 0.0, 3.0, 4.0, 0.0, 3.0, 4.0, 2.0, 0.0, 0.0, 2.0};
+  const ElementFrame expected{0.6, 0.0, 0.8,   // x of e1, e2, e3
+                              0.8, 0.0, -0.6,  // y
+                              0.0, 1.0, 0.0};  // z
+  EXPECT_EQ(MakeQuad(upright).Frame, expected);
+}
+
+// a = (1, 2, 2) of length 3, b = (-1, 4, -1): n = a x b = (-10, -1, 6), |n|^2 = 137;
+// m = n x a = (-14, 26, -19), |m|^2 = 1233 = 9 * 137.
+TEST(ShellElement, FrameOfAnObliqueTriangle) {
+  const Triangle oblique{5.0, -3.0, 2.0, 6.0, -1.0, 4.0, 4.0, 1.0, 1.0};
+  const ElementFrame frame = MakeTriangle(oblique).Frame;
+  const double n = std::sqrt(137.0), m = std::sqrt(1233.0);
+  ExpectNear(GetAxis(frame, 0), {1.0 / 3.0, 2.0 / 3.0, 2.0 / 3.0});
+  ExpectNear(GetAxis(frame, 1), {-14.0 / m, 26.0 / m, -19.0 / m});
+  ExpectNear(GetAxis(frame, 2), {-10.0 / n, -1.0 / n, 6.0 / n});
+  ExpectRightHandedUnitAxes(frame);
+}
+
+TEST(ShellElement, AxesAreRightHandedUnitVectors) {
+  ExpectRightHandedUnitAxes(
+      MakeQuad({0.1, 0.2, 0.3, 4.7, -1.3, 2.9, 5.0, 5.0, 5.0, -2.2, 3.1, 0.7}).Frame);
+  ExpectRightHandedUnitAxes(
+      MakeTriangle({1e3, 1e3, 1e3, 1e3, 1e3 + 1, 1e3, 999.0, 1e3, 7.0}).Frame);
+}
+
+TEST(ShellElement, TheOrderOfTheNodesTurnsTheNormal) {
+  const Triangle clockwise{0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 1.0, 0.0, 0.0};
+  EXPECT_EQ(GetAxis(MakeTriangle(clockwise).Frame, 2), (Vector3{0.0, 0.0, -1.0}));
+}
+
+// Only the edges that meet at node 1 count; the warp is not corrected.
+TEST(ShellElement, NodeThreeOfAWarpedQuadDoesNotMatter) {
+  Quad warped = UnitSquare;
+  warped[6] = 3.0;
+  warped[7] = -2.0;
+  warped[8] = 0.75;
+  EXPECT_EQ(MakeQuad(warped).Frame, Identity);
+}
+
+// The triangle takes its third node where the quadrilateral takes its fourth.
+TEST(ShellElement, TheLastNodeMatters) {
+  Quad folded = UnitSquare;
+  folded[10] = 0.0;  // node 4 at (0, 0, 1)
+  folded[11] = 1.0;
+  EXPECT_EQ(GetAxis(MakeQuad(folded).Frame, 2), (Vector3{0.0, -1.0, 0.0}));
+  const Triangle upright{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0};
+  EXPECT_EQ(GetAxis(MakeTriangle(upright).Frame, 2), (Vector3{0.0, -1.0, 0.0}));
+}
+
+TEST(ShellElement, MatchingNodeCountSaysNothing) {
+  testing::internal::CaptureStdout();
+  MakeQuad(UnitSquare);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+// The element's own node count rules, so four nodes are copied.
+TEST(ShellElement, OtherNodeCountOfAQuadIsReportedAndIgnored) {
+  for (const std::int32_t nodeCount : {3, 5, 0, -1}) {
+    Shell4Element element;
+    testing::internal::CaptureStdout();
+    SetGeometry(element, UnitSquare.data(), nodeCount, E, Mu, TK);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n");
+    EXPECT_EQ(element.NodeCount, 4);
+    EXPECT_EQ(element.Coordinates, UnitSquare);
+    EXPECT_EQ(element.TK, TK);
+    EXPECT_EQ(element.Frame, Identity);
+  }
+}
+
+TEST(ShellElement, OtherNodeCountOfATriangleIsReportedAndIgnored) {
+  const Triangle triangle{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0};
+  Shell3Element element;
+  testing::internal::CaptureStdout();
+  SetGeometry(element, triangle.data(), 4, E, Mu, TK);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n");
+  EXPECT_EQ(element.NodeCount, 3);
+  EXPECT_EQ(element.Coordinates, triangle);
+  EXPECT_EQ(element.Frame, Identity);
+}
+
+TEST(ShellElement, CoincidentFirstNodesGiveNoFrame) {
+  Quad quad = UnitSquare;
+  quad[3] = 0.0;  // node 2 on node 1
+  for (const double value : MakeQuad(quad).Frame) EXPECT_TRUE(std::isnan(value));
+}
+
+// The first edge is sound, so e1 is; the normal is not.
+TEST(ShellElement, LastNodeOnTheFirstEdgeGivesNoNormal) {
+  const ElementFrame frame = MakeTriangle({0.0, 0.0, 0.0, 2.0, 0.0, 0.0, 1.0, 0.0, 0.0}).Frame;
+  EXPECT_EQ(GetAxis(frame, 0), (Vector3{1.0, 0.0, 0.0}));
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_TRUE(std::isnan(GetAxis(frame, 1)[i]));
+    EXPECT_TRUE(std::isnan(GetAxis(frame, 2)[i]));
+  }
+}
+
+}  // namespace
+}  // namespace korvex
