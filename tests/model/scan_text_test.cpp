@@ -300,6 +300,9 @@ TEST(ScanReal, LongMantissaAgainstALargeExponent) {
   ExpectReal("0." + zeros + "1e400", 0x1.999999999999ap-4);  // 0.1
   ExpectReal("0x." + zeros + "1p1604", 1.0);                 // 401 hexadecimal places
   ExpectReal("0x1" + zeros + "p-1600", 1.0);
+  ExpectReal("0." + zeros + zeros + "1e401", 0.0);      // 1e-400
+  ExpectReal("1" + zeros + zeros + "e-400", Infinity);  // 1e400
+  ExpectReal("0x." + zeros + zeros + "1p1604", 0.0);
   ExpectReal("1" + zeros, Infinity);
   ExpectReal("0." + zeros + "1", 0.0);
 }
