@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <system_error>
 
@@ -74,22 +75,18 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
 struct RealText {
   bool hexadecimal = false;
   bool anyDigit = false;
-  bool nonzero = false;        // some digit is not 0
-  std::int64_t magnitude = 0;  // the first nonzero digit stands for digit x base^(magnitude - 1)
-  std::string mantissa;        // digits and point
-  std::string exponent;        // sign and digits; empty if there is none or it has no digit
+  bool nonzero = false;  // some digit is not 0
+  std::string mantissa;  // digits and point
+  std::string exponent;  // sign and digits; empty if there is none or it has no digit
 };
 
-// Takes digits and at most one point, keeping account of the magnitude.
+// Takes digits and at most one point.
 void TakeMantissa(TextCursor& cursor, RealText& number) {
   bool point = false;
   for (int c = PeekCharacter(cursor);; c = PeekCharacter(cursor)) {
     if (IsDigit(c) || (number.hexadecimal && IsHexDigit(c))) {
       number.anyDigit = true;
-      const bool leadingZero = c == '0' && !number.nonzero;
-      if (!leadingZero) number.nonzero = true;
-      if (!point && !leadingZero) ++number.magnitude;
-      if (point && leadingZero) --number.magnitude;
+      if (c != '0') number.nonzero = true;
     } else if (c == '.' && !point) {
       point = true;
     } else {
@@ -121,20 +118,9 @@ void TakeExponent(TextCursor& cursor, RealText& number) {
   if (!anyDigit) number.exponent.clear();
 }
 
-// The value of an exponent's text, kept within a range that can neither overflow a sum nor be
-// mistaken for one that a mantissa of any length in memory could bring back to 1.
-std::int64_t ConvertExponent(const std::string& exponent) {
-  constexpr std::int64_t bound = std::numeric_limits<std::int64_t>::max() / 8;
-  std::int64_t value = 0;
-  const auto result = std::from_chars(exponent.data(), exponent.data() + exponent.size(), value);
-  const bool negative = !exponent.empty() && exponent.front() == '-';
-  if (result.ec == std::errc::result_out_of_range) value = negative ? -bound : bound;
-  if (value > bound) value = bound;
-  if (value < -bound) value = -bound;
-  return value;
-}
-
-// The nearest double. A number outside the range of doubles becomes an infinity or zero.
+// The nearest double. For a number outside the range of doubles from_chars says nothing but that;
+// strtod tells infinity from zero. (libstdc++ 11 calls subnormal numbers out of range, too; the
+// strtod beneath it rounds them correctly.)
 double ConvertReal(const RealText& number) {
   if (!number.nonzero) return 0.0;
   std::string text = number.mantissa;
@@ -143,10 +129,8 @@ double ConvertReal(const RealText& number) {
   double value = 0.0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value, format);
   if (result.ec != std::errc::result_out_of_range) return value;
-
-  const std::int64_t exponent = ConvertExponent(number.exponent);
-  const std::int64_t magnitude = number.magnitude * (number.hexadecimal ? 4 : 1) + exponent;
-  return magnitude > 0 ? std::numeric_limits<double>::infinity() : 0.0;
+  if (number.hexadecimal) text.insert(0, "0x");
+  return std::strtod(text.c_str(), nullptr);
 }
 
 bool ScanReal(TextCursor& cursor, double& value) {

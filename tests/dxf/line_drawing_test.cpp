@@ -5,6 +5,8 @@
 
 #include <cmath>
 #include <cstdio>
+#include <limits>
+#include <utility>
 
 #include "platform/stop_run.h"
 #include "support/temp_folder.h"
@@ -137,6 +139,17 @@ TEST(LineDrawing, ScaleLooksAtAllDirections) {
     model.Displacements[6 + d] = -0.5;
     EXPECT_DOUBLE_EQ(ComputeDrawingScale(model), 8.0 / 0.5 * 0.05) << d;
   }
+}
+
+// The search begins with ux of node 0 and keeps what it has unless something is larger: a NaN there
+// stays, one elsewhere is passed over.
+TEST(LineDrawing, ScaleStartsFromTheFirstTranslation) {
+  Model model = MakeHouse();
+  model.Displacements[0] = std::numeric_limits<double>::quiet_NaN();
+  model.Displacements[6] = 1.0;
+  EXPECT_TRUE(std::isnan(ComputeDrawingScale(model)));
+  std::swap(model.Displacements[0], model.Displacements[6]);
+  EXPECT_DOUBLE_EQ(ComputeDrawingScale(model), 2.0 / 1.0 * 0.05);
 }
 
 TEST(LineDrawing, SingleNodeHasNoExtent) {

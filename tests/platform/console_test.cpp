@@ -1,4 +1,5 @@
-// The console: nothing stays in a buffer, both ways of writing keep their order, GBK bytes.
+// The console, the notice and the ways to end a run: nothing stays in a buffer, outputs keep their
+// order, waits take what they should, GBK bytes.
 #include "platform/console.h"
 
 #include <gtest/gtest.h>
@@ -11,6 +12,7 @@
 
 #include "platform/gbk_texts.h"
 #include "platform/notice.h"
+#include "platform/stop_run.h"
 #include "support/temp_folder.h"
 
 namespace korvex {
@@ -101,6 +103,39 @@ TEST(Notice, EndOfTheInputDismissesIt) {
   ShowNotice("text");
   testing::internal::GetCapturedStderr();
   EXPECT_EQ(std::getchar(), EOF);
+}
+
+// Standard output and standard error may be the same file.
+TEST(Notice, ComesBehindWhatWasPrintedBefore) {
+  const test::TempFolder folder;
+  SetInput(folder, "");
+  const StdoutInFile out;
+  std::printf("before");
+  testing::internal::CaptureStderr();
+  ShowNotice("text");
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(out.Received(), "before");
+}
+
+TEST(StopRun, UnwritableFileWaitsForOneCharacter) {
+  const test::TempFolder folder;
+  SetInput(folder, "ab");
+  int status = 0;
+  testing::internal::CaptureStdout();
+  try {
+    StopUnwritable("text");
+  } catch (const RunStopped& stopped) {
+    status = stopped.exitStatus;
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "text\n");
+  EXPECT_EQ(status, 1);
+  EXPECT_EQ(std::getchar(), 'b');
+}
+
+TEST(StopRun, InconsistencyIsALineAndNoMore) {
+  testing::internal::CaptureStdout();
+  ReportInconsistency();
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n");
 }
 
 // `utf8` in GBK, converted by the C library's own tables.
