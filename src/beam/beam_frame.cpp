@@ -5,9 +5,7 @@
 
 namespace korvex {
 
-double BeamLength(const BeamElement& beam) {
-  return Length(Subtract(beam.NodeJ, beam.NodeI));
-}
+double BeamLength(const BeamElement& beam) { return Length(Subtract(beam.NodeJ, beam.NodeI)); }
 
 void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame) {
   const Vector3 d = Subtract(beam.NodeJ, beam.NodeI);

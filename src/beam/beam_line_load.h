@@ -1,7 +1,7 @@
 // The equivalent nodal loads of a trapezoidal line load on a beam element.
 //
 // Fixed-end values of a slender beam under a load in local z that varies linearly from q1 to q2
-// (Przemieniecki 1968, sec. 5.6, consistent with cubic shape functions). They are used for every
+// (Roark 1989, table 3, case 2d). They are used for every
 // section, whatever its shear deformation, and act at the nodes: deliberately, the offset from node
 // to centroid that the stiffness knows is not applied to them.
 #pragma once

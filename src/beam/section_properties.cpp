@@ -17,13 +17,9 @@ constexpr double RectangleShearShare = 0.6666666666666666;
 // Share of a thin tube's area that carries shear (Cowper 1966, thin-walled limit for nu = 0).
 constexpr double TubeShearShare = 0.5;
 
-double Cube(double a) {
-  return a * a * a;
-}
+double Cube(double a) { return a * a * a; }
 
-double FourthPower(double a) {
-  return (a * a) * (a * a);
-}
+double FourthPower(double a) { return (a * a) * (a * a); }
 
 // 12 E I / (G As L^2) with G = E / (2 (1 + Mu)).
 double ShearParameter(const BeamElement& element, double I, double As) {
@@ -32,9 +28,7 @@ double ShearParameter(const BeamElement& element, double I, double As) {
   return 12.0 * element.E * I / (G * As) / L / L;
 }
 
-bool HasFlange(double Bf, double Tf) {
-  return Bf != 0.0 && Tf != 0.0;
-}
+bool HasFlange(double Bf, double Tf) { return Bf != 0.0 && Tf != 0.0; }
 
 // The web alone. Unlike the webs of flanged sections it carries shear on two thirds of its area
 // only; the jump between the two is intended.

@@ -6,7 +6,7 @@
 // +y (towards -y if mirrored). A tube's centre lies on the node line, shifted by BeamSecOz.
 //
 // Second moments by the parallel-axis theorem; J of the open sections is the sum of b t^3 / 3 of
-// the plates (Timoshenko & Goodier 1970, sec. 109). Shear parameter 12 E I / (G As L^2)
+// the plates (Timoshenko & Goodier 1970, ch. 10). Shear parameter 12 E I / (G As L^2)
 // (Przemieniecki 1968, sec. 5.6). Nothing is checked: a zero length or a zero shear area gives
 // infinities or NaNs, which pass on.
 #pragma once

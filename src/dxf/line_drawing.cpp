@@ -1,5 +1,6 @@
 // The drawings of line_drawing.h. Each item stands on a line of its own, a group code before each
-// value; the code that begins the next entity closes the one before.
+// value; the code that begins the next entity closes the one before. Nothing is flushed before the
+// file is complete: a large mesh has millions of lines.
 #include "dxf/line_drawing.h"
 
 #include <algorithm>

@@ -285,9 +285,7 @@ bool OpenInputFile(const char* fileName, std::ifstream& stream) {
   stream.open(fileName, std::ios::in | std::ios::binary);
   if (!stream.is_open()) return false;
   stream.peek();
-  const bool readable = !stream.bad();
-  stream.clear();  // an empty file has set its end, which is no failure
-  return readable;
+  return !stream.bad();
 }
 
 void ReadInputFile(const char* fileName, Model& model) {

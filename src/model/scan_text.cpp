@@ -19,22 +19,12 @@ int PeekCharacter(const TextCursor& cursor) {
   return static_cast<unsigned char>(cursor.text[cursor.position]);
 }
 
-// The classes of the "C" locale, spelled out: a locale set elsewhere must not change what is read.
-bool IsSpace(int c) {
-  return c == ' ' || (c >= '\t' && c <= '\r');
-}
-bool IsDigit(int c) {
-  return c >= '0' && c <= '9';
-}
-int LowerCase(int c) {
-  return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c;
-}
-bool IsHexDigit(int c) {
-  return IsDigit(c) || (LowerCase(c) >= 'a' && LowerCase(c) <= 'f');
-}
-bool IsSign(int c) {
-  return c == '+' || c == '-';
-}
+// The classes of the "C" locale, spelled out for every byte value and for EndOfText.
+bool IsSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsDigit(int c) { return c >= '0' && c <= '9'; }
+int LowerCase(int c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; }
+bool IsHexDigit(int c) { return IsDigit(c) || (LowerCase(c) >= 'a' && LowerCase(c) <= 'f'); }
+bool IsSign(int c) { return c == '+' || c == '-'; }
 
 void SkipSpace(TextCursor& cursor) {
   while (IsSpace(PeekCharacter(cursor))) ++cursor.position;

@@ -2,7 +2,7 @@
 //
 // Only what the model file needs: literals, white space, "%d" and "%lf". Numbers are rounded
 // correctly, which not every C library's own scanf does, and come out the same on every platform.
-// What the C standard leaves open is settled as the GNU C library settles it:
+// Where C libraries differ, the readings of the GNU C library hold:
 //   %d   accumulates in 64 bits with saturation, then keeps the low 32 bits;
 //   %lf  takes the longest prefix that looks like a number; of "1e+" the whole is consumed and the
 //        value is 1; "inf", "infinity", "nan" and hexadecimal numbers are accepted, "0x." as 0.

@@ -6,9 +6,7 @@
 
 namespace korvex {
 
-std::int64_t ReadPerformanceFrequency() {
-  return 1000000000;
-}
+std::int64_t ReadPerformanceFrequency() { return 1000000000; }
 
 std::int64_t ReadPerformanceCounter() {
   const auto sinceEpoch = std::chrono::steady_clock::now().time_since_epoch();

@@ -16,21 +16,15 @@ void PrintFormatted(const char* format, ...) {  // NOLINT(cert-dcl50-cpp): it is
   std::fflush(stdout);
 }
 
-void WriteText(std::ostream& stream, const char* text) {
-  stream << text;
-}
+void WriteText(std::ostream& stream, const char* text) { stream << text; }
 
-void WriteLineEnd(std::ostream& stream) {
-  stream << std::endl;
-}
+void WriteLineEnd(std::ostream& stream) { stream << std::endl; }
 
 void WriteConsoleLine(const char* text) {
   WriteText(std::cout, text);
   WriteLineEnd(std::cout);
 }
 
-void WaitForCharacter() {
-  std::getchar();
-}
+void WaitForCharacter() { std::getchar(); }
 
 }  // namespace korvex

@@ -24,8 +24,6 @@ void StopUnwritable(const char* gbkText) {
   throw RunStopped{FailureStatus};
 }
 
-void ReportInconsistency() {
-  WriteConsoleLine(GbkError);
-}
+void ReportInconsistency() { WriteConsoleLine(GbkError); }
 
 }  // namespace korvex

@@ -1,5 +1,4 @@
-// The load vector of load_vector.h. Loads on shell elements take their places between the nodal
-// forces and the loads on beams.
+// The load vector of load_vector.h.
 #include "system/load_vector.h"
 
 #include <array>
@@ -18,6 +17,15 @@ void AddNodalForces(Model& model) {
     CheckReference("Force", row, "node", force.node, {"nodal points", model.NPOIN});
     double* F = &model.LoadVector[static_cast<std::size_t>(force.node) * DofsPerNode];
     for (std::size_t d = 0; d < DofsPerNode; ++d) F[d] += force.components[d];
+  }
+}
+
+// There is no shell element where this is reached, so that a load on one refers to nothing.
+void CheckShellLoads(const char* rowKind, const std::vector<ShellSurfaceLoad>& loads,
+                     const TableSize& elements) {
+  for (std::size_t row = 0; row < loads.size(); ++row) {
+    CheckReference(rowKind, static_cast<std::int32_t>(row), "element", loads[row].element,
+                   elements);
   }
 }
 
@@ -44,6 +52,10 @@ void AssembleLoadVector(Model& model) {
   model.Displacements.resize(n);
   model.LoadVector.assign(n, 0.0);
   AddNodalForces(model);
+  CheckShellLoads("Distributed load on four-node shell elements", model.Shell4SurfaceLoads,
+                  {"four-node shell elements", model.NELEM_S_4ND});
+  CheckShellLoads("Distributed load on three-node shell elements", model.Shell3SurfaceLoads,
+                  {"three-node shell elements", model.NELEM_S_3ND});
   AddBeamLoads(model);
 }
 

@@ -32,9 +32,7 @@ struct Chain {
   std::vector<std::array<double, 3>> orientations;
 };
 
-Real3 Exact(const std::array<double, 3>& a) {
-  return {a[0], a[1], a[2]};
-}
+Real3 Exact(const std::array<double, 3>& a) { return {a[0], a[1], a[2]}; }
 
 BeamChain BuildChain(const Chain& chain, const TestSection& section) {
   BeamChain exact{E, Mu, {}, {}, {}};
@@ -122,7 +120,7 @@ TEST_P(BeamStructures, PortalFrameInObliqueSpace) {
 
 // The textbook formulas themselves, along the global axes, so that the force method above is not
 // the only witness: local x, y, z are global X, Y, Z. A load through the centroid, that is, a force
-// at the node with the moment e x F (Timoshenko & Gere 1972, sec. 7.11 for the shear terms).
+// at the node with the moment e x F (Timoshenko & Gere 1972, ch. 6).
 TEST_P(BeamStructures, CantileverTextbookFormulas) {
   const SectionNumbers s = ComputeNumbers(GetParam());
   const Real L = 2.0, Fx = 5e4, Fy = -2e4, Fz = 3e4, Mx = 1e3;

@@ -167,6 +167,11 @@ void ReadSectionsInOrder(std::FILE* file, std::int32_t rowsAtMost, FileTables& t
 
 }  // namespace
 
+bool ReadsBrokenNumbersAlike() {
+  double value = 0.0;
+  return std::sscanf("1e+", "%lf", &value) == 1;  // NOLINT(cert-err34-c): this is the question
+}
+
 FileTables ReadWithFscanf(const std::string& fileName, std::int32_t rowsAtMost) {
   FileTables tables;
   std::FILE* file = std::fopen(fileName.c_str(), "rb");

@@ -88,6 +88,11 @@ struct FileTables {
   FileTable<FileLoad<2>> beamLoads;
 };
 
+// Whether this C library's scanf reads broken numbers as our scanner does. The standard counts
+// "1e+" as no number at all; the GNU C library has long read it as 1 and may come to follow the
+// standard.
+bool ReadsBrokenNumbersAlike();
+
 // Reads the file, which must exist, up to the first wrong release, negative count or count above
 // `rowsAtMost`.
 FileTables ReadWithFscanf(const std::string& fileName, std::int32_t rowsAtMost);

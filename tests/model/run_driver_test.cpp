@@ -154,9 +154,7 @@ TEST(RunDriver, ProgressStepsBackOverItself) {
                     displacements);
 }
 
-TEST(RunDriver, ModelWithoutNodes) {
-  ExpectCompleteRun(WriteModel(ModelText()), "0", "", "");
-}
+TEST(RunDriver, ModelWithoutNodes) { ExpectCompleteRun(WriteModel(ModelText()), "0", "", ""); }
 
 TEST(RunDriver, SecondRunReplacesTheFirst) {
   const TempFolder folder;

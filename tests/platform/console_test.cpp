@@ -113,8 +113,9 @@ TEST(Notice, ComesBehindWhatWasPrintedBefore) {
   std::printf("before");
   testing::internal::CaptureStderr();
   ShowNotice("text");
+  const std::string received = out.Received();  // before the capture ends and flushes everything
   testing::internal::GetCapturedStderr();
-  EXPECT_EQ(out.Received(), "before");
+  EXPECT_EQ(received, "before");
 }
 
 TEST(StopRun, UnwritableFileWaitsForOneCharacter) {

@@ -18,9 +18,7 @@ std::string Write(const Model& model) {
   return test::ReadFile("Node_Dis.txt");
 }
 
-TEST(NodeDisplacements, WithoutNodesHoldsTheHeaderAlone) {
-  EXPECT_EQ(Write(Model()), Header);
-}
+TEST(NodeDisplacements, WithoutNodesHoldsTheHeaderAlone) { EXPECT_EQ(Write(Model()), Header); }
 
 TEST(NodeDisplacements, NumbersInColumnsOfFifteen) {
   Model model;
@@ -35,8 +33,7 @@ TEST(NodeDisplacements, NumbersInColumnsOfFifteen) {
                 "         100000         123456\n");
 }
 
-// The node number's field is one place narrower and the colon follows without padding; a number
-// that does not fit is written whole.
+// The node number's field is one place narrower and the colon follows without padding.
 TEST(NodeDisplacements, NodeNumberTakesFourteenPlacesAndAColon) {
   Model model;
   model.NPOIN = 11;

@@ -39,9 +39,7 @@ Vector3 GetAxis(const ElementFrame& frame, std::size_t axis) {
   return {frame[axis], frame[3 + axis], frame[6 + axis]};
 }
 
-double Dot(const Vector3& a, const Vector3& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
+double Dot(const Vector3& a, const Vector3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
 void ExpectNear(const Vector3& a, const Vector3& b) {
   for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(a[i], b[i], 1e-15) << "component " << i;

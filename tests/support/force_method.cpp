@@ -8,9 +8,7 @@ namespace korvex::test {
 
 namespace {
 
-Real Dot(const Real3& a, const Real3& b) {
-  return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
+Real Dot(const Real3& a, const Real3& b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
 Real3 Plus(const Real3& a, Real s, const Real3& b) {
   return {a[0] + s * b[0], a[1] + s * b[1], a[2] + s * b[2]};
@@ -20,9 +18,7 @@ Real3 Across(const Real3& a, const Real3& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-Real3 Unit(const Real3& a) {
-  return Plus({0, 0, 0}, 1 / std::sqrt(Dot(a, a)), a);
-}
+Real3 Unit(const Real3& a) { return Plus({0, 0, 0}, 1 / std::sqrt(Dot(a, a)), a); }
 
 struct Axes {
   Real3 x, y, z;

@@ -21,9 +21,7 @@ TempFolder::~TempFolder() {
   fs::remove_all(path_, ignored);
 }
 
-WorkingFolder::WorkingFolder() : before_(fs::current_path()) {
-  fs::current_path(folder_.Path());
-}
+WorkingFolder::WorkingFolder() : before_(fs::current_path()) { fs::current_path(folder_.Path()); }
 
 WorkingFolder::~WorkingFolder() {
   std::error_code ignored;

@@ -77,6 +77,19 @@ TEST(LoadVector, ForceOnAMissingNodeStops) {
   }
 }
 
+TEST(LoadVector, LoadOnAMissingShellStops) {
+  Model model = MakeModel();
+  model.Shell4SurfaceLoads = {{7, {1, 2, 3}}};
+  test::ExpectStop([&] { AssembleLoadVector(model); },
+                   "Distributed load on four-node shell elements 0 refers to element 7; "
+                   "there are 0 four-node shell elements.");
+  model.Shell4SurfaceLoads.clear();
+  model.Shell3SurfaceLoads = {{0, {1, 2, 3}}};
+  test::ExpectStop([&] { AssembleLoadVector(model); },
+                   "Distributed load on three-node shell elements 0 refers to element 0; "
+                   "there are 0 three-node shell elements.");
+}
+
 TEST(LoadVector, LoadOnAMissingBeamStops) {
   Model model = MakeModel();
   AddLoad(model, {0, {}});

@@ -35,9 +35,7 @@ SkylineMatrix Pack(const Dense& A) {
   return K;
 }
 
-Dense Zeros(std::size_t n) {
-  return Dense(n, std::vector<double>(n, 0.0));
-}
+Dense Zeros(std::size_t n) { return Dense(n, std::vector<double>(n, 0.0)); }
 
 // Symmetric, diagonally dominant, with ragged column tops.
 Dense MakeRandomSystem(std::size_t n, unsigned seed) {
@@ -231,9 +229,7 @@ TEST(SolveSkyline, ProgressOfAThousandColumnsPrintsEachTenTimes) {
                 Repeat(Step("80"), 10) + "100%Completed.");
 }
 
-TEST(SolveSkyline, SilentPrintsNothing) {
-  EXPECT_EQ(ProgressOf(10, SolverProgress::Silent), "");
-}
+TEST(SolveSkyline, SilentPrintsNothing) { EXPECT_EQ(ProgressOf(10, SolverProgress::Silent), ""); }
 
 }  // namespace
 }  // namespace korvex
