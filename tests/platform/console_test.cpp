@@ -110,10 +110,10 @@ TEST(Notice, ComesBehindWhatWasPrintedBefore) {
   const test::TempFolder folder;
   SetInput(folder, "");
   const StdoutInFile out;
+  testing::internal::CaptureStderr();  // flushes everything, so it must come first
   std::printf("before");
-  testing::internal::CaptureStderr();
   ShowNotice("text");
-  const std::string received = out.Received();  // before the capture ends and flushes everything
+  const std::string received = out.Received();  // before the capture ends and flushes again
   testing::internal::GetCapturedStderr();
   EXPECT_EQ(received, "before");
 }
