@@ -70,6 +70,21 @@ TEST(SkylineMatrix, ScatterReadsTheUpperTriangle) {
   EXPECT_EQ(K.Values, (std::vector<double>{1, 4, 2, 6, 5, 3}));  // diagonal first, then upward
 }
 
+// One element of 24 dofs alone: the skyline is the upper triangle of its matrix.
+TEST(SkylineMatrix, ScatterOfASingleFourNodeShell) {
+  constexpr std::size_t n = 24;
+  SkylineMatrix K = MakeFull(n);
+  std::vector<double> ke(n * n);
+  std::iota(ke.begin(), ke.end(), 1.0);
+  std::vector<std::int32_t> g(n);
+  std::iota(g.begin(), g.end(), 0);
+  ScatterElement(ke.data(), g.data(), n, K);
+  ASSERT_EQ(K.SkylineSize, 300);
+  for (std::size_t j = 0; j < n; ++j) {
+    for (std::size_t i = 0; i <= j; ++i) EXPECT_EQ(Entry(K, i, j), ke[i * n + j]);
+  }
+}
+
 TEST(SkylineMatrix, ScatterIntoReversedAndSharedDofsAdds) {
   SkylineMatrix K = MakeFull(3);
   const std::array<double, 4> ke{1, 2, -99, 3};
