@@ -1,5 +1,5 @@
-// The stages of a run, in order. Results of shell elements and the detail models of beams have
-// their places behind the displacements.
+// The stages of a run, in order. The detail models of beams have their place behind the averaged
+// stresses.
 #include "model/run_driver.h"
 
 #include <cstdint>
@@ -13,7 +13,10 @@
 #include "platform/console.h"
 #include "platform/notice.h"
 #include "platform/stop_run.h"
+#include "results/average_stresses.h"
 #include "results/node_displacements.h"
+#include "results/shell_stresses.h"
+#include "results/stress_files.h"
 #include "system/assemble_system.h"
 #include "system/solve_skyline.h"
 
@@ -44,11 +47,16 @@ void SolveTimed(Model& model, std::ostream& log) {
   WriteLineEnd(log);
 }
 
-void WriteResults(const Model& model) {
+void WriteResults(Model& model) {
   WriteConsoleLine("Post-processing in progress...");
   WriteNodeDisplacements(model);
   WriteConsoleLine("\tDeformation result file Node_Dis.txt, generated.");
   WriteDeformationDrawing("deformation.dxf", model);
+  RecoverShellStresses(model);
+  WriteElementNodeStresses(model);
+  AverageNodeStresses(model);
+  WriteAverageNodeStresses(model);
+  WriteConsoleLine("\tShell element average node stress.txt, generated.");
 }
 
 void RunStages() {

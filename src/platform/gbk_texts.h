@@ -13,6 +13,11 @@ inline constexpr const char* GbkError = "\xB4\xED\xCE\xF3!";
 inline constexpr const char* GbkDisplacementFileFailed =
     "\xBD\xDA\xB5\xE3\xCE\xBB\xD2\xC6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!";
 
+// "单元节点应力文件输出失败!" (writing the element node stress file failed): both stress files.
+inline constexpr const char* GbkStressFileFailed =
+    "\xB5\xA5\xD4\xAA\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0"
+    "\xDC!";
+
 // "文件输出失败!" (writing the file failed): both drawings.
 inline constexpr const char* GbkFileFailed = "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!";
 

@@ -1,7 +1,8 @@
 // The records of the two flat shell elements and their set-up, and the load record they share.
 //
-// A record carries everything that its element routines read: its own copy of the node coordinates,
-// the material values, the thickness and the local frame. It knows nothing of the model's tables.
+// A record carries everything that its element routines read, its own copy of the node coordinates,
+// the material values, the thickness and the local frame, and its stresses. It knows nothing of the
+// model's tables.
 #pragma once
 
 #include <array>
@@ -10,6 +11,9 @@
 #include "shell/element_frame.h"
 
 namespace korvex {
+
+// SX, SY, SZ, TXY, TXZ, TYZ, global axes.
+using StressVector = std::array<double, 6>;
 
 // One flat shell element with `Nodes` nodes, six degrees of freedom each.
 template <std::int32_t Nodes>
@@ -22,6 +26,12 @@ struct ShellElement {
   double Mu = 0.0;  // Poisson's ratio
   double TK = 0.0;  // thickness
   ElementFrame Frame{};
+
+  // Results by corner, in the element's node order. The upper face lies on the side of +e3.
+  std::array<StressVector, Nodes> NodeStressTop{};
+  std::array<StressVector, Nodes> NodeStressBottom{};
+  std::array<StressVector, Nodes> AvgStressTop{};
+  std::array<StressVector, Nodes> AvgStressBottom{};
 };
 
 using Shell4Element = ShellElement<4>;  // frame from nodes 1, 2 and 4

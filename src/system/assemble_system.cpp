@@ -7,7 +7,7 @@
 #include "dxf/line_drawing.h"
 #include "model/read_input_file.h"
 #include "platform/console.h"
-#include "platform/stop_run.h"
+#include "shell/shell_stiffness.h"
 #include "system/load_vector.h"
 #include "system/profile.h"
 #include "system/supports.h"
@@ -16,23 +16,29 @@ namespace korvex {
 
 namespace {
 
-void AssembleBeams(Model& model) {
-  std::array<double, static_cast<std::size_t>(BeamDofs) * BeamDofs> ke{};
-  std::array<std::int32_t, BeamDofs> g{};
-  for (std::size_t e = 0; e < model.BeamElements.size(); ++e) {
-    BeamStiffness(model.BeamElements[e], ke.data());
-    BuildDofList(&model.BeamNodes[e * NodesPerBeam], NodesPerBeam, g.data());
-    ScatterElement(ke.data(), g.data(), BeamDofs, model.Stiffness);
+// Adds the stiffness of all elements of one kind, in table order.
+// connectivity: elements x Nodes node indices, element-major; stiffness: the kind's routine.
+template <std::int32_t Nodes, typename Element>
+void AssembleElements(const std::vector<Element>& elements,
+                      const std::vector<std::int32_t>& connectivity,
+                      void (*stiffness)(const Element&, double*), SkylineMatrix& K) {
+  constexpr std::int32_t n = Nodes * DofsPerNode;
+  std::array<double, static_cast<std::size_t>(n) * n> ke{};
+  std::array<std::int32_t, n> g{};
+  for (std::size_t e = 0; e < elements.size(); ++e) {
+    stiffness(elements[e], ke.data());
+    BuildDofList(&connectivity[e * Nodes], Nodes, g.data());
+    ScatterElement(ke.data(), g.data(), n, K);
   }
 }
 
-// The element kinds follow one another: four-node shells, three-node shells, beams.
 void AssembleStiffness(Model& model) {
-  // A plate left out would look like a result; so a model with plates ends here.
-  if (model.NELEM_S_4ND > 0 || model.NELEM_S_3ND > 0) {
-    StopWithNotice("Shell elements are not computed by this version; only their drawing is.");
-  }
-  AssembleBeams(model);
+  AssembleElements<NodesPerShell4>(model.Shell4Elements, model.Shell4Nodes, Shell4Stiffness,
+                                   model.Stiffness);
+  AssembleElements<NodesPerShell3>(model.Shell3Elements, model.Shell3Nodes, Shell3Stiffness,
+                                   model.Stiffness);
+  AssembleElements<NodesPerBeam>(model.BeamElements, model.BeamNodes, BeamStiffness,
+                                 model.Stiffness);
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 
 #include "beam/beam_line_load.h"
 #include "model/check_reference.h"
+#include "shell/shell_loads.h"
 #include "system/profile.h"
 
 namespace korvex {
@@ -20,28 +21,30 @@ void AddNodalForces(Model& model) {
   }
 }
 
-// There is no shell element where this is reached, so that a load on one refers to nothing.
-void CheckShellLoads(const char* rowKind, const std::vector<ShellSurfaceLoad>& loads,
-                     const TableSize& elements) {
-  for (std::size_t row = 0; row < loads.size(); ++row) {
-    CheckReference(rowKind, static_cast<std::int32_t>(row), "element", loads[row].element,
-                   elements);
-  }
-}
+// What a kind of distributed load is called in notices, and its elements.
+struct LoadKind {
+  const char* row;
+  TableSize elements;
+};
 
-void AddBeamLoads(Model& model) {
-  std::array<double, BeamDofs> fe{};
-  std::array<std::int32_t, BeamDofs> g{};
-  for (std::int32_t row = 0; row < model.NDL_B; ++row) {
-    const BeamLineLoad& load = model.BeamLineLoads[static_cast<std::size_t>(row)];
-    CheckReference("Distributed load on beam elements", row, "element", load.element,
-                   {"beam elements", model.NELEM_B});
+// Adds the equivalent nodal loads of all loads on one kind of element.
+// connectivity: elements x Nodes node indices, element-major; vector: the kind's routine.
+template <std::int32_t Nodes, typename Element, typename Load>
+void AddElementLoads(const std::vector<Load>& loads, const LoadKind& kind,
+                     const std::vector<Element>& elements,
+                     const std::vector<std::int32_t>& connectivity,
+                     void (*vector)(const Element&, const Load&, double*), std::vector<double>& F) {
+  constexpr std::int32_t n = Nodes * DofsPerNode;
+  std::array<double, n> fe{};
+  std::array<std::int32_t, n> g{};
+  for (std::size_t row = 0; row < loads.size(); ++row) {
+    const Load& load = loads[row];
+    CheckReference(kind.row, static_cast<std::int32_t>(row), "element", load.element,
+                   kind.elements);
     const auto element = static_cast<std::size_t>(load.element);
-    BeamLineLoadVector(model.BeamElements[element], load, fe.data());
-    BuildDofList(&model.BeamNodes[element * NodesPerBeam], NodesPerBeam, g.data());
-    for (std::size_t i = 0; i < BeamDofs; ++i) {
-      model.LoadVector[static_cast<std::size_t>(g[i])] += fe[i];
-    }
+    vector(elements[element], load, fe.data());
+    BuildDofList(&connectivity[element * Nodes], Nodes, g.data());
+    for (std::size_t i = 0; i < n; ++i) F[static_cast<std::size_t>(g[i])] += fe[i];
   }
 }
 
@@ -52,11 +55,19 @@ void AssembleLoadVector(Model& model) {
   model.Displacements.resize(n);
   model.LoadVector.assign(n, 0.0);
   AddNodalForces(model);
-  CheckShellLoads("Distributed load on four-node shell elements", model.Shell4SurfaceLoads,
-                  {"four-node shell elements", model.NELEM_S_4ND});
-  CheckShellLoads("Distributed load on three-node shell elements", model.Shell3SurfaceLoads,
-                  {"three-node shell elements", model.NELEM_S_3ND});
-  AddBeamLoads(model);
+  AddElementLoads<NodesPerShell4>(model.Shell4SurfaceLoads,
+                                  {"Distributed load on four-node shell elements",
+                                   {"four-node shell elements", model.NELEM_S_4ND}},
+                                  model.Shell4Elements, model.Shell4Nodes, Shell4LoadVector,
+                                  model.LoadVector);
+  AddElementLoads<NodesPerShell3>(model.Shell3SurfaceLoads,
+                                  {"Distributed load on three-node shell elements",
+                                   {"three-node shell elements", model.NELEM_S_3ND}},
+                                  model.Shell3Elements, model.Shell3Nodes, Shell3LoadVector,
+                                  model.LoadVector);
+  AddElementLoads<NodesPerBeam>(
+      model.BeamLineLoads, {"Distributed load on beam elements", {"beam elements", model.NELEM_B}},
+      model.BeamElements, model.BeamNodes, BeamLineLoadVector, model.LoadVector);
 }
 
 }  // namespace korvex

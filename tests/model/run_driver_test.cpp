@@ -68,6 +68,7 @@ std::string Console(const std::string& gigabytes, const std::string& progress) {
          "(Solution time:# seconds)\n"
          "Post-processing in progress...\n"
          "\tDeformation result file Node_Dis.txt, generated.\n"
+         "\tShell element average node stress.txt, generated.\n"
          "Post-processing completed.\n";
 }
 
@@ -91,8 +92,12 @@ void ExpectCompleteRun(const std::string& model, const std::string& gigabytes,
             "The global stiffness matrix will occupy " + gigabytes +
                 " GB of memory space.\nSolution time:# seconds.\n");
   EXPECT_EQ(ReadFile(folder.Path() / LogLink), ReadFile(folder.Path() / LogName));
-  EXPECT_EQ(ListFolder(folder.Path()), Sorted({"Node_Dis.txt", "deformation.dxf", "fem_solving.txt",
-                                               "structure.dxf", LogName, LogLink}));
+  EXPECT_EQ(ReadFile(folder.Path() / "Shell element node stress.txt"), "");
+  EXPECT_EQ(ReadFile(folder.Path() / "Shell element average node stress.txt"), "");
+  EXPECT_EQ(ListFolder(folder.Path()),
+            Sorted({"Node_Dis.txt", "Shell element average node stress.txt",
+                    "Shell element node stress.txt", "deformation.dxf", "fem_solving.txt",
+                    "structure.dxf", LogName, LogLink}));
 }
 
 // A node held in all directions moves by its load / 1e20. Six columns of one entry each: 48 bytes.

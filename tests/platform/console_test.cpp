@@ -155,6 +155,7 @@ std::string ConvertToGbk(std::string utf8) {
 TEST(GbkTexts, AreTheChineseTexts) {
   EXPECT_EQ(GbkError, ConvertToGbk("错误!"));
   EXPECT_EQ(GbkDisplacementFileFailed, ConvertToGbk("节点位移文件输出失败!"));
+  EXPECT_EQ(GbkStressFileFailed, ConvertToGbk("单元节点应力文件输出失败!"));
   EXPECT_EQ(GbkFileFailed, ConvertToGbk("文件输出失败!"));
   EXPECT_EQ(GbkCalcLogName, ConvertToGbk("计算日志.txt"));
 }

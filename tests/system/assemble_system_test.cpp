@@ -7,7 +7,6 @@
 #include <sstream>
 
 #include "beam/beam_stiffness.h"
-#include "support/expect_stop.h"
 #include "support/solve_model.h"
 #include "support/temp_folder.h"
 
@@ -156,20 +155,6 @@ TEST(AssembleSystem, UnknownSectionTypeIsComputedAllTheSame) {
   Model model;
   test::AssembleModel(text, model);
   EXPECT_TRUE(std::isnan(Entry(model.Stiffness, 18, 18)));
-}
-
-TEST(AssembleSystem, ModelWithPlatesEndsBehindItsDrawing) {
-  test::ModelText text = MakeTubes();
-  text.thicknesses = {0.01};
-  text.nodes.push_back({1, 1, 0});
-  text.shells3.push_back({{0, 1, 4}, 0, 0});
-  const test::WorkingFolder folder;
-  test::WriteFile("fem_solving.txt", test::WriteModel(text));
-  Model model;
-  std::ostringstream log;
-  test::ExpectStop([&] { AssembleSystem(model, log); },
-                   "Shell elements are not computed by this version; only their drawing is.");
-  EXPECT_NE(test::ReadFile("structure.dxf").find("LINE"), std::string::npos);
 }
 
 }  // namespace

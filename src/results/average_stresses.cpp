@@ -1,0 +1,149 @@
+// The averages of average_stresses.h. Sums run over the own element, the others of its kind and
+// then those of the other kind, in table order.
+#include "results/average_stresses.h"
+
+#include <algorithm>
+
+#include "shell/vector3.h"
+
+namespace korvex {
+
+namespace {
+
+// Share of the own element's thickness by which the upper faces' offsets may differ.
+constexpr double OffsetDivisor = 10.0;
+
+template <std::int32_t Nodes>
+Vector3 Normal(const ShellElement<Nodes>& element) {
+  return {element.Frame[2], element.Frame[5], element.Frame[8]};
+}
+
+// What has been summed up for a corner, and the element that it belongs to.
+struct CornerSum {
+  StressVector top{}, bottom{};
+  double count = 0.0;
+  Vector3 normal{};
+  double TK = 0.0;
+};
+
+void AddTo(StressVector& sum, const StressVector& stress) {
+  for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += stress[i];
+}
+
+// Adds corner k of `element` if the element lies in the surface of the sum's own.
+template <std::int32_t Nodes>
+void AddCorner(const ShellElement<Nodes>& element, std::size_t k, CornerSum& sum) {
+  Vector3 normal = Normal(element);
+  const Vector3& own = sum.normal;
+  const bool flipped = own[0] * normal[0] + own[1] * normal[1] + own[2] * normal[2] <= 0.0;
+  if (flipped) normal = {-normal[0], -normal[1], -normal[2]};
+  const double half = element.TK * 0.5;
+  const double ownHalf = sum.TK * 0.5;
+  const Vector3 w{half * normal[0] - ownHalf * own[0], half * normal[1] - ownHalf * own[1],
+                  half * normal[2] - ownHalf * own[2]};
+  if (Length(w) > sum.TK / OffsetDivisor) return;
+  AddTo(sum.top, flipped ? element.NodeStressBottom[k] : element.NodeStressTop[k]);
+  AddTo(sum.bottom, flipped ? element.NodeStressTop[k] : element.NodeStressBottom[k]);
+  sum.count += 1.0;
+}
+
+// The first corner of element e at `node`. connectivity: element-major, Nodes per element.
+template <std::int32_t Nodes>
+std::size_t FindCorner(const std::vector<std::int32_t>& connectivity, std::int32_t e,
+                       std::int32_t node) {
+  const auto begin = connectivity.begin() + static_cast<std::ptrdiff_t>(e) * Nodes;
+  return static_cast<std::size_t>(std::find(begin, begin + Nodes, node) - begin);
+}
+
+constexpr std::int32_t NoElement = -1;  // skips none
+
+// Adds the corners at `node` of all listed elements but `skipped`.
+template <std::int32_t Nodes>
+void AddNeighbours(const std::vector<ShellElement<Nodes>>& elements,
+                   const std::vector<std::int32_t>& connectivity, const NodeElements& lists,
+                   std::int32_t node, std::int32_t skipped, CornerSum& sum) {
+  const auto n = static_cast<std::size_t>(node);
+  for (std::int32_t at = lists.first[n]; at < lists.first[n + 1]; ++at) {
+    const std::int32_t f = lists.elements[static_cast<std::size_t>(at)];
+    if (f == skipped) continue;
+    AddCorner(elements[static_cast<std::size_t>(f)], FindCorner<Nodes>(connectivity, f, node), sum);
+  }
+}
+
+// Begins a sum with corner k of `element` itself.
+template <std::int32_t Nodes>
+CornerSum BeginSum(const ShellElement<Nodes>& element, std::size_t k) {
+  return {element.NodeStressTop[k], element.NodeStressBottom[k], 1.0, Normal(element), element.TK};
+}
+
+// Stores the average as corner k's.
+template <std::int32_t Nodes>
+void StoreAverage(const CornerSum& sum, std::size_t k, ShellElement<Nodes>& element) {
+  const double share = 1.0 / sum.count;
+  for (std::size_t i = 0; i < sum.top.size(); ++i) {
+    element.AvgStressTop[k][i] = sum.top[i] * share;
+    element.AvgStressBottom[k][i] = sum.bottom[i] * share;
+  }
+}
+
+}  // namespace
+
+void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_t nodesPerElement,
+                      std::int32_t nodeCount, NodeElements& lists) {
+  const auto step = static_cast<std::size_t>(nodesPerElement);
+  // Tells whether the node at `position` stands in its element's row for the first time.
+  const auto isFirst = [&](std::size_t position) {
+    const auto row = connectivity.begin() + static_cast<std::ptrdiff_t>(position / step * step);
+    const auto here = connectivity.begin() + static_cast<std::ptrdiff_t>(position);
+    return std::find(row, here, *here) == here;
+  };
+  lists.first.assign(static_cast<std::size_t>(nodeCount) + 1, 0);
+  for (std::size_t p = 0; p < connectivity.size(); ++p) {
+    if (isFirst(p)) ++lists.first[static_cast<std::size_t>(connectivity[p]) + 1];
+  }
+  for (std::size_t n = 1; n < lists.first.size(); ++n) lists.first[n] += lists.first[n - 1];
+
+  lists.elements.resize(static_cast<std::size_t>(lists.first.back()));
+  std::vector<std::int32_t> next(lists.first.begin(), lists.first.end() - 1);
+  for (std::size_t p = 0; p < connectivity.size(); ++p) {
+    if (!isFirst(p)) continue;
+    std::int32_t& place = next[static_cast<std::size_t>(connectivity[p])];
+    lists.elements[static_cast<std::size_t>(place++)] = static_cast<std::int32_t>(p / step);
+  }
+}
+
+void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
+                             std::int32_t e, std::int32_t node) {
+  Shell4Element& element = model.Shell4Elements[static_cast<std::size_t>(e)];
+  const std::size_t k = FindCorner<NodesPerShell4>(model.Shell4Nodes, e, node);
+  CornerSum sum = BeginSum(element, k);
+  AddNeighbours(model.Shell4Elements, model.Shell4Nodes, lists4, node, e, sum);
+  AddNeighbours(model.Shell3Elements, model.Shell3Nodes, lists3, node, NoElement, sum);
+  StoreAverage(sum, k, element);
+}
+
+void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
+                             std::int32_t e, std::int32_t node) {
+  Shell3Element& element = model.Shell3Elements[static_cast<std::size_t>(e)];
+  const std::size_t k = FindCorner<NodesPerShell3>(model.Shell3Nodes, e, node);
+  CornerSum sum = BeginSum(element, k);
+  AddNeighbours(model.Shell3Elements, model.Shell3Nodes, lists3, node, e, sum);
+  AddNeighbours(model.Shell4Elements, model.Shell4Nodes, lists4, node, NoElement, sum);
+  StoreAverage(sum, k, element);
+}
+
+void AverageNodeStresses(Model& model) {
+  NodeElements lists4, lists3;
+  ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
+  ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
+  for (std::size_t p = 0; p < model.Shell4Nodes.size(); ++p) {
+    const auto e = static_cast<std::int32_t>(p / NodesPerShell4);
+    AverageShell4NodeStress(model, lists4, lists3, e, model.Shell4Nodes[p]);
+  }
+  for (std::size_t p = 0; p < model.Shell3Nodes.size(); ++p) {
+    const auto e = static_cast<std::int32_t>(p / NodesPerShell3);
+    AverageShell3NodeStress(model, lists4, lists3, e, model.Shell3Nodes[p]);
+  }
+}
+
+}  // namespace korvex

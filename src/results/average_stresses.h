@@ -1,0 +1,40 @@
+// Corner stresses averaged over neighbouring shell elements.
+//
+// Kept per element corner, not per node: a corner is averaged with those corners at the same node
+// that lie in nearly the same surface. With unit normals n and thicknesses t of the own element (e)
+// and another (f), n_f reversed where the two face opposite ways, f is included unless
+//   | (t_f / 2) n_f - (t_e / 2) n_e | > t_e / 10.
+// The bound is the own element's, so that of two elements one may include the other and not the
+// reverse. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/model.h"
+
+namespace korvex {
+
+// The elements at each node, in table order, each listed once.
+struct NodeElements {
+  std::vector<std::int32_t> first;     // [nodes + 1] where a node's elements begin in `elements`
+  std::vector<std::int32_t> elements;  // element indices, node after node
+};
+
+// connectivity: elements x nodesPerElement node indices, element-major.
+void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_t nodesPerElement,
+                      std::int32_t nodeCount, NodeElements& lists);
+
+// Averages the corner of four-node element e at `node` and stores it in the element's AvgStressTop
+// and AvgStressBottom. lists4, lists3: the four-node and three-node elements at each node.
+void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
+                             std::int32_t e, std::int32_t node);
+
+// The same for three-node element e.
+void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
+                             std::int32_t e, std::int32_t node);
+
+// All corners of all shell elements.
+void AverageNodeStresses(Model& model);
+
+}  // namespace korvex

@@ -1,0 +1,52 @@
+// The stress recovery of shell_stresses.h.
+#include "results/shell_stresses.h"
+
+#include <algorithm>
+
+#include "results/corner_stress.h"
+
+namespace korvex {
+
+namespace {
+
+// d: 6 nodes, written completely. nodes: the element's node indices.
+void GatherDisplacements(const std::vector<double>& displacements, const std::int32_t* nodes,
+                         std::size_t nodeCount, double* d) {
+  for (std::size_t k = 0; k < nodeCount; ++k) {
+    const auto first = static_cast<std::size_t>(nodes[k]) * DofsPerNode;
+    std::copy_n(&displacements[first], DofsPerNode, d + DofsPerNode * k);
+  }
+}
+
+// The natural coordinates of a four-node element's corners.
+constexpr std::array<double, 4> CornerXi{-1.0, 1.0, 1.0, -1.0};
+constexpr std::array<double, 4> CornerEta{-1.0, -1.0, 1.0, 1.0};
+
+// Where a triangle's stresses are taken for all of its corners.
+constexpr std::array<double, 3> TrianglePoint{1.0, 0.0, 0.0};
+
+}  // namespace
+
+void RecoverShellStresses(Model& model) {
+  std::array<double, Shell4Dofs> d{};
+  for (std::size_t e = 0; e < model.Shell4Elements.size(); ++e) {
+    Shell4Element& element = model.Shell4Elements[e];
+    GatherDisplacements(model.Displacements, &model.Shell4Nodes[e * NodesPerShell4], NodesPerShell4,
+                        d.data());
+    for (std::size_t k = 0; k < NodesPerShell4; ++k) {
+      Shell4CornerStress(element, element.NodeStressTop[k], element.NodeStressBottom[k], d.data(),
+                         CornerXi[k], CornerEta[k]);
+    }
+  }
+  for (std::size_t e = 0; e < model.Shell3Elements.size(); ++e) {
+    Shell3Element& element = model.Shell3Elements[e];
+    GatherDisplacements(model.Displacements, &model.Shell3Nodes[e * NodesPerShell3], NodesPerShell3,
+                        d.data());
+    for (std::size_t k = 0; k < NodesPerShell3; ++k) {
+      Shell3CornerStress(element, element.NodeStressTop[k], element.NodeStressBottom[k], d.data(),
+                         TrianglePoint);
+    }
+  }
+}
+
+}  // namespace korvex

@@ -1,0 +1,52 @@
+// What joins an element to its membrane and plate parts, for both element kinds.
+//
+// Local coordinates, the places of the parts' dofs in the element, and the rotation between local
+// and global axes. Element dofs are 6k + d, d = 0 .. 5 for ux, uy, uz, rx, ry, rz of node k; a
+// membrane part has u, v, drilling and a plate part w, rx, ry per node.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/stop_run.h"
+#include "shell/element_frame.h"
+#include "shell/shell_element.h"
+
+namespace korvex {
+
+// Places of a part's three dofs per node among the node's six.
+inline constexpr std::array<std::int32_t, 3> MembranePlace{0, 1, 5};
+inline constexpr std::array<std::int32_t, 3> PlatePlace{2, 3, 4};
+
+// x, y: nodes, written completely: the components of the global positions along e1 and e2. The
+// position is not taken relative to a node, and its component along e3 is dropped: a warped element
+// is projected onto the plane of its frame, without correction.
+// coordinates: nodes x 3, row-major, global.
+void ComputeLocalCoordinates(const double* coordinates, std::int32_t nodes,
+                             const ElementFrame& frame, double* x, double* y);
+
+// K: n x n, row-major, n = 6 nodes: from local to global axes in place, T^T K T with 2 nodes
+// diagonal blocks L (rows e1, e2, e3). Only the blocks are multiplied; the zeros beside them would
+// add nothing.
+void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double* K);
+
+// f: 6 nodes: from local to global axes in place, T^T f.
+void RotateVectorToGlobal(const ElementFrame& frame, std::int32_t nodes, double* f);
+
+// f: 6 nodes: from global to local axes in place, T f.
+void RotateVectorToLocal(const ElementFrame& frame, std::int32_t nodes, double* f);
+
+// Sets up a membrane or plate part for `element`: counts, local coordinates, material, thickness.
+// A part with another number of nodes than the element's is reported and set up all the same.
+template <typename Part, std::int32_t Nodes>
+void SetUpPart(const ShellElement<Nodes>& element, Part& part) {
+  part.Init();
+  if (part.nodes != element.NodeCount) ReportInconsistency();
+  ComputeLocalCoordinates(element.Coordinates.data(), Nodes, element.Frame, part.x.data(),
+                          part.y.data());
+  part.E = element.E;
+  part.Mu = element.Mu;
+  part.TK = element.TK;
+}
+
+}  // namespace korvex

@@ -1,0 +1,106 @@
+// The routines of quad_membrane.h. Each integration point adds its share completely before the
+// next; xi is the outer loop.
+#include "shell/quad_membrane.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "shell/matrix.h"
+
+namespace korvex {
+
+namespace {
+
+// The derivatives to xi at eta = -GaussAbscissa and +GaussAbscissa: (1 -+ GaussAbscissa) / 4 to ten
+// decimals, part of the integration rule as the abscissa is.
+constexpr double NearQuarter = 0.3943375673;
+constexpr double FarQuarter = 0.1056624327;
+constexpr std::array<std::array<double, 4>, 2> GaussDerivatives{
+    {{-NearQuarter, NearQuarter, FarQuarter, -FarQuarter},
+     {-FarQuarter, FarQuarter, NearQuarter, -NearQuarter}}};
+
+// Places of the membrane's dofs u, v among u, v, drilling of each node.
+constexpr std::array<std::size_t, 8> MembranePlaces{0, 1, 3, 4, 6, 7, 9, 10};
+
+}  // namespace
+
+void QuadMembrane::Init() {
+  nodes = 4;
+  inPlaneDofsPerNode = 2;
+  dofsPerNode = 3;
+  membraneDofs = 8;
+  dofs = 12;
+  dimension = 2;
+  strains = 3;
+}
+
+void QuadMembrane::ShapeDerivatives(double xi, double eta) { BilinearDerivatives(xi, eta, dN); }
+
+void QuadMembrane::Jacobian() { BilinearJacobian(dN, x, y, J, detJ, Jinv, dNdx); }
+
+void QuadMembrane::StrainMatrix() {
+  for (std::size_t k = 0; k < 4; ++k) {
+    const double dx = dNdx[k];
+    const double dy = dNdx[4 + k];
+    B[2 * k] = dx, B[2 * k + 1] = 0.0;           // exx = du/dx
+    B[8 + 2 * k] = 0.0, B[8 + 2 * k + 1] = dy;   // eyy = dv/dy
+    B[16 + 2 * k] = dy, B[16 + 2 * k + 1] = dx;  // gxy = du/dy + dv/dx
+  }
+}
+
+void QuadMembrane::ElasticityMatrix() { PlaneStressMatrix(E, Mu, D); }
+
+void QuadMembrane::MembraneStiffness(double* out) {
+  std::fill(out, out + 64, 0.0);
+  ElasticityMatrix();
+  std::array<double, 24> Bt{}, DB{};
+  std::array<double, 64> BtDB{};
+  for (std::size_t i = 0; i < 2; ++i) {
+    for (std::size_t j = 0; j < 2; ++j) {
+      ShapeDerivatives(GaussPoints[i], GaussPoints[j]);
+      std::copy(GaussDerivatives[j].begin(), GaussDerivatives[j].end(), dN.begin());
+      Jacobian();
+      StrainMatrix();
+      const double s = std::fabs(detJ) * TK * GaussWeights[i];
+      MatTranspose(Bt.data(), B.data(), 3, 8);
+      MatMultiply(DB.data(), D.data(), B.data(), 3, 3, 8);
+      MatMultiply(BtDB.data(), Bt.data(), DB.data(), 8, 3, 8);
+      MatScale(BtDB.data(), BtDB.data(), s, 8, 8);
+      MatAdd(out, out, BtDB.data(), 8, 8);
+    }
+  }
+}
+
+void QuadMembrane::DrillingStiffness(double* out) {
+  const double gamma = E * 0.5 / (Mu + 1.0) * DrillingFactor * TK;
+  std::fill(out, out + 144, 0.0);
+  std::array<double, 12> b{};
+  for (std::size_t i = 0; i < 2; ++i) {
+    for (std::size_t j = 0; j < 2; ++j) {
+      BilinearFunctions(GaussPoints[i], GaussPoints[j], N);
+      ShapeDerivatives(GaussPoints[i], GaussPoints[j]);
+      Jacobian();
+      for (std::size_t k = 0; k < 4; ++k) {
+        b[3 * k] = 0.5 * dNdx[4 + k];
+        b[3 * k + 1] = -0.5 * dNdx[k];
+        b[3 * k + 2] = N[k];
+      }
+      const double s = std::fabs(detJ) * gamma * GaussWeights[i] * GaussWeights[j];
+      for (std::size_t r = 0; r < 12; ++r) {
+        for (std::size_t c = 0; c < 12; ++c) out[12 * r + c] += s * (b[c] * b[r]);
+      }
+    }
+  }
+}
+
+void QuadMembrane::Stiffness() {
+  DrillingStiffness(K.data());
+  std::array<double, 64> Km{};
+  MembraneStiffness(Km.data());
+  for (std::size_t a = 0; a < 8; ++a) {
+    for (std::size_t b = 0; b < 8; ++b)
+      K[12 * MembranePlaces[a] + MembranePlaces[b]] += Km[8 * a + b];
+  }
+}
+
+}  // namespace korvex

@@ -1,0 +1,50 @@
+// The in-plane part of the four-node element: a bilinear membrane and a drilling-rotation penalty.
+//
+// Local axes; dofs per node u, v, drilling rotation. Membrane: isoparametric, 2 x 2 points (Bathe
+// 1996, sec. 5.3). Drilling: the difference between the drilling rotation and the rotation of the
+// plane, theta - (dv/dx - du/dy) / 2, is penalised (Hughes & Brezzi 1989, eq. 4.2, independent
+// interpolation).
+#pragma once
+
+#include <cstdint>
+
+#include "shell/bilinear_map.h"
+#include "shell/elasticity.h"
+
+namespace korvex {
+
+struct QuadMembrane {
+  std::array<double, 4> x{}, y{};       // local node coordinates
+  double E = 0.0, Mu = 0.0, TK = 0.0;   // material, thickness
+  std::int32_t nodes = 0;               // 4, as all counts set by Init
+  std::int32_t inPlaneDofsPerNode = 0;  // 2: u, v
+  std::int32_t dofsPerNode = 0;         // 3: u, v, drilling
+  std::int32_t membraneDofs = 0;        // 8
+  std::int32_t dofs = 0;                // 12
+  std::int32_t dimension = 0;           // 2
+  std::int32_t strains = 0;             // 3: exx, eyy, gxy
+  std::array<double, 4> N{};            // shape functions at the current point
+  std::array<double, 8> dN{};           // 2 x 4: d/dxi, d/deta
+  std::array<double, 4> J{};            // 2 x 2
+  double detJ = 0.0;                    // signed
+  std::array<double, 4> Jinv{};         // 2 x 2
+  std::array<double, 8> dNdx{};         // 2 x 4: d/dx, d/dy
+  std::array<double, 24> B{};           // 3 x 8: strains from u, v
+  std::array<double, 9> D{};            // 3 x 3: plane stress
+  std::array<double, 144> K{};          // 12 x 12: the result of Stiffness
+
+  void Init();                                   // sets the counts
+  void ShapeDerivatives(double xi, double eta);  // dN
+  void Jacobian();                               // J, detJ, Jinv, dNdx from dN, x, y
+  void StrainMatrix();                           // B from dNdx
+  void ElasticityMatrix();                       // D from E, Mu
+  void MembraneStiffness(double* out);           // out: 8 x 8, dofs u, v per node
+  void DrillingStiffness(double* out);           // out: 12 x 12, dofs u, v, drilling per node
+  void Stiffness();                              // K: both parts together
+};
+
+// Share of the shear modulus times the thickness that penalises the drilling difference. Large
+// against the 1 of a consistent variational form; it is the value of this element.
+inline constexpr double DrillingFactor = 10.0;
+
+}  // namespace korvex

@@ -1,0 +1,48 @@
+// The bending part of the four-node element: a shear-deformable plate with assumed shear strains.
+//
+// Local axes; dofs per node w, rx, ry, right-handed: rx = dw/dy and ry = -dw/dx for a thin plate.
+// Bending bilinear, 2 x 2 points; the transverse shear strains are tied at the edges' midpoints
+// (Bathe & Dvorkin 1985, MITC4), which keeps the element free of shear locking at full integration.
+#pragma once
+
+#include <cstdint>
+
+#include "shell/bilinear_map.h"
+#include "shell/elasticity.h"
+
+namespace korvex {
+
+struct QuadPlate {
+  std::array<double, 4> x{}, y{};      // local node coordinates
+  double E = 0.0, Mu = 0.0, TK = 0.0;  // material, thickness
+  std::int32_t nodes = 0;              // 4, as all counts set by Init
+  std::int32_t dofsPerNode = 0;        // 3: w, rx, ry
+  std::int32_t dimension = 0;          // 2
+  std::int32_t curvatures = 0;         // 3: kx, ky, kxy
+  std::int32_t dofs = 0;               // 12
+  std::array<double, 4> N{};           // shape functions at the current point
+  std::array<double, 8> dN{};          // 2 x 4: d/dxi, d/deta
+  std::array<double, 4> J{};           // 2 x 2
+  double detJ = 0.0;                   // signed
+  std::array<double, 4> Jinv{};        // 2 x 2
+  std::array<double, 8> dNdx{};        // 2 x 4: d/dx, d/dy
+  std::array<double, 36> Bb{};         // 3 x 12: curvatures kx, ky, kxy
+  std::array<double, 24> Bs{};         // 2 x 12: shear strains gxz, gyz
+  std::array<double, 9> Db{};          // 3 x 3: bending rigidity
+  std::array<double, 4> Ds{};          // 2 x 2: shear rigidity
+  std::array<double, 144> K{};         // 12 x 12: the result of Stiffness
+
+  void Init();                                 // sets the counts
+  void ShapeFunctions(double xi, double eta);  // N, dN
+  void Jacobian();                             // J, detJ, Jinv, dNdx from dN, x, y
+  void CurvatureMatrix();                      // Bb from dNdx
+  void BendingRigidity();                      // Db from E, Mu, TK
+  // Bs at (xi, eta); detJPoint: the Jacobian determinant there.
+  void ShearStrainMatrix(double detJPoint, double xi, double eta);
+  void Stiffness();  // Db, Ds, K
+};
+
+// The shear modulus times the thickness is divided by this: the shear correction 5/6.
+inline constexpr double ShearCorrectionDivisor = 1.2;
+
+}  // namespace korvex
