@@ -1,6 +1,9 @@
 // The coordinates and rotations of element_parts.h. Sums run over the inner index in ascending
-// order from 0.0, as in the full products that they stand for.
+// order from 0.0, as in the full products that they stand for; begun otherwise, a zero could be
+// negative.
 #include "shell/element_parts.h"
+
+#include <algorithm>
 
 #include "shell/matrix.h"
 
@@ -19,20 +22,14 @@ void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double*
   // The frame's columns are the local axes, so it is L^T as it stands.
   std::array<double, 9> L{}, block{}, LtBlock{};
   MatTranspose(L.data(), frame.data(), 3, 3);
-  const std::int32_t n = 6 * nodes;
-  for (std::int32_t row = 0; row < n; row += 3) {
-    for (std::int32_t column = 0; column < n; column += 3) {
+  const std::size_t n = 6 * static_cast<std::size_t>(nodes);
+  for (std::size_t row = 0; row < n; row += 3) {
+    for (std::size_t column = 0; column < n; column += 3) {
       double* corner = K + row * n + column;
-      for (std::int32_t r = 0; r < 3; ++r) {
-        for (std::int32_t c = 0; c < 3; ++c)
-          block[static_cast<std::size_t>(3 * r + c)] = corner[r * n + c];
-      }
+      for (std::size_t r = 0; r < 3; ++r) std::copy_n(corner + r * n, 3, &block[3 * r]);
       MatMultiply(LtBlock.data(), frame.data(), block.data(), 3, 3, 3);
       MatMultiply(block.data(), LtBlock.data(), L.data(), 3, 3, 3);
-      for (std::int32_t r = 0; r < 3; ++r) {
-        for (std::int32_t c = 0; c < 3; ++c)
-          corner[r * n + c] = block[static_cast<std::size_t>(3 * r + c)];
-      }
+      for (std::size_t r = 0; r < 3; ++r) std::copy_n(&block[3 * r], 3, corner + r * n);
     }
   }
 }

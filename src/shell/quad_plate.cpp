@@ -83,8 +83,8 @@ void QuadPlate::ShearStrainMatrix(double detJPoint, double xi, double eta) {
   const double fA = (1.0 - xi) * Pxi, fB = (1.0 + xi) * Pxi;
   const double gA = (1.0 - eta) * Peta, gB = (1.0 + eta) * Peta;
 
-  // Each node's row: its part from the edge along xi that it ends (g, edge i to j) and from the
-  // edge along eta (f). Signs of w: toward which end of the edge the node lies.
+  // w, rx, ry of each node: one term from the edge along xi that the node ends (g), one from its
+  // edge along eta (f).
   const double sinA = a.sine, cosA = a.cosine, sinB = b.sine, cosB = b.cosine;
   Bs = {// gxz
         -0.5 * (gA * sinB - fA * sinA), -0.25 * ((y2 - y1) * gA * sinB - (y4 - y1) * fA * sinA),
