@@ -25,8 +25,9 @@ struct NodeElements {
 void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_t nodesPerElement,
                       std::int32_t nodeCount, NodeElements& lists);
 
-// Averages the corner of four-node element e at `node` and stores it in the element's AvgStressTop
-// and AvgStressBottom. lists4, lists3: the four-node and three-node elements at each node.
+// Averages the corner of four-node element e at `node`, one of its nodes, and stores it in the
+// element's AvgStressTop and AvgStressBottom. lists4, lists3: the four-node and three-node elements
+// at each node.
 void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
                              std::int32_t e, std::int32_t node);
 

@@ -2,18 +2,15 @@
 #include "results/stress_files.h"
 
 #include <fstream>
-#include <iomanip>
 
 #include "platform/gbk_texts.h"
 #include "platform/stop_run.h"
+#include "results/columns.h"
 #include "results/corner_stress.h"
 
 namespace korvex {
 
 namespace {
-
-constexpr int ColumnWidth = 15;
-constexpr int NumberWidth = ColumnWidth - 1;  // the colon takes the last place
 
 // What makes the difference between the two files.
 struct StressFile {
@@ -29,9 +26,10 @@ constexpr StressFile AverageFile{"Shell element average node stress.txt",
                                  "Four-nodes element:", "Three-nodes element:", true};
 
 void WriteFace(std::ostream& file, std::int32_t node, const StressVector& stress) {
-  file << std::setw(NumberWidth) << node << ':';
-  for (const double component : stress) file << std::setw(ColumnWidth) << component;
-  file << std::setw(ColumnWidth) << EquivalentStress(stress) << '\n';
+  WriteNodeNumber(file, node);
+  for (const double component : stress) WriteValue(file, component);
+  WriteValue(file, EquivalentStress(stress));
+  file << '\n';
 }
 
 // connectivity: elements x Nodes node indices, element-major.
@@ -44,10 +42,7 @@ void WriteBlocks(std::ostream& file, const char* title, bool averaged,
     const auto& top = averaged ? element.AvgStressTop : element.NodeStressTop;
     const auto& bottom = averaged ? element.AvgStressBottom : element.NodeStressBottom;
     file << title << e << '\n';
-    for (const char* word : {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"}) {
-      file << std::setw(ColumnWidth) << word;
-    }
-    file << '\n';
+    WriteColumnTitles(file, {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"});
     for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
       const std::int32_t node = connectivity[e * Nodes + k];
       WriteFace(file, node, top[k]);

@@ -12,7 +12,7 @@ using Array4 = std::array<double, 4>;
 using Matrix2x4 = std::array<double, 8>;  // row-major; row 0 d/dxi or d/dx, row 1 d/deta or d/dy
 
 // 1 / sqrt(3) to ten decimals. The integration rule is defined with this number; the exact root
-// would change the tenth digit of every stiffness.
+// would change the stiffness from about the tenth digit on.
 inline constexpr double GaussAbscissa = 0.5773502692;
 inline constexpr std::array<double, 2> GaussPoints{-GaussAbscissa, GaussAbscissa};
 inline constexpr std::array<double, 2> GaussWeights{1.0, 1.0};

@@ -27,7 +27,7 @@ void ComputeLocalCoordinates(const double* coordinates, std::int32_t nodes,
 
 // K: n x n, row-major, n = 6 nodes: from local to global axes in place, T^T K T with 2 nodes
 // diagonal blocks L (rows e1, e2, e3). Only the blocks are multiplied; the zeros beside them would
-// add nothing.
+// add nothing to finite numbers.
 void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double* K);
 
 // f: 6 nodes: from local to global axes in place, T^T f.

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shell/matrix.h"
+#include "shell/part_products.h"
 
 namespace korvex {
 
@@ -18,9 +18,6 @@ constexpr double FarQuarter = 0.1056624327;
 constexpr std::array<std::array<double, 4>, 2> GaussDerivatives{
     {{-NearQuarter, NearQuarter, FarQuarter, -FarQuarter},
      {-FarQuarter, FarQuarter, NearQuarter, -NearQuarter}}};
-
-// Places of the membrane's dofs u, v among u, v, drilling of each node.
-constexpr std::array<std::size_t, 8> MembranePlaces{0, 1, 3, 4, 6, 7, 9, 10};
 
 }  // namespace
 
@@ -53,8 +50,6 @@ void QuadMembrane::ElasticityMatrix() { PlaneStressMatrix(E, Mu, D); }
 void QuadMembrane::MembraneStiffness(double* out) {
   std::fill(out, out + 64, 0.0);
   ElasticityMatrix();
-  std::array<double, 24> Bt{}, DB{};
-  std::array<double, 64> BtDB{};
   for (std::size_t i = 0; i < 2; ++i) {
     for (std::size_t j = 0; j < 2; ++j) {
       ShapeDerivatives(GaussPoints[i], GaussPoints[j]);
@@ -62,17 +57,13 @@ void QuadMembrane::MembraneStiffness(double* out) {
       Jacobian();
       StrainMatrix();
       const double s = std::fabs(detJ) * TK * GaussWeights[i];
-      MatTranspose(Bt.data(), B.data(), 3, 8);
-      MatMultiply(DB.data(), D.data(), B.data(), 3, 3, 8);
-      MatMultiply(BtDB.data(), Bt.data(), DB.data(), 8, 3, 8);
-      MatScale(BtDB.data(), BtDB.data(), s, 8, 8);
-      MatAdd(out, out, BtDB.data(), 8, 8);
+      AddStiffnessProduct(B.data(), D.data(), 3, 8, s, out);
     }
   }
 }
 
 void QuadMembrane::DrillingStiffness(double* out) {
-  const double gamma = E * 0.5 / (Mu + 1.0) * DrillingFactor * TK;
+  const double gamma = DrillingPenalty(E, Mu, TK);
   std::fill(out, out + 144, 0.0);
   std::array<double, 12> b{};
   for (std::size_t i = 0; i < 2; ++i) {
@@ -86,9 +77,7 @@ void QuadMembrane::DrillingStiffness(double* out) {
         b[3 * k + 2] = N[k];
       }
       const double s = std::fabs(detJ) * gamma * GaussWeights[i] * GaussWeights[j];
-      for (std::size_t r = 0; r < 12; ++r) {
-        for (std::size_t c = 0; c < 12; ++c) out[12 * r + c] += s * (b[c] * b[r]);
-      }
+      AddOuterProduct(b.data(), 12, s, out);
     }
   }
 }
@@ -97,10 +86,7 @@ void QuadMembrane::Stiffness() {
   DrillingStiffness(K.data());
   std::array<double, 64> Km{};
   MembraneStiffness(Km.data());
-  for (std::size_t a = 0; a < 8; ++a) {
-    for (std::size_t b = 0; b < 8; ++b)
-      K[12 * MembranePlaces[a] + MembranePlaces[b]] += Km[8 * a + b];
-  }
+  AddMembranePart(Km.data(), 4, K.data());
 }
 
 }  // namespace korvex

@@ -2,8 +2,7 @@
 //
 // Local axes; dofs per node u, v, drilling rotation. Membrane: isoparametric, 2 x 2 points (Bathe
 // 1996, sec. 5.3). Drilling: the difference between the drilling rotation and the rotation of the
-// plane, theta - (dv/dx - du/dy) / 2, is penalised (Hughes & Brezzi 1989, eq. 4.2, independent
-// interpolation).
+// plane, theta - (dv/dx - du/dy) / 2, is penalised (Hughes & Brezzi 1989).
 #pragma once
 
 #include <cstdint>
@@ -42,9 +41,5 @@ struct QuadMembrane {
   void DrillingStiffness(double* out);           // out: 12 x 12, dofs u, v, drilling per node
   void Stiffness();                              // K: both parts together
 };
-
-// Share of the shear modulus times the thickness that penalises the drilling difference. Large
-// against the 1 of a consistent variational form; it is the value of this element.
-inline constexpr double DrillingFactor = 10.0;
 
 }  // namespace korvex

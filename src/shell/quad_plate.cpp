@@ -3,23 +3,11 @@
 
 #include <cmath>
 
-#include "shell/matrix.h"
+#include "shell/part_products.h"
 
 namespace korvex {
 
 namespace {
-
-// K += s * B^T D B.  B: rows x 12, D: rows x rows, K: 12 x 12; rows at most 3.
-void AddProduct(const double* B, const double* D, std::int32_t rows, double s,
-                std::array<double, 144>& K) {
-  std::array<double, 36> Bt{}, DB{};
-  std::array<double, 144> BtDB{};
-  MatTranspose(Bt.data(), B, rows, 12);
-  MatMultiply(DB.data(), D, B, rows, rows, 12);
-  MatMultiply(BtDB.data(), Bt.data(), DB.data(), 12, rows, 12);
-  MatScale(BtDB.data(), BtDB.data(), s, 12, 12);
-  MatAdd(K.data(), K.data(), BtDB.data(), 12, 12);
-}
 
 // A unit vector in the element's plane.
 struct Direction {
@@ -83,8 +71,8 @@ void QuadPlate::ShearStrainMatrix(double detJPoint, double xi, double eta) {
   const double fA = (1.0 - xi) * Pxi, fB = (1.0 + xi) * Pxi;
   const double gA = (1.0 - eta) * Peta, gB = (1.0 + eta) * Peta;
 
-  // w, rx, ry of each node: one term from the edge along xi that the node ends (g), one from its
-  // edge along eta (f).
+  // w, rx, ry of each node: one term from the node's edge along xi (g), one from its edge along eta
+  // (f).
   const double sinA = a.sine, cosA = a.cosine, sinB = b.sine, cosB = b.cosine;
   Bs = {// gxz
         -0.5 * (gA * sinB - fA * sinA), -0.25 * ((y2 - y1) * gA * sinB - (y4 - y1) * fA * sinA),
@@ -117,9 +105,9 @@ void QuadPlate::Stiffness() {
       Jacobian();
       CurvatureMatrix();
       const double s = std::fabs(detJ) * GaussWeights[i] * GaussWeights[j];
-      AddProduct(Bb.data(), Db.data(), 3, s, K);
+      AddStiffnessProduct(Bb.data(), Db.data(), 3, 12, s, K.data());
       ShearStrainMatrix(detJ, GaussPoints[i], GaussPoints[j]);
-      AddProduct(Bs.data(), Ds.data(), 2, s, K);
+      AddStiffnessProduct(Bs.data(), Ds.data(), 2, 12, s, K.data());
     }
   }
 }

@@ -2,7 +2,8 @@
 //
 // Local axes; dofs per node w, rx, ry, right-handed: rx = dw/dy and ry = -dw/dx for a thin plate.
 // Bending bilinear, 2 x 2 points; the transverse shear strains are tied at the edges' midpoints
-// (Bathe & Dvorkin 1985, MITC4), which keeps the element free of shear locking at full integration.
+// (after Bathe & Dvorkin 1985, but with the directions of the element's mid-lines at every point),
+// which keeps the element free of shear locking at full integration.
 #pragma once
 
 #include <cstdint>

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "shell/matrix.h"
-#include "shell/quad_membrane.h"
+#include "shell/part_products.h"
 
 namespace korvex {
 
@@ -17,9 +17,6 @@ constexpr std::array<Array3, 4> DrillingPoints{
     {{1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0}, {0.6, 0.2, 0.2}, {0.2, 0.6, 0.2}, {0.2, 0.2, 0.6}}};
 constexpr std::array<double, 4> DrillingWeights{0.5625, 0.5208333333333334, 0.5208333333333334,
                                                 0.5208333333333334};
-
-// Places of the membrane's dofs u, v among u, v, drilling of each node.
-constexpr std::array<std::size_t, 6> MembranePlaces{0, 1, 3, 4, 6, 7};
 
 }  // namespace
 
@@ -47,19 +44,17 @@ void TriMembrane::ElasticityMatrix(double* out) const {
 }
 
 void TriMembrane::MembraneStiffness(double* out) const {
-  std::array<double, 18> B{}, Bt{}, DB{};
+  std::array<double, 18> B{};
   Matrix3 D{};
   StrainMatrix(B.data());
   ElasticityMatrix(D.data());
-  MatTranspose(Bt.data(), B.data(), 3, 6);
-  MatMultiply(DB.data(), D.data(), B.data(), 3, 3, 6);
-  MatMultiply(out, Bt.data(), DB.data(), 6, 3, 6);
-  MatScale(out, out, TriangleArea(x, y) * TK, 6, 6);
+  std::fill(out, out + 36, 0.0);
+  AddStiffnessProduct(B.data(), D.data(), 3, 6, TriangleArea(x, y) * TK, out);
 }
 
 void TriMembrane::DrillingStiffness(double* out) const {
   const double A = TriangleArea(x, y);
-  const double gamma = E * 0.5 / (Mu + 1.0) * DrillingFactor * TK;
+  const double gamma = DrillingPenalty(E, Mu, TK);
   std::fill(out, out + 81, 0.0);
   for (std::size_t point = 0; point < DrillingPoints.size(); ++point) {
     const Array3& L = DrillingPoints[point];
@@ -75,10 +70,7 @@ void TriMembrane::DrillingStiffness(double* out) const {
       b[3 * k + 1] = -(y[i] - y[j]) / (4.0 * A);
       b[3 * k + 2] = Lk;
     }
-    const double s = gamma * DrillingWeights[point];
-    for (std::size_t r = 0; r < 9; ++r) {
-      for (std::size_t c = 0; c < 9; ++c) out[9 * r + c] += s * (b[c] * b[r]);
-    }
+    AddOuterProduct(b.data(), 9, gamma * DrillingWeights[point], out);
   }
   MatScale(out, out, A, 9, 9);
 }
@@ -87,10 +79,7 @@ void TriMembrane::Stiffness() {
   DrillingStiffness(K.data());
   std::array<double, 36> Km{};
   MembraneStiffness(Km.data());
-  for (std::size_t a = 0; a < 6; ++a) {
-    for (std::size_t b = 0; b < 6; ++b)
-      K[9 * MembranePlaces[a] + MembranePlaces[b]] += Km[6 * a + b];
-  }
+  AddMembranePart(Km.data(), 3, K.data());
 }
 
 }  // namespace korvex

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "shell/matrix.h"
+#include "shell/part_products.h"
 
 namespace korvex {
 
@@ -91,16 +92,11 @@ void TriPlate::CurvatureMatrix(const Array3& L, double* out) const {
 void TriPlate::Stiffness() {
   Matrix3 Db{};
   BendingRigidity(Db.data());
-  std::array<double, 27> Bb{}, Bt{}, DB{};
-  std::array<double, 81> BtDB{};
+  std::array<double, 27> Bb{};
   K.fill(0.0);
   for (const Array3& point : MidSidePoints) {
     CurvatureMatrix(point, Bb.data());
-    MatTranspose(Bt.data(), Bb.data(), 3, 9);
-    MatMultiply(DB.data(), Db.data(), Bb.data(), 3, 3, 9);
-    MatMultiply(BtDB.data(), Bt.data(), DB.data(), 9, 3, 9);
-    MatScale(BtDB.data(), BtDB.data(), MidSideWeight, 9, 9);
-    MatAdd(K.data(), K.data(), BtDB.data(), 9, 9);
+    AddStiffnessProduct(Bb.data(), Db.data(), 3, 9, MidSideWeight, K.data());
   }
   MatScale(K.data(), K.data(), PlateArea(x, y), 9, 9);
 }
