@@ -1,0 +1,60 @@
+// Meshes of flat shells for tests: grids of quads, of triangles or of both, prescribed
+// displacements, and whole models turned in space.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <ostream>
+
+#include "model/model.h"
+#include "support/model_text.h"
+
+namespace korvex::test {
+
+using Point3 = std::array<double, 3>;
+
+// What the cells of a mesh are made of: each a quad, each two triangles, or the two in turn.
+enum class Cells { Quads, Triangles, Mixed };
+
+// How a failed test, and the name of a test, calls it.
+const char* NameCells(Cells cells);
+std::ostream& operator<<(std::ostream& out, Cells cells);
+
+// The four corners of a cell by node, counter-clockwise seen from the side of its normal.
+using Corners = std::array<int, 4>;
+
+// Adds cell number `index` of a mesh, of material 0 and thickness 0. Triangles are cut along the
+// diagonal from the first corner.
+void AddCell(ModelText& model, Cells cells, int index, const Corners& corners);
+
+// A grid of n1 x n2 cells over the unit square of (s, t), placed in space by `place`. The node at
+// (i / n1, j / n2) is i + j (n1 + 1): with n1 the short side the matrix has the smallest band. The
+// normal is d(place)/ds x d(place)/dt.
+ModelText BuildGrid(int n1, int n2, Cells cells,
+                    const std::function<Point3(double s, double t)>& place);
+
+// The number of the grid's node (i, j).
+inline int GridNode(int n1, int i, int j) { return i + j * (n1 + 1); }
+
+// What a support puts onto the diagonal.
+inline constexpr double SupportPenalty = 1e20;
+
+// Supports all six dofs of the node and moves them by `values`, with the forces that move the
+// springs of the supports as far.
+void Prescribe(ModelText& model, int node, const std::array<double, 6>& values);
+
+// The six displacements of a node.
+std::array<double, 6> NodeDisplacements(const Model& model, int node);
+
+// v turned by the rotation of the unit quaternion (1, 2, 3, 4) / sqrt(30): a matrix with rational
+// entries and no zero among them.
+Point3 Turn(const Point3& v);
+// Both triples of six displacements, or of a force and a moment.
+std::array<double, 6> TurnSix(const std::array<double, 6>& v);
+StressVector TurnStress(const StressVector& stress);
+
+// The whole model turned about the origin. Supports stay as they are written: they turn with the
+// model only where a node is fixed in all three translations, or rotations, or in none.
+ModelText TurnModel(const ModelText& model);
+
+}  // namespace korvex::test
