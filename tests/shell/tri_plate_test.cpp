@@ -1,0 +1,203 @@
+// The triangle's bending part against the explicit rotation functions of Batoz, Bathe & Ho (1980)
+// and against fields of constant curvature.
+#include "shell/tri_plate.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "support/shell_shapes.h"
+#include "support/symmetric_eigenvalues.h"
+
+namespace korvex {
+namespace {
+
+constexpr double E = test::ShapeE, Mu = test::ShapeMu, TK = test::ShapeTK;
+constexpr std::array<Array3, 5> Points{
+    {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, {0.5, 0.0, 0.5}, {0.2, 0.5, 0.3}}};
+
+TriPlate MakePlate(const test::PlaneShape<3>& shape, double thickness = TK) {
+  TriPlate plate;
+  plate.Init();
+  for (std::size_t k = 0; k < 3; ++k) {
+    plate.x[k] = shape[k][0];
+    plate.y[k] = shape[k][1];
+  }
+  plate.E = E;
+  plate.Mu = Mu;
+  plate.TK = thickness;
+  return plate;
+}
+
+using Curvatures = std::array<double, 27>;  // 3 x 9
+
+Curvatures CurvaturesOf(const TriPlate& plate, const Array3& L) {
+  Curvatures Bb;
+  Bb.fill(-7.0);  // the caller's buffer is not clean; every entry must be written
+  plate.CurvatureMatrix(L, Bb.data());
+  return Bb;
+}
+
+std::array<double, 81> StiffnessOf(TriPlate plate) {
+  plate.K.fill(-7.0);  // the sum starts at zero, whatever was there
+  plate.Stiffness();
+  return plate.K;
+}
+
+TEST(TriPlate, InitSetsTheCounts) {
+  TriPlate plate;
+  plate.Init();
+  EXPECT_EQ(plate.nodes, 3);
+  EXPECT_EQ(plate.dofs, 9);
+}
+
+// The rotation functions of the paper: bx = Hx . U and by = Hy . U with U = (w, thx, thy) per node,
+// thx = dw/dy, thy = -dw/dx, bx = -dw/dx, by = -dw/dy; r and s are the coordinates of nodes 2
+// and 3. Its sides 4, 5, 6 are 2-3, 3-1, 1-2.
+struct RotationFunctions {
+  std::array<double, 9> Hx, Hy;
+};
+
+RotationFunctions BatozFunctions(const TriPlate& plate, double r, double s) {
+  std::array<double, 7> a{}, b{}, c{}, d{}, e{}, N{};  // by side, 4 to 6; N 1 to 6
+  for (std::size_t k = 4; k <= 6; ++k) {
+    const std::size_t i = (k - 3) % 3, j = (k - 2) % 3;
+    const double x = plate.x[i] - plate.x[j], y = plate.y[i] - plate.y[j];
+    const double l2 = x * x + y * y;
+    a[k] = -x / l2;
+    b[k] = 0.75 * x * y / l2;
+    c[k] = (0.25 * x * x - 0.5 * y * y) / l2;
+    d[k] = -y / l2;
+    e[k] = (0.25 * y * y - 0.5 * x * x) / l2;
+  }
+  N[1] = 2.0 * (1.0 - r - s) * (0.5 - r - s);
+  N[2] = r * (2.0 * r - 1.0);
+  N[3] = s * (2.0 * s - 1.0);
+  N[4] = 4.0 * r * s;
+  N[5] = 4.0 * s * (1.0 - r - s);
+  N[6] = 4.0 * r * (1.0 - r - s);
+  RotationFunctions H{};
+  constexpr std::array<std::array<std::size_t, 2>, 3> sides{{{6, 5}, {4, 6}, {5, 4}}};
+  for (std::size_t k = 0; k < 3; ++k) {
+    const auto& [p, q] = sides[k];
+    H.Hx[3 * k] = 1.5 * (a[p] * N[p] - a[q] * N[q]);
+    H.Hx[3 * k + 1] = b[q] * N[q] + b[p] * N[p];
+    H.Hx[3 * k + 2] = N[k + 1] - c[q] * N[q] - c[p] * N[p];
+    H.Hy[3 * k] = 1.5 * (d[p] * N[p] - d[q] * N[q]);
+    H.Hy[3 * k + 1] = -N[k + 1] + e[q] * N[q] + e[p] * N[p];
+    H.Hy[3 * k + 2] = -H.Hx[3 * k + 1];
+  }
+  return H;
+}
+
+// kx = dbx/dx, ky = dby/dy, kxy = dbx/dy + dby/dx. The functions are quadratic: central differences
+// are exact, for any step.
+Curvatures BatozCurvatures(const TriPlate& plate, const Array3& L) {
+  const double r = L[1], s = L[2], step = 0.5;
+  const RotationFunctions right = BatozFunctions(plate, r + step, s);
+  const RotationFunctions left = BatozFunctions(plate, r - step, s);
+  const RotationFunctions above = BatozFunctions(plate, r, s + step);
+  const RotationFunctions below = BatozFunctions(plate, r, s - step);
+  const double x21 = plate.x[1] - plate.x[0], y21 = plate.y[1] - plate.y[0];
+  const double x31 = plate.x[2] - plate.x[0], y31 = plate.y[2] - plate.y[0];
+  const double det = x21 * y31 - x31 * y21;
+  Curvatures Bb{};
+  for (std::size_t i = 0; i < 9; ++i) {
+    const double bxR = right.Hx[i] - left.Hx[i], bxS = above.Hx[i] - below.Hx[i];
+    const double byR = right.Hy[i] - left.Hy[i], byS = above.Hy[i] - below.Hy[i];
+    Bb[i] = (y31 * bxR - y21 * bxS) / det;
+    Bb[9 + i] = (x21 * byS - x31 * byR) / det;
+    Bb[18 + i] = (x21 * bxS - x31 * bxR + y31 * byR - y21 * byS) / det;
+  }
+  return Bb;
+}
+
+TEST(TriPlate, CurvaturesAreThoseOfTheExplicitFunctions) {
+  for (const auto& named : test::AllTriangles()) {
+    const TriPlate plate = MakePlate(named.shape);
+    for (const Array3& L : Points) {
+      EXPECT_EQ(test::FindDifference(CurvaturesOf(plate, L), BatozCurvatures(plate, L), 1e-14), "")
+          << named << " at " << L[0] << ", " << L[1] << ", " << L[2];  // rounding
+    }
+  }
+}
+
+// The curvatures are linear and their squares quadratic, so three points inside integrate them as
+// exactly as those at the mid-sides: weights 1/3 at (2/3, 1/6, 1/6) and its permutations.
+TEST(TriPlate, StiffnessIntegratesTheCurvatures) {
+  const double rigidity = E * TK * TK * TK / 12.0 / (1.0 - Mu * Mu);
+  for (const auto& named : test::AllTriangles()) {
+    const TriPlate plate = MakePlate(named.shape);
+    const double area = test::IntegrateMonomial(named.shape, 0, 0);
+    std::array<double, 81> expected{};
+    for (std::size_t point = 0; point < 3; ++point) {
+      Array3 L{1.0 / 6.0, 1.0 / 6.0, 1.0 / 6.0};
+      L[point] = 2.0 / 3.0;
+      const Curvatures B = BatozCurvatures(plate, L);
+      for (std::size_t i = 0; i < 9; ++i) {
+        for (std::size_t j = 0; j < 9; ++j) {
+          expected[9 * i + j] +=
+              rigidity * area / 3.0 *
+              (B[i] * B[j] + B[9 + i] * B[9 + j] + Mu * (B[i] * B[9 + j] + B[9 + i] * B[j]) +
+               (1.0 - Mu) / 2.0 * B[18 + i] * B[18 + j]);
+        }
+      }
+    }
+    EXPECT_EQ(test::FindDifference(StiffnessOf(plate), expected, 1e-13), "") << named;  // rounding
+  }
+}
+
+// w = -(p x^2 + q y^2 + 2 r x y) / 2 plus a rigid motion: the curvatures are p, q and 2 r
+// everywhere.
+TEST(TriPlate, ConstantCurvatureIsExact) {
+  const double p = 0.5, q = -0.75, r = 0.375;
+  for (const auto& named : test::AllTriangles()) {
+    const TriPlate plate = MakePlate(named.shape);
+    std::array<double, 9> d{};
+    for (std::size_t k = 0; k < 3; ++k) {
+      const double x = plate.x[k], y = plate.y[k];
+      d[3 * k] = -(p * x * x + q * y * y + 2.0 * r * x * y) / 2.0 + 0.25 - 0.5 * x + 2.0 * y;
+      d[3 * k + 1] = -(q * y + r * x) + 2.0;  // rx = dw/dy
+      d[3 * k + 2] = p * x + r * y + 0.5;     // ry = -dw/dx
+    }
+    for (const Array3& L : Points) {
+      const Curvatures Bb = CurvaturesOf(plate, L);
+      std::array<double, 3> curvature{};
+      for (std::size_t i = 0; i < 3; ++i) {
+        for (std::size_t j = 0; j < 9; ++j) curvature[i] += Bb[9 * i + j] * d[j];
+      }
+      EXPECT_NEAR(curvature[0], p, 1e-13) << named;  // rounding of terms up to some 100
+      EXPECT_NEAR(curvature[1], q, 1e-13) << named;
+      EXPECT_NEAR(curvature[2], 2.0 * r, 1e-13) << named;
+    }
+  }
+}
+
+// Doubling is exact in binary, and so is the factor eight.
+TEST(TriPlate, GrowsWithTheCubeOfTheThickness) {
+  const auto once = StiffnessOf(MakePlate(test::ScaleneTriangle, TK));
+  const auto twice = StiffnessOf(MakePlate(test::ScaleneTriangle, 2.0 * TK));
+  for (std::size_t i = 0; i < once.size(); ++i) EXPECT_EQ(twice[i], 8.0 * once[i]) << i;
+}
+
+TEST(TriPlate, SymmetricToRounding) {
+  const auto K = StiffnessOf(MakePlate(test::ScaleneTriangle));
+  for (std::size_t i = 0; i < 9; ++i) {
+    for (std::size_t j = 0; j < i; ++j)
+      EXPECT_NEAR(K[9 * i + j], K[9 * j + i], 1e-15 * test::LargestEntry(K));
+  }
+}
+
+TEST(TriPlate, ThreeZeroEnergyModes) {
+  for (const auto& named : test::AllTriangles()) {
+    const auto K = StiffnessOf(MakePlate(named.shape));
+    const auto eigenvalues = test::SymmetricEigenvalues({K.begin(), K.end()}, 9);
+    EXPECT_LT(std::fabs(eigenvalues[0]), 1e-13 * eigenvalues.back()) << named;  // rounding
+    EXPECT_LT(std::fabs(eigenvalues[2]), 1e-13 * eigenvalues.back()) << named;
+    EXPECT_GT(eigenvalues[3], 1e-5 * eigenvalues.back()) << named;
+  }
+}
+
+}  // namespace
+}  // namespace korvex
