@@ -122,7 +122,7 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
     }
   }
 
-  void ExpectStress(const StressVector& computed, const StressVector& local) const {
+  static void ExpectStress(const StressVector& computed, const StressVector& local) {
     const StressVector expected =
         std::get<1>(GetParam()) == Place::InSpace ? TurnStress(local) : local;
     for (std::size_t c = 0; c < 6; ++c) {
