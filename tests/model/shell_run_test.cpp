@@ -1,0 +1,401 @@
+// Whole runs of plated models as a process: the console, every file, stresses that follow from
+// statics, and stress files that cannot be written.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <sstream>
+
+#include "support/model_text.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace korvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* ElementFileName = "Shell element node stress.txt";
+constexpr const char* AverageFileName = "Shell element average node stress.txt";
+
+// "计算日志.txt" in GBK and in UTF-8.
+constexpr const char* LogName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
+constexpr const char* LogLink = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
+
+// "单元节点应力文件输出失败!" in GBK.
+constexpr const char* StressFileFailed =
+    "\xB5\xA5\xD4\xAA\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE"
+    "\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n";
+
+// The names in a folder, sorted.
+std::vector<std::string> ListFolder(const fs::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> Sorted(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::size_t Count(const std::string& text, const std::string& part) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+// The console with the solution time, which differs from run to run, as "#".
+std::string MaskTime(const std::string& console) {
+  const std::string before = "(Solution time:";
+  const std::size_t begin = console.find(before) + before.size();
+  const std::size_t end = console.find_first_not_of(".0123456789", begin);
+  if (console.find(before) == std::string::npos || end == begin) return console;
+  return console.substr(0, begin) + "#" + console.substr(end);
+}
+
+// One line of a stress file: node, the six components, SE.
+struct StressLine {
+  int node = -1;
+  std::array<double, 7> values{};
+};
+
+// The lines of a stress file, two for each corner, upper face first; by title.
+using StressBlocks = std::map<std::string, std::vector<StressLine>>;
+
+StressBlocks ParseStressFile(const std::string& bytes) {
+  StressBlocks blocks;
+  std::istringstream file(bytes);
+  std::string line, title, header;
+  while (std::getline(file, line)) {
+    if (line.find("element:") != std::string::npos) {
+      title = line;
+      std::getline(file, header);
+      continue;
+    }
+    std::istringstream fields(line);
+    StressLine row;
+    char colon = 0;
+    fields >> row.node >> colon;
+    for (double& value : row.values) fields >> value;
+    EXPECT_TRUE(fields && colon == ':') << line;
+    blocks[title].push_back(row);
+  }
+  return blocks;
+}
+
+// The rows of Node_Dis.txt without its header.
+std::vector<std::array<double, 6>> ParseDisplacements(const std::string& bytes) {
+  std::istringstream file(bytes);
+  std::string line;
+  std::getline(file, line);
+  std::vector<std::array<double, 6>> rows;
+  while (std::getline(file, line)) {
+    std::istringstream fields(line.substr(15));
+    rows.emplace_back();
+    for (double& value : rows.back()) fields >> value;
+    EXPECT_TRUE(fields) << line;
+  }
+  return rows;
+}
+
+// A cantilever plate of 3 x 1 m, clamped along x = 0, of two quadrilaterals and two triangles, with
+// a flat bar (=) along its edge y = 0. Pressures on quadrilateral 1 and on triangle 0, the lower
+// one, and a force on node 7. N, m, Pa.
+//
+//   1---3---5---7     y
+//   | 0 | 1 |1/ |
+//   |   |   | /0|     |
+//   0===2===4===6     o--x
+ModelText MakePlate() {
+  ModelText text;
+  text.materials = {{2e11, 0.3, 7850.0}};
+  text.thicknesses = {0.02};
+  text.tSections = {{0.1, 0.01, 0.0, 0.0}};
+  for (int n = 0; n < 8; ++n) text.nodes.push_back({1.0 * (n / 2), 1.0 * (n % 2), 0.0});
+  text.shells4 = {{{0, 2, 3, 1}}, {{2, 4, 5, 3}}};
+  text.shells3 = {{{4, 6, 7}}, {{4, 7, 5}}};
+  for (int n = 0; n < 6; n += 2) {
+    text.beams.emplace_back();
+    text.beams.back().node1 = n;
+    text.beams.back().node2 = n + 2;
+  }
+  for (const int n : {0, 1}) text.restraints.push_back({n, {1, 1, 1, 1, 1, 1}});
+  text.forces = {{7, {0, 0, -100, 0, 0, 0}}};
+  text.shell4Loads = {{1, {-1000, -1000, -1000}}};
+  text.shell3Loads = {{0, {-600, -600, -600}}};
+  return text;
+}
+
+// The lowest neighbours of nodes 0 to 7 are 0, 0, 0, 0, 2, 2, 4, 4. A node that reaches b nodes
+// back has 36 b + 21 entries: 36 x (0 + 1 + 2 + 3 + 2 + 3 + 2 + 3) + 8 x 21 = 744, and 8 x 744 /
+// 2^30 = 5.54323e-06.
+constexpr const char* PlateEstimate =
+    "The global stiffness matrix will occupy 5.54323e-06 GB of memory space.\n";
+
+// A complete run in a folder of its own.
+struct PlateRun {
+  explicit PlateRun(const ModelText& text) {
+    WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+    run = RunProgram(KORVEX_PROGRAM, folder.Path());
+  }
+  std::string Read(const char* name) const { return ReadFile(folder.Path() / name); }
+
+  TempFolder folder;
+  ProgramRun run;
+};
+
+// The console from the results on.
+std::string ResultLines(const std::string& console) {
+  return console.substr(console.find("Post-processing in progress..."));
+}
+
+TEST(ShellRun, ConsoleAndFilesOfAPlate) {
+  const PlateRun plate(MakePlate());
+  EXPECT_EQ(plate.run.exitStatus, 0);
+  EXPECT_EQ(plate.run.err, "");
+  const std::string console = MaskTime(plate.run.out);
+  EXPECT_EQ(console.find(std::string(PlateEstimate) + "Assembling the global stiffness matrix...\n"
+                                                      "Solute the equilibrium equations..."),
+            0U);
+  EXPECT_NE(console.find("100%Completed.(Solution time:# seconds)\nPost-processing in progress..."),
+            std::string::npos);
+  EXPECT_EQ(ResultLines(console),
+            "Post-processing in progress...\n"
+            "\tDeformation result file Node_Dis.txt, generated.\n"
+            "\tShell element average node stress.txt, generated.\n"
+            "Post-processing completed.\n");
+  EXPECT_EQ(ListFolder(plate.folder.Path()),
+            Sorted({"Node_Dis.txt", AverageFileName, ElementFileName, "deformation.dxf",
+                    "fem_solving.txt", "structure.dxf", LogName, LogLink}));
+  EXPECT_EQ(Count(plate.Read(LogName), "\n"), 2U);
+}
+
+// Four edges of each quadrilateral and three of each triangle; a beam has none.
+TEST(ShellRun, DrawingsHoldTheEdgesOfTheShells) {
+  const PlateRun plate(MakePlate());
+  for (const char* name : {"structure.dxf", "deformation.dxf"}) {
+    EXPECT_EQ(Count(plate.Read(name), "LINE\n"), 14U) << name;
+  }
+  // The first edge, from node 0 to node 2, as it lies in the model.
+  EXPECT_EQ(plate.Read("structure.dxf")
+                .find("  0\nSECTION\n  2\nENTITIES\n  0\nLINE\n  8\n0\n"
+                      " 10\n0\n 20\n0\n 30\n0\n 11\n1\n 21\n0\n 31\n0\n  0\nLINE\n"),
+            0U);
+}
+
+// The loads, all downwards: 1000 N on the square, with its centroid at (1.5, 0.5); 600 x 0.5 =
+// 300 N on the triangle 4-6-7, at (8/3, 1/3); 100 N at (3, 1). The supports carry 1400 N upwards.
+// About X a force F along Z has the moment y F: 500 + 100 + 100 = 700 N m. About Y it has -x F; all
+// of it is -(1500 + 800 + 300) = -2600 N m. R = -1e20 u, six digits of some 1000 N or N m: 0.005.
+TEST(ShellRun, SupportForcesBalancePressuresAndForces) {
+  const PlateRun plate(MakePlate());
+  const auto u = ParseDisplacements(plate.Read("Node_Dis.txt"));
+  ASSERT_EQ(u.size(), 8U);
+  EXPECT_NEAR(-1e20 * (u[0][2] + u[1][2]), 1400.0, 0.05);
+  EXPECT_NEAR(-1e20 * (u[0][3] + u[1][3] + 1.0 * u[1][2]), 700.0, 0.05);  // node 1 at y = 1
+  EXPECT_NEAR(-1e20 * (u[0][4] + u[1][4]), -2600.0, 0.05);                // both at x = 0
+  EXPECT_LT(u[7][2], 0.0);                                                // down, with the loads
+}
+
+// Titles, nodes in the order of the model, faces in pairs.
+TEST(ShellRun, StressFilesListElementsAndNodes) {
+  const PlateRun plate(MakePlate());
+  const StressBlocks own = ParseStressFile(plate.Read(ElementFileName));
+  const StressBlocks average = ParseStressFile(plate.Read(AverageFileName));
+  const std::vector<std::pair<std::string, std::vector<int>>> elements{
+      {"Four-nodes 0", {0, 2, 3, 1}},
+      {"Four-nodes 1", {2, 4, 5, 3}},
+      {"Three-nodes 0", {4, 6, 7}},
+      {"Three-nodes 1", {4, 7, 5}}};
+  EXPECT_EQ(own.size(), 4U);
+  EXPECT_EQ(average.size(), 4U);
+  for (const auto& [name, nodes] : elements) {
+    const std::string kind = name.substr(0, name.size() - 2), number = name.substr(name.size() - 1);
+    for (const auto* lines :
+         {&own.at(kind + " shell element:" + number), &average.at(kind + " element:" + number)}) {
+      ASSERT_EQ(lines->size(), 2 * nodes.size()) << name;
+      for (std::size_t i = 0; i < lines->size(); ++i) {
+        EXPECT_EQ((*lines)[i].node, nodes[i / 2]) << name;
+      }
+    }
+  }
+}
+
+// The values that each node's corners have in a stress file, by node and face (0: upper).
+using NodeValues = std::map<std::pair<int, std::size_t>, std::vector<std::array<double, 7>>>;
+
+NodeValues GatherByNode(const StressBlocks& blocks) {
+  NodeValues values;
+  for (const auto& block : blocks) {
+    for (std::size_t i = 0; i < block.second.size(); ++i) {
+      values[{block.second[i].node, i % 2}].push_back(block.second[i].values);
+    }
+  }
+  return values;
+}
+
+// All elements lie in one plane, face up, and have one thickness: the average at a node is the mean
+// over all that have it, and is the same in each of their blocks. Where only one element has it,
+// the files show the same line.
+TEST(ShellRun, AveragesAreTheMeansOfTheElementFile) {
+  const PlateRun plate(MakePlate());
+  const NodeValues own = GatherByNode(ParseStressFile(plate.Read(ElementFileName)));
+  const NodeValues average = GatherByNode(ParseStressFile(plate.Read(AverageFileName)));
+  EXPECT_EQ(own.size(), 16U);  // eight nodes, two faces
+  for (const auto& [place, corners] : own) {
+    SCOPED_TRACE(place.first);
+    const auto& averages = average.at(place);
+    ASSERT_EQ(averages.size(), corners.size());
+    for (const auto& values : averages) EXPECT_EQ(values, averages[0]);
+    if (corners.size() == 1) {
+      EXPECT_EQ(averages, corners);
+    }
+    for (std::size_t c = 0; c < 6; ++c) {
+      double sum = 0.0, size = 0.0;
+      for (const auto& corner : corners) {
+        sum += corner[c];
+        size = std::max(size, std::fabs(corner[c]));
+      }
+      // Half a unit of the sixth digit in each printed value, mean and average alike.
+      EXPECT_NEAR(averages[0][c], sum / static_cast<double>(corners.size()), 1e-5 * size);
+    }
+  }
+}
+
+// Plane stress in X and Y: SE^2 = SX^2 - SX SY + SY^2 + 3 TXY^2. From values of six digits, of
+// which none exceeds SE by more than 2 / sqrt(3), SE comes out to a few units of the sixth digit.
+TEST(ShellRun, EquivalentStressesFollowFromTheirLines) {
+  const PlateRun plate(MakePlate());
+  for (const char* name : {ElementFileName, AverageFileName}) {
+    for (const auto& block : ParseStressFile(plate.Read(name))) {
+      for (const StressLine& line : block.second) {
+        const auto& s = line.values;
+        const double se = std::sqrt(s[0] * s[0] - s[0] * s[1] + s[1] * s[1] + 3 * s[3] * s[3]);
+        EXPECT_NEAR(s[6], se, 2e-5 * se) << name << ' ' << block.first << ' ' << line.node;
+        EXPECT_GT(se, 0.0);
+      }
+    }
+  }
+}
+
+// Two squares of 1 m side and 0.5 m thickness, pulled along X with 2 x 25 N at the far edge: the
+// stress is 50 / (1 x 0.5) = 100 everywhere, with E = 1000 and Mu = 0.25 the far edge moves by
+// 2 x 0.1 = 0.2 and the edges Y = 1 by -0.025. The near edge slides along Y but at node 0, and
+// nothing moves along Z.
+ModelText MakeStrip() {
+  ModelText text;
+  text.materials = {{1000.0, 0.25, 1.0}};
+  text.thicknesses = {0.5};
+  text.nodes = {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {1, 1, 0}, {2, 0, 0}, {2, 1, 0}};
+  text.shells4 = {{{0, 2, 3, 1}}, {{2, 4, 5, 3}}};
+  text.restraints = {{0, {1, 1, 1, 1, 1, 0}}, {1, {1, 0, 1, 1, 1, 0}}};
+  text.forces = {{4, {25, 0, 0, 0, 0, 0}}, {5, {25, 0, 0, 0, 0, 0}}};
+  return text;
+}
+
+// A line of the strip: SX and SE are 100, and the frame is that of the global axes, so everything
+// along Z is exactly zero. SY and TXY are zero but for rounding: no more than 1e-10 of E.
+void ExpectStripLine(const std::string& line, int node) {
+  const auto column = [&](std::size_t c) { return line.substr(15 * c, 15); };
+  const std::string zero = "              0", hundred = "            100";
+  ASSERT_EQ(line.size(), 8U * 15U) << line;
+  EXPECT_EQ(column(0), "             " + std::to_string(node) + ":");
+  EXPECT_EQ(column(1), hundred);
+  EXPECT_NEAR(std::stod(column(2)), 0.0, 1e-7);
+  EXPECT_EQ(column(3), zero);
+  EXPECT_NEAR(std::stod(column(4)), 0.0, 1e-7);
+  EXPECT_EQ(column(5), zero);
+  EXPECT_EQ(column(6), zero);
+  EXPECT_EQ(column(7), hundred);
+}
+
+TEST(ShellRun, PulledStrip) {
+  const PlateRun strip(MakeStrip());
+  ASSERT_EQ(strip.run.exitStatus, 0);
+  const std::array<std::array<int, 4>, 2> nodes{{{0, 2, 3, 1}, {2, 4, 5, 3}}};
+  for (const std::string name : {ElementFileName, AverageFileName}) {
+    SCOPED_TRACE(name);
+    const std::string title =
+        name == ElementFileName ? "Four-nodes shell element:" : "Four-nodes element:";
+    std::istringstream file(strip.Read(name.c_str()));
+    std::string line;
+    for (std::size_t e = 0; e < 2; ++e) {
+      std::getline(file, line);
+      EXPECT_EQ(line, title + std::to_string(e));
+      std::getline(file, line);
+      EXPECT_EQ(line,
+                "           Node             SX             SY             SZ"
+                "            TXY            TXZ            TYZ             SE");
+      for (std::size_t i = 0; i < 8; ++i) {
+        std::getline(file, line);
+        ExpectStripLine(line, nodes[e][i / 2]);
+      }
+    }
+    EXPECT_FALSE(std::getline(file, line));
+  }
+  const auto u = ParseDisplacements(strip.Read("Node_Dis.txt"));
+  EXPECT_NEAR(u[5][0], 0.2, 1e-6);  // six digits
+  EXPECT_NEAR(u[5][1], -0.025, 1e-7);
+}
+
+// Bent by 2 x 1/24 N m about -Y at the far edge of the strip above: the moment per length is
+// m = 1/12, the face stress 6 m / t^2 = 0.5 / 0.25 = 2, a pull on the face that is stretched. A
+// moment about +Y presses the upper face (z > 0) forward: it turns the end's z axis towards +x, so
+// it stretches the upper face. With Mu = 0 nothing happens across.
+TEST(ShellRun, BentStripHasOppositeFaces) {
+  ModelText text = MakeStrip();
+  text.materials = {{1000.0, 0.0, 1.0}};
+  text.forces = {{4, {0, 0, 0, 0, 1.0 / 24.0, 0}}, {5, {0, 0, 0, 0, 1.0 / 24.0, 0}}};
+  const PlateRun strip(text);
+  ASSERT_EQ(strip.run.exitStatus, 0);
+  const StressBlocks blocks = ParseStressFile(strip.Read(ElementFileName));
+  ASSERT_EQ(blocks.size(), 2U);
+  for (const auto& block : blocks) {
+    for (std::size_t i = 0; i < block.second.size(); ++i) {
+      EXPECT_NEAR(block.second[i].values[0], i % 2 == 0 ? 2.0 : -2.0, 1e-5);  // six digits
+      EXPECT_NEAR(block.second[i].values[6], 2.0, 1e-5);
+    }
+  }
+}
+
+// Runs the plate in a folder where a folder has the name of a stress file. Expects the message, and
+// `files` to be all that is there afterwards.
+void ExpectUnwritable(const char* name, const std::vector<std::string>& files) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakePlate()));
+  fs::create_directory(folder.Path() / name);
+  for (const char* input : {"", "x"}) {  // with and without a character to wait for
+    const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path(), input);
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(ResultLines(run.out),
+              std::string("Post-processing in progress...\n"
+                          "\tDeformation result file Node_Dis.txt, generated.\n") +
+                  StressFileFailed);
+    EXPECT_EQ(ListFolder(folder.Path()), Sorted(files));
+    EXPECT_TRUE(fs::is_empty(folder.Path() / name));
+  }
+}
+
+// It comes first: there is no average file either.
+TEST(ShellRun, UnwritableElementStressFile) {
+  ExpectUnwritable(ElementFileName, {ElementFileName, "Node_Dis.txt", "deformation.dxf",
+                                     "fem_solving.txt", "structure.dxf", LogName, LogLink});
+}
+
+TEST(ShellRun, UnwritableAverageStressFile) {
+  ExpectUnwritable(AverageFileName,
+                   {ElementFileName, AverageFileName, "Node_Dis.txt", "deformation.dxf",
+                    "fem_solving.txt", "structure.dxf", LogName, LogLink});
+}
+
+}  // namespace
+}  // namespace korvex::test
