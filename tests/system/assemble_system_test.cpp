@@ -1,4 +1,5 @@
-// The assembled system of whole models: blocks in the skyline, supports, singular structures.
+// The assembled system of whole models: element matrices in the skyline, supports, singular
+// structures.
 #include "system/assemble_system.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <sstream>
 
 #include "beam/beam_stiffness.h"
+#include "shell/shell_stiffness.h"
 #include "support/solve_model.h"
 #include "support/temp_folder.h"
 
@@ -35,27 +37,148 @@ double Entry(const SkylineMatrix& K, std::size_t i, std::size_t j) {
   return i < top ? 0.0 : K.Values[static_cast<std::size_t>(K.DiagonalAddress[j]) + (j - i)];
 }
 
+// A symmetric matrix in full; only its upper triangle is used.
+using FullMatrix = std::vector<std::vector<double>>;
+
+// Adds the matrices of all elements of a kind, in table order, pair of dofs by pair of dofs.
+template <std::size_t Nodes, typename Element>
+void AddElements(const std::vector<Element>& elements,
+                 const std::vector<std::int32_t>& connectivity,
+                 void (*stiffness)(const Element&, double*), FullMatrix& sum) {
+  constexpr std::size_t n = 6 * Nodes;
+  std::array<double, n * n> ke{};
+  for (std::size_t e = 0; e < elements.size(); ++e) {
+    stiffness(elements[e], ke.data());
+    const auto equation = [&](std::size_t i) {
+      return static_cast<std::size_t>(connectivity[e * Nodes + i / 6]) * 6 + i % 6;
+    };
+    for (std::size_t r = 0; r < n; ++r) {
+      for (std::size_t c = r; c < n; ++c) {
+        const std::size_t a = equation(r), b = equation(c);
+        sum[std::min(a, b)][std::max(a, b)] += ke[r * n + c];
+      }
+    }
+  }
+}
+
+// The sum over all elements: four-node shells, three-node shells, beams, or the reverse.
+FullMatrix SumElements(const Model& model, bool reversed = false) {
+  const auto n = static_cast<std::size_t>(model.NEQ);
+  FullMatrix sum(n, std::vector<double>(n, 0.0));
+  for (int i = 0; i < 3; ++i) {
+    const int kind = reversed ? 2 - i : i;
+    if (kind == 0) AddElements<4>(model.Shell4Elements, model.Shell4Nodes, Shell4Stiffness, sum);
+    if (kind == 1) AddElements<3>(model.Shell3Elements, model.Shell3Nodes, Shell3Stiffness, sum);
+    if (kind == 2) AddElements<2>(model.BeamElements, model.BeamNodes, BeamStiffness, sum);
+  }
+  return sum;
+}
+
+FullMatrix FillOut(const SkylineMatrix& K) {
+  const std::size_t n = K.ColumnHeights.size();
+  FullMatrix full(n, std::vector<double>(n, 0.0));
+  for (std::size_t j = 0; j < n; ++j) {
+    for (std::size_t i = 0; i <= j; ++i) full[i][j] = Entry(K, i, j);
+  }
+  return full;
+}
+
 // Every stored entry is the sum of the beams' entries at its two dofs, in table order.
 TEST(AssembleSystem, StiffnessIsTheSumOfTheBeams) {
   Model model;
   test::AssembleModel(MakeTubes(), model);
-  std::vector<std::vector<double>> sum(24, std::vector<double>(24, 0.0));
-  for (std::size_t e = 0; e < 3; ++e) {
-    std::array<double, 144> ke{};
-    BeamStiffness(model.BeamElements[e], ke.data());
-    const std::int32_t* nodes = &model.BeamNodes[2 * e];
-    for (std::size_t r = 0; r < 12; ++r) {
-      for (std::size_t c = r; c < 12; ++c) {
-        const auto a = static_cast<std::size_t>(nodes[r / 6] * 6) + r % 6;
-        const auto b = static_cast<std::size_t>(nodes[c / 6] * 6) + c % 6;
-        sum[std::min(a, b)][std::max(a, b)] += ke[r * 12 + c];
-      }
+  EXPECT_EQ(model.NEQ, 24);
+  EXPECT_EQ(FillOut(model.Stiffness), SumElements(model));
+}
+
+// Two quadrilaterals and two triangles about node 4, none of them along the global axes, and beams
+// on the edges between them. Node 8 belongs to nothing.
+//   6---5---7
+//   | 0 |\ 1|     The quadrilaterals are 2-4-5-6 and 0-1-4-2, the triangles 4-3-7 and 4-7-5.
+//   2---4--3      Beams run from 4 to 5, from 2 to 4 and from 3 to 4.
+//   | 1 |/
+//   0---1
+test::ModelText MakeMixed() {
+  test::ModelText text;
+  text.materials = {{2e11, 0.3, 0.0}, {7e10, 0.33, 0.0}};
+  text.thicknesses = {0.01, 0.025};
+  text.cSections = {{0.15, 0.02}};
+  text.nodes = {{0, 0, 0},     {1.1, 0.1, 0.2}, {-0.1, 1, 0.1}, {2.1, 1.2, 0.3},  //
+                {1, 1.1, 0.3}, {0.9, 2, 0.5},   {0, 2.1, 0.3},  {1.9, 1.9, 0.4},  //
+                {7, 7, 7}};
+  text.shells4 = {{{2, 4, 5, 6}, 0, 1}, {{0, 1, 4, 2}, 1, 0}};
+  text.shells3 = {{{4, 3, 7}, 0, 0}, {{4, 7, 5}, 1, 1}};
+  const std::array<std::array<int, 2>, 3> nodes{{{4, 5}, {2, 4}, {3, 4}}};
+  for (const auto& n : nodes) {
+    test::ModelText::Beam beam;
+    beam.node1 = n[0];
+    beam.node2 = n[1];
+    beam.BeamSecType = 2;
+    text.beams.push_back(beam);
+  }
+  return text;
+}
+
+// Rounding tells the order of the kinds: the reverse makes other bits.
+TEST(AssembleSystem, StiffnessIsTheSumOfQuadrilateralsThenTrianglesThenBeams) {
+  Model model;
+  test::AssembleModel(MakeMixed(), model);
+  EXPECT_EQ(model.NEQ, 54);
+  EXPECT_EQ(FillOut(model.Stiffness), SumElements(model));
+  EXPECT_NE(SumElements(model), SumElements(model, true));
+}
+
+// On nodes 0, 1, 2, 3 the skyline is the upper triangle of the element's matrix.
+TEST(AssembleSystem, SingleFourNodeShellFillsTheSkyline) {
+  test::ModelText text;
+  text.materials = {{2e11, 0.3, 0.0}};
+  text.thicknesses = {0.01};
+  text.nodes = {{0, 0, 0}, {1.1, 0.1, 0.2}, {1, 1.1, 0.3}, {-0.1, 1, 0.1}};
+  text.shells4 = {{{0, 1, 2, 3}, 0, 0}};
+  Model model;
+  test::AssembleModel(text, model);
+  std::array<double, 576> ke{};
+  Shell4Stiffness(model.Shell4Elements[0], ke.data());
+  ASSERT_EQ(model.Stiffness.Values.size(), 300U);
+  for (std::size_t j = 0; j < 24; ++j) {
+    const auto diagonal = static_cast<std::size_t>(model.Stiffness.DiagonalAddress[j]);
+    for (std::size_t i = 0; i <= j; ++i) {
+      EXPECT_EQ(model.Stiffness.Values[diagonal + (j - i)], ke[i * 24 + j]) << i << ' ' << j;
     }
   }
-  for (std::size_t j = 0; j < 24; ++j) {
-    for (std::size_t i = 0; i <= j; ++i) EXPECT_EQ(Entry(model.Stiffness, i, j), sum[i][j]);
+}
+
+TEST(AssembleSystem, SingleThreeNodeShellFillsTheSkyline) {
+  test::ModelText text;
+  text.materials = {{2e11, 0.3, 0.0}};
+  text.thicknesses = {0.01};
+  text.nodes = {{0, 0, 0}, {1.1, 0.1, 0.2}, {1, 1.1, 0.3}};
+  text.shells3 = {{{0, 1, 2}, 0, 0}};
+  Model model;
+  test::AssembleModel(text, model);
+  std::array<double, 324> ke{};
+  Shell3Stiffness(model.Shell3Elements[0], ke.data());
+  ASSERT_EQ(model.Stiffness.Values.size(), 171U);
+  for (std::size_t j = 0; j < 18; ++j) {
+    const auto diagonal = static_cast<std::size_t>(model.Stiffness.DiagonalAddress[j]);
+    for (std::size_t i = 0; i <= j; ++i) {
+      EXPECT_EQ(model.Stiffness.Values[diagonal + (j - i)], ke[i * 18 + j]) << i << ' ' << j;
+    }
   }
-  EXPECT_EQ(model.NEQ, 24);
+}
+
+// Its third and fourth corner are one node. Of the 6 x 6 terms between the two, those of equal dofs
+// fall on the diagonal, once, and the others on pairs that the corners' own blocks have as well.
+TEST(AssembleSystem, ShellThatRepeatsANode) {
+  test::ModelText text = MakeMixed();
+  text.shells4[0].nodes = {2, 4, 5, 5};
+  Model model;
+  test::AssembleModel(text, model);
+  const FullMatrix full = FillOut(model.Stiffness);
+  for (const auto& row : full) {
+    for (const double value : row) ASSERT_TRUE(std::isfinite(value));
+  }
+  EXPECT_EQ(full, SumElements(model));
 }
 
 TEST(AssembleSystem, LogReceivesTheMemoryEstimateAlone) {

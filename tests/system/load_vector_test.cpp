@@ -1,9 +1,15 @@
-// The load vector: nodal forces, line loads, their sums, references that lead nowhere.
+// The load vector: nodal forces, pressures, line loads, their sums and the order in which they are
+// added, references that lead nowhere.
 #include "system/load_vector.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
+
+#include "beam/beam_line_load.h"
 #include "platform/stop_run.h"
+#include "shell/shell_loads.h"
 #include "support/expect_stop.h"
 
 namespace korvex {
@@ -59,6 +65,164 @@ TEST(LoadVector, LoadListedTwiceIsAppliedTwice) {
   for (std::size_t i = 0; i < 12; ++i) EXPECT_NEAR(model.LoadVector[i], expected[i], 1e-14) << i;
 }
 
+// Appends an element on `nodes` to its kind's tables.
+template <std::size_t N>
+void AddElement(const Model& model, const std::int32_t (&nodes)[N],
+                std::vector<ShellElement<static_cast<std::int32_t>(N)>>& elements,
+                std::vector<std::int32_t>& connectivity) {
+  std::array<double, 3 * N> coordinates{};
+  for (std::size_t k = 0; k < N; ++k) {
+    const Node& node = model.Nodes[static_cast<std::size_t>(nodes[k])];
+    coordinates[3 * k] = node.x;
+    coordinates[3 * k + 1] = node.y;
+    coordinates[3 * k + 2] = node.z;
+    connectivity.push_back(nodes[k]);
+  }
+  elements.emplace_back();
+  SetGeometry(elements.back(), coordinates.data(), static_cast<std::int32_t>(N), 1.0, 0.0, 1.0);
+}
+
+// Two squares of side 6 and, on their right, another one of two triangles, in the plane z = 0,
+// facing up; and a beam of the same length.
+//   4---5---6---7
+//   | 0 | 1 |1/0|    Triangle 0 is 2-3-7, triangle 1 is 2-7-6.
+//   0---1---2---3
+Model MakePlates() {
+  Model model;
+  model.NPOIN = 8;
+  model.NEQ = 48;
+  for (int n = 0; n < 8; ++n) model.Nodes.push_back({6.0 * (n % 4), 6.0 * (n / 4), 0.0});
+  AddElement(model, {0, 1, 5, 4}, model.Shell4Elements, model.Shell4Nodes);
+  AddElement(model, {1, 2, 6, 5}, model.Shell4Elements, model.Shell4Nodes);
+  AddElement(model, {2, 3, 7}, model.Shell3Elements, model.Shell3Nodes);
+  AddElement(model, {2, 7, 6}, model.Shell3Elements, model.Shell3Nodes);
+  model.NELEM_S_4ND = model.NELEM_S_3ND = 2;
+  model.NELEM_B = 1;
+  model.BeamNodes = {1, 2};
+  model.BeamElements.resize(1);
+  model.BeamElements[0].NodeI = {6, 0, 0};
+  model.BeamElements[0].NodeJ = {12, 0, 0};
+  model.BeamElements[0].RefPoint = {0, 0, 1};
+  return model;
+}
+
+void AddLoad4(Model& model, const ShellSurfaceLoad& load) {
+  model.Shell4SurfaceLoads.push_back(load);
+  ++model.NDL_S_4ND;
+}
+
+void AddLoad3(Model& model, const ShellSurfaceLoad& load) {
+  model.Shell3SurfaceLoads.push_back(load);
+  ++model.NDL_S_3ND;
+}
+
+// The square of 36 under 2 puts 18 on each of nodes 1, 2, 6, 5. Triangle 0 of 18 under 3 puts 18 on
+// each of 2, 3, 7; triangle 1 under -1 puts -6 on each of 2, 7, 6. Gauss abscissas of ten digits
+// leave the square's shares off by some 1e-10 of them.
+TEST(LoadVector, PressuresActAtTheNodesOfTheirElements) {
+  Model model = MakePlates();
+  AddLoad4(model, {1, {2, 2, 2}});
+  AddLoad3(model, {0, {3, 3, 3}});
+  AddLoad3(model, {1, {-1, -1, -1}});
+  AssembleLoadVector(model);
+  const std::array<double, 8> expected{0, 18, 30, 18, 0, 18, 12, 12};
+  for (std::size_t i = 0; i < 48; ++i) {
+    EXPECT_NEAR(model.LoadVector[i], i % 6 == 2 ? expected[i / 6] : 0.0, 1e-8) << i;
+  }
+}
+
+TEST(LoadVector, PressureListedTwiceIsAppliedTwice) {
+  for (int times = 1; times <= 2; ++times) {
+    Model model = MakePlates();
+    for (int i = 0; i < times; ++i) {
+      AddLoad4(model, {0, {4, 4, 4}});
+      AddLoad3(model, {0, {1, 1, 1}});
+    }
+    AssembleLoadVector(model);
+    EXPECT_NEAR(model.LoadVector[0 * 6 + 2], 36.0 * times, 1e-8);
+    EXPECT_NEAR(model.LoadVector[3 * 6 + 2], 6.0 * times, 1e-8);
+  }
+}
+
+// Adds `count` dofs of fe at the element's nodes.
+void AddAt(const std::int32_t* nodes, const double* fe, std::size_t count, std::vector<double>& F) {
+  for (std::size_t i = 0; i < count; ++i) {
+    F[static_cast<std::size_t>(nodes[i / 6]) * 6 + i % 6] += fe[i];
+  }
+}
+
+// Adds all loads of one kind: 0 forces, 1 on quadrilaterals, 2 on triangles, 3 on the beam. Each
+// through its element routine, which the tests of the elements judge.
+void AddKind(const Model& model, int kind, std::vector<double>& F) {
+  std::array<double, 24> fe{};
+  if (kind == 0) {
+    for (const NodalForce& force : model.NodalForces) {
+      AddAt(&force.node, force.components.data(), 6, F);
+    }
+  } else if (kind == 1) {
+    for (const ShellSurfaceLoad& load : model.Shell4SurfaceLoads) {
+      const auto e = static_cast<std::size_t>(load.element);
+      Shell4LoadVector(model.Shell4Elements[e], load, fe.data());
+      AddAt(&model.Shell4Nodes[4 * e], fe.data(), 24, F);
+    }
+  } else if (kind == 2) {
+    for (const ShellSurfaceLoad& load : model.Shell3SurfaceLoads) {
+      const auto e = static_cast<std::size_t>(load.element);
+      Shell3LoadVector(model.Shell3Elements[e], load, fe.data());
+      AddAt(&model.Shell3Nodes[3 * e], fe.data(), 18, F);
+    }
+  } else {
+    for (const BeamLineLoad& load : model.BeamLineLoads) {
+      BeamLineLoadVector(model.BeamElements[0], load, fe.data());
+      AddAt(model.BeamNodes.data(), fe.data(), 12, F);
+    }
+  }
+}
+
+std::vector<double> AddUp(const Model& model, const std::array<int, 4>& kinds) {
+  std::vector<double> F(48, 0.0);
+  for (const int kind : kinds) AddKind(model, kind, F);
+  return F;
+}
+
+// Twenty loads of each kind or more, their numbers between -1/6 and 1/6: thirds, so that no sum is
+// exact. All kinds meet at node 2.
+Model MakeLoadedPlates() {
+  Model model = MakePlates();
+  std::mt19937 random(1);
+  const auto number = [&] { return (static_cast<double>(random()) / 4294967296.0 - 0.5) / 3.0; };
+  for (std::int32_t i = 0; i < 20; ++i) {
+    AddForce(model, {i % 8, {number(), number(), number(), number(), number(), number()}});
+    AddForce(model, {2, {number(), number(), number(), number(), number(), number()}});
+    AddLoad4(model, {i % 2, {number(), number(), number()}});
+    AddLoad3(model, {i % 2, {number(), number(), number()}});
+    AddLoad(model, {0, {number(), number()}});
+  }
+  return model;
+}
+
+// Rounding tells the order: every other one makes other bits somewhere.
+TEST(LoadVector, LoadsAreAddedKindByKind) {
+  Model model = MakeLoadedPlates();
+  AssembleLoadVector(model);
+  std::array<int, 4> kinds{0, 1, 2, 3};
+  EXPECT_EQ(model.LoadVector, AddUp(model, kinds));
+  while (std::next_permutation(kinds.begin(), kinds.end())) {
+    EXPECT_NE(model.LoadVector, AddUp(model, kinds)) << testing::PrintToString(kinds);
+  }
+}
+
+TEST(LoadVector, LoadsOfAKindAreAddedInTableOrder) {
+  Model model = MakeLoadedPlates();
+  AssembleLoadVector(model);
+  Model reversed4 = model, reversed3 = model;
+  std::reverse(reversed4.Shell4SurfaceLoads.begin(), reversed4.Shell4SurfaceLoads.end());
+  std::reverse(reversed3.Shell3SurfaceLoads.begin(), reversed3.Shell3SurfaceLoads.end());
+  EXPECT_EQ(model.LoadVector, AddUp(model, {0, 1, 2, 3}));
+  EXPECT_NE(model.LoadVector, AddUp(reversed4, {0, 1, 2, 3}));
+  EXPECT_NE(model.LoadVector, AddUp(reversed3, {0, 1, 2, 3}));
+}
+
 TEST(LoadVector, AssemblingAgainStartsFromZero) {
   Model model = MakeModel();
   AddForce(model, {1, {1, 0, 0, 0, 0, 0}});
@@ -88,6 +252,25 @@ TEST(LoadVector, LoadOnAMissingShellStops) {
   test::ExpectStop([&] { AssembleLoadVector(model); },
                    "Distributed load on three-node shell elements 0 refers to element 0; "
                    "there are 0 three-node shell elements.");
+}
+
+// With elements of both kinds at hand: one past the last, and one before the first.
+TEST(LoadVector, LoadBesideTheShellTablesStops) {
+  for (const std::int32_t element : {-1, 2}) {
+    const std::string number = std::to_string(element);
+    Model quads = MakePlates();
+    AddLoad4(quads, {1, {1, 2, 3}});
+    AddLoad4(quads, {element, {1, 2, 3}});
+    test::ExpectStop([&] { AssembleLoadVector(quads); },
+                     "Distributed load on four-node shell elements 1 refers to element " + number +
+                         "; there are 2 four-node shell elements.");
+    Model triangles = MakePlates();
+    AddLoad3(triangles, {1, {1, 2, 3}});
+    AddLoad3(triangles, {element, {1, 2, 3}});
+    test::ExpectStop([&] { AssembleLoadVector(triangles); },
+                     "Distributed load on three-node shell elements 1 refers to element " + number +
+                         "; there are 2 three-node shell elements.");
+  }
 }
 
 TEST(LoadVector, LoadOnAMissingBeamStops) {

@@ -100,6 +100,21 @@ TEST(Profile, ColumnsReachTheLowestNeighbour) {
   EXPECT_EQ(model.Stiffness.ColumnHeights[12], 1);
 }
 
+// A quadrilateral 0-1-2-3, a triangle 3-2-4 on its edge and a beam 1-5. Nodes 0 to 3 reach back to
+// node 0, node 4 to node 2, node 5 to node 1. A node that reaches back by b nodes has 36 b + 21
+// entries: 36 (0 + 1 + 2 + 3 + 2 + 4) + 6 x 21 = 558.
+TEST(Profile, KindsOfElementsRaiseTheSameColumns) {
+  Model model = MakeModel(6);
+  model.Shell4Nodes = {0, 1, 2, 3};
+  model.Shell3Nodes = {3, 2, 4};
+  model.BeamNodes = {1, 5};
+  Build(model);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 19);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[24], 13);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[30], 25);
+  EXPECT_EQ(model.Stiffness.SkylineSize, 558);
+}
+
 TEST(Profile, LoadsAndRestraintsDoNotCount) {
   Model model = MakeModel(2);
   model.NRN = 1;
