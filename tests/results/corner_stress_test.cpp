@@ -1,0 +1,310 @@
+// The stresses of one element: fields of known strain and curvature in any plane, both faces,
+// turning stresses into global axes.
+#include "results/corner_stress.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "support/shell_shapes.h"
+
+namespace korvex {
+namespace {
+
+constexpr double E = test::ShapeE, Mu = test::ShapeMu, TK = test::ShapeTK;
+constexpr std::array<double, 4> CornerXi{-1.0, 1.0, 1.0, -1.0};
+constexpr std::array<double, 4> CornerEta{-1.0, -1.0, 1.0, 1.0};
+constexpr std::array<std::array<double, 3>, 3> CornerL{
+    {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
+
+struct Faces {
+  StressVector top, bottom;
+};
+
+// At corner k.
+Faces StressOf(const Shell4Element& element, const std::array<double, 24>& d, std::size_t k) {
+  Faces faces{};
+  faces.top.fill(-7.0);  // the caller's vectors are not clean; every entry must be written
+  faces.bottom.fill(-7.0);
+  Shell4CornerStress(element, faces.top, faces.bottom, d.data(), CornerXi[k], CornerEta[k]);
+  return faces;
+}
+
+Faces StressOf(const Shell3Element& element, const std::array<double, 18>& d, std::size_t k) {
+  Faces faces{};
+  faces.top.fill(-7.0);
+  faces.bottom.fill(-7.0);
+  Shell3CornerStress(element, faces.top, faces.bottom, d.data(), CornerL[k]);
+  return faces;
+}
+
+// SX, SY, SZ, TXY, TXZ, TYZ of R sigma R^T, as products of full matrices.
+StressVector MultiplyOut(const ElementFrame& R, const StressVector& s) {
+  const double sigma[3][3] = {{s[0], s[3], s[4]}, {s[3], s[1], s[5]}, {s[4], s[5], s[2]}};
+  double global[3][3] = {};
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t j = 0; j < 3; ++j) {
+      for (std::size_t p = 0; p < 3; ++p) {
+        for (std::size_t q = 0; q < 3; ++q)
+          global[i][j] += R[3 * i + p] * sigma[p][q] * R[3 * j + q];
+      }
+    }
+  }
+  return {global[0][0], global[1][1], global[2][2], global[0][1], global[0][2], global[1][2]};
+}
+
+void ExpectStress(const StressVector& stress, const StressVector& expected, double bound,
+                  const std::string& name) {
+  for (std::size_t i = 0; i < 6; ++i)
+    EXPECT_NEAR(stress[i], expected[i], bound) << name << ' ' << i;
+}
+
+// In local axes, from the strains at a height over the middle plane (Hooke's law in plane stress).
+StressVector PlaneStress(double exx, double eyy, double gxy) {
+  const double p = E / (1.0 - Mu * Mu);
+  return {p * (exx + Mu * eyy), p * (eyy + Mu * exx), 0.0, E / (2.0 * (1.0 + Mu)) * gxy, 0.0, 0.0};
+}
+
+// Both kinds of elements at all shapes and corners in an oblique plane, under a field of the
+// shape's axes: test(faces, name).
+template <typename Field, typename Test>
+void ForAllCorners(const Field& field, const Test& test) {
+  const auto& placement = test::InObliquePlane;
+  for (const auto& named : test::AllQuads()) {
+    const auto element = test::PlaceShape(named.shape, placement);
+    const auto d = test::DisplaceNodes(named.shape, placement, field);
+    for (std::size_t k = 0; k < 4; ++k) test(StressOf(element, d, k), named.name);
+  }
+  for (const auto& named : test::AllTriangles()) {
+    const auto element = test::PlaceShape(named.shape, placement);
+    const auto d = test::DisplaceNodes(named.shape, placement, field);
+    for (std::size_t k = 0; k < 3; ++k) test(StressOf(element, d, k), named.name);
+  }
+}
+
+// u = 0.002 x + 0.001 y, v = 0.003 x - 0.004 y, and any drilling.
+std::array<double, 6> Stretch(double x, double y) {
+  return {0.002 * x + 0.001 * y, 0.003 * x - 0.004 * y, 0.0, 0.0, 0.0, 0.01 * x - 0.02};
+}
+
+// w = -(0.02 x^2 - 0.03 y^2 + 2 * 0.01 x y) / 2: rx = dw/dy, ry = -dw/dx.
+std::array<double, 6> Bend(double x, double y) {
+  return {0.0,
+          0.0,
+          -(0.02 * x * x - 0.03 * y * y + 0.02 * x * y) / 2.0,
+          0.03 * y - 0.01 * x,
+          0.02 * x + 0.01 * y,
+          0.0};
+}
+
+// 1e-13, and 1e-12 where bending enters: rounding of stresses of about 1.
+TEST(CornerStress, MembraneStrainGivesEqualFaces) {
+  const StressVector expected =
+      MultiplyOut(test::InObliquePlane.axes, PlaneStress(0.002, -0.004, 0.004));
+  ForAllCorners(Stretch, [&expected](const Faces& faces, const std::string& name) {
+    ExpectStress(faces.bottom, faces.top, 1e-13, name);
+    ExpectStress(faces.top, expected, 1e-13, name);
+  });
+}
+
+// At the height z the strains are z times the curvatures -d2w/dx2, -d2w/dy2 and -2 d2w/dxdy; the
+// upper face is the one toward e3, z = TK / 2.
+TEST(CornerStress, BendingGivesOppositeFaces) {
+  const double z = TK / 2.0;
+  const StressVector expected =
+      MultiplyOut(test::InObliquePlane.axes, PlaneStress(z * 0.02, z * -0.03, z * 0.02));
+  ForAllCorners(Bend, [&expected](const Faces& faces, const std::string& name) {
+    for (std::size_t i = 0; i < 6; ++i) EXPECT_NEAR(faces.top[i], -faces.bottom[i], 1e-12) << name;
+    ExpectStress(faces.top, expected, 1e-12, name);
+  });
+}
+
+TEST(CornerStress, MembraneAndBendingAdd) {
+  const auto both = [](double x, double y) {
+    std::array<double, 6> sum = Stretch(x, y);
+    for (std::size_t i = 0; i < 6; ++i) sum[i] += Bend(x, y)[i];
+    return sum;
+  };
+  const double z = TK / 2.0;
+  const ElementFrame& R = test::InObliquePlane.axes;
+  const StressVector top =
+      MultiplyOut(R, PlaneStress(0.002 + z * 0.02, -0.004 - z * 0.03, 0.004 + z * 0.02));
+  const StressVector bottom =
+      MultiplyOut(R, PlaneStress(0.002 - z * 0.02, -0.004 + z * 0.03, 0.004 - z * 0.02));
+  ForAllCorners(both, [&](const Faces& faces, const std::string& name) {
+    ExpectStress(faces.top, top, 1e-12, name);
+    ExpectStress(faces.bottom, bottom, 1e-12, name);
+  });
+}
+
+TEST(CornerStress, RigidMotionsAreFreeOfStress) {
+  const auto motion = [](double x, double y) {
+    return std::array<double, 6>{0.1 - 0.03 * y, 0.2 + 0.03 * x, 0.3 - 0.02 * x + 0.01 * y,
+                                 0.01,           0.02,           0.03};
+  };
+  ForAllCorners(motion, [](const Faces& faces, const std::string& name) {
+    ExpectStress(faces.top, {}, 1e-12, name);
+    ExpectStress(faces.bottom, {}, 1e-12, name);
+  });
+}
+
+TEST(CornerStress, DrillingRotationsDoNotEnter) {
+  const Shell4Element quad = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
+  const Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
+  std::array<double, 24> d{};
+  for (std::size_t k = 0; k < 4; ++k) d[6 * k + 5] = 1.0 + static_cast<double>(k);
+  std::array<double, 18> e{};
+  for (std::size_t k = 0; k < 3; ++k) e[6 * k + 5] = 1.0 + static_cast<double>(k);
+  for (std::size_t k = 0; k < 4; ++k) EXPECT_EQ(StressOf(quad, d, k).top, StressVector{});
+  for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(StressOf(triangle, e, k).top, StressVector{});
+}
+
+// Any displacements; the local axes are the global ones.
+TEST(CornerStress, ElementInTheGlobalPlaneHasNoStressAcrossIt) {
+  const Shell4Element quad = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
+  const Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
+  std::array<double, 24> d{};
+  for (std::size_t i = 0; i < 24; ++i) d[i] = std::sin(static_cast<double>(i * i));
+  std::array<double, 18> e{};
+  std::copy_n(d.begin(), 18, e.begin());
+  const auto expectPlane = [](const Faces& faces) {
+    for (const StressVector& stress : {faces.top, faces.bottom}) {
+      EXPECT_EQ(stress[2], 0.0);
+      EXPECT_EQ(stress[4], 0.0);
+      EXPECT_EQ(stress[5], 0.0);
+      EXPECT_NE(stress[0], 0.0);
+    }
+  };
+  for (std::size_t k = 0; k < 4; ++k) expectPlane(StressOf(quad, d, k));
+  for (std::size_t k = 0; k < 3; ++k) expectPlane(StressOf(triangle, e, k));
+}
+
+// u = x y / 100 on the unit square: exx = y / 100 and gxy = x / 100 at the corner itself, neither
+// at the centre nor at an integration point.
+TEST(CornerStress, QuadStressesAreThoseAtTheCorner) {
+  const auto field = [](double x, double y) {
+    return std::array<double, 6>{x * y / 100.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+  };
+  const Shell4Element element = test::PlaceShape(test::UnitSquare, test::InGlobalPlane);
+  const auto d = test::DisplaceNodes(test::UnitSquare, test::InGlobalPlane, field);
+  for (std::size_t k = 0; k < 4; ++k) {
+    const auto& [x, y] = test::UnitSquare[k];
+    ExpectStress(StressOf(element, d, k).top, PlaneStress(y / 100.0, 0.0, x / 100.0), 1e-14, "");
+  }
+}
+
+// The same for bending: ry = x y / 100 gives kx = y / 100 and kxy = x / 100.
+TEST(CornerStress, QuadMomentsAreThoseAtTheCorner) {
+  const auto field = [](double x, double y) {
+    return std::array<double, 6>{0.0, 0.0, 0.0, 0.0, x * y / 100.0, 0.0};
+  };
+  const Shell4Element element = test::PlaceShape(test::UnitSquare, test::InGlobalPlane);
+  const auto d = test::DisplaceNodes(test::UnitSquare, test::InGlobalPlane, field);
+  const double z = TK / 2.0;
+  for (std::size_t k = 0; k < 4; ++k) {
+    const auto& [x, y] = test::UnitSquare[k];
+    ExpectStress(StressOf(element, d, k).top, PlaneStress(z * y / 100.0, 0.0, z * x / 100.0), 1e-14,
+                 "");
+  }
+}
+
+// A triangle's moments are taken at the given point. For w = 1 at node 2 of (0, 0), (1, 0), (0, 1)
+// the rotations are zero at the corners and, from the thin plate's condition along the edges,
+// ry = -3/2 amid edge 1-2 and rx = ry = -3/4 amid edge 2-3: rx = -3 x y, ry = -6 x (1 - x - y)
+// - 3 x y. So kx = -6 + 12 x + 3 y, ky = 3 x, kxy = 3 x + 3 y.
+TEST(CornerStress, TriangleMomentsAreThoseAtThePoint) {
+  const test::PlaneShape<3> shape{{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};
+  const Shell3Element element = test::PlaceShape(shape, test::InGlobalPlane);
+  std::array<double, 18> d{};
+  d[8] = 1.0;
+  const double z = TK / 2.0;
+  for (std::size_t k = 0; k < 3; ++k) {
+    const auto& [x, y] = shape[k];
+    ExpectStress(StressOf(element, d, k).top,
+                 PlaneStress(z * (-6.0 + 12.0 * x + 3.0 * y), z * 3.0 * x, z * (3.0 * x + 3.0 * y)),
+                 1e-12, "");  // stresses up to some 200
+  }
+}
+
+// Clockwise numbers turn the normal and with it the faces.
+TEST(CornerStress, UpperFaceLiesTowardTheNormal) {
+  const std::array<double, 12> up{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 1.0, 1.0, 0.0, 0.0, 1.0, 0.0};
+  const std::array<double, 12> down{0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 1.0, 1.0, 0.0, 1.0, 0.0, 0.0};
+  const auto stressAtFirst = [](const std::array<double, 12>& coordinates) {
+    Shell4Element element;
+    SetGeometry(element, coordinates.data(), 4, E, Mu, TK);
+    std::array<double, 24> d{};
+    for (std::size_t k = 0; k < 4; ++k)  // ry = x / 100: the side of global +Z stretches
+      d[6 * k + 4] = coordinates[3 * k] / 100.0;
+    for (std::size_t k = 0; k < 4; ++k)
+      d[6 * k + 2] = -coordinates[3 * k] * coordinates[3 * k] / 200.0;
+    return StressOf(element, d, 0);
+  };
+  const Faces upward = stressAtFirst(up), downward = stressAtFirst(down);
+  EXPECT_GT(upward.top[0], 0.0);
+  EXPECT_LT(upward.bottom[0], 0.0);
+  ExpectStress(downward.bottom, upward.top, 1e-15, "");
+  ExpectStress(downward.top, upward.bottom, 1e-15, "");
+}
+
+// Every component has a value of its own and the frame is not symmetric, so that a transposed frame
+// or exchanged components are seen. Bound: rounding of numbers up to 17.
+TEST(CornerStress, ToGlobalIsTheProductOfMatrices) {
+  const StressVector local{2.0, -3.0, 5.0, 7.0, -11.0, 13.0};
+  const ElementFrame& R = test::InObliquePlane.axes;
+  const StressVector global = StressToGlobal(R, local);
+  ExpectStress(global, MultiplyOut(R, local), 1e-14, "");
+
+  // Trace, sum of the principal minors and determinant do not change.
+  const auto invariants = [](const StressVector& s) {
+    return std::array<double, 3>{
+        s[0] + s[1] + s[2],
+        s[0] * s[1] + s[1] * s[2] + s[2] * s[0] - s[3] * s[3] - s[4] * s[4] - s[5] * s[5],
+        s[0] * s[1] * s[2] + 2.0 * s[3] * s[4] * s[5] - s[0] * s[5] * s[5] - s[1] * s[4] * s[4] -
+            s[2] * s[3] * s[3]};
+  };
+  for (std::size_t i = 0; i < 3; ++i)
+    EXPECT_NEAR(invariants(global)[i], invariants(local)[i], 1e-12) << i;  // numbers up to 3000
+}
+
+// A tension along e1 becomes s e1 e1^T, with the frame's first column.
+TEST(CornerStress, TensionAlongTheFirstAxis) {
+  const StressVector global =
+      StressToGlobal(test::InObliquePlane.axes, {49.0, 0.0, 0.0, 0.0, 0.0, 0.0});
+  ExpectStress(global, {9.0, 36.0, 4.0, 18.0, 6.0, 12.0}, 1e-14, "");  // e1 = (3, 6, 2) / 7
+}
+
+TEST(CornerStress, EquivalentStressOfKnownStates) {
+  EXPECT_DOUBLE_EQ(EquivalentStress({-8.0, 0.0, 0.0, 0.0, 0.0, 0.0}), 8.0);
+  EXPECT_DOUBLE_EQ(EquivalentStress({5.0, 5.0, 5.0, 0.0, 0.0, 0.0}), 0.0);
+  for (std::size_t i = 3; i < 6; ++i) {  // pure shear: sqrt(3) times it
+    StressVector shear{};
+    shear[i] = -2.0;
+    EXPECT_DOUBLE_EQ(EquivalentStress(shear), 2.0 * std::sqrt(3.0));
+  }
+  // Turning does not change it.
+  const StressVector local{2.0, -3.0, 5.0, 7.0, -11.0, 13.0};
+  EXPECT_NEAR(EquivalentStress(StressToGlobal(test::InObliquePlane.axes, local)),
+              EquivalentStress(local), 1e-13);  // rounding
+}
+
+// Both parts compare their node count with the record's.
+TEST(CornerStress, OtherNodeCountIsReportedByBothPartsAndIgnored) {
+  const auto expectReports = [](auto element, const auto& d) {
+    const Faces faces = StressOf(element, d, 1);
+    element.NodeCount = 5;
+    testing::internal::CaptureStdout();
+    const Faces other = StressOf(element, d, 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n\xB4\xED\xCE\xF3!\n");
+    EXPECT_EQ(other.top, faces.top);
+    EXPECT_EQ(other.bottom, faces.bottom);
+  };
+  const auto& placement = test::InObliquePlane;
+  expectReports(test::PlaceShape(test::DistortedQuad, placement),
+                test::DisplaceNodes(test::DistortedQuad, placement, Stretch));
+  expectReports(test::PlaceShape(test::ScaleneTriangle, placement),
+                test::DisplaceNodes(test::ScaleneTriangle, placement, Stretch));
+}
+
+}  // namespace
+}  // namespace korvex
