@@ -209,6 +209,20 @@ TEST(AverageStresses, OppositeNormalsSwapTheFaces) {
   }
 }
 
+// Of the frames only the normals count. In the plane x = 0 two squares whose first edges run along
+// Y and along Z have the normal X both, but neither of the other axes in common.
+TEST(AverageStresses, DirectionOfTheFirstEdgeDoesNotCount) {
+  Model model;
+  for (const Node& node : MakeFold(0).Nodes) AddNode(model, 0, node.x, node.y);
+  AddShell(model, {0, 1, 2, 3});
+  AddShell(model, {4, 5, 2, 1});
+  NumberAndAverage(model);
+  // Node 1: corner 1 of the first, 11, and corner 3 of the second, 23. Node 2: 12 and 22.
+  ExpectAverage(model.Shell4Elements[0], 1, 17.0, 17.0 + Bottom);
+  ExpectAverage(model.Shell4Elements[1], 3, 17.0, 17.0 + Bottom);
+  ExpectAverage(model.Shell4Elements[0], 2, 17.0, 17.0 + Bottom);
+}
+
 // The sums above are equal on both faces; with a third element they are not. Node 1: left 11 and
 // 1011, right (facing down) 20 and 1020, the one below (facing up) 32 and 1032.
 TEST(AverageStresses, OppositeNormalsAreSeenFromTheOwnElement) {
