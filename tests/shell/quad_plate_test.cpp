@@ -322,8 +322,8 @@ TEST(QuadPlate, SymmetricToRounding) {
   }
 }
 
-// K = TK^3 bending + TK shear: both parts from two thicknesses, checked at a third. Bound: the
-// bending part is a small difference of large shear terms here.
+// K = TK^3 bending + TK shear: both parts from two thicknesses, checked at a third.
+// Bound: rounding.
 TEST(QuadPlate, BendingGrowsWithTheCubeAndShearLinearly) {
   const auto one = StiffnessOf(MakePlate(test::DistortedQuad, 1.0));
   const auto two = StiffnessOf(MakePlate(test::DistortedQuad, 2.0));

@@ -82,19 +82,19 @@ std::array<double, 6 * Nodes> DisplaceNodes(const PlaneShape<Nodes>& shape,
   return d;
 }
 
-// Area of the polygon, and the integral of x^p y^q over it for p + q <= 2, by the sums over its
-// edges that Green's theorem gives.
+// The integral of x^p y^q over the polygon for p + q <= 2 (0, 0: its area), summed over the
+// triangles that its edges form with the origin.
 template <std::size_t Nodes>
 double IntegrateMonomial(const PlaneShape<Nodes>& shape, int p, int q) {
   double sum = 0.0;
   for (std::size_t i = 0; i < Nodes; ++i) {
     const auto& [x1, y1] = shape[i];
     const auto& [x2, y2] = shape[(i + 1) % Nodes];
-    // The triangle of the edge and the origin, by its mid-side points: exact for squares.
     const double area = (x1 * y2 - x2 * y1) / 2.0;
     const auto value = [p, q](double x, double y) {
       return (p > 0 ? x : 1.0) * (p > 1 ? x : 1.0) * (q > 0 ? y : 1.0) * (q > 1 ? y : 1.0);
     };
+    // By the mid-side points: exact for squares.
     sum += area / 3.0 *
            (value(x1 / 2.0, y1 / 2.0) + value(x2 / 2.0, y2 / 2.0) +
             value((x1 + x2) / 2.0, (y1 + y2) / 2.0));
@@ -113,7 +113,8 @@ double LargestEntry(const Values& values) {
   return largest;
 }
 
-// value[i] near expected[i] within `bound` times the largest expected entry.
+// Empty if every value[i] is within `bound` times the largest expected entry of expected[i], else
+// the first that is not. Non-finite values are not.
 template <typename Values, typename Expected>
 std::string FindDifference(const Values& values, const Expected& expected, double bound) {
   const double scale = LargestEntry(expected);
