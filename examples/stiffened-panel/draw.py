@@ -5,8 +5,15 @@ Reads fem_solving.txt, Node_Dis.txt and "Shell element average node stress.txt".
 the file layouts only as far as this example needs them.
 """
 
+import os
 import re
-from math import cos, hypot, radians, sin
+import sys
+from math import cos, radians, sin
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.dont_write_bytecode = True
+
+from svg import INK, Drawing
 
 EXAGGERATION = 60
 TURN, LIFT = 28, -38          # view of the deformed panel, degrees; from below
@@ -15,7 +22,7 @@ BEAM_FILL = {0: "#8fb7dd", 1: "#f2c48d"}
 BAND = 10.0                   # MPa per colour
 COLOURS = ("#313695", "#4575b4", "#74add1", "#abd9e9", "#ffffbf", "#fee090", "#fdae61", "#f46d43",
            "#d73027")
-INK, FAINT, LOAD = "#202124", "#9aa0a6", "#1257a8"
+FAINT, LOAD = "#9aa0a6", "#1257a8"
 WIDTH, HEIGHT = 1160, 1130
 
 
@@ -76,52 +83,6 @@ def view(point):
 
 def plan(x, y):
     return 90 + 0.105 * x, 1055 - 0.105 * y
-
-
-class Drawing:
-    def __init__(self):
-        self.items = []
-
-    def polygon(self, points, fill, stroke="none", width=0.4):
-        d = "M" + "L".join("%.1f %.1f" % p for p in points) + "Z"
-        self.items.append('<path d="%s" fill="%s" stroke="%s" stroke-width="%g"/>'
-                          % (d, fill, stroke, width))
-
-    def line(self, points, colour, width, dash=""):
-        d = "M" + "L".join("%.1f %.1f" % p for p in points)
-        extra = ' stroke-dasharray="%s"' % dash if dash else ""
-        self.items.append('<path d="%s" fill="none" stroke="%s" stroke-width="%g"%s/>'
-                          % (d, colour, width, extra))
-
-    def text(self, x, y, words, colour=INK, size=13, anchor="middle", weight="normal", turn=0):
-        extra = ' transform="rotate(%g %.1f %.1f)"' % (turn, x, y) if turn else ""
-        self.items.append('<text x="%.1f" y="%.1f" fill="%s" font-size="%g" text-anchor="%s" '
-                          'font-weight="%s"%s>%s</text>'
-                          % (x, y, colour, size, anchor, weight, extra, words))
-
-    def arrow(self, x0, y0, x1, y1, colour, width=1.0, head=7):
-        length = hypot(x1 - x0, y1 - y0)
-        ux, uy = (x1 - x0) / length, (y1 - y0) / length
-        bx, by, h = x1 - head * ux, y1 - head * uy, 0.4 * head
-        self.line([(x0, y0), (bx, by)], colour, width)
-        self.polygon([(x1, y1), (bx - h * uy, by + h * ux), (bx + h * uy, by - h * ux)], colour)
-
-    def dimension(self, x0, y0, x1, y1, words):
-        mx, my = (x0 + x1) / 2, (y0 + y1) / 2
-        self.arrow(mx, my, x0, y0, INK)
-        self.arrow(mx, my, x1, y1, INK)
-        if y0 == y1:
-            self.text(mx, my - 5, words)
-        else:
-            self.text(mx - 6, my, words, turn=-90)
-
-    def write(self):
-        with open("panel.svg", "w", encoding="utf-8", newline="\n") as file:
-            file.write('<svg xmlns="http://www.w3.org/2000/svg" width="%d" height="%d" '
-                       'viewBox="0 0 %d %d" font-family="DejaVu Sans, Arial, sans-serif">\n'
-                       '<rect width="%d" height="%d" fill="white"/>\n' % ((WIDTH, HEIGHT) * 3))
-            file.write("\n".join(self.items))
-            file.write("\n</svg>\n")
 
 
 def moved(node, displacement, drop):
@@ -216,10 +177,10 @@ def draw_plan(drawing, nodes, quads, beams, forces, stresses):
 
 def main():
     nodes, quads, beams, forces = read_model()
-    drawing = Drawing()
+    drawing = Drawing(WIDTH, HEIGHT)
     draw_deformed(drawing, nodes, quads, beams, read_displacements())
     draw_plan(drawing, nodes, quads, beams, forces, read_equivalent_stresses())
-    drawing.write()
+    drawing.write("panel.svg")
 
 
 if __name__ == "__main__":

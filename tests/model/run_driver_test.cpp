@@ -14,10 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// "计算日志.txt" in GBK and in UTF-8.
-constexpr const char* LogName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
-constexpr const char* LogLink = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
-
 constexpr const char* EmptyDrawing = "  0\nSECTION\n  2\nENTITIES\n  0\nENDSEC\n  0\nEOF\n";
 
 constexpr const char* DisplacementHeader =
@@ -29,33 +25,8 @@ std::string Notice(const std::string& text) {
   return "Warning!\n" + text + "\nPress Enter to continue.\n";
 }
 
-// The names in a folder, sorted.
-std::vector<std::string> ListFolder(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-std::vector<std::string> Sorted(std::vector<std::string> names) {
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 ProgramRun RunIn(const TempFolder& folder, const std::string& input = "") {
   return RunProgram(KORVEX_PROGRAM, folder.Path(), input);
-}
-
-// Replaces the one figure that differs from run to run, the solution time, by "#". It consists of
-// `digits`.
-std::string MaskTime(const std::string& text, const char* digits = ".0123456789") {
-  const std::string before = "Solution time:";
-  const std::size_t begin = text.find(before) + before.size();
-  const std::size_t end = text.find_first_not_of(digits, begin);
-  if (text.find(before) == std::string::npos || end == begin) return text;
-  return text.substr(0, begin) + "#" + text.substr(end);
 }
 
 // The console of a complete run whose solver prints `progress`.

@@ -20,29 +20,10 @@ namespace fs = std::filesystem;
 constexpr const char* ElementFileName = "Shell element node stress.txt";
 constexpr const char* AverageFileName = "Shell element average node stress.txt";
 
-// "计算日志.txt" in GBK and in UTF-8.
-constexpr const char* LogName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
-constexpr const char* LogLink = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
-
 // "单元节点应力文件输出失败!" in GBK.
 constexpr const char* StressFileFailed =
     "\xB5\xA5\xD4\xAA\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE"
     "\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n";
-
-// The names in a folder, sorted.
-std::vector<std::string> ListFolder(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) {
-    names.push_back(entry.path().filename().string());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
-std::vector<std::string> Sorted(std::vector<std::string> names) {
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 std::size_t Count(const std::string& text, const std::string& part) {
   std::size_t count = 0;
@@ -50,15 +31,6 @@ std::size_t Count(const std::string& text, const std::string& part) {
     ++count;
   }
   return count;
-}
-
-// The console with the solution time, which differs from run to run, as "#".
-std::string MaskTime(const std::string& console) {
-  const std::string before = "(Solution time:";
-  const std::size_t begin = console.find(before) + before.size();
-  const std::size_t end = console.find_first_not_of(".0123456789", begin);
-  if (console.find(before) == std::string::npos || end == begin) return console;
-  return console.substr(0, begin) + "#" + console.substr(end);
 }
 
 // One line of a stress file: node, the six components, SE.

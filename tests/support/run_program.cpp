@@ -3,6 +3,7 @@
 
 #include <sys/wait.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "support/temp_folder.h"
@@ -22,6 +23,27 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::filesyste
   run.out = ReadFile(base + "/out");
   run.err = ReadFile(base + "/err");
   return run;
+}
+
+std::vector<std::string> Sorted(std::vector<std::string> names) {
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+std::vector<std::string> ListFolder(const std::filesystem::path& folder) {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    names.push_back(entry.path().filename().string());
+  }
+  return Sorted(names);
+}
+
+std::string MaskTime(const std::string& text, const char* digits) {
+  const std::string before = "Solution time:";
+  const std::size_t begin = text.find(before) + before.size();
+  const std::size_t end = text.find_first_not_of(digits, begin);
+  if (text.find(before) == std::string::npos || end == begin) return text;
+  return text.substr(0, begin) + "#" + text.substr(end);
 }
 
 }  // namespace korvex::test
