@@ -44,9 +44,10 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
 void MakePlate(std::int32_t bands, Model& model) {
   const std::int32_t rows = bands * RowsPerBand;
   model.NPOIN = (Columns + 1) * (rows + 1);
-  for (std::int32_t n = 0; n < model.NPOIN; ++n) {
-    model.Nodes.push_back(
-        {static_cast<double>(n % (Columns + 1)), static_cast<double>(n / (Columns + 1)), 0.0});
+  for (std::int32_t y = 0; y <= rows; ++y) {
+    for (std::int32_t x = 0; x <= Columns; ++x) {
+      model.Nodes.push_back({static_cast<double>(x), static_cast<double>(y), 0.0});
+    }
   }
   for (std::int32_t row = 0; row < rows; ++row) {
     for (std::int32_t column = 0; column < Columns; ++column) {

@@ -91,7 +91,9 @@ ModelText MakePlate() {
   text.materials = {{2e11, 0.3, 7850.0}};
   text.thicknesses = {0.02};
   text.tSections = {{0.1, 0.01, 0.0, 0.0}};
-  for (int n = 0; n < 8; ++n) text.nodes.push_back({1.0 * (n / 2), 1.0 * (n % 2), 0.0});
+  for (const double x : {0.0, 1.0, 2.0, 3.0}) {
+    for (const double y : {0.0, 1.0}) text.nodes.push_back({x, y, 0.0});
+  }
   text.shells4 = {{{0, 2, 3, 1}}, {{2, 4, 5, 3}}};
   text.shells3 = {{{4, 6, 7}}, {{4, 7, 5}}};
   for (int n = 0; n < 6; n += 2) {
@@ -182,23 +184,20 @@ TEST(ShellRun, StressFilesListElementsAndNodes) {
   const PlateRun plate(MakePlate());
   const StressBlocks own = ParseStressFile(plate.Read(ElementFileName));
   const StressBlocks average = ParseStressFile(plate.Read(AverageFileName));
-  const std::vector<std::pair<std::string, std::vector<int>>> elements{
-      {"Four-nodes 0", {0, 2, 3, 1}},
-      {"Four-nodes 1", {2, 4, 5, 3}},
-      {"Three-nodes 0", {4, 6, 7}},
-      {"Three-nodes 1", {4, 7, 5}}};
   EXPECT_EQ(own.size(), 4U);
   EXPECT_EQ(average.size(), 4U);
-  for (const auto& [name, nodes] : elements) {
-    const std::string kind = name.substr(0, name.size() - 2), number = name.substr(name.size() - 1);
-    for (const auto* lines :
-         {&own.at(kind + " shell element:" + number), &average.at(kind + " element:" + number)}) {
-      ASSERT_EQ(lines->size(), 2 * nodes.size()) << name;
-      for (std::size_t i = 0; i < lines->size(); ++i) {
-        EXPECT_EQ((*lines)[i].node, nodes[i / 2]) << name;
-      }
-    }
-  }
+  const auto expectNodes = [](const std::vector<StressLine>& lines, const std::vector<int>& nodes) {
+    ASSERT_EQ(lines.size(), 2 * nodes.size());
+    for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(lines[i].node, nodes[i / 2]);
+  };
+  expectNodes(own.at("Four-nodes shell element:0"), {0, 2, 3, 1});
+  expectNodes(own.at("Four-nodes shell element:1"), {2, 4, 5, 3});
+  expectNodes(own.at("Three-nodes shell element:0"), {4, 6, 7});
+  expectNodes(own.at("Three-nodes shell element:1"), {4, 7, 5});
+  expectNodes(average.at("Four-nodes element:0"), {0, 2, 3, 1});
+  expectNodes(average.at("Four-nodes element:1"), {2, 4, 5, 3});
+  expectNodes(average.at("Three-nodes element:0"), {4, 6, 7});
+  expectNodes(average.at("Three-nodes element:1"), {4, 7, 5});
 }
 
 // The values that each node's corners have in a stress file, by node and face (0: upper).

@@ -399,7 +399,9 @@ TEST(AverageStresses, ElementWithoutAreaIsIncluded) {
 //   0---1---2
 Model MakeGrid() {
   Model model;
-  for (int node = 0; node < 9; ++node) AddNode(model, node % 3, node / 3, 0);
+  for (int y = 0; y < 3; ++y) {
+    for (int x = 0; x < 3; ++x) AddNode(model, x, y, 0);
+  }
   AddShell(model, {0, 1, 4, 3});
   AddShell(model, {1, 2, 5, 4});
   AddShell(model, {3, 4, 7, 6});
@@ -629,8 +631,8 @@ void RandomiseStresses(Generator& random, std::vector<Element>& elements) {
 Model MakeRandomMesh(Generator& random) {
   constexpr std::int32_t columns = 11, rows = 12;
   Model model;
-  for (std::int32_t node = 0; node < (columns + 1) * (rows + 1); ++node) {
-    AddNode(model, node % (columns + 1), node / (columns + 1), Uniform(random, 0.0, 0.15));
+  for (std::int32_t y = 0; y <= rows; ++y) {
+    for (std::int32_t x = 0; x <= columns; ++x) AddNode(model, x, y, Uniform(random, 0.0, 0.15));
   }
   std::vector<std::int32_t> squares;  // the first corner of each
   for (std::int32_t node = 0; node < (columns + 1) * rows; ++node) {
