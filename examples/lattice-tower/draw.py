@@ -5,7 +5,14 @@ Elevation and oblique view carry the deformed shape on top of the undeformed one
 deck's beams by section. The script knows the file layout only as far as this example needs it.
 """
 
+import os
 import re
+import sys
+
+sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
+sys.dont_write_bytecode = True
+
+from model_rows import read_nodes, read_rows
 
 EXAGGERATION = 60
 UNDEFORMED, DEFORMED, INK, LOAD = "#9aa0a6", "#c62828", "#202124", "#1257a8"
@@ -20,19 +27,8 @@ WIDTH, HEIGHT = 1160, 870
 
 
 def read_model():
-    with open("fem_solving.txt", encoding="ascii") as file:
-        lines = file.read().splitlines()
-    start = {}
-    for number, line in enumerate(lines):
-        match = re.match(r"Number of .*:(\w+)=(\d+)$", line)
-        if match:
-            start[match[1]] = (number + 1, int(match[2]))
-
-    def rows(key):
-        first, count = start[key]
-        return lines[first:first + count]
-
-    nodes = [tuple(float(v) for v in row.split(":")[1].split(",")) for row in rows("NPOIN")]
+    rows = read_rows()
+    nodes = read_nodes(rows)
     beams = []
     for row in rows("NELEM_B"):
         i, j = row.split(":")[1].split("<")[0].split(",")

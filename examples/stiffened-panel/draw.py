@@ -13,6 +13,7 @@ from math import cos, radians, sin
 sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.dont_write_bytecode = True
 
+from model_rows import read_nodes, read_rows
 from svg import INK, Drawing
 
 EXAGGERATION = 60
@@ -27,19 +28,8 @@ WIDTH, HEIGHT = 1160, 1130
 
 
 def read_model():
-    with open("fem_solving.txt", encoding="ascii") as file:
-        lines = file.read().splitlines()
-    start = {}
-    for number, line in enumerate(lines):
-        match = re.match(r"Number of .*:(\w+)=(\d+)$", line)
-        if match:
-            start[match[1]] = (number + 1, int(match[2]))
-
-    def rows(key):
-        first, count = start[key]
-        return lines[first:first + count]
-
-    nodes = [tuple(float(v) for v in row.split(":")[1].split(",")) for row in rows("NPOIN")]
+    rows = read_rows()
+    nodes = read_nodes(rows)
     quads = [tuple(int(v) for v in row.split(":")[1].split("[")[0].split(","))
              for row in rows("NELEM_S_4ND")]
     beams = []

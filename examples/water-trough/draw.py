@@ -13,6 +13,7 @@ from math import cos, radians, sin
 sys.path.insert(0, os.path.dirname(os.path.dirname(os.path.abspath(__file__))))
 sys.dont_write_bytecode = True
 
+from model_rows import read_nodes, read_rows
 from svg import INK, Drawing
 
 EXAGGERATION = 300
@@ -28,19 +29,8 @@ WIDTH, HEIGHT = 1160, 1010
 
 
 def read_model():
-    with open("fem_solving.txt", encoding="ascii") as file:
-        lines = file.read().splitlines()
-    start = {}
-    for number, line in enumerate(lines):
-        match = re.match(r"Number of .*:(\w+)=(\d+)$", line)
-        if match:
-            start[match[1]] = (number + 1, int(match[2]))
-
-    def rows(key):
-        first, count = start[key]
-        return lines[first:first + count]
-
-    nodes = [tuple(float(v) for v in row.split(":")[1].split(",")) for row in rows("NPOIN")]
+    rows = read_rows()
+    nodes = read_nodes(rows)
     shells = [tuple(int(v) for v in row.split(":")[1].split("[")[0].split(","))
               for key in ("NELEM_S_4ND", "NELEM_S_3ND") for row in rows(key)]
     return nodes, shells

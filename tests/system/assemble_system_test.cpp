@@ -128,6 +128,17 @@ TEST(AssembleSystem, StiffnessIsTheSumOfQuadrilateralsThenTrianglesThenBeams) {
   EXPECT_NE(SumElements(model), SumElements(model, true));
 }
 
+// The skyline holds the upper triangle of ke: n x n, row-major, and nothing else.
+void ExpectUpperTriangle(const SkylineMatrix& K, const double* ke, std::size_t n) {
+  ASSERT_EQ(K.Values.size(), n * (n + 1) / 2);
+  for (std::size_t j = 0; j < n; ++j) {
+    const auto diagonal = static_cast<std::size_t>(K.DiagonalAddress[j]);
+    for (std::size_t i = 0; i <= j; ++i) {
+      EXPECT_EQ(K.Values[diagonal + (j - i)], ke[i * n + j]) << i << ' ' << j;
+    }
+  }
+}
+
 // On nodes 0, 1, 2, 3 the skyline is the upper triangle of the element's matrix.
 TEST(AssembleSystem, SingleFourNodeShellFillsTheSkyline) {
   test::ModelText text;
@@ -139,13 +150,7 @@ TEST(AssembleSystem, SingleFourNodeShellFillsTheSkyline) {
   test::AssembleModel(text, model);
   std::array<double, 576> ke{};
   Shell4Stiffness(model.Shell4Elements[0], ke.data());
-  ASSERT_EQ(model.Stiffness.Values.size(), 300U);
-  for (std::size_t j = 0; j < 24; ++j) {
-    const auto diagonal = static_cast<std::size_t>(model.Stiffness.DiagonalAddress[j]);
-    for (std::size_t i = 0; i <= j; ++i) {
-      EXPECT_EQ(model.Stiffness.Values[diagonal + (j - i)], ke[i * 24 + j]) << i << ' ' << j;
-    }
-  }
+  ExpectUpperTriangle(model.Stiffness, ke.data(), 24);
 }
 
 TEST(AssembleSystem, SingleThreeNodeShellFillsTheSkyline) {
@@ -158,13 +163,7 @@ TEST(AssembleSystem, SingleThreeNodeShellFillsTheSkyline) {
   test::AssembleModel(text, model);
   std::array<double, 324> ke{};
   Shell3Stiffness(model.Shell3Elements[0], ke.data());
-  ASSERT_EQ(model.Stiffness.Values.size(), 171U);
-  for (std::size_t j = 0; j < 18; ++j) {
-    const auto diagonal = static_cast<std::size_t>(model.Stiffness.DiagonalAddress[j]);
-    for (std::size_t i = 0; i <= j; ++i) {
-      EXPECT_EQ(model.Stiffness.Values[diagonal + (j - i)], ke[i * 18 + j]) << i << ' ' << j;
-    }
-  }
+  ExpectUpperTriangle(model.Stiffness, ke.data(), 18);
 }
 
 // Its third and fourth corner are one node. Of the 6 x 6 terms between the two, those of equal dofs
