@@ -7,9 +7,7 @@ namespace korvex {
 
 double BeamLength(const BeamElement& beam) { return Length(Subtract(beam.NodeJ, beam.NodeI)); }
 
-void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame) {
-  const Vector3 d = Subtract(beam.NodeJ, beam.NodeI);
-  const Vector3 v = Subtract(beam.RefPoint, beam.NodeI);
+void ComputeBeamFrame(const Vector3& d, const Vector3& v, BeamFrame& frame) {
   const Vector3 c = Cross(v, d);
   const Vector3 x = Normalise(d);
   const Vector3 y = Normalise(c);
@@ -17,6 +15,10 @@ void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame) {
   std::copy(x.begin(), x.end(), frame.begin());
   std::copy(y.begin(), y.end(), frame.begin() + 3);
   std::copy(z.begin(), z.end(), frame.begin() + 6);
+}
+
+void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame) {
+  ComputeBeamFrame(Subtract(beam.NodeJ, beam.NodeI), Subtract(beam.RefPoint, beam.NodeI), frame);
 }
 
 void BuildBeamRotation(const BeamFrame& frame, BeamMatrix& T) {

@@ -22,7 +22,10 @@ using BeamMatrix = std::array<double, 144>;
 // |NodeJ - NodeI|.
 double BeamLength(const BeamElement& beam);
 
-// Fills `frame` from NodeI, NodeJ and RefPoint.
+// Fills `frame` from the vector d along the axis and the orientation vector v.
+void ComputeBeamFrame(const Vector3& d, const Vector3& v, BeamFrame& frame);
+
+// The same from NodeI, NodeJ and RefPoint.
 void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame);
 
 // T: 12 x 12, zero but for four diagonal blocks equal to `frame`, so that local = T * global for

@@ -35,6 +35,7 @@ void ReleaseModel(Model& model) {
   Free(model.BeamElements);
   Free(model.BeamNodes);
   Free(model.BeamSectionRefs);
+  Free(model.BeamShellModels);
   Free(model.Stiffness.ColumnHeights);
   Free(model.Stiffness.DiagonalAddress);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "beam/beam_element.h"
+#include "beamshell/beam_shell_model.h"
 #include "model/material.h"
 #include "shell/shell_element.h"
 #include "system/skyline_matrix.h"
@@ -96,6 +97,11 @@ struct Model {
   SkylineMatrix Stiffness;            // NEQ columns; its factors after the solution
   std::vector<double> LoadVector;     // [NEQ]; forward-reduced after the solution
   std::vector<double> Displacements;  // [NEQ], written by the solution
+
+  // How finely the detail models divide their sections: 0, 1 or 2. Neither the model file nor an
+  // option sets it.
+  std::int32_t BeamShellMeshLevel = 0;
+  std::vector<BeamShellModel> BeamShellModels;  // [NELEM_B]
 };
 
 // Frees every table and array. The counts stay; a second release is harmless.

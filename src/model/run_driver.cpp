@@ -1,10 +1,11 @@
-// The stages of a run, in order. The detail models of beams have their place behind the averaged
-// stresses.
+// The stages of a run, in order.
 #include "model/run_driver.h"
 
 #include <cstdint>
 #include <fstream>
 
+#include "beamshell/average_stress_file.h"
+#include "beamshell/generate_beam_shells.h"
 #include "dxf/line_drawing.h"
 #include "model/model.h"
 #include "model/read_input_file.h"
@@ -57,6 +58,11 @@ void WriteResults(Model& model) {
   AverageNodeStresses(model);
   WriteAverageNodeStresses(model);
   WriteConsoleLine("\tShell element average node stress.txt, generated.");
+  WriteConsoleLine(
+      "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount of "
+      "time. Please wait patiently...");
+  GenerateBeamShells(model);
+  WriteAverageStressFile("Korvex_AverageStrs.txt", model);
 }
 
 void RunStages() {

@@ -18,6 +18,10 @@ inline constexpr const char* GbkStressFileFailed =
     "\xB5\xA5\xD4\xAA\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0"
     "\xDC!";
 
+// "节点应力文件输出失败!" (writing the node stress file failed): the detail models' file.
+inline constexpr const char* GbkAverageStressFileFailed =
+    "\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!";
+
 // "文件输出失败!" (writing the file failed): both drawings.
 inline constexpr const char* GbkFileFailed = "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!";
 

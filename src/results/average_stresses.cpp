@@ -4,48 +4,11 @@
 
 #include <algorithm>
 
-#include "shell/vector3.h"
+#include "results/corner_sum.h"
 
 namespace korvex {
 
 namespace {
-
-// Share of the own element's thickness by which the upper faces' offsets may differ.
-constexpr double OffsetDivisor = 10.0;
-
-template <std::int32_t Nodes>
-Vector3 Normal(const ShellElement<Nodes>& element) {
-  return {element.Frame[2], element.Frame[5], element.Frame[8]};
-}
-
-// What has been summed up for a corner, and the element that it belongs to.
-struct CornerSum {
-  StressVector top{}, bottom{};
-  double count = 0.0;
-  Vector3 normal{};
-  double TK = 0.0;
-};
-
-void AddTo(StressVector& sum, const StressVector& stress) {
-  for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += stress[i];
-}
-
-// Adds corner k of `element` if the element lies in the surface of the sum's own.
-template <std::int32_t Nodes>
-void AddCorner(const ShellElement<Nodes>& element, std::size_t k, CornerSum& sum) {
-  Vector3 normal = Normal(element);
-  const Vector3& own = sum.normal;
-  const bool flipped = own[0] * normal[0] + own[1] * normal[1] + own[2] * normal[2] <= 0.0;
-  if (flipped) normal = {-normal[0], -normal[1], -normal[2]};
-  const double half = element.TK * 0.5;
-  const double ownHalf = sum.TK * 0.5;
-  const Vector3 w{half * normal[0] - ownHalf * own[0], half * normal[1] - ownHalf * own[1],
-                  half * normal[2] - ownHalf * own[2]};
-  if (Length(w) > sum.TK / OffsetDivisor) return;
-  AddTo(sum.top, flipped ? element.NodeStressBottom[k] : element.NodeStressTop[k]);
-  AddTo(sum.bottom, flipped ? element.NodeStressTop[k] : element.NodeStressBottom[k]);
-  sum.count += 1.0;
-}
 
 // The first corner of element e at `node`. connectivity: element-major, Nodes per element.
 template <std::int32_t Nodes>

@@ -1,11 +1,7 @@
 // Corner stresses averaged over neighbouring shell elements.
 //
 // Kept per element corner, not per node: a corner is averaged with those corners at the same node
-// that lie in nearly the same surface. With unit normals n and thicknesses t of the own element (e)
-// and another (f), n_f reversed where the two face opposite ways, f is included unless
-//   | (t_f / 2) n_f - (t_e / 2) n_e | > t_e / 10.
-// The bound is the own element's, so that of two elements one may include the other and not the
-// reverse. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
+// that lie in nearly the same surface (corner_sum.h).
 #pragma once
 
 #include <cstdint>

@@ -27,17 +27,23 @@ constexpr std::array<double, 3> TrianglePoint{1.0, 0.0, 0.0};
 
 }  // namespace
 
-void RecoverShellStresses(Model& model) {
+void RecoverShell4Stresses(const std::vector<double>& displacements,
+                           const std::vector<std::int32_t>& connectivity,
+                           std::vector<Shell4Element>& elements) {
   std::array<double, Shell4Dofs> d{};
-  for (std::size_t e = 0; e < model.Shell4Elements.size(); ++e) {
-    Shell4Element& element = model.Shell4Elements[e];
-    GatherDisplacements(model.Displacements, &model.Shell4Nodes[e * NodesPerShell4], NodesPerShell4,
-                        d.data());
+  for (std::size_t e = 0; e < elements.size(); ++e) {
+    Shell4Element& element = elements[e];
+    GatherDisplacements(displacements, &connectivity[e * NodesPerShell4], NodesPerShell4, d.data());
     for (std::size_t k = 0; k < NodesPerShell4; ++k) {
       Shell4CornerStress(element, element.NodeStressTop[k], element.NodeStressBottom[k], d.data(),
                          CornerXi[k], CornerEta[k]);
     }
   }
+}
+
+void RecoverShellStresses(Model& model) {
+  RecoverShell4Stresses(model.Displacements, model.Shell4Nodes, model.Shell4Elements);
+  std::array<double, Shell3Dofs> d{};
   for (std::size_t e = 0; e < model.Shell3Elements.size(); ++e) {
     Shell3Element& element = model.Shell3Elements[e];
     GatherDisplacements(model.Displacements, &model.Shell3Nodes[e * NodesPerShell3], NodesPerShell3,

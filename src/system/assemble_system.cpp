@@ -1,13 +1,12 @@
 // The stages of AssembleSystem, in the order in which a run shows them.
 #include "system/assemble_system.h"
 
-#include <array>
-
 #include "beam/beam_stiffness.h"
 #include "dxf/line_drawing.h"
 #include "model/read_input_file.h"
 #include "platform/console.h"
 #include "shell/shell_stiffness.h"
+#include "system/assemble_element.h"
 #include "system/load_vector.h"
 #include "system/profile.h"
 #include "system/supports.h"
@@ -22,13 +21,8 @@ template <std::int32_t Nodes, typename Element>
 void AssembleElements(const std::vector<Element>& elements,
                       const std::vector<std::int32_t>& connectivity,
                       void (*stiffness)(const Element&, double*), SkylineMatrix& K) {
-  constexpr std::int32_t n = Nodes * DofsPerNode;
-  std::array<double, static_cast<std::size_t>(n) * n> ke{};
-  std::array<std::int32_t, n> g{};
   for (std::size_t e = 0; e < elements.size(); ++e) {
-    stiffness(elements[e], ke.data());
-    BuildDofList(&connectivity[e * Nodes], Nodes, g.data());
-    ScatterElement(ke.data(), g.data(), n, K);
+    AssembleElement<Nodes>(elements[e], &connectivity[e * Nodes], stiffness, K);
   }
 }
 

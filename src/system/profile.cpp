@@ -12,17 +12,6 @@ namespace {
 
 constexpr double GigabytesPerEntry = 7.450580596923828e-9;  // 8 bytes / 2^30
 
-// connectivity: elements x nodesPerElement node indices, element-major.
-void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
-                         std::int32_t nodesPerElement, SkylineMatrix& K) {
-  std::array<std::int32_t, Shell4Dofs> g{};  // the largest list; smaller elements use its head
-  const auto step = static_cast<std::size_t>(nodesPerElement);
-  for (std::size_t first = 0; first < connectivity.size(); first += step) {
-    BuildDofList(&connectivity[first], nodesPerElement, g.data());
-    RaiseColumns(K, g.data(), nodesPerElement * DofsPerNode);
-  }
-}
-
 void WriteMemoryEstimate(double gigabytes, std::ostream& stream) {
   WriteText(stream, "The global stiffness matrix will occupy ");
   stream << gigabytes;
@@ -37,6 +26,16 @@ void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_
     for (std::int32_t d = 0; d < DofsPerNode; ++d) {
       g[k * DofsPerNode + d] = nodes[k] * DofsPerNode + d;
     }
+  }
+}
+
+void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
+                         std::int32_t nodesPerElement, SkylineMatrix& K) {
+  std::array<std::int32_t, Shell4Dofs> g{};  // the largest list; smaller elements use its head
+  const auto step = static_cast<std::size_t>(nodesPerElement);
+  for (std::size_t first = 0; first < connectivity.size(); first += step) {
+    BuildDofList(&connectivity[first], nodesPerElement, g.data());
+    RaiseColumns(K, g.data(), nodesPerElement * DofsPerNode);
   }
 }
 

@@ -16,6 +16,11 @@ namespace korvex {
 // nodes: nodeCount node indices in the element's order.
 void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_t* g);
 
+// Raises the columns of K for all elements of one kind.
+// connectivity: elements x nodesPerElement (at most 4) node indices, element-major.
+void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
+                         std::int32_t nodesPerElement, SkylineMatrix& K);
+
 // Fills the ColumnHeights of the stiffness matrix from the connectivity tables: four-node shells,
 // three-node shells, beams. Does nothing if NEQ < 1.
 void BuildProfile(Model& model);

@@ -28,6 +28,7 @@ void ExpectReleased(const Model& model) {
   EXPECT_EQ(model.BeamElements.capacity(), 0U);
   EXPECT_EQ(model.BeamNodes.capacity(), 0U);
   EXPECT_EQ(model.BeamSectionRefs.capacity(), 0U);
+  EXPECT_EQ(model.BeamShellModels.capacity(), 0U);
   EXPECT_EQ(model.Stiffness.ColumnHeights.capacity(), 0U);
   EXPECT_EQ(model.Stiffness.DiagonalAddress.capacity(), 0U);
 }
@@ -55,6 +56,7 @@ TEST(Model, ReleaseFreesEveryTableAndMayBeRepeated) {
   model.BeamElements.resize(2);
   model.BeamNodes.resize(2);
   model.BeamSectionRefs.resize(2);
+  model.BeamShellModels.resize(2);
   model.Stiffness.ColumnHeights.resize(2);
   model.Stiffness.DiagonalAddress.resize(2);
   ReleaseModel(model);

@@ -40,6 +40,9 @@ std::string Console(const std::string& gigabytes, const std::string& progress) {
          "Post-processing in progress...\n"
          "\tDeformation result file Node_Dis.txt, generated.\n"
          "\tShell element average node stress.txt, generated.\n"
+         "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount "
+         "of "
+         "time. Please wait patiently...\n"
          "Post-processing completed.\n";
 }
 
@@ -66,9 +69,9 @@ void ExpectCompleteRun(const std::string& model, const std::string& gigabytes,
   EXPECT_EQ(ReadFile(folder.Path() / "Shell element node stress.txt"), "");
   EXPECT_EQ(ReadFile(folder.Path() / "Shell element average node stress.txt"), "");
   EXPECT_EQ(ListFolder(folder.Path()),
-            Sorted({"Node_Dis.txt", "Shell element average node stress.txt",
-                    "Shell element node stress.txt", "deformation.dxf", "fem_solving.txt",
-                    "structure.dxf", LogName, LogLink}));
+            Sorted({"Korvex_AverageStrs.txt", "Node_Dis.txt",
+                    "Shell element average node stress.txt", "Shell element node stress.txt",
+                    "deformation.dxf", "fem_solving.txt", "structure.dxf", LogName, LogLink}));
 }
 
 // A node held in all directions moves by its load / 1e20. Six columns of one entry each: 48 bytes.
@@ -242,6 +245,54 @@ TEST(RunDriver, UnwritableDeformationDrawing) {
                                    "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
   EXPECT_EQ(ReadFile(folder.Path() / "Node_Dis.txt"),
             std::string(DisplacementHeader) + CantileverDisplacements);
+}
+
+// A run that ends in the detail models has written everything else by then, and its console ends
+// with their line.
+void ExpectStopInDetailModels(const ProgramRun& run, const TempFolder& folder,
+                              std::vector<std::string> furtherFiles,
+                              const std::string& consoleEnd) {
+  EXPECT_EQ(run.exitStatus, 1);
+  const std::string console = MaskTime(run.out);
+  const std::size_t results = console.find("Post-processing in progress...");
+  ASSERT_NE(results, std::string::npos);
+  const std::string complete = Console("", "");
+  const std::size_t from = complete.find("Post-processing in progress...");
+  const std::size_t to = complete.find("Post-processing completed.");
+  EXPECT_EQ(console.substr(results), complete.substr(from, to - from) + consoleEnd);
+  for (const char* name :
+       {"Node_Dis.txt", "Shell element average node stress.txt", "Shell element node stress.txt",
+        "deformation.dxf", "fem_solving.txt", "structure.dxf", LogName, LogLink}) {
+    furtherFiles.emplace_back(name);
+  }
+  EXPECT_EQ(ListFolder(folder.Path()), Sorted(furtherFiles));
+}
+
+// A section type without a table is noticed by nobody before the detail models need its profile.
+TEST(RunDriver, SectionTypeWithoutTable) {
+  for (const int type : {3, -1}) {
+    const TempFolder folder;
+    ModelText text = MakeCantilever();
+    text.beams[0].BeamSecType = type;
+    WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+    const ProgramRun run = RunIn(folder);
+    EXPECT_EQ(run.err, Notice("梁截面类型数字错误!"));
+    ExpectStopInDetailModels(run, folder, {}, "");
+    const std::string displacements = ReadFile(folder.Path() / "Node_Dis.txt");
+    EXPECT_EQ(std::count(displacements.begin(), displacements.end(), '\n'), 3);
+  }
+}
+
+TEST(RunDriver, UnwritableDetailStressFile) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
+  fs::create_directory(folder.Path() / "Korvex_AverageStrs.txt");
+  const ProgramRun run = RunIn(folder, "x");
+  EXPECT_EQ(run.err, "");
+  // "节点应力文件输出失败!" in GBK.
+  ExpectStopInDetailModels(run, folder, {"Korvex_AverageStrs.txt"},
+                           "\xBD\xDA\xB5\xE3\xD3\xA6\xC1\xA6\xCE\xC4\xBC\xFE"
+                           "\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n");
 }
 
 }  // namespace

@@ -141,14 +141,17 @@ TEST(ShellRun, ConsoleAndFilesOfAPlate) {
             0U);
   EXPECT_NE(console.find("100%Completed.(Solution time:# seconds)\nPost-processing in progress..."),
             std::string::npos);
-  EXPECT_EQ(ResultLines(console),
-            "Post-processing in progress...\n"
-            "\tDeformation result file Node_Dis.txt, generated.\n"
-            "\tShell element average node stress.txt, generated.\n"
-            "Post-processing completed.\n");
+  EXPECT_EQ(
+      ResultLines(console),
+      "Post-processing in progress...\n"
+      "\tDeformation result file Node_Dis.txt, generated.\n"
+      "\tShell element average node stress.txt, generated.\n"
+      "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount "
+      "of time. Please wait patiently...\n"
+      "Post-processing completed.\n");
   EXPECT_EQ(ListFolder(plate.folder.Path()),
-            Sorted({"Node_Dis.txt", AverageFileName, ElementFileName, "deformation.dxf",
-                    "fem_solving.txt", "structure.dxf", LogName, LogLink}));
+            Sorted({"Korvex_AverageStrs.txt", "Node_Dis.txt", AverageFileName, ElementFileName,
+                    "deformation.dxf", "fem_solving.txt", "structure.dxf", LogName, LogLink}));
   EXPECT_EQ(Count(plate.Read(LogName), "\n"), 2U);
 }
 

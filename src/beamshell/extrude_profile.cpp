@@ -1,0 +1,125 @@
+// The stages of ExtrudeProfile. Notation: P profile points, n steps, d the vector from the first to
+// the second end; profile point i at station s is node 1 + s P + i.
+#include "beamshell/extrude_profile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <sstream>
+
+#include "beam/beam_frame.h"
+#include "beam/section_properties.h"
+#include "platform/stop_run.h"
+
+namespace korvex {
+
+namespace {
+
+// Links: so stiff that no plate bends them, and so short of the penalty on the end nodes that those
+// still rule.
+constexpr Material LinkMaterial{1e20, 0.3, 0.0};
+constexpr CBeamSection LinkSection{5.0, 1.0};
+
+[[noreturn]] void StopTooManySteps(std::int32_t beam, double steps) {
+  std::ostringstream text;
+  text << "Beam element " << beam << ": its detail model would have " << steps
+       << " steps along the beam, too many to number its equations.";
+  StopWithNotice(text.str());
+}
+
+// L / the longest segment, truncated, but at least 1; 1 also where the quotient is not finite.
+std::int32_t CountSteps(const SectionProfile& profile, std::int32_t beam,
+                        const BeamShellModel& model) {
+  const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
+  const double quotient = L / LongestSegment(profile);
+  if (!std::isfinite(quotient) || quotient < 1.0) return 1;
+
+  constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
+  if (quotient > static_cast<double>(Limit)) StopTooManySteps(beam, quotient);
+  const auto n = static_cast<std::int64_t>(quotient);
+  const auto P = static_cast<std::int64_t>(profile.points.size());
+  if ((P * (n + 1) + 2) * model.DofsPerNode > Limit) StopTooManySteps(beam, quotient);
+  return static_cast<std::int32_t>(n);
+}
+
+void PlaceNodes(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
+  const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
+  BeamFrame frame;
+  ComputeBeamFrame(d, model.OrientVector, frame);
+  model.ProfileNodeCount = static_cast<std::int32_t>(profile.points.size());
+  model.NodeCount = model.ProfileNodeCount * (n + 1) + 2;
+  model.NEQ = model.NodeCount * model.DofsPerNode;
+  model.NodeCoords.clear();
+  model.NodeCoords.reserve(static_cast<std::size_t>(model.NodeCount));
+  model.NodeCoords.push_back(model.EndPoint1);
+  for (std::int32_t s = 0; s <= n; ++s) {
+    for (const Vector3& p : profile.points) {
+      Vector3 node{};
+      for (std::size_t i = 0; i < 3; ++i) {
+        node[i] = model.EndPoint1[i] + p[0] * frame[i] + p[1] * frame[3 + i] + p[2] * frame[6 + i] +
+                  s * d[i] / n;
+      }
+      model.NodeCoords.push_back(node);
+    }
+  }
+  model.NodeCoords.push_back(model.EndPoint2);
+}
+
+void AddShell(const std::array<std::int32_t, 4>& nodes, double thickness, BeamShellModel& model) {
+  std::array<double, 12> coordinates{};
+  for (std::size_t k = 0; k < 4; ++k) {
+    const Vector3& node = model.NodeCoords[static_cast<std::size_t>(nodes[k])];
+    std::copy(node.begin(), node.end(), coordinates.begin() + static_cast<std::ptrdiff_t>(3 * k));
+  }
+  model.ShellNodes.insert(model.ShellNodes.end(), nodes.begin(), nodes.end());
+  model.Shells.emplace_back();
+  SetGeometry(model.Shells.back(), coordinates.data(), model.NodesPerShell, model.E, model.Mu,
+              thickness);
+}
+
+void AddShells(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
+  model.ShellCount = static_cast<std::int32_t>(profile.segments.size()) * n;
+  model.ShellNodes.clear();
+  model.ShellNodes.reserve(static_cast<std::size_t>(model.ShellCount) * 4);
+  model.Shells.clear();
+  model.Shells.reserve(static_cast<std::size_t>(model.ShellCount));
+  for (std::int32_t s = 1; s <= n; ++s) {
+    const std::int32_t before = 1 + (s - 1) * model.ProfileNodeCount;
+    const std::int32_t here = before + model.ProfileNodeCount;
+    for (const ProfileSegment& segment : profile.segments) {
+      const auto [a, b] = segment.points;
+      AddShell({before + a, here + a, here + b, before + b}, segment.thickness, model);
+    }
+  }
+}
+
+// Adds the links from node `end` to the P nodes from `firstNode` on.
+void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
+  const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
+  const Vector3& nodeI = model.NodeCoords[static_cast<std::size_t>(end)];
+  const std::array<double, 4> refPointAndTolerance{nodeI[0] + d[0], nodeI[1] + d[1],
+                                                   nodeI[2] + d[2], BeamTolerance};
+  for (std::int32_t i = firstNode; i < firstNode + model.ProfileNodeCount; ++i) {
+    model.LinkNodes.insert(model.LinkNodes.end(), {end, i});
+    model.Links.emplace_back();
+    InitCBeamElement(model.Links.back(), nodeI, model.NodeCoords[static_cast<std::size_t>(i)],
+                     refPointAndTolerance, LinkMaterial, LinkSection, 0.0);
+  }
+}
+
+}  // namespace
+
+void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model) {
+  const std::int32_t n = CountSteps(profile, beam, model);
+  PlaceNodes(profile, n, model);
+  AddShells(profile, n, model);
+
+  const std::int32_t lastNode = model.NodeCount - 1;
+  model.LinkCount = 2 * model.ProfileNodeCount;
+  model.LinkNodes.clear();
+  model.Links.clear();
+  AddLinks(0, 1, model);
+  AddLinks(lastNode, lastNode - model.ProfileNodeCount, model);
+}
+
+}  // namespace korvex

@@ -1,0 +1,22 @@
+// The extrusion of a section profile along the beam: nodes, shells and links of the detail model.
+//
+// n equal steps, about as long as the longest segment of the profile, so that the shells are nearly
+// square or longer. Links are tubes far stiffer than any plate: rigid arms from the beam's node
+// line to the outline of the section.
+#pragma once
+
+#include <cstdint>
+
+#include "beamshell/beam_shell_model.h"
+#include "beamshell/section_profile.h"
+
+namespace korvex {
+
+// Fills nodes, shells and links of `model` and their counts. It must hold E, Mu, the end points and
+// the orientation vector.
+// profile: with the offset, not empty; beam: the beam's number, for the notice.
+// Stops the run where the model would have more equations than an int32 counts. A zero length or an
+// orientation vector along the axis gives non-finite coordinates, silently.
+void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model);
+
+}  // namespace korvex

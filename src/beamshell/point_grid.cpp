@@ -1,0 +1,94 @@
+// The cells and buckets of point_grid.h.
+#include "beamshell/point_grid.h"
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+
+namespace korvex {
+
+namespace {
+
+// Half the edge of the box that a search covers. It exceeds the tolerance by more than all
+// roundings: where a coordinate's last digit is coarser than that, near points are equal in it.
+constexpr double Reach = 1.5 * CoincidenceTolerance;
+
+// The edge of a cell, wider than the box, so that the box touches at most two cells in a direction.
+constexpr double CellSize = 10.0 * CoincidenceTolerance;
+
+// Coordinates are mostly round numbers. This share of a cell keeps them off the cells' faces, where
+// a search would have to look at both sides.
+constexpr double CellShift = 0.382;
+
+// The cell of a coordinate. A double, because an integer would overflow for large coordinates.
+double CellOf(double x) { return std::floor(x / CellSize + CellShift); }
+
+// The finaliser of a 64-bit mixing function (Steele, Lea & Flood 2014, splitmix64): every bit of
+// the cell's number reaches every bit of the result.
+std::uint64_t Mix(std::uint64_t bits) {
+  bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9U;
+  bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBU;
+  return bits ^ (bits >> 31U);
+}
+
+// buckets: a power of two.
+std::size_t BucketOf(const Vector3& cell, std::size_t buckets) {
+  std::uint64_t hash = 0;
+  for (const double number : cell) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &number, sizeof bits);
+    hash = Mix(hash + bits);
+  }
+  return static_cast<std::size_t>(hash) & (buckets - 1);
+}
+
+}  // namespace
+
+bool HasPlace(const Vector3& point) {
+  return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
+}
+
+void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid) {
+  std::size_t buckets = 1;
+  while (buckets < points.size()) buckets *= 2;
+  const auto bucketOf = [buckets](const Vector3& p) {
+    return BucketOf({CellOf(p[0]), CellOf(p[1]), CellOf(p[2])}, buckets);
+  };
+  grid.first.assign(buckets + 1, 0);
+  for (const Vector3& p : points) {
+    if (HasPlace(p)) ++grid.first[bucketOf(p) + 1];
+  }
+  for (std::size_t b = 0; b < buckets; ++b) grid.first[b + 1] += grid.first[b];
+
+  grid.points.resize(grid.first[buckets]);
+  std::vector<std::size_t> next(grid.first.begin(), grid.first.end() - 1);
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (HasPlace(points[i])) grid.points[next[bucketOf(points[i])]++] = i;
+  }
+}
+
+void FindNear(const PointGrid& grid, const Vector3& point, std::vector<std::size_t>& found) {
+  const std::size_t buckets = grid.first.size() - 1;
+  std::array<Vector3, 2> cells{};  // of the box's lower and upper corner
+  for (std::size_t i = 0; i < 3; ++i) {
+    cells[0][i] = CellOf(point[i] - Reach);
+    cells[1][i] = CellOf(point[i] + Reach);
+  }
+  for (std::size_t choice = 0; choice < 8; ++choice) {  // bit i set: the upper cell in direction i
+    Vector3 cell{};
+    bool isNew = true;
+    for (std::size_t i = 0; i < 3; ++i) {
+      const std::size_t side = choice >> i & 1U;
+      cell[i] = cells[side][i];
+      if (side == 1 && cells[1][i] == cells[0][i]) isNew = false;
+    }
+    if (!isNew) continue;
+    const std::size_t bucket = BucketOf(cell, buckets);
+    for (std::size_t at = grid.first[bucket]; at < grid.first[bucket + 1]; ++at) {
+      found.push_back(grid.points[at]);
+    }
+  }
+}
+
+}  // namespace korvex

@@ -1,0 +1,53 @@
+// The profile of a beam's cross-section: its plates' mid-lines as points and straight segments.
+//
+// Section axes (those of the beam): x along the beam, y and z across it, z the web direction. The
+// origin is the node line. A web stands on it and rises to Hw; where there is a flange, the topmost
+// web point lies in the flange's mid-plane at Hw + Tf / 2, so that the topmost web segment is
+// longer than the others by Tf / 2. An L flange begins at the web's mid-plane, unlike that of the
+// section properties, which begins at the web's outer face: mid-lines have to meet.
+//
+//   mesh level                          0 (and any other)    1     2
+//   divisions of a web, Dw                      3            6    12
+//   of each side of a T flange                  1            2     4
+//   of an L flange                              1            2     4
+//   points of a tube                            8           12    16
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "beam/beam_element.h"
+#include "shell/vector3.h"
+
+namespace korvex {
+
+struct ProfileSegment {
+  std::array<std::int32_t, 2> points{};  // indices of its ends
+  double thickness = 0.0;
+};
+
+struct SectionProfile {
+  std::vector<Vector3> points;           // section axes, x = 0
+  std::vector<ProfileSegment> segments;  // in the order in which their shells are numbered
+};
+
+// Each fills `profile` anew, without the offset BeamSecOz. A zero Bf or Tf leaves the web alone.
+
+// Points: web from below, flange from the web to its -y tip, flange from the web to its +y tip.
+void BuildTProfile(const BeamSection& section, std::int32_t meshLevel, SectionProfile& profile);
+
+// Points: web from below, flange from the web to its tip, on the +y side or, if mirrored, the -y.
+void BuildLProfile(const BeamSection& section, bool mirrored, std::int32_t meshLevel,
+                   SectionProfile& profile);
+
+// Points: round the mid-circle from +y towards +z. The last segment closes the ring.
+void BuildCProfile(const CBeamSection& section, std::int32_t meshLevel, SectionProfile& profile);
+
+// Moves all points by BeamSecOz along z.
+void ShiftProfile(double BeamSecOz, SectionProfile& profile);
+
+// The length of the longest segment; 0 where no length is greater than 0, as with NaNs.
+double LongestSegment(const SectionProfile& profile);
+
+}  // namespace korvex

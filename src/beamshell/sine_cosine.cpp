@@ -1,0 +1,102 @@
+// The double-double arithmetic of sine_cosine.h. Nothing here may be contracted or reordered: the
+// tails are rounding errors, recovered exactly.
+#include "beamshell/sine_cosine.h"
+
+#include <cmath>
+
+namespace korvex {
+
+namespace {
+
+// The unevaluated sum head + tail with |tail| <= ulp(head) / 2.
+struct DoubleDouble {
+  double head;
+  double tail;
+};
+
+// a + b exactly (Knuth 1998, sec. 4.2.2, theorem B).
+DoubleDouble AddExactly(double a, double b) {
+  const double sum = a + b;
+  const double partOfB = sum - a;
+  return {sum, (a - (sum - partOfB)) + (b - partOfB)};
+}
+
+// The upper and lower half of a's digits (Dekker 1971).
+DoubleDouble Split(double a) {
+  constexpr double Splitter = 134217729.0;  // 2^27 + 1: two halves of at most 26 bits
+  const double scaled = Splitter * a;
+  const double upper = scaled - (scaled - a);
+  return {upper, a - upper};
+}
+
+// a b exactly (Dekker 1971).
+DoubleDouble MultiplyExactly(double a, double b) {
+  const double product = a * b;
+  const DoubleDouble x = Split(a), y = Split(b);
+  const double error =
+      ((x.head * y.head - product) + x.head * y.tail + x.tail * y.head) + x.tail * y.tail;
+  return {product, error};
+}
+
+DoubleDouble Add(const DoubleDouble& a, const DoubleDouble& b) {
+  const DoubleDouble heads = AddExactly(a.head, b.head);
+  const DoubleDouble tails = AddExactly(a.tail, b.tail);
+  const DoubleDouble sum = AddExactly(heads.head, heads.tail + tails.head);
+  return AddExactly(sum.head, sum.tail + tails.tail);
+}
+
+DoubleDouble Multiply(const DoubleDouble& a, const DoubleDouble& b) {
+  const DoubleDouble product = MultiplyExactly(a.head, b.head);
+  return AddExactly(product.head, product.tail + (a.head * b.tail + a.tail * b.head));
+}
+
+DoubleDouble Divide(const DoubleDouble& a, double b) {
+  const double quotient = a.head / b;
+  const DoubleDouble product = MultiplyExactly(quotient, b);
+  const double remainder = ((a.head - product.head) - product.tail) + a.tail;
+  return AddExactly(quotient, remainder / b);
+}
+
+// angle - k pi / 2. Three parts of pi / 2: next to a multiple the first cancels.
+DoubleDouble Reduce(double angle, int k) {
+  constexpr double HalfPi[3] = {1.5707963267948966, 6.123233995736766e-17, -1.4973849048591833e-33};
+  DoubleDouble r{angle, 0.0};
+  for (const double part : HalfPi) r = Add(r, MultiplyExactly(-k, part));
+  return r;
+}
+
+// first - first r^2 / ((m+1)(m+2)) + ...: the series of the sine (first = r, m = 1) or of the
+// cosine (first = 1, m = 0), for |r| <= pi / 4. The fifteenth term is below 1e-33.
+double SumSeries(const DoubleDouble& r, const DoubleDouble& first, int m) {
+  constexpr int Terms = 15;
+  const DoubleDouble square = Multiply(r, r);
+  DoubleDouble term = first, sum = first;
+  for (int i = 1; i < Terms; ++i) {
+    term = Divide(Multiply(term, square), -static_cast<double>((m + 1) * (m + 2)));
+    sum = Add(sum, term);
+    m += 2;
+  }
+  return sum.head;
+}
+
+}  // namespace
+
+SineCosine ComputeSineCosine(double angle) {
+  const double halfPi = std::acos(-1.0) / 2.0;
+  const int k = static_cast<int>(angle / halfPi + 0.5);
+  const DoubleDouble r = Reduce(angle, k);
+  const double sine = SumSeries(r, r, 1);
+  const double cosine = SumSeries(r, {1.0, 0.0}, 0);
+  switch (k % 4) {
+    case 1:
+      return {cosine, -sine};
+    case 2:
+      return {-sine, -cosine};
+    case 3:
+      return {-cosine, sine};
+    default:
+      return {sine, cosine};
+  }
+}
+
+}  // namespace korvex

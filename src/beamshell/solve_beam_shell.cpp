@@ -1,0 +1,88 @@
+// The stages of SolveBeamShell. Notation: P profile points, end 1 and end 2 of the beam.
+#include "beamshell/solve_beam_shell.h"
+
+#include "beam/beam_frame.h"
+#include "beam/beam_stiffness.h"
+#include "results/shell_stresses.h"
+#include "shell/shell_stiffness.h"
+#include "system/assemble_element.h"
+#include "system/solve_skyline.h"
+
+namespace korvex {
+
+namespace {
+
+// The square of the factor below. So far above the links' stiffness that an end node follows its
+// displacement to the last digits.
+constexpr double PenaltyDiagonal = 1e40;
+
+// Applied twice to a displacement to make its load: two products of 1e20 are rounded otherwise than
+// one of 1e40.
+constexpr double PenaltyFactor = 1e20;
+
+// Gives `node` the displacements u (6).
+void DriveNode(std::int32_t node, const double* u, BeamShellModel& model) {
+  for (std::size_t d = 0; d < 6; ++d) {
+    const std::size_t equation = static_cast<std::size_t>(node) * 6 + d;
+    const std::int64_t diagonal = model.Stiffness.DiagonalAddress[equation];
+    model.Stiffness.Values[static_cast<std::size_t>(diagonal)] = PenaltyDiagonal;
+    model.LoadVector[equation] = u[d] * PenaltyFactor * PenaltyFactor;
+  }
+}
+
+// Drives end node `end` and those of the P nodes from `firstNode` on that lie on it.
+void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShellModel& model) {
+  DriveNode(end, u, model);
+  const Vector3& endPoint = model.NodeCoords[static_cast<std::size_t>(end)];
+  for (std::int32_t i = firstNode; i < firstNode + model.ProfileNodeCount; ++i) {
+    const Vector3& point = model.NodeCoords[static_cast<std::size_t>(i)];
+    if (Length(Subtract(point, endPoint)) < model.Tolerance) DriveNode(i, u, model);
+  }
+}
+
+// Frees what the results do not need.
+void ReleaseSystem(BeamShellModel& model) {
+  model.LinkNodes = {};
+  model.Links = {};
+  model.Stiffness = {};
+  model.LoadVector = {};
+}
+
+}  // namespace
+
+void BuildBeamShellProfile(BeamShellModel& model) {
+  InitColumnHeights(model.Stiffness, model.NEQ);
+  RaiseElementColumns(model.ShellNodes, model.NodesPerShell, model.Stiffness);
+  RaiseElementColumns(model.LinkNodes, model.NodesPerLink, model.Stiffness);
+  ComputeDiagonalAddresses(model.Stiffness);
+  AllocateValues(model.Stiffness);
+  model.LoadVector.assign(static_cast<std::size_t>(model.NEQ), 0.0);
+  model.Displacements.resize(static_cast<std::size_t>(model.NEQ));
+}
+
+void AssembleBeamShell(BeamShellModel& model) {
+  for (std::size_t e = 0; e < model.Shells.size(); ++e) {
+    AssembleElement<4>(model.Shells[e], &model.ShellNodes[e * 4], Shell4Stiffness, model.Stiffness);
+  }
+  for (std::size_t i = 0; i < model.Links.size(); ++i) {
+    if (BeamLength(model.Links[i]) < model.Tolerance) continue;
+    AssembleElement<2>(model.Links[i], &model.LinkNodes[i * 2], BeamStiffness, model.Stiffness);
+  }
+}
+
+void ImposeEndDisplacements(const double* u1, const double* u2, BeamShellModel& model) {
+  const std::int32_t lastNode = model.NodeCount - 1;
+  DriveEnd(0, 1, u1, model);
+  DriveEnd(lastNode, lastNode - model.ProfileNodeCount, u2, model);
+}
+
+void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model) {
+  BuildBeamShellProfile(model);
+  AssembleBeamShell(model);
+  ImposeEndDisplacements(u1, u2, model);
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, SolverProgress::Silent);
+  RecoverShell4Stresses(model.Displacements, model.ShellNodes, model.Shells);
+  ReleaseSystem(model);
+}
+
+}  // namespace korvex

@@ -1,0 +1,32 @@
+// The test and the sums of corner_sum.h.
+#include "results/corner_sum.h"
+
+namespace korvex {
+
+namespace {
+
+// Share of the own element's thickness by which the upper faces' offsets may differ.
+constexpr double OffsetDivisor = 10.0;
+
+void AddTo(StressVector& sum, const StressVector& stress) {
+  for (std::size_t i = 0; i < sum.size(); ++i) sum[i] += stress[i];
+}
+
+}  // namespace
+
+void AddCorner(const StressVector& top, const StressVector& bottom, Vector3 normal, double TK,
+               CornerSum& sum) {
+  const Vector3& own = sum.normal;
+  const bool flipped = own[0] * normal[0] + own[1] * normal[1] + own[2] * normal[2] <= 0.0;
+  if (flipped) normal = {-normal[0], -normal[1], -normal[2]};
+  const double half = TK * 0.5;
+  const double ownHalf = sum.TK * 0.5;
+  const Vector3 w{half * normal[0] - ownHalf * own[0], half * normal[1] - ownHalf * own[1],
+                  half * normal[2] - ownHalf * own[2]};
+  if (Length(w) > sum.TK / OffsetDivisor) return;
+  AddTo(sum.top, flipped ? bottom : top);
+  AddTo(sum.bottom, flipped ? top : bottom);
+  sum.count += 1.0;
+}
+
+}  // namespace korvex
