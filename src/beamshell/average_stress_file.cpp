@@ -1,11 +1,9 @@
 // The blocks of average_stress_file.h, written once for the structure and the detail models.
 #include "beamshell/average_stress_file.h"
 
-#include <fstream>
-
 #include "platform/gbk_texts.h"
-#include "platform/stop_run.h"
 #include "results/corner_stress.h"
+#include "results/result_file.h"
 
 namespace korvex {
 
@@ -13,26 +11,32 @@ namespace {
 
 // One line of `count` values.
 template <typename Value>
-void WriteRow(std::ostream& file, const Value* values, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) file << (i == 0 ? "" : ",") << values[i];
-  file << '\n';
+void WriteRow(ResultFile& file, const Value* values, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    if (i > 0) Add(file, ',');
+    Add(file, values[i]);
+  }
+  AddLine(file);
 }
 
 // displacements: DofsPerNode for each node.
-void WriteDisplacements(std::ostream& file, const std::vector<double>& displacements) {
+void WriteDisplacements(ResultFile& file, const std::vector<double>& displacements) {
   for (std::size_t first = 0; first < displacements.size(); first += DofsPerNode) {
     WriteRow(file, &displacements[first], DofsPerNode);
   }
 }
 
-void WriteFace(std::ostream& file, const StressVector& stress) {
-  for (const double component : stress) file << component << ',';
-  file << EquivalentStress(stress) << '\n';
+void WriteFace(ResultFile& file, const StressVector& stress) {
+  for (const double component : stress) {
+    Add(file, component);
+    Add(file, ',');
+  }
+  AddLine(file, EquivalentStress(stress));
 }
 
 // connectivity: elements x Nodes node indices, element-major.
 template <std::int32_t Nodes>
-void WriteShells(std::ostream& file, const std::vector<ShellElement<Nodes>>& shells,
+void WriteShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shells,
                  const std::vector<std::int32_t>& connectivity) {
   for (std::size_t e = 0; e < shells.size(); ++e) {
     WriteRow(file, &connectivity[e * Nodes], Nodes);
@@ -44,42 +48,43 @@ void WriteShells(std::ostream& file, const std::vector<ShellElement<Nodes>>& she
 }
 
 // A point behind its key, in brackets.
-void WritePoint(std::ostream& file, const char* key, const Vector3& point) {
-  file << key << '(' << point[0] << ',' << point[1] << ',' << point[2] << ")\n";
+void WritePoint(ResultFile& file, const char* key, const Vector3& point) {
+  AddLine(file, key, '(', point[0], ',', point[1], ',', point[2], ')');
 }
 
-void WriteDetailModel(std::ostream& file, const BeamShellModel& detail) {
-  file << "NPOIN=" << detail.NodeCount << '\n';
+void WriteDetailModel(ResultFile& file, const BeamShellModel& detail) {
+  AddLine(file, "NPOIN=", detail.NodeCount);
   for (const Vector3& node : detail.NodeCoords) WriteRow(file, node.data(), node.size());
   WriteDisplacements(file, detail.Displacements);
-  file << "NELEM=" << detail.ShellCount << '\n';
+  AddLine(file, "NELEM=", detail.ShellCount);
   WriteShells(file, detail.Shells, detail.ShellNodes);
 }
 
 }  // namespace
 
 void WriteAverageStressFile(const char* fileName, const Model& model) {
-  std::ofstream file(fileName);
-  if (!file.is_open()) StopUnwritable(GbkAverageStressFileFailed);
+  ResultFile file;
+  OpenResultFile(fileName, GbkAverageStressFileFailed, file);
 
-  file << "NPOIN=" << model.NPOIN << '\n';
+  AddLine(file, "NPOIN=", model.NPOIN);
   for (const Node& node : model.Nodes) {
-    file << node.x << ',' << node.y << ',' << node.z << '\n';
+    AddLine(file, node.x, ',', node.y, ',', node.z);
   }
   WriteDisplacements(file, model.Displacements);
-  file << "NELEM_S_4ND=" << model.NELEM_S_4ND << '\n';
+  AddLine(file, "NELEM_S_4ND=", model.NELEM_S_4ND);
   WriteShells(file, model.Shell4Elements, model.Shell4Nodes);
-  file << "NELEM_S_3ND=" << model.NELEM_S_3ND << '\n';
+  AddLine(file, "NELEM_S_3ND=", model.NELEM_S_3ND);
   WriteShells(file, model.Shell3Elements, model.Shell3Nodes);
 
-  file << "NELEM_B=" << model.NELEM_B << '\n';
+  AddLine(file, "NELEM_B=", model.NELEM_B);
   for (std::size_t b = 0; b < model.BeamShellModels.size(); ++b) {
     const BeamShellModel& detail = model.BeamShellModels[b];
-    file << "BEI=" << b << '\n';
+    AddLine(file, "BEI=", static_cast<std::int64_t>(b));
     WritePoint(file, "SND", detail.EndPoint1);
     WritePoint(file, "END", detail.EndPoint2);
     WriteDetailModel(file, detail);
   }
+  CloseResultFile(file);
 }
 
 }  // namespace korvex

@@ -1,29 +1,27 @@
 // The drawings of line_drawing.h. Each item stands on a line of its own, a group code before each
-// value; the code that begins the next entity closes the one before. Nothing is flushed before the
-// file is complete: a large mesh has millions of lines.
+// value; the code that begins the next entity closes the one before.
 #include "dxf/line_drawing.h"
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 
 #include "platform/gbk_texts.h"
-#include "platform/stop_run.h"
+#include "results/result_file.h"
 
 namespace korvex {
 
 namespace {
 
-void WriteEdge(std::ostream& file, const Vector3& a, const Vector3& b) {
-  file << "LINE\n  8\n0\n";
-  file << " 10\n" << a[0] << "\n 20\n" << a[1] << "\n 30\n" << a[2] << '\n';
-  file << " 11\n" << b[0] << "\n 21\n" << b[1] << "\n 31\n" << b[2] << '\n';
-  file << "  0\n";
+void WriteEdge(ResultFile& file, const Vector3& a, const Vector3& b) {
+  Add(file, "LINE\n  8\n0\n");
+  AddLine(file, " 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2]);
+  AddLine(file, " 11\n", b[0], "\n 21\n", b[1], "\n 31\n", b[2]);
+  AddLine(file, "  0");
 }
 
 // The closed outline of each element.
 // connectivity: elements x nodesPerElement node indices, element-major; points: one per node.
-void WriteOutlines(std::ostream& file, const std::vector<std::int32_t>& connectivity,
+void WriteOutlines(ResultFile& file, const std::vector<std::int32_t>& connectivity,
                    std::size_t nodesPerElement, const std::vector<Vector3>& points) {
   for (std::size_t first = 0; first < connectivity.size(); first += nodesPerElement) {
     for (std::size_t k = 0; k < nodesPerElement; ++k) {
@@ -36,12 +34,13 @@ void WriteOutlines(std::ostream& file, const std::vector<std::int32_t>& connecti
 
 // Draws all shell elements with their nodes at `points`.
 void WriteDrawing(const char* fileName, const Model& model, const std::vector<Vector3>& points) {
-  std::ofstream file(fileName);
-  if (!file.is_open()) StopUnwritable(GbkFileFailed);
-  file << "  0\nSECTION\n  2\nENTITIES\n  0\n";
+  ResultFile file;
+  OpenResultFile(fileName, GbkFileFailed, file);
+  Add(file, "  0\nSECTION\n  2\nENTITIES\n  0\n");
   WriteOutlines(file, model.Shell4Nodes, NodesPerShell4, points);
   WriteOutlines(file, model.Shell3Nodes, NodesPerShell3, points);
-  file << "ENDSEC\n  0\nEOF\n";
+  Add(file, "ENDSEC\n  0\nEOF\n");
+  CloseResultFile(file);
 }
 
 // The first of node n's three translations.

@@ -26,6 +26,8 @@ void AssembleElements(const std::vector<Element>& elements,
   }
 }
 
+}  // namespace
+
 void AssembleStiffness(Model& model) {
   AssembleElements<NodesPerShell4>(model.Shell4Elements, model.Shell4Nodes, Shell4Stiffness,
                                    model.Stiffness);
@@ -34,8 +36,6 @@ void AssembleStiffness(Model& model) {
   AssembleElements<NodesPerBeam>(model.BeamElements, model.BeamNodes, BeamStiffness,
                                  model.Stiffness);
 }
-
-}  // namespace
 
 void AssembleSystem(Model& model, std::ostream& log) {
   model.NFOR = model.NDL_S_4ND = model.NDL_S_3ND = model.NDL_B = 0;

@@ -12,4 +12,8 @@ namespace korvex {
 // log, which receives the memory estimate.
 void AssembleSystem(Model& model, std::ostream& log);
 
+// The stage of it that adds the stiffness of all elements: four-node shells, three-node shells,
+// beams, each in table order. `model.Stiffness` must have its zero values.
+void AssembleStiffness(Model& model);
+
 }  // namespace korvex

@@ -1,0 +1,149 @@
+// Times every stage of a run on square plates, in one table.
+//
+// Plates of squares, clamped along one edge, under pressure and a nodal force, with a flat-bar
+// stiffener along every tenth row of nodes. The stages are those of the program, called in its
+// order in the current folder, which receives the model file and all results.
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <sstream>
+
+#include "beamshell/average_stress_file.h"
+#include "beamshell/generate_beam_shells.h"
+#include "dxf/line_drawing.h"
+#include "model/read_input_file.h"
+#include "results/average_stresses.h"
+#include "results/node_displacements.h"
+#include "results/shell_stresses.h"
+#include "results/stress_files.h"
+#include "system/assemble_system.h"
+#include "system/load_vector.h"
+#include "system/profile.h"
+#include "system/solve_skyline.h"
+#include "system/supports.h"
+
+namespace {
+
+using korvex::Model;
+
+constexpr int StiffenerDistance = 10;  // rows of nodes
+
+// Writes the model file of a plate of side x side squares of 100 mm.
+void WritePlate(int side) {
+  std::ofstream file("fem_solving.txt");
+  const int columns = side + 1;
+  file << "### Toln_Korvex release=3.0 ###\n"
+          "Number of materials:NMT=1\n#0:\nE=206000\nMu=0.3\nDensity=7.85e-9\n"
+          "Number of shell thicknesses:NTK=1\n#0:\nTK=10\n"
+          "Number of T_beam sections:NTBS=1\nbar\nHw=120\nTw=10\nBf=0\nTf=0\n"
+          "Number of L_beam sections:NLBS=0\nNumber of C_beam sections:NCBS=0\n"
+       << "Number of nodal points:NPOIN=" << columns * columns << '\n';
+  for (int n = 0; n < columns * columns; ++n) {
+    file << n << ':' << 100.25 * (n % columns) << ',' << 100.25 * (n / columns) << ",0\n";
+  }
+  file << "Number of four-nodes shell elements:NELEM_S_4ND=" << side * side << '\n';
+  for (int e = 0; e < side * side; ++e) {
+    const int n = e / side * columns + e % side;
+    file << e << ':' << n << ',' << n + 1 << ',' << n + 1 + columns << ',' << n + columns
+         << "[0,0]\n";
+  }
+  file << "Number of three-nodes shell elements:NELEM_S_3ND=0\n";
+  const int rows = side / StiffenerDistance;
+  file << "Number of beam elements:NELEM_B=" << rows * side << '\n';
+  for (int b = 0; b < rows * side; ++b) {
+    const int n = (b / side * StiffenerDistance + StiffenerDistance / 2) * columns + b % side;
+    file << b << ':' << n << ',' << n + 1
+         << "<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=5,BeamSecMirrored=0]\n";
+  }
+  file << "Number of restricted nodal points:NRN=" << columns << '\n';
+  for (int n = 0; n < columns; ++n) file << n << ": 1 1 1 1 1 1\n";
+  file << "Number of forces:NFOR=1\n"
+       << columns * columns - 1 << "<0,0,-1000,0,0,0>\n"
+       << "Number of distributed loads on four-nodes shell elements:NDL_S_4ND=" << side * side
+       << '\n';
+  for (int e = 0; e < side * side; ++e) file << e << ":-0.01,-0.01,-0.01\n";
+  file << "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0\n"
+          "Number of distributed loads on beam elements:NDL_B=0\n";
+}
+
+// Runs a stage and prints its time.
+void Time(const char* stage, const std::function<void()>& work, double& total) {
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+  total += time.count();
+  std::printf("%-28s %9.4f\n", stage, time.count());
+  std::fflush(stdout);
+}
+
+void RunPlate(int side) {
+  using namespace korvex;
+  WritePlate(side);
+  Model model;
+  std::ostringstream log;
+  double total = 0.0;
+  std::printf("\n%d shells, seconds\n", side * side);
+  Time(
+      "read", [&] { ReadInputFile("fem_solving.txt", model); }, total);
+  Time(
+      "profile",
+      [&] {
+        model.NEQ = model.NPOIN * DofsPerNode;
+        BuildProfile(model);
+        ComputeDiagonalAddresses(model.Stiffness);
+      },
+      total);
+  Time(
+      "structure.dxf", [&] { WriteStructureDrawing("structure.dxf", model); }, total);
+  Time(
+      "allocate", [&] { AllocateValues(model.Stiffness); }, total);
+  Time(
+      "assemble", [&] { AssembleStiffness(model); }, total);
+  Time(
+      "loads and supports",
+      [&] {
+        AssembleLoadVector(model);
+        ImposeSupports(model);
+      },
+      total);
+  Time(
+      "factor and substitute",
+      [&] {
+        SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements,
+                     SolverProgress::Silent);
+      },
+      total);
+  Time(
+      "Node_Dis.txt", [&] { WriteNodeDisplacements(model); }, total);
+  Time(
+      "deformation.dxf", [&] { WriteDeformationDrawing("deformation.dxf", model); }, total);
+  Time(
+      "stresses", [&] { RecoverShellStresses(model); }, total);
+  Time(
+      "element stress file", [&] { WriteElementNodeStresses(model); }, total);
+  Time(
+      "averaging", [&] { AverageNodeStresses(model); }, total);
+  Time(
+      "average stress file", [&] { WriteAverageNodeStresses(model); }, total);
+  Time(
+      "detail models", [&] { GenerateBeamShells(model); }, total);
+  Time(
+      "Korvex_AverageStrs.txt", [&] { WriteAverageStressFile("Korvex_AverageStrs.txt", model); },
+      total);
+  Time(
+      "release", [&] { ReleaseModel(model); }, total);
+  std::printf("%-28s %9.4f\n", "total", total);
+}
+
+}  // namespace
+
+// Arguments: the sides of the plates in elements; without any, 32, 100, 141 and 200.
+int main(int count, char** arguments) {
+  for (int i = 1; i < count; ++i) RunPlate(std::atoi(arguments[i]));
+  if (count == 1) {
+    for (const int side : {32, 100, 141, 200}) RunPlate(side);
+  }
+  return 0;
+}
