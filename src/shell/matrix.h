@@ -2,7 +2,8 @@
 //
 // Every routine writes into storage of the caller; none allocates. A size below 1 makes a routine
 // do nothing. Sums run over the inner index in ascending order, starting from 0.0: the results are
-// compared bit for bit, so another order is another result.
+// compared bit for bit, so another order is another result. All are inline, because their sizes are
+// constants where they are called: the compiler then lays whole rows side by side.
 #pragma once
 
 #include <cstdint>
@@ -10,16 +11,37 @@
 namespace korvex {
 
 // out: n x m = transpose of in: m x n. `out` must not alias `in`.
-void MatTranspose(double* out, const double* in, std::int32_t m, std::int32_t n);
+inline void MatTranspose(double* out, const double* in, std::int32_t m, std::int32_t n) {
+  for (std::int32_t k = 0; k < m; ++k) {
+    for (std::int32_t i = 0; i < n; ++i) out[i * m + k] = in[k * n + i];
+  }
+}
 
 // C: m x p = A: m x n times B: n x p. C must not alias A or B.
-void MatMultiply(double* C, const double* A, const double* B, std::int32_t m, std::int32_t n,
-                 std::int32_t p);
+inline void MatMultiply(double* C, const double* A, const double* B, std::int32_t m, std::int32_t n,
+                        std::int32_t p) {
+  if (n < 1) return;
+  for (std::int32_t i = 0; i < m; ++i) {
+    for (std::int32_t j = 0; j < p; ++j) C[i * p + j] = 0.0;
+    // The sums of a row run side by side, each over k ascending.
+    for (std::int32_t k = 0; k < n; ++k) {
+      for (std::int32_t j = 0; j < p; ++j) C[i * p + j] += A[i * n + k] * B[k * p + j];
+    }
+  }
+}
 
 // C: m x n = A + B, entry by entry. C may be A (elements accumulate in place).
-void MatAdd(double* C, const double* A, const double* B, std::int32_t m, std::int32_t n);
+inline void MatAdd(double* C, const double* A, const double* B, std::int32_t m, std::int32_t n) {
+  for (std::int32_t i = 0; i < m; ++i) {
+    for (std::int32_t j = 0; j < n; ++j) C[i * n + j] = A[i * n + j] + B[i * n + j];
+  }
+}
 
 // C: m x n = s * A, entry by entry. C may be A.
-void MatScale(double* C, const double* A, double s, std::int32_t m, std::int32_t n);
+inline void MatScale(double* C, const double* A, double s, std::int32_t m, std::int32_t n) {
+  for (std::int32_t i = 0; i < m; ++i) {
+    for (std::int32_t j = 0; j < n; ++j) C[i * n + j] = s * A[i * n + j];
+  }
+}
 
 }  // namespace korvex

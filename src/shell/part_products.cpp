@@ -1,22 +1,7 @@
 // The sums of part_products.h.
 #include "shell/part_products.h"
 
-#include <array>
-
-#include "shell/matrix.h"
-
 namespace korvex {
-
-void AddStiffnessProduct(const double* B, const double* D, std::int32_t rows, std::int32_t columns,
-                         double s, double* K) {
-  std::array<double, 36> Bt{}, DB{};
-  std::array<double, 144> BtDB{};
-  MatTranspose(Bt.data(), B, rows, columns);
-  MatMultiply(DB.data(), D, B, rows, rows, columns);
-  MatMultiply(BtDB.data(), Bt.data(), DB.data(), columns, rows, columns);
-  MatScale(BtDB.data(), BtDB.data(), s, columns, columns);
-  MatAdd(K, K, BtDB.data(), columns, columns);
-}
 
 void AddOuterProduct(const double* b, std::int32_t n, double s, double* K) {
   for (std::int32_t r = 0; r < n; ++r) {

@@ -1,14 +1,24 @@
 // The sums that the stiffness of a membrane or plate part is made of.
 #pragma once
 
+#include <array>
 #include <cstdint>
+
+#include "shell/matrix.h"
 
 namespace korvex {
 
-// K: columns x columns += s B^T D B, formed as s (B^T (D B)).
-// B: rows x columns, D: rows x rows; rows at most 3, columns at most 12.
-void AddStiffnessProduct(const double* B, const double* D, std::int32_t rows, std::int32_t columns,
-                         double s, double* K);
+// K: Columns x Columns += s B^T D B, formed as s (B^T (D B)). B: Rows x Columns, D: Rows x Rows.
+template <std::int32_t Rows, std::int32_t Columns>
+void AddStiffnessProduct(const double* B, const double* D, double s, double* K) {
+  std::array<double, static_cast<std::size_t>(Rows) * Columns> Bt, DB;
+  std::array<double, static_cast<std::size_t>(Columns) * Columns> BtDB;
+  MatTranspose(Bt.data(), B, Rows, Columns);
+  MatMultiply(DB.data(), D, B, Rows, Rows, Columns);
+  MatMultiply(BtDB.data(), Bt.data(), DB.data(), Columns, Rows, Columns);
+  MatScale(BtDB.data(), BtDB.data(), s, Columns, Columns);
+  MatAdd(K, K, BtDB.data(), Columns, Columns);
+}
 
 // K: n x n += s b^T b. b: n.
 void AddOuterProduct(const double* b, std::int32_t n, double s, double* K);

@@ -57,7 +57,7 @@ void QuadMembrane::MembraneStiffness(double* out) {
       Jacobian();
       StrainMatrix();
       const double s = std::fabs(detJ) * TK * GaussWeights[i];
-      AddStiffnessProduct(B.data(), D.data(), 3, 8, s, out);
+      AddStiffnessProduct<3, 8>(B.data(), D.data(), s, out);
     }
   }
 }

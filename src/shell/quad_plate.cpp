@@ -105,9 +105,9 @@ void QuadPlate::Stiffness() {
       Jacobian();
       CurvatureMatrix();
       const double s = std::fabs(detJ) * GaussWeights[i] * GaussWeights[j];
-      AddStiffnessProduct(Bb.data(), Db.data(), 3, 12, s, K.data());
+      AddStiffnessProduct<3, 12>(Bb.data(), Db.data(), s, K.data());
       ShearStrainMatrix(detJ, GaussPoints[i], GaussPoints[j]);
-      AddStiffnessProduct(Bs.data(), Ds.data(), 2, 12, s, K.data());
+      AddStiffnessProduct<2, 12>(Bs.data(), Ds.data(), s, K.data());
     }
   }
 }

@@ -49,7 +49,7 @@ void TriMembrane::MembraneStiffness(double* out) const {
   StrainMatrix(B.data());
   ElasticityMatrix(D.data());
   std::fill(out, out + 36, 0.0);
-  AddStiffnessProduct(B.data(), D.data(), 3, 6, TriangleArea(x, y) * TK, out);
+  AddStiffnessProduct<3, 6>(B.data(), D.data(), TriangleArea(x, y) * TK, out);
 }
 
 void TriMembrane::DrillingStiffness(double* out) const {
