@@ -1,14 +1,16 @@
-// Times every stage of a run on square plates, in one table.
+// Times every stage of a run on square plates and on a grillage, in one table each.
 //
 // Plates of squares, clamped along one edge, under pressure and a nodal force, with a flat-bar
-// stiffener along every tenth row of nodes. The stages are those of the program, called in its
-// order in the current folder, which receives the model file and all results.
+// stiffener along every tenth row of nodes; and a grillage of T girders, each of which has a detail
+// model of 20 stations. The stages are those of the program, called in its order in the current
+// folder, which receives the model file and all results.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <sstream>
+#include <vector>
 
 #include "beamshell/average_stress_file.h"
 #include "beamshell/generate_beam_shells.h"
@@ -68,6 +70,41 @@ void WritePlate(int side) {
           "Number of distributed loads on beam elements:NDL_B=0\n";
 }
 
+// Writes the model file of a square grillage with `side` fields of 2150 mm a side.
+void WriteGrillage(int side) {
+  std::ofstream file("fem_solving.txt");
+  const int columns = side + 1;
+  file << "### Toln_Korvex release=3.0 ###\n"
+          "Number of materials:NMT=1\n#0:\nE=206000\nMu=0.3\nDensity=7.85e-9\n"
+          "Number of shell thicknesses:NTK=0\n"
+          "Number of T_beam sections:NTBS=1\ngirder\nHw=300\nTw=10\nBf=150\nTf=12\n"
+          "Number of L_beam sections:NLBS=0\nNumber of C_beam sections:NCBS=0\n"
+       << "Number of nodal points:NPOIN=" << columns * columns << '\n';
+  for (int n = 0; n < columns * columns; ++n) {
+    file << n << ':' << 2150 * (n % columns) << ',' << 2150 * (n / columns) << ",0\n";
+  }
+  file << "Number of four-nodes shell elements:NELEM_S_4ND=0\n"
+          "Number of three-nodes shell elements:NELEM_S_3ND=0\n"
+          "Number of beam elements:NELEM_B="
+       << 2 * side * columns << '\n';
+  const char* section = "<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=0,BeamSecMirrored=0]\n";
+  int b = 0;
+  for (int line = 0; line < columns; ++line) {
+    for (int i = 0; i < side; ++i) {
+      const int along = line * columns + i, across = i * columns + line;
+      file << b++ << ':' << along << ',' << along + 1 << section;
+      file << b++ << ':' << across << ',' << across + columns << section;
+    }
+  }
+  file << "Number of restricted nodal points:NRN=" << columns << '\n';
+  for (int n = 0; n < columns; ++n) file << n << ": 1 1 1 1 1 1\n";
+  file << "Number of forces:NFOR=1\n"
+       << columns * columns - 1 << "<0,0,-1000,0,0,0>\n"
+       << "Number of distributed loads on four-nodes shell elements:NDL_S_4ND=0\n"
+          "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0\n"
+          "Number of distributed loads on beam elements:NDL_B=0\n";
+}
+
 // Runs a stage and prints its time.
 void Time(const char* stage, const std::function<void()>& work, double& total) {
   const auto start = std::chrono::steady_clock::now();
@@ -78,13 +115,12 @@ void Time(const char* stage, const std::function<void()>& work, double& total) {
   std::fflush(stdout);
 }
 
-void RunPlate(int side) {
+// Runs all stages on the model file in the current folder.
+void RunStages() {
   using namespace korvex;
-  WritePlate(side);
   Model model;
   std::ostringstream log;
   double total = 0.0;
-  std::printf("\n%d shells, seconds\n", side * side);
   Time(
       "read", [&] { ReadInputFile("fem_solving.txt", model); }, total);
   Time(
@@ -139,11 +175,21 @@ void RunPlate(int side) {
 
 }  // namespace
 
-// Arguments: the sides of the plates in elements; without any, 32, 100, 141 and 200.
+// Arguments: the sides of the plates in elements, negative ones those of grillages in fields;
+// without any, plates of 32, 100, 141 and 200 and a grillage of 99, which has 19,800 beams.
 int main(int count, char** arguments) {
-  for (int i = 1; i < count; ++i) RunPlate(std::atoi(arguments[i]));
-  if (count == 1) {
-    for (const int side : {32, 100, 141, 200}) RunPlate(side);
+  std::vector<int> sides;
+  for (int i = 1; i < count; ++i) sides.push_back(std::atoi(arguments[i]));
+  if (sides.empty()) sides = {32, 100, 141, 200, -99};
+  for (const int side : sides) {
+    if (side > 0) {
+      std::printf("\nplate of %d shells, seconds\n", side * side);
+      WritePlate(side);
+    } else {
+      std::printf("\ngrillage of %d beams, seconds\n", 2 * side * (side - 1));
+      WriteGrillage(-side);
+    }
+    RunStages();
   }
   return 0;
 }

@@ -1,42 +1,13 @@
-// The double-double arithmetic of sine_cosine.h. Nothing here may be contracted or reordered: the
-// tails are rounding errors, recovered exactly.
+// The double-double arithmetic of sine_cosine.h. The tails are rounding errors, recovered exactly.
 #include "beamshell/sine_cosine.h"
 
 #include <cmath>
 
+#include "results/exact_arithmetic.h"
+
 namespace korvex {
 
 namespace {
-
-// The unevaluated sum head + tail with |tail| <= ulp(head) / 2.
-struct DoubleDouble {
-  double head;
-  double tail;
-};
-
-// a + b exactly (Knuth 1998, sec. 4.2.2, theorem B).
-DoubleDouble AddExactly(double a, double b) {
-  const double sum = a + b;
-  const double partOfB = sum - a;
-  return {sum, (a - (sum - partOfB)) + (b - partOfB)};
-}
-
-// The upper and lower half of a's digits (Dekker 1971).
-DoubleDouble Split(double a) {
-  constexpr double Splitter = 134217729.0;  // 2^27 + 1: two halves of at most 26 bits
-  const double scaled = Splitter * a;
-  const double upper = scaled - (scaled - a);
-  return {upper, a - upper};
-}
-
-// a b exactly (Dekker 1971).
-DoubleDouble MultiplyExactly(double a, double b) {
-  const double product = a * b;
-  const DoubleDouble x = Split(a), y = Split(b);
-  const double error =
-      ((x.head * y.head - product) + x.head * y.tail + x.tail * y.head) + x.tail * y.tail;
-  return {product, error};
-}
 
 DoubleDouble Add(const DoubleDouble& a, const DoubleDouble& b) {
   const DoubleDouble heads = AddExactly(a.head, b.head);

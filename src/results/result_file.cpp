@@ -1,31 +1,14 @@
 // The text of result_file.h.
 #include "results/result_file.h"
 
-#include <array>
-#include <charconv>
-
 #include "platform/stop_run.h"
+#include "results/number_text.h"
 
 namespace korvex {
 
 namespace {
 
-constexpr int SignificantDigits = 6;
 constexpr std::size_t ColumnWidth = 15;
-
-// Long enough for "-1.23457e-308" and for every 64-bit integer.
-using Digits = std::array<char, 24>;
-
-std::string_view Format(double number, Digits& digits) {
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
-                                 std::chars_format::general, SignificantDigits);
-  return {digits.data(), static_cast<std::size_t>(end.ptr - digits.data())};
-}
-
-std::string_view Format(std::int64_t number, Digits& digits) {
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  return {digits.data(), static_cast<std::size_t>(end.ptr - digits.data())};
-}
 
 void AddRightAligned(ResultFile& file, std::string_view item, std::size_t width) {
   if (item.size() < width) file.text.append(width - item.size(), ' ');
@@ -61,23 +44,23 @@ void Add(ResultFile& file, char character) {
 }
 
 void Add(ResultFile& file, std::int64_t number) {
-  Digits digits;
-  file.text.append(Format(number, digits));
+  NumberBuffer buffer;
+  file.text.append(FormatNumber(number, buffer));
 }
 
 void Add(ResultFile& file, double number) {
-  Digits digits;
-  file.text.append(Format(number, digits));
+  NumberBuffer buffer;
+  file.text.append(FormatNumber(number, buffer));
 }
 
 void AddColumn(ResultFile& file, double number) {
-  Digits digits;
-  AddRightAligned(file, Format(number, digits), ColumnWidth);
+  NumberBuffer buffer;
+  AddRightAligned(file, FormatNumber(number, buffer), ColumnWidth);
 }
 
 void AddNodeColumn(ResultFile& file, std::int32_t node) {
-  Digits digits;
-  AddRightAligned(file, Format(static_cast<std::int64_t>(node), digits), ColumnWidth - 1);
+  NumberBuffer buffer;
+  AddRightAligned(file, FormatNumber(static_cast<std::int64_t>(node), buffer), ColumnWidth - 1);
   file.text.push_back(':');
 }
 

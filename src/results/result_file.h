@@ -1,8 +1,7 @@
 // A result file being written: text in the form of a stream's default notation, much faster.
 //
-// Numbers have six significant digits in general notation, what "%.6g" and a stream give; a NaN is
-// "nan" or "-nan" by its sign bit on every system. Text is gathered and written in large blocks;
-// CloseResultFile writes the last one.
+// Numbers are those of number_text.h. Text is gathered and written in large blocks; CloseResultFile
+// writes the last one.
 #pragma once
 
 #include <cstdint>

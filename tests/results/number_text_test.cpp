@@ -1,0 +1,142 @@
+// Numbers as text against the stream's own formatting, over all magnitudes and next to every place
+// where digits or notation change.
+#include "results/number_text.h"
+
+#include <gtest/gtest.h>
+
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <sstream>
+#include <vector>
+
+namespace korvex {
+namespace {
+
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+
+std::string Format(double number) {
+  NumberBuffer buffer;
+  return std::string(FormatNumber(number, buffer));
+}
+
+std::string StreamText(double number) {
+  std::ostringstream stream;
+  stream << number;
+  return stream.str();
+}
+
+// The C++ library's shortcut, four times faster than a stream; the standard defines it by printf.
+std::string LibraryText(double number) {
+  char text[40];
+  const auto end = std::to_chars(text, text + sizeof text, number, std::chars_format::general, 6);
+  return {text, end.ptr};
+}
+
+void ExpectStreamText(double number) {
+  EXPECT_EQ(Format(number), StreamText(number));
+  EXPECT_EQ(Format(-number), StreamText(-number));
+}
+
+TEST(NumberText, PlainNumbers) {
+  for (const double number : {0.0, 1.0, 2.5, 0.1, 0.3, 10.0, 100000.0, 123456.0, 0.0625, 1e-3}) {
+    ExpectStreamText(number);
+  }
+  EXPECT_EQ(Format(-0.0), "-0");
+  EXPECT_EQ(Format(-2.50), "-2.5");
+}
+
+// Fixed from 1e-4 to below 1e6, after rounding.
+TEST(NumberText, ChangesOfNotation) {
+  for (const double number :
+       {999999.0, 999999.4999, 999999.5, 999999.6, 1e6, 1234567.0, 0.0001, 0.00001, 0.00009999995,
+        0.000099999949, 0.00012345678, 9.9999949e-5, 9.999995e-5, 1e-5, 1e15, 1e16, 1e22, 1e23}) {
+    ExpectStreamText(number);
+  }
+}
+
+// Halfway between two numbers of six digits the even one is taken, if the double is exactly there.
+TEST(NumberText, Ties) {
+  EXPECT_EQ(Format(1234565.0), "1.23456e+06");
+  EXPECT_EQ(Format(1234575.0), "1.23458e+06");
+  EXPECT_EQ(Format(100000.5), "100000");
+  EXPECT_EQ(Format(100001.5), "100002");
+  EXPECT_EQ(Format(0.5000005), StreamText(0.5000005));  // no tie: its double lies aside
+  std::mt19937_64 random(1);
+  for (int i = 0; i < 20000; ++i) {
+    const double tie = static_cast<double>(random() % 900000 + 100000) + 0.5;
+    const double number = std::ldexp(tie, static_cast<int>(random() % 30) - 15);
+    ExpectStreamText(number);
+    ExpectStreamText(std::nextafter(number, 0.0));
+    ExpectStreamText(std::nextafter(number, Infinity));
+  }
+  for (int power = 1; power <= 22; ++power) {  // halves of large units are whole numbers
+    const double unit = std::pow(10.0, power);
+    for (const int digits : {100000, 123456, 123457, 999999, 444444}) {
+      for (const double number : {(digits + 0.5) * unit, digits * unit + 0.5 * unit}) {
+        ExpectStreamText(number);
+        ExpectStreamText(std::nextafter(number, 0.0));
+        ExpectStreamText(std::nextafter(number, Infinity));
+      }
+    }
+  }
+}
+
+TEST(NumberText, NeighboursOfPowersOfTen) {
+  for (int power = -25; power <= 35; ++power) {
+    const double number = std::stod("1e" + std::to_string(power));
+    for (const double share : {1.0, 0.9999994, 0.9999995, 0.9999996, 0.99999949999, 1.0000005}) {
+      ExpectStreamText(number * share);
+      ExpectStreamText(std::nextafter(number * share, 0.0));
+      ExpectStreamText(std::nextafter(number * share, Infinity));
+    }
+  }
+}
+
+TEST(NumberText, NumbersOfAllMagnitudes) {
+  std::mt19937_64 random(4711);
+  std::uniform_real_distribution<double> exponent(-20.0, 30.0), mantissa(-10.0, 10.0);
+  for (int i = 0; i < 100000; ++i) {
+    const double number = mantissa(random) * std::pow(10, exponent(random));
+    ASSERT_EQ(Format(number), LibraryText(number));
+  }
+  for (int i = 0; i < 100000; ++i) {  // any double at all
+    const std::uint64_t bits = random();
+    double number = 0.0;
+    std::memcpy(&number, &bits, sizeof number);
+    if (!std::isnan(number)) {
+      ASSERT_EQ(Format(number), LibraryText(number));
+    }
+  }
+  for (int i = 0; i < 100000; ++i) {  // few digits, as people write them
+    const auto digits = static_cast<double>(random() % 10000);
+    const double number = digits / std::pow(10, static_cast<int>(random() % 12));
+    ASSERT_EQ(Format(number), LibraryText(number));
+  }
+}
+
+TEST(NumberText, ExtremeNumbers) {
+  using Limits = std::numeric_limits<double>;
+  for (const double number : {Limits::denorm_min(), Limits::min(), Limits::max(), Infinity, 1e-16,
+                              9.99999e-17, 1e27, 1.00001e27}) {
+    ExpectStreamText(number);
+  }
+}
+
+// As a stream writes them on Linux; elsewhere a stream may drop the sign.
+TEST(NumberText, NaNsShowTheirSign) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_EQ(Format(std::copysign(nan, 1.0)), "nan");
+  EXPECT_EQ(Format(std::copysign(nan, -1.0)), "-nan");
+}
+
+TEST(NumberText, Integers) {
+  NumberBuffer buffer;
+  EXPECT_EQ(FormatNumber(std::int64_t{0}, buffer), "0");
+  EXPECT_EQ(FormatNumber(std::numeric_limits<std::int64_t>::min(), buffer), "-9223372036854775808");
+}
+
+}  // namespace
+}  // namespace korvex
