@@ -1,0 +1,429 @@
+// The loop over the beams: what each detail model takes over from the model, bit for bit against
+// detail models made apart; what stops it; and the stresses of whole structures against statics.
+#include "beamshell/generate_beam_shells.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "beamshell/average_corners.h"
+#include "beamshell/solve_beam_shell.h"
+#include "support/detail_beams.h"
+#include "support/expect_stop.h"
+#include "support/shell_mesh.h"
+#include "support/solve_model.h"
+
+namespace korvex::test {
+namespace {
+
+// A clamped frame of every kind of section, one after another, of two materials, with node numbers
+// and directions of the beams in no order.
+constexpr std::array<std::array<int, 2>, 5> FrameNodes{{{3, 0}, {5, 3}, {5, 1}, {4, 1}, {4, 2}}};
+
+const std::array<TestSection, 5>& FrameSections() {
+  static const std::array<TestSection, 5> sections{{
+      {"T", 0, {0.3, 0.02, 0.16, 0.025}, 0.0, false},
+      {"L", 1, {0.25, 0.02, 0.12, 0.02}, -0.1, false},
+      {"Tube", 2, {0.15, 0.02, 0.0, 0.0}, 0.05, false},
+      {"MirroredL", 1, {0.3, 0.015, 0.16, 0.02}, 0.0, true},
+      {"FlatBar", 0, {0.2, 0.03, 0.0, 0.0}, 0.0, false},
+  }};
+  return sections;
+}
+
+ModelText MakeFrame() {
+  ModelText text;
+  text.materials = {{2e11, 0.3, 7850.0}, {7e10, 0.25, 2700.0}};
+  text.tSections = {{0.2, 0.03, 0.0, 0.0}, {0.3, 0.02, 0.16, 0.025}};
+  text.lSections = {{0.25, 0.02, 0.12, 0.02}, {0.3, 0.015, 0.16, 0.02}};
+  text.cSections = {{0.15, 0.02}};
+  text.nodes = {{0.1, 0.2, 0.3}, {2.5, 1.7, 1.1}, {4.1, 1.9, 0.2},
+                {0.3, 0.5, 1.4}, {3.7, 2.1, 1.2}, {1.3, 0.9, 1.6}};
+  const std::array<int, 5> rows{1, 0, 0, 1, 0};
+  for (std::size_t b = 0; b < 5; ++b) {
+    const TestSection& section = FrameSections()[b];
+    ModelText::Beam beam;
+    beam.node1 = FrameNodes[b][0];
+    beam.node2 = FrameNodes[b][1];
+    beam.orientation = {0.3, -0.4 + 0.1 * static_cast<double>(b), 0.8};
+    beam.material = b % 2 == 0 ? 0 : 1;
+    beam.BeamSecType = section.BeamSecType;
+    beam.BeamSecIndex = rows[b];
+    beam.BeamSecOz = section.BeamSecOz;
+    beam.BeamSecMirrored = section.mirrored ? 1 : 0;
+    text.beams.push_back(beam);
+  }
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}, {2, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{5, {1e3, -2e3, 3e3, 1e2, 2e2, -3e2}}, {1, {-2e3, 1e3, -1e3, 5e2, 0, 1e2}}};
+  return text;
+}
+
+Model SolveFrame() {
+  Model model;
+  SolveModel(MakeFrame(), model);
+  return model;
+}
+
+// The detail model that beam b of the frame should have, made from the text of the model.
+BeamShellModel MakeDetail(const Model& model, std::size_t b, std::int32_t meshLevel) {
+  const ModelText text = MakeFrame();
+  const auto [node1, node2] = FrameNodes[b];
+  const Vector3& end1 = text.nodes[static_cast<std::size_t>(node1)];
+  Vector3 orientation{};
+  // The beam keeps the point, not the vector.
+  for (std::size_t i = 0; i < 3; ++i) {
+    const double point = end1[i] + text.beams[b].orientation[i];
+    orientation[i] = point - end1[i];
+  }
+  const auto& material = text.materials[static_cast<std::size_t>(text.beams[b].material)];
+  BeamShellModel detail =
+      ExtrudeBeam({FrameSections()[b], end1, text.nodes[static_cast<std::size_t>(node2)],
+                   orientation, material[0], material[1], meshLevel});
+  SolveBeamShell(NodeDisplacements(model, node1).data(), NodeDisplacements(model, node2).data(),
+                 detail);
+  return detail;
+}
+
+// All but the averages, bit for bit.
+void ExpectSame(const BeamShellModel& detail, const BeamShellModel& expected) {
+  EXPECT_EQ(detail.MeshLevel, expected.MeshLevel);
+  EXPECT_EQ(detail.E, expected.E);
+  EXPECT_EQ(detail.Mu, expected.Mu);
+  EXPECT_EQ(detail.EndPoint1, expected.EndPoint1);
+  EXPECT_EQ(detail.EndPoint2, expected.EndPoint2);
+  EXPECT_EQ(detail.OrientVector, expected.OrientVector);
+  EXPECT_EQ(detail.Tolerance, expected.Tolerance);
+  EXPECT_EQ(detail.ProfileNodeCount, expected.ProfileNodeCount);
+  EXPECT_EQ(detail.NodeCount, expected.NodeCount);
+  EXPECT_EQ(detail.NEQ, expected.NEQ);
+  EXPECT_EQ(detail.NodeCoords, expected.NodeCoords);
+  EXPECT_EQ(detail.ShellCount, expected.ShellCount);
+  EXPECT_EQ(detail.ShellNodes, expected.ShellNodes);
+  EXPECT_EQ(detail.LinkCount, expected.LinkCount);
+  EXPECT_EQ(detail.Displacements, expected.Displacements);
+  ASSERT_EQ(detail.Shells.size(), expected.Shells.size());
+  for (std::size_t e = 0; e < expected.Shells.size(); ++e) {
+    EXPECT_EQ(detail.Shells[e].E, expected.Shells[e].E) << e;
+    EXPECT_EQ(detail.Shells[e].Mu, expected.Shells[e].Mu) << e;
+    EXPECT_EQ(detail.Shells[e].TK, expected.Shells[e].TK) << e;
+    EXPECT_EQ(detail.Shells[e].NodeStressTop, expected.Shells[e].NodeStressTop) << e;
+    EXPECT_EQ(detail.Shells[e].NodeStressBottom, expected.Shells[e].NodeStressBottom) << e;
+  }
+}
+
+TEST(GenerateBeamShells, EveryBeamHasTheDetailModelOfItsOwn) {
+  Model model = SolveFrame();
+  for (const std::int32_t level : {0, 1, 2}) {
+    SCOPED_TRACE(level);
+    model.BeamShellMeshLevel = level;
+    GenerateBeamShells(model);
+    ASSERT_EQ(model.BeamShellModels.size(), 5U);
+    for (std::size_t b = 0; b < 5; ++b) {
+      SCOPED_TRACE(FrameSections()[b].name);
+      EXPECT_EQ(model.BeamShellModels[b].MeshLevel, level);
+      ExpectSame(model.BeamShellModels[b], MakeDetail(model, b, level));
+    }
+  }
+}
+
+TEST(GenerateBeamShells, LevelsOtherThan1And2AreLevel0) {
+  Model model = SolveFrame();
+  for (const std::int32_t level : {-1, 3}) {
+    model.BeamShellMeshLevel = level;
+    GenerateBeamShells(model);
+    EXPECT_EQ(model.BeamShellModels[0].MeshLevel, level);  // a copy
+    EXPECT_EQ(model.BeamShellModels[0].NodeCoords, MakeDetail(model, 0, 0).NodeCoords);
+  }
+}
+
+// Averaged are all models together: beams that meet average across.
+TEST(GenerateBeamShells, AveragesComeLast) {
+  Model model = SolveFrame();
+  GenerateBeamShells(model);
+  std::vector<BeamShellModel> expected;
+  for (std::size_t b = 0; b < 5; ++b) expected.push_back(MakeDetail(model, b, 0));
+  AverageBeamShellStresses(expected);
+  for (std::size_t b = 0; b < 5; ++b) {
+    for (std::size_t e = 0; e < expected[b].Shells.size(); ++e) {
+      const Shell4Element& shell = model.BeamShellModels[b].Shells[e];
+      EXPECT_EQ(shell.AvgStressTop, expected[b].Shells[e].AvgStressTop) << b << ' ' << e;
+      EXPECT_EQ(shell.AvgStressBottom, expected[b].Shells[e].AvgStressBottom) << b << ' ' << e;
+    }
+  }
+}
+
+// 3, 4, 12 and 13.
+TEST(GenerateBeamShells, ToleranceIsATenThousandthOfTheLength) {
+  Model model = SolveFrame();
+  model.BeamElements[0].NodeI = {1.0, 2.0, 3.0};
+  model.BeamElements[0].NodeJ = {4.0, 6.0, 15.0};
+  GenerateBeamShells(model);
+  EXPECT_EQ(model.BeamShellModels[0].Tolerance, 13.0 / 10000.0);
+}
+
+TEST(GenerateBeamShells, CountsOfARecord) {
+  Model model = SolveFrame();
+  GenerateBeamShells(model);
+  for (const BeamShellModel& detail : model.BeamShellModels) {
+    EXPECT_EQ(detail.NodesPerShell, 4);
+    EXPECT_EQ(detail.NodesPerLink, 2);
+    EXPECT_EQ(detail.DofsPerNode, 6);
+    EXPECT_EQ(detail.ShellDofs, 24);
+    EXPECT_EQ(detail.LinkDofs, 12);
+  }
+}
+
+// The reference knows whether the section is mirrored; a T's does not matter. The beam knows its
+// material.
+TEST(GenerateBeamShells, MirroredByTheReferenceMaterialByTheBeam) {
+  Model model = SolveFrame();
+  model.BeamSectionRefs[0].BeamSecMirrored = true;
+  model.BeamElements[3].BeamSecMirrored = false;
+  model.Materials[0].E = model.Materials[1].E = 1.0;
+  GenerateBeamShells(model);
+  ExpectSame(model.BeamShellModels[0], MakeDetail(model, 0, 0));
+  ExpectSame(model.BeamShellModels[3], MakeDetail(model, 3, 0));
+}
+
+TEST(GenerateBeamShells, SecondTimeReplacesTheFirst) {
+  Model model = SolveFrame();
+  model.BeamShellMeshLevel = 1;
+  GenerateBeamShells(model);
+  model.BeamShellMeshLevel = 0;
+  GenerateBeamShells(model);
+  ASSERT_EQ(model.BeamShellModels.size(), 5U);
+  ExpectSame(model.BeamShellModels[4], MakeDetail(model, 4, 0));
+}
+
+TEST(GenerateBeamShells, WithoutBeamsNothingHappens) {
+  for (const std::int32_t count : {0, -1}) {
+    Model model;
+    model.NELEM_B = count;
+    model.BeamShellModels.resize(2);
+    model.BeamShellModels[1].E = 5.0;
+    GenerateBeamShells(model);
+    ASSERT_EQ(model.BeamShellModels.size(), 2U);
+    EXPECT_EQ(model.BeamShellModels[1].E, 5.0);
+  }
+}
+
+TEST(GenerateBeamShells, PrintsNothing) {
+  Model model = SolveFrame();
+  testing::internal::CaptureStdout();
+  GenerateBeamShells(model);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+}
+
+// The beams before it have their detail models by then.
+TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
+  for (const std::int32_t type : {3, -1}) {
+    Model model = SolveFrame();
+    model.BeamSectionRefs[2].BeamSecType = type;
+    // "梁截面类型数字错误!"
+    ExpectStop([&model] { GenerateBeamShells(model); },
+               "\xE6\xA2\x81\xE6\x88\xAA\xE9\x9D\xA2\xE7\xB1\xBB\xE5\x9E\x8B"
+               "\xE6\x95\xB0\xE5\xAD\x97\xE9\x94\x99\xE8\xAF\xAF!");
+    for (const std::size_t b : {0U, 1U}) {
+      ExpectSame(model.BeamShellModels[b], MakeDetail(model, b, 0));
+    }
+    EXPECT_TRUE(model.BeamShellModels[2].Shells.empty());
+    EXPECT_TRUE(model.BeamShellModels[3].Shells.empty());
+  }
+}
+
+// Segments of 0.1: 1e13 steps. The notice counts from zero, as the model file does.
+TEST(GenerateBeamShells, TooManyStepsStopTheRun) {
+  Model model = SolveFrame();
+  model.BeamElements[4].NodeJ[0] = 0.2 / 3 * 1e13;
+  ExpectStop([&model] { GenerateBeamShells(model); },
+             "Beam element 4: its detail model would have 1e+13 steps along the beam, too many to "
+             "number its equations.");
+}
+
+bool AllFinite(const std::vector<double>& values) {
+  return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
+}
+
+// Beam 2 spoiled; the others are what they were.
+void ExpectNonFinite(Model& model) {
+  GenerateBeamShells(model);
+  const BeamShellModel& detail = model.BeamShellModels[2];
+  EXPECT_EQ(detail.NodeCoords.front(), detail.EndPoint1);
+  EXPECT_EQ(detail.NodeCoords.back(), detail.EndPoint2);
+  for (std::size_t node = 1; node + 1 < detail.NodeCoords.size(); ++node) {
+    EXPECT_FALSE(std::isfinite(detail.NodeCoords[node][0])) << node;
+    EXPECT_FALSE(std::isfinite(detail.Displacements[6 * node])) << node;
+  }
+  for (const Shell4Element& shell : detail.Shells) {
+    for (std::size_t k = 0; k < 4; ++k) {
+      EXPECT_FALSE(std::isfinite(shell.NodeStressTop[k][0]));
+      EXPECT_FALSE(std::isfinite(shell.AvgStressBottom[k][5]));
+    }
+  }
+  for (const std::size_t b : {0U, 1U, 3U, 4U}) {
+    EXPECT_TRUE(AllFinite(model.BeamShellModels[b].Displacements));
+    ExpectSame(model.BeamShellModels[b], MakeDetail(model, b, 0));
+  }
+}
+
+TEST(GenerateBeamShells, BeamWithoutLengthGivesNonFiniteResults) {
+  Model model = SolveFrame();
+  model.BeamElements[2].NodeJ = model.BeamElements[2].NodeI;
+  ExpectNonFinite(model);
+  EXPECT_EQ(model.BeamShellModels[2].Tolerance, 0.0);
+  EXPECT_EQ(model.BeamShellModels[2].ShellCount, 8);  // one step
+}
+
+TEST(GenerateBeamShells, OrientationAlongTheAxisGivesNonFiniteResults) {
+  Model model = SolveFrame();
+  BeamElement& beam = model.BeamElements[2];
+  beam.NodeI = {1.0, 2.0, 3.0};
+  beam.NodeJ = {2.0, 2.5, 3.0};
+  beam.RefPoint = {3.0, 3.0, 3.0};
+  ExpectNonFinite(model);
+}
+
+// Structures of three beams in a line, of one section each, solved as a whole. Of the middle beam's
+// detail model the stresses at mid-length are compared with statics,
+//   N / A + My (z - ez) / Iy - Mz (y - ey) / Iz
+// with the section's own numbers: the detail model is driven by displacements, and its curvature is
+// M / (E I) of the beam that gave them, not of its plates. Two errors are inherent:
+//   - Mu^2 / (1 - Mu^2) = 0.099 of the change of bending stress from the middle of a segment to its
+//     edge, because the contraction across does not vary over an element;
+//   - rigid end stations, which leave the middle a little more curvature and strain than its share;
+//     0.6 percent at this length.
+class DetailStresses : public testing::TestWithParam<TestSection> {};
+
+INSTANTIATE_TEST_SUITE_P(AllSections, DetailStresses, testing::ValuesIn(AllSections()),
+                         [](const testing::TestParamInfo<TestSection>& section) {
+                           return section.param.name;
+                         });
+
+constexpr double E = 2e11, Mu = 0.3;
+constexpr double BeamSpan = 3.63;  // each beam's length, 12.1 heights
+constexpr double EndStations = 0.006;
+
+// Three beams along `direction` (a unit vector).
+ModelText MakeLine(const TestSection& section, const Vector3& direction,
+                   const Vector3& orientation) {
+  ModelText text;
+  text.materials = {{E, Mu, 7850.0}};
+  for (int i = 0; i < 4; ++i) {
+    const double x = i * BeamSpan;
+    text.nodes.push_back({x * direction[0], x * direction[1], x * direction[2]});
+  }
+  for (int b = 0; b < 3; ++b) {
+    ModelText::Beam beam;
+    beam.node1 = b;
+    beam.node2 = b + 1;
+    beam.orientation = orientation;
+    UseSection(section, text, beam);
+    text.beams.push_back(beam);
+  }
+  return text;
+}
+
+// The readings at the same point and face averaged along the beam: the detail of a beam under shear
+// is symmetric about its middle but for stresses that change their sign there.
+std::vector<Reading> AverageReadings(const std::vector<Reading>& readings, std::size_t segments) {
+  std::vector<Reading> means(segments * 4);
+  const double share = 4.0 * static_cast<double>(segments) / static_cast<double>(readings.size());
+  for (std::size_t i = 0; i < readings.size(); ++i) {
+    const std::size_t segment = i / 8 % segments, side = i / 4 % 2, face = i % 2;
+    Reading& mean = means[4 * segment + 2 * side + face];
+    const double sum = mean.stress + share * readings[i].stress;
+    mean = readings[i];
+    mean.stress = sum;
+  }
+  return means;
+}
+
+// N, My, Mz at the middle of the middle beam, about the centroid.
+struct SectionForces {
+  double N = 0.0, My = 0.0, Mz = 0.0;
+};
+
+void ExpectMiddleStresses(const ModelText& text, const TestSection& section,
+                          const SectionForces& forces) {
+  Model model;
+  SolveModel(text, model);
+  const SectionNumbers numbers = ComputeNumbers(section);
+  const auto A = static_cast<double>(numbers.A);
+  const double ky = forces.My / static_cast<double>(numbers.Iy);
+  const double kz = -forces.Mz / static_cast<double>(numbers.Iz);
+  for (const std::int32_t level : {0, 1}) {
+    SCOPED_TRACE(level);
+    model.BeamShellMeshLevel = level;
+    GenerateBeamShells(model);
+    const SectionProfile profile = BuildProfile(section, level);
+    const std::vector<Reading> readings =
+        AverageReadings(ReadMiddle(model.BeamShellModels[1],
+                                   LocalAxes({section, text.nodes[1], text.nodes[2],
+                                              text.beams[1].orientation, E, Mu, level}),
+                                   profile),
+                        profile.segments.size());
+    double largest = 0.0;
+    std::vector<double> expected;
+    for (const Reading& r : readings) {
+      const double y = r.y - static_cast<double>(numbers.ey);
+      const double z = r.z - static_cast<double>(numbers.ez);
+      expected.push_back(forces.N / A + ky * z + kz * y);
+      largest = std::max(largest, std::fabs(expected.back()));
+    }
+    for (std::size_t i = 0; i < readings.size(); ++i) {
+      const Reading& r = readings[i];
+      const double contraction = Mu * Mu / (1 - Mu * Mu) * (ky * r.sz + kz * r.sy);
+      EXPECT_NEAR(r.stress, expected[i] + contraction, EndStations * largest) << i;
+    }
+  }
+}
+
+// Clamped at one end, all six components of a load at the other, oblique in space.
+TEST_P(DetailStresses, Cantilever) {
+  const Vector3 direction{2.0 / 3, -1.0 / 3, 2.0 / 3}, orientation{0.3, 0.2, 1.0};
+  ModelText text = MakeLine(GetParam(), direction, orientation);
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  const std::array<Vector3, 3> axes =
+      LocalAxes({GetParam(), text.nodes[0], text.nodes[3], orientation, E, Mu, 0});
+  const Vector3 F{2e4, 1e3, -3e3}, M{5e2, -2e3, 1e3};  // local
+  const Vector3 force = Combine(axes, F), moment = Combine(axes, M);
+  text.forces = {{3, {force[0], force[1], force[2], moment[0], moment[1], moment[2]}}};
+
+  // About the centroid of the middle, half of the line's length away.
+  const SectionNumbers s = ComputeNumbers(GetParam());
+  const Vector3 arm{1.5 * BeamSpan, -static_cast<double>(s.ey), -static_cast<double>(s.ez)};
+  const Vector3 lever = Cross(arm, F);
+  ExpectMiddleStresses(text, GetParam(), {F[0], M[1] + lever[1], M[2] + lever[2]});
+}
+
+// Simply supported along X at the node line, its axis free to slide, its section turned about X.
+ModelText MakeSimplySupported(const TestSection& section) {
+  ModelText text = MakeLine(section, {1.0, 0.0, 0.0}, {0.5, 0.6, 0.8});
+  text.restraints = {{0, {1, 1, 1, 1, 0, 0}}, {3, {0, 1, 1, 1, 0, 0}}};
+  return text;
+}
+
+// Loads F at the third points: M = F x span / 3 between them and no shear. z = (0, 0.6, 0.8) and
+// y = z x X = (0, 0.8, -0.6).
+TEST_P(DetailStresses, SimplySupportedWithLoadsAtTheThirdPoints) {
+  ModelText text = MakeSimplySupported(GetParam());
+  const double Fy = 4e3, Fz = -6e3;  // local
+  const std::array<double, 6> load{0.0, 0.8 * Fy + 0.6 * Fz, -0.6 * Fy + 0.8 * Fz, 0.0, 0.0, 0.0};
+  text.forces = {{1, load}, {2, load}};
+  ExpectMiddleStresses(text, GetParam(), {0.0, Fz * BeamSpan, -Fy * BeamSpan});
+}
+
+// A load q along local z. The detail model knows the beam's ends alone: instead of the parabola's
+// q L^2 / 8 at mid-span its middle has the mean over the beam, less by q l^2 / 24 of its length l,
+// which is 1/27 for a third of the span.
+TEST_P(DetailStresses, SimplySupportedWithAUniformLoad) {
+  ModelText text = MakeSimplySupported(GetParam());
+  const double q = 3e3, span = 3 * BeamSpan;
+  for (int b = 0; b < 3; ++b) text.beamLoads.push_back({b, q, q});
+  const double M = q * span * span / 8 * (1 - 1.0 / 27);
+  ExpectMiddleStresses(text, GetParam(), {0.0, M, 0.0});
+}
+
+}  // namespace
+}  // namespace korvex::test
