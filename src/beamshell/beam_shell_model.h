@@ -40,7 +40,7 @@ struct BeamShellModel {
   std::int32_t LinkCount = 0;            // 2 P
   std::vector<double> Displacements;     // [NEQ]
 
-  // What the solution needs and the results do not; freed as soon as the beam is solved.
+  // What the solution needs and the results do not; the next beam's model takes over its memory.
   std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, profile node
   std::vector<BeamElement> Links;       // [LinkCount], those of the first end, then of the second
   SkylineMatrix Stiffness;              // NEQ columns; holds the factors after the solution

@@ -58,14 +58,17 @@ void GenerateBeamShells(Model& model) {
   if (model.NELEM_B < 1) return;
   model.BeamShellModels.assign(static_cast<std::size_t>(model.NELEM_B), {});
   SectionProfile profile;
+  BeamShellModel spare;  // holds the memory of the systems between two beams
   for (std::int32_t b = 0; b < model.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     BeamShellModel& detail = model.BeamShellModels[row];
     DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, detail);
     BuildSectionProfile(model, model.BeamSectionRefs[row], profile);
+    HandOnSystem(spare, detail);
     ExtrudeProfile(profile, b, detail);
     SolveBeamShell(NodeDisplacements(model, model.BeamNodes[row * NodesPerBeam]),
                    NodeDisplacements(model, model.BeamNodes[row * NodesPerBeam + 1]), detail);
+    HandOnSystem(detail, spare);
   }
   AverageBeamShellStresses(model.BeamShellModels);
 }

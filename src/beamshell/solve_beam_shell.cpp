@@ -1,6 +1,8 @@
 // The stages of SolveBeamShell. Notation: P profile points, end 1 and end 2 of the beam.
 #include "beamshell/solve_beam_shell.h"
 
+#include <utility>
+
 #include "beam/beam_frame.h"
 #include "beam/beam_stiffness.h"
 #include "results/shell_stresses.h"
@@ -40,14 +42,6 @@ void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShe
   }
 }
 
-// Frees what the results do not need.
-void ReleaseSystem(BeamShellModel& model) {
-  model.LinkNodes = {};
-  model.Links = {};
-  model.Stiffness = {};
-  model.LoadVector = {};
-}
-
 }  // namespace
 
 void BuildBeamShellProfile(BeamShellModel& model) {
@@ -82,7 +76,13 @@ void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model) {
   ImposeEndDisplacements(u1, u2, model);
   SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, SolverProgress::Silent);
   RecoverShell4Stresses(model.Displacements, model.ShellNodes, model.Shells);
-  ReleaseSystem(model);
+}
+
+void HandOnSystem(BeamShellModel& solved, BeamShellModel& next) {
+  next.LinkNodes = std::move(solved.LinkNodes);
+  next.Links = std::move(solved.Links);
+  next.Stiffness = std::move(solved.Stiffness);
+  next.LoadVector = std::move(solved.LoadVector);
 }
 
 }  // namespace korvex

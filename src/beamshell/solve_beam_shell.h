@@ -21,9 +21,12 @@ void AssembleBeamShell(BeamShellModel& model);
 // u1, u2: 6 each, ux, uy, uz, rx, ry, rz, global.
 void ImposeEndDisplacements(const double* u1, const double* u2, BeamShellModel& model);
 
-// All stages: afterwards `model` holds its displacements and the corner stresses of its shells, and
-// has freed its links, matrix and load vector. u1, u2 as above. A singular model gives infinities
-// or NaNs, silently.
+// All stages: afterwards `model` holds its displacements and the corner stresses of its shells.
+// u1, u2 as above. A singular model gives infinities or NaNs, silently.
 void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model);
+
+// Hands what the results of `solved` do not need, its links, matrix and load vector, on to a model
+// that is yet to be extruded: it uses their memory and nothing of their contents.
+void HandOnSystem(BeamShellModel& solved, BeamShellModel& next);
 
 }  // namespace korvex

@@ -162,6 +162,18 @@ TEST(GenerateBeamShells, ToleranceIsATenThousandthOfTheLength) {
   EXPECT_EQ(model.BeamShellModels[0].Tolerance, 13.0 / 10000.0);
 }
 
+// A table of hundreds of beams keeps no matrices.
+TEST(GenerateBeamShells, KeepsResultsOnly) {
+  Model model = SolveFrame();
+  GenerateBeamShells(model);
+  for (const BeamShellModel& detail : model.BeamShellModels) {
+    EXPECT_EQ(detail.Links.capacity(), 0U);
+    EXPECT_EQ(detail.LinkNodes.capacity(), 0U);
+    EXPECT_EQ(detail.LoadVector.capacity(), 0U);
+    EXPECT_EQ(detail.Stiffness.Values.capacity(), 0U);
+  }
+}
+
 TEST(GenerateBeamShells, CountsOfARecord) {
   Model model = SolveFrame();
   GenerateBeamShells(model);

@@ -406,11 +406,13 @@ TEST_P(BeamShellStages, StressesAreThoseOfTheCorners) {
   }
 }
 
-// A table of hundreds of beams keeps results only; the matrix, by far the largest, gives its memory
-// back. The counts stay.
-TEST_P(BeamShellStages, SystemAndLinksAreFreed) {
-  BeamShellModel model = MakeOblique(GetParam());
+// A table of hundreds of beams keeps results only; the matrix, by far the largest, goes to the next
+// model. The counts stay.
+TEST_P(BeamShellStages, HandedOnSystemLeavesResultsOnly) {
+  BeamShellModel model = MakeOblique(GetParam()), next;
   SolveBeamShell(Motion1.data(), Motion2.data(), model);
+  const double* values = model.Stiffness.Values.data();
+  HandOnSystem(model, next);
   EXPECT_TRUE(model.Links.empty());
   EXPECT_TRUE(model.LinkNodes.empty());
   EXPECT_TRUE(model.LoadVector.empty());
@@ -419,6 +421,28 @@ TEST_P(BeamShellStages, SystemAndLinksAreFreed) {
   EXPECT_EQ(model.Stiffness.DiagonalAddress.capacity(), 0U);
   EXPECT_EQ(model.LinkCount, 2 * model.ProfileNodeCount);
   EXPECT_EQ(model.NEQ, 6 * model.NodeCount);
+  EXPECT_EQ(next.Stiffness.Values.data(), values);  // the memory itself, no copy
+}
+
+// After a larger and after a smaller model: nothing of it counts.
+TEST_P(BeamShellStages, HandedOnSystemChangesNoResult) {
+  for (const std::int32_t before : {0, 2}) {
+    BeamShellModel spare = MakeOblique(GetParam(), before);
+    SolveBeamShell(Motion2.data(), Motion1.data(), spare);
+
+    const DetailBeam beam{GetParam(), {3.0, 0.0, 1.0}, {3.0, 0.5, 1.0}, {0.0, 0.5, 1.0}, 2e11, 0.3,
+                          1};
+    BeamShellModel fresh = ExtrudeBeam(beam), reused;
+    HandOnSystem(spare, reused);
+    ExtrudeBeam(beam, reused);
+    SolveBeamShell(Motion1.data(), Motion2.data(), fresh);
+    SolveBeamShell(Motion1.data(), Motion2.data(), reused);
+    EXPECT_EQ(reused.Displacements, fresh.Displacements);
+    EXPECT_EQ(reused.LinkNodes, fresh.LinkNodes);
+    EXPECT_EQ(reused.Links.size(), fresh.Links.size());
+    EXPECT_EQ(reused.Stiffness.Values, fresh.Stiffness.Values);
+    EXPECT_EQ(reused.LoadVector, fresh.LoadVector);
+  }
 }
 
 TEST(SolveBeamShell, PrintsNothing) {

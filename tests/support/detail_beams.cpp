@@ -30,8 +30,7 @@ SectionProfile BuildProfile(const TestSection& section, std::int32_t meshLevel) 
   return profile;
 }
 
-BeamShellModel ExtrudeBeam(const DetailBeam& beam) {
-  BeamShellModel model;
+void ExtrudeBeam(const DetailBeam& beam, BeamShellModel& model) {
   model.MeshLevel = beam.meshLevel;
   model.E = beam.E;
   model.Mu = beam.Mu;
@@ -40,6 +39,11 @@ BeamShellModel ExtrudeBeam(const DetailBeam& beam) {
   model.OrientVector = beam.orientation;
   model.Tolerance = Length(Subtract(beam.end2, beam.end1)) / 10000.0;
   ExtrudeProfile(BuildProfile(beam.section, beam.meshLevel), 0, model);
+}
+
+BeamShellModel ExtrudeBeam(const DetailBeam& beam) {
+  BeamShellModel model;
+  ExtrudeBeam(beam, model);
   return model;
 }
 

@@ -26,6 +26,9 @@ SectionProfile BuildProfile(const TestSection& section, std::int32_t meshLevel);
 // The beam's detail model with nodes, shells and links, Tolerance included: ready to be solved.
 BeamShellModel ExtrudeBeam(const DetailBeam& beam);
 
+// The same into `model`, which may hold the memory of another.
+void ExtrudeBeam(const DetailBeam& beam, BeamShellModel& model);
+
 // Local axes by rows x, y, z, from the rule itself: z is the orientation vector less its part along
 // the axis, y = z x x.
 std::array<Vector3, 3> LocalAxes(const DetailBeam& beam);
