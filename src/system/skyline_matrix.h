@@ -19,6 +19,11 @@ struct SkylineMatrix {
   std::vector<double> Values;                 // [SkylineSize]
 };
 
+// The topmost stored row of column j.
+inline std::int64_t TopRow(const SkylineMatrix& K, std::int64_t j) {
+  return j - K.ColumnHeights[static_cast<std::size_t>(j)] + 1;
+}
+
 // Gives K n columns that hold their diagonal only.
 void InitColumnHeights(SkylineMatrix& K, std::int32_t n);
 

@@ -1,4 +1,4 @@
-// The solution of K u = F by factors K = L D L^T in skyline storage, column by column.
+// The solution of K u = F by factors K = L D L^T in skyline storage.
 //
 // The active-column method (Bathe 1996, sec. 8.2.3; Jennings 1966): only entries inside the profile
 // are touched, everything happens in place. No pivot is tested: a singular K gives infinities or
@@ -8,11 +8,9 @@
 #include <vector>
 
 #include "system/skyline_matrix.h"
+#include "system/solver_progress.h"
 
 namespace korvex {
-
-// Whether a solution reports its progress on the console.
-enum class SolverProgress { Silent, Printed };
 
 // Solves K u = F.
 // K: n columns with values; holds the factors afterwards: D on the diagonal, the unit upper factor

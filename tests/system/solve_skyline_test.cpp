@@ -1,5 +1,5 @@
-// The skyline solver: small systems by hand, a random system against elimination in long double,
-// its order of operations bit for bit against a transcription, and its progress text.
+// The skyline solver, fast and plain: small systems by hand, a random system against elimination in
+// long double, its order of operations bit for bit against a transcription, and its progress text.
 #include "system/solve_skyline.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +9,8 @@
 #include <limits>
 #include <random>
 #include <string>
+
+#include "system/solve_skyline_plain.h"
 
 namespace korvex {
 namespace {
@@ -50,24 +52,52 @@ Dense MakeRandomSystem(std::size_t n, unsigned seed) {
   return A;
 }
 
-std::vector<double> Solve(SkylineMatrix& K, std::vector<double>& F) {
-  std::vector<double> u(F.size(), -7.0);  // every entry must be written
-  SolveSkyline(K, F, u, SolverProgress::Silent);
-  return u;
-}
+using Solver = void (*)(SkylineMatrix&, std::vector<double>&, std::vector<double>&, SolverProgress);
 
-TEST(SolveSkyline, OneByOne) {
+struct NamedSolver {
+  const char* name;
+  Solver solve;
+};
+
+class SolveSkylineTest : public testing::TestWithParam<NamedSolver> {
+ protected:
+  static std::vector<double> Solve(SkylineMatrix& K, std::vector<double>& F) {
+    std::vector<double> u(F.size(), -7.0);  // every entry must be written
+    GetParam().solve(K, F, u, SolverProgress::Silent);
+    return u;
+  }
+
+  // Progress of a unit matrix of n columns.
+  static std::string ProgressOf(std::int32_t n, SolverProgress progress) {
+    SkylineMatrix K;
+    InitColumnHeights(K, n);
+    ComputeDiagonalAddresses(K);
+    AllocateValues(K);
+    K.Values.assign(K.Values.size(), 1.0);
+    std::vector<double> F(static_cast<std::size_t>(n)), u(F.size());
+    testing::internal::CaptureStdout();
+    GetParam().solve(K, F, u, progress);
+    return testing::internal::GetCapturedStdout();
+  }
+};
+
+INSTANTIATE_TEST_SUITE_P(Both, SolveSkylineTest,
+                         testing::Values(NamedSolver{"Fast", SolveSkyline},
+                                         NamedSolver{"Plain", SolveSkylinePlain}),
+                         [](const auto& solver) { return std::string(solver.param.name); });
+
+TEST_P(SolveSkylineTest, OneByOne) {
   SkylineMatrix K = Pack({{4.0}});
   std::vector<double> F{2.0}, u(1);
   testing::internal::CaptureStdout();
-  SolveSkyline(K, F, u, SolverProgress::Printed);
+  GetParam().solve(K, F, u, SolverProgress::Printed);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "100%Completed.");
   EXPECT_EQ(u[0], 0.5);
 }
 
 // [4 2 0; 2 5 4; 0 4 8] = L D L^T with D = (4, 4, 4), l01 = 1/2, l12 = 1; column 2 does not reach
 // row 0. F = (4, 6, 8): y = (4, 4, 4), D^-1 y = (1, 1, 1), u = (1, 0, 1).
-TEST(SolveSkyline, LeavesFactorsAndReducedLoad) {
+TEST_P(SolveSkylineTest, LeavesFactorsAndReducedLoad) {
   SkylineMatrix K = Pack({{4, 2, 0}, {2, 5, 4}, {0, 4, 8}});
   std::vector<double> F{4, 6, 8};
   const std::vector<double> u = Solve(K, F);
@@ -76,7 +106,7 @@ TEST(SolveSkyline, LeavesFactorsAndReducedLoad) {
   EXPECT_EQ(u, (std::vector<double>{1, 0, 1}));
 }
 
-TEST(SolveSkyline, RandomSystemAgainstElimination) {
+TEST_P(SolveSkylineTest, RandomSystemAgainstElimination) {
   constexpr std::size_t n = 67;
   const Dense A = MakeRandomSystem(n, 1);
   SkylineMatrix K = Pack(A);
@@ -134,7 +164,7 @@ bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
 }
 
 // Sizes around and between multiples of six, so that no block size of a faster routine fits all.
-TEST(SolveSkyline, SameBitsAsTheFormulas) {
+TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
   for (const std::size_t n : {2U, 3U, 5U, 6U, 7U, 23U, 24U, 25U, 61U, 130U}) {
     Dense A = MakeRandomSystem(n, static_cast<unsigned>(n));
     if (n > 20) A[20][20] = 1e20;  // a support
@@ -156,7 +186,7 @@ TEST(SolveSkyline, SameBitsAsTheFormulas) {
 
 // A zero multiplier leaves the pivot alone. With finite numbers nobody could tell; here l = 4 /
 // -inf = -0, and the update -0 - (-0 x 4) would turn the pivot -0 into +0.
-TEST(SolveSkyline, ZeroMultiplierSkipsThePivotUpdate) {
+TEST_P(SolveSkylineTest, ZeroMultiplierSkipsThePivotUpdate) {
   SkylineMatrix K = Pack({{1.0, 4.0}, {4.0, 1.0}});
   K.Values = {-std::numeric_limits<double>::infinity(), -0.0, 4.0};  // d0, d1, A(0, 1)
   std::vector<double> F{1.0, 1.0};
@@ -165,7 +195,7 @@ TEST(SolveSkyline, ZeroMultiplierSkipsThePivotUpdate) {
   EXPECT_TRUE(std::signbit(K.Values[1]));
 }
 
-TEST(SolveSkyline, SingularSystemGivesNonFiniteValuesSilently) {
+TEST_P(SolveSkylineTest, SingularSystemGivesNonFiniteValuesSilently) {
   SkylineMatrix K = Pack({{1.0, 1.0}, {1.0, 1.0}});
   std::vector<double> F{1.0, 2.0};
   const std::vector<double> u = Solve(K, F);
@@ -173,7 +203,7 @@ TEST(SolveSkyline, SingularSystemGivesNonFiniteValuesSilently) {
   EXPECT_FALSE(std::isfinite(u[1]));
 }
 
-TEST(SolveSkyline, PenaltyDofMovesByItsForceOver1e20) {
+TEST_P(SolveSkylineTest, PenaltyDofMovesByItsForceOver1e20) {
   SkylineMatrix K = Pack({{1e20, -2.0}, {-2.0, 2.0}});
   std::vector<double> F{1000.0, 0.0};
   const std::vector<double> u = Solve(K, F);
@@ -181,25 +211,12 @@ TEST(SolveSkyline, PenaltyDofMovesByItsForceOver1e20) {
   EXPECT_DOUBLE_EQ(u[1], 1e-17);
 }
 
-TEST(SolveSkyline, EmptySystemDoesAndPrintsNothing) {
+TEST_P(SolveSkylineTest, EmptySystemDoesAndPrintsNothing) {
   SkylineMatrix K;
   std::vector<double> F, u;
   testing::internal::CaptureStdout();
-  SolveSkyline(K, F, u, SolverProgress::Printed);
+  GetParam().solve(K, F, u, SolverProgress::Printed);
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
-}
-
-// Progress of a unit matrix of n columns.
-std::string ProgressOf(std::int32_t n, SolverProgress progress) {
-  SkylineMatrix K;
-  InitColumnHeights(K, n);
-  ComputeDiagonalAddresses(K);
-  AllocateValues(K);
-  K.Values.assign(K.Values.size(), 1.0);
-  std::vector<double> F(static_cast<std::size_t>(n)), u(F.size());
-  testing::internal::CaptureStdout();
-  SolveSkyline(K, F, u, progress);
-  return testing::internal::GetCapturedStdout();
 }
 
 // "20%Completed." and 13 steps back.
@@ -213,23 +230,25 @@ std::string Repeat(const std::string& text, int times) {
   return all;
 }
 
-TEST(SolveSkyline, ProgressOfSixColumnsIsTheLastLineOnly) {
+TEST_P(SolveSkylineTest, ProgressOfSixColumnsIsTheLastLineOnly) {
   EXPECT_EQ(ProgressOf(6, SolverProgress::Printed), "100%Completed.");
 }
 
-TEST(SolveSkyline, ProgressOfTenColumnsPrintsEachOnce) {
+TEST_P(SolveSkylineTest, ProgressOfTenColumnsPrintsEachOnce) {
   EXPECT_EQ(ProgressOf(10, SolverProgress::Printed),
             Step("20") + Step("40") + Step("60") + Step("80") + "100%Completed.");
 }
 
 // p = 20 holds for columns 199 to 208, and so on; 100 for the last alone.
-TEST(SolveSkyline, ProgressOfAThousandColumnsPrintsEachTenTimes) {
+TEST_P(SolveSkylineTest, ProgressOfAThousandColumnsPrintsEachTenTimes) {
   EXPECT_EQ(ProgressOf(1000, SolverProgress::Printed),
             Repeat(Step("20"), 10) + Repeat(Step("40"), 10) + Repeat(Step("60"), 10) +
                 Repeat(Step("80"), 10) + "100%Completed.");
 }
 
-TEST(SolveSkyline, SilentPrintsNothing) { EXPECT_EQ(ProgressOf(10, SolverProgress::Silent), ""); }
+TEST_P(SolveSkylineTest, SilentPrintsNothing) {
+  EXPECT_EQ(ProgressOf(10, SolverProgress::Silent), "");
+}
 
 }  // namespace
 }  // namespace korvex
