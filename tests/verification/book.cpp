@@ -1,0 +1,217 @@
+// The marks of book.h: "\x02" kind " " value " " digits or bound "\x03".
+#include "verification/book.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+namespace korvex::book {
+
+namespace {
+
+constexpr char MarkBegin = '\x02';
+constexpr char MarkEnd = '\x03';
+
+enum class Kind : char { Digits = 'd', Ratio = 'r', Skipped = 's', Rounding = 'b' };
+
+struct Mark {
+  Kind kind = Kind::Skipped;
+  double value = 0.0;
+  double extra = 0.0;  // digits or bound
+};
+
+// A committed digit holds as long as the value lies no farther from it than this, in units of the
+// last digit: half a unit, and a tenth for the sixth digit of the result files at the edge.
+constexpr double RoundingUnits = 0.6;
+
+std::string FormatMark(const Mark& mark) {
+  char buffer[80];
+  std::snprintf(buffer, sizeof buffer, "%c%c %.17g %.17g%c", MarkBegin,
+                static_cast<char>(mark.kind), mark.value, mark.extra, MarkEnd);
+  return buffer;
+}
+
+// Reads the mark that begins at `place`, which moves behind it.
+Mark ReadMark(const std::string& text, std::size_t& place) {
+  Mark mark;
+  mark.kind = static_cast<Kind>(text[place + 1]);
+  char* end = nullptr;
+  mark.value = std::strtod(text.c_str() + place + 2, &end);
+  mark.extra = std::strtod(end, &end);
+  place = text.find(MarkEnd, place) + 1;
+  return mark;
+}
+
+std::string Print(const char* format, int digits, double value) {
+  char buffer[80];
+  std::snprintf(buffer, sizeof buffer, format, digits, value);
+  return buffer;
+}
+
+// Below this, and from 10^5 on, a figure has an exponent.
+constexpr double SmallestPlain = 0.01, LargestPlain = 1e5;
+
+// "e-3" for "e-03"
+std::string ShortenExponent(std::string text) {
+  const std::size_t zero = text.find('e') + 2;
+  if (text.find('e') != std::string::npos && text[zero] == '0') text.erase(zero, 1);
+  return text;
+}
+
+std::string PrintDigits(double value, int digits) {
+  const double size = std::fabs(value);
+  if (size != 0.0 && (size < SmallestPlain || size >= LargestPlain)) {
+    return ShortenExponent(Print("%.*e", digits - 1, value));
+  }
+  std::string text = Print("%#.*g", digits, value);
+  if (text.back() == '.') text.pop_back();
+  return text;
+}
+
+std::string RenderMark(const Mark& mark) {
+  switch (mark.kind) {
+    case Kind::Digits:
+      return PrintDigits(mark.value, static_cast<int>(mark.extra));
+    case Kind::Ratio:
+      return Print("%.*f", 4, mark.value);
+    case Kind::Rounding:
+      return mark.value == 0.0 ? "0" : ShortenExponent(Print("%.*e", 0, std::fabs(mark.value)));
+    case Kind::Skipped:
+      break;
+  }
+  return "?";
+}
+
+// One unit of the last digit that is printed.
+double LastUnit(const Mark& mark) {
+  if (mark.kind == Kind::Ratio) return 1e-4;
+  if (mark.value == 0.0) return 0.0;
+  const double exponent = std::floor(std::log10(std::fabs(mark.value)));
+  return std::pow(10.0, exponent + 1 - mark.extra);
+}
+
+bool Accepts(const Mark& mark, const std::string& token) {
+  char* end = nullptr;
+  const double committed = std::strtod(token.c_str(), &end);
+  if (token.empty() || *end != '\0' || !std::isfinite(mark.value)) return false;
+  switch (mark.kind) {
+    case Kind::Skipped:
+      return true;
+    case Kind::Rounding:
+      return std::fabs(mark.value) <= mark.extra && std::fabs(committed) <= mark.extra;
+    case Kind::Digits:
+    case Kind::Ratio:
+      break;
+  }
+  // Written otherwise than it would be printed, a number is not the program's.
+  if (RenderMark({mark.kind, committed, mark.extra}) != token) return false;
+  return std::fabs(committed - mark.value) <= RoundingUnits * LastUnit(mark);
+}
+
+// Whether the committed line is what `line` prints.
+bool Agrees(const std::string& line, const std::string& committed) {
+  std::size_t i = 0, k = 0;
+  while (i < line.size()) {
+    if (line[i] != MarkBegin) {
+      if (k >= committed.size() || committed[k++] != line[i++]) return false;
+      continue;
+    }
+    const Mark mark = ReadMark(line, i);
+    const std::size_t end =
+        std::min(committed.find_first_not_of("+-.0123456789e", k), committed.size());
+    if (!Accepts(mark, committed.substr(k, end - k))) return false;
+    k = end;
+  }
+  return k == committed.size();
+}
+
+std::vector<std::string> SplitLines(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream stream(text);
+  for (std::string line; std::getline(stream, line);) lines.push_back(line);
+  return lines;
+}
+
+}  // namespace
+
+std::string Figure(double value, int digits) {
+  return FormatMark({Kind::Digits, value, static_cast<double>(digits)});
+}
+
+std::string Ratio(double value) { return FormatMark({Kind::Ratio, value, 0.0}); }
+
+std::string SkippedFigure() { return FormatMark({}); }
+
+std::string RoundingFigure(double value, double bound) {
+  return FormatMark({Kind::Rounding, value, bound});
+}
+
+std::string Render(const std::string& text) {
+  std::string out;
+  for (std::size_t i = 0; i < text.size();) {
+    if (text[i] == MarkBegin) {
+      out += RenderMark(ReadMark(text, i));
+    } else {
+      out += text[i++];
+    }
+  }
+  return out;
+}
+
+std::string FindDifferences(const std::string& text, const std::string& committed) {
+  const std::vector<std::string> printed = SplitLines(text);
+  const std::vector<std::string> lines = SplitLines(committed);
+  std::string differences;
+  for (std::size_t i = 0; i < std::max(printed.size(), lines.size()); ++i) {
+    const bool both = i < printed.size() && i < lines.size();
+    if (both && Agrees(printed[i], lines[i])) continue;
+    differences += "committed: " + (i < lines.size() ? lines[i] : "(no line)") + "\n";
+    differences += "  printed: " + (i < printed.size() ? Render(printed[i]) : "(no line)") + "\n";
+  }
+  return differences;
+}
+
+std::string FormatTable(const std::vector<Row>& rows) {
+  std::string table;
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    table += '|';
+    for (const std::string& cell : rows[i]) table += ' ' + cell + (cell.empty() ? "|" : " |");
+    table += '\n';
+    if (i > 0) continue;
+    table += '|';
+    for (std::size_t k = 0; k < rows[i].size(); ++k) table += "---|";
+    table += '\n';
+  }
+  return table;
+}
+
+std::string WrapParagraphs(const std::string& text) {
+  constexpr std::size_t Columns = 100;
+  std::string wrapped;
+  for (const std::string& line : SplitLines(text)) {
+    const bool paragraph = line.size() > Columns && line[0] != '|' && line[0] != '#';
+    std::size_t column = 0;
+    std::istringstream words(paragraph ? line : "");
+    for (std::string word; words >> word; column += word.size()) {
+      const bool breaks = column > 0 && column + 1 + word.size() > Columns;
+      if (breaks) column = 0;
+      if (column > 0) ++column;
+      wrapped += (breaks ? "\n" : column > 0 ? " " : "") + word;
+    }
+    wrapped += (paragraph ? "" : line) + '\n';
+  }
+  return wrapped;
+}
+
+std::vector<Section> SplitSections(const std::string& document) {
+  std::vector<Section> sections{{"", ""}};
+  for (const std::string& line : SplitLines(document)) {
+    if (line.rfind("## ", 0) == 0) sections.push_back({line.substr(3), ""});
+    sections.back().body += line + '\n';
+  }
+  return sections;
+}
+
+}  // namespace korvex::book
