@@ -1,0 +1,343 @@
+// Beams: section properties, frames, grillages and offsets against closed forms.
+#include <cmath>
+
+#include "support/beam_sections.h"
+#include "verification/book.h"
+#include "verification/chapters.h"
+#include "verification/comparison.h"
+#include "verification/meshes.h"
+
+namespace korvex::book {
+
+namespace {
+
+using test::TestSection;
+
+constexpr double E = 2.06e11, Mu = 0.3, G = E / (2 * (1 + Mu));
+
+ModelText StartModel(const TestSection& section) {
+  ModelText model;
+  model.materials = {{E, Mu, 0.0}};
+  ModelText::Beam unused;
+  test::UseSection(section, model, unused);
+  return model;
+}
+
+// A beam of the model's section between two of its nodes.
+void AddBeam(const TestSection& section, int node1, int node2, const Point3& orientation,
+             ModelText& model) {
+  ModelText::Beam beam;
+  beam.node1 = node1, beam.node2 = node2;
+  beam.orientation = orientation;
+  beam.BeamSecType = section.BeamSecType;
+  beam.BeamSecOz = section.BeamSecOz;
+  beam.BeamSecMirrored = section.mirrored ? 1 : 0;
+  model.beams.push_back(beam);
+}
+
+// What the tips of five cantilevers say of their section, each under one unit load.
+struct Measured {
+  double A, Iy, Iz, J, ey, ez, shearAreaZ;
+};
+
+Measured MeasureSection(const TestSection& section) {
+  const double L = 0.5;
+  ModelText model = StartModel(section);
+  const std::array<std::size_t, 5> loads{0, 2, 3, 4, 5};  // Fx, Fz, Mx, My, Mz
+  for (std::size_t i = 0; i < loads.size(); ++i) {
+    const int foot = static_cast<int>(2 * i);
+    model.nodes.push_back({0.0, static_cast<double>(i), 0.0});
+    model.nodes.push_back({L, static_cast<double>(i), 0.0});
+    AddBeam(section, foot, foot + 1, {0.0, 0.0, 1.0}, model);
+    model.restraints.push_back({foot, Clamped});
+    Six force{};
+    force[loads[i]] = 1e6;
+    model.forces.push_back({foot + 1, force});
+  }
+  const Results results = RunModel(model);
+  const auto tip = [&](std::size_t i, std::size_t d) {
+    return results.displacements[2 * i + 1][d] / 1e6;
+  };
+  // Moments turn the tip by L / (E I); the node moves by -theta x e; the axial force bends the beam
+  // by its distance from the centroid, and the transverse one twists it.
+  Measured m{};
+  m.J = L / (G * tip(2, 3));
+  m.Iy = L / (E * tip(3, 4));
+  m.Iz = L / (E * tip(4, 5));
+  m.ez = -tip(3, 0) / tip(3, 4);
+  m.ey = tip(4, 0) / tip(4, 5);
+  m.A = 1 / (E * tip(0, 0) / L - m.ez * m.ez / m.Iy - m.ey * m.ey / m.Iz);
+  const double shear = tip(1, 2) - L * L * L / (3 * E * m.Iy) - m.ey * m.ey * L / (G * m.J);
+  m.shearAreaZ = L / (G * shear);
+  return m;
+}
+
+std::string WriteSections() {
+  const std::array<double, 4> plates{0.3, 0.02, 0.16, 0.025};
+  const std::vector<TestSection> sections{
+      {"T 300 x 20 / 160 x 25", 0, plates, 0.0, false},
+      {"L 300 x 20 / 160 x 25", 1, plates, 0.0, false},
+      {"the same, offset by 100", 1, plates, 0.1, false},
+      {"flat bar 300 x 50", 0, {0.3, 0.05, 0.0, 0.0}, 0.0, false},
+      {"tube R 150, T 20", 2, {0.15, 0.02, 0.0, 0.0}, 0.0, false}};
+  std::vector<Row> rows{{"", "", "A", "Iy", "Iz", "J", "ey", "ez", "shear area z"}};
+  for (const TestSection& section : sections) {
+    const test::SectionNumbers exact = test::ComputeNumbers(section);
+    const Measured m = MeasureSection(section);
+    const std::array<std::pair<test::Real, double>, 7> pairs{{{exact.A, m.A},
+                                                              {exact.Iy, m.Iy},
+                                                              {exact.Iz, m.Iz},
+                                                              {exact.J, m.J},
+                                                              {exact.ey, m.ey},
+                                                              {exact.ez, m.ez},
+                                                              {exact.shearAreaZ, m.shearAreaZ}}};
+    Row closed{section.name, "closed form"}, ratios{"", "result / closed form"};
+    for (const auto& [reference, result] : pairs) {
+      const auto value = static_cast<double>(reference);
+      closed.push_back(value == 0.0 ? "0" : Figure(value));
+      ratios.push_back(value == 0.0 ? RoundingFigure(result, 1e-9) : Ratio(result / value));
+    }
+    rows.push_back(closed);
+    rows.push_back(ratios);
+  }
+  return "### Section properties\n\n"
+         "What the tip of a cantilever of one element, 0.5 m long, says of its section under unit "
+         "loads, against the sums over the section's rectangles, or the circle's integrals. m, E "
+         "2.06e11 Pa, nu 0.3. J is the thin-walled sum of h t^3 / 3; shear is carried by the "
+         "web's area, by two thirds of a flat bar's and by half of a tube's. In bending about the "
+         "web (local x-y) T and L sections do not shear. ey, ez: centroid from the "
+         "node.\n\n"
+         "Source: closed forms; shares of the area that carry shear as documented in "
+         "[model-file.md](model-file.md).\n\n" +
+         FormatTable(rows) + "\n";
+}
+
+// A slender tube: its shear and axial deformation are of the order of 1e-4 of what bending does.
+TestSection SlenderTube() { return {"tube", 2, {0.01, 0.001, 0.0, 0.0}, 0.0, false}; }
+
+struct Tube {
+  double A, I, J, shearArea;
+};
+
+Tube TubeNumbers() {
+  const test::SectionNumbers s = test::ComputeNumbers(SlenderTube());
+  return {static_cast<double>(s.A), static_cast<double>(s.Iy), static_cast<double>(s.J),
+          static_cast<double>(s.shearAreaZ)};
+}
+
+// A chain of n beams from `a` to `b`; new nodes but where the ends exist. Returns the last node.
+int AddChain(const TestSection& section, int first, const Point3& b, int n,
+             const Point3& orientation, ModelText& model) {
+  const Point3 a = model.nodes[static_cast<std::size_t>(first)];
+  int before = first;
+  for (int i = 1; i <= n; ++i) {
+    const double t = static_cast<double>(i) / n;
+    Point3 p{};
+    for (std::size_t k = 0; k < 3; ++k) p[k] = a[k] + (b[k] - a[k]) * t;
+    model.nodes.push_back(p);
+    const int node = static_cast<int>(model.nodes.size()) - 1;
+    AddBeam(section, before, node, orientation, model);
+    before = node;
+  }
+  return before;
+}
+
+double Component(const Results& results, int node, std::size_t d) {
+  return results.displacements[static_cast<std::size_t>(node)][d];
+}
+
+// 5 q L^4 / (384 E I) + q L^2 / (8 G As)
+Comparison LoadedBeam() {
+  const Tube s = TubeNumbers();
+  const double L = 8.0, q = -1.0;
+  ModelText model = StartModel(SlenderTube());
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const int end = AddChain(SlenderTube(), 0, {L, 0.0, 0.0}, 4, {0.0, 0.0, 1.0}, model);
+  for (int i = 0; i < 4; ++i) model.beamLoads.push_back({i, q, q});
+  model.restraints = {{0, {1, 1, 1, 1, 0, 1}}, {end, {0, 1, 1, 0, 0, 0}}};
+  const double exact = 5 * q * L * L * L * L / (384 * E * s.I) + q * L * L / (8 * G * s.shearArea);
+  return {"beam on two supports, line load q: 5 q L^4 / (384 E I) + q L^2 / (8 G As), m", exact,
+          Component(RunModel(model), 2, 2)};
+}
+
+// A load that grows linearly from the clamped end: 11 q L^4 / (120 E I), shear q L^2 / (3 G As).
+Comparison TriangularLoad() {
+  const Tube s = TubeNumbers();
+  const double L = 5.0, q = -1.0;
+  ModelText model = StartModel(SlenderTube());
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const int end = AddChain(SlenderTube(), 0, {L, 0.0, 0.0}, 4, {0.0, 0.0, 1.0}, model);
+  for (int i = 0; i < 4; ++i) model.beamLoads.push_back({i, q * i / 4, q * (i + 1) / 4});
+  model.restraints = {{0, Clamped}};
+  const double exact = 11 * q * L * L * L * L / (120 * E * s.I) + q * L * L / (3 * G * s.shearArea);
+  return {
+      "cantilever, line load from 0 to q at the tip: 11 q L^4 / (120 E I) + q L^2 / (3 G As), m",
+      exact, Component(RunModel(model), end, 2)};
+}
+
+// A portal with clamped feet under a horizontal force at the beam's level: its sway.
+Comparison Portal() {
+  const Tube s = TubeNumbers();
+  const double h = 4.0, L = 6.0, P = 1.0;
+  ModelText model = StartModel(SlenderTube());
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const int left = AddChain(SlenderTube(), 0, {0.0, 0.0, h}, 2, {1.0, 0.0, 0.0}, model);
+  const int right = AddChain(SlenderTube(), left, {L, 0.0, h}, 2, {0.0, 0.0, 1.0}, model);
+  const int foot = AddChain(SlenderTube(), right, {L, 0.0, 0.0}, 2, {1.0, 0.0, 0.0}, model);
+  model.restraints = {{0, Clamped}, {foot, Clamped}};
+  model.forces = {{left, {P / 2, 0.0, 0.0, 0.0, 0.0, 0.0}},
+                  {right, {P / 2, 0.0, 0.0, 0.0, 0.0, 0.0}}};
+  const double k = h / L;
+  return {"portal with clamped feet, k = h / L: sway P h^3 (3 k + 2) / (12 E I (6 k + 1)), m",
+          P * h * h * h * (3 * k + 2) / (12 * E * s.I * (6 * k + 1)),
+          Component(RunModel(model), left, 0)};
+}
+
+// Two beams on four supports that cross in their middles share a force by their flexibilities.
+Comparison CrossedBeams() {
+  const Tube s = TubeNumbers();
+  const double La = 6.0, Lb = 8.0, P = -1.0;
+  ModelText model = StartModel(SlenderTube());
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const Point3 up{0.0, 0.0, 1.0};
+  for (const Point3& end : {Point3{La / 2, 0.0, 0.0}, Point3{-La / 2, 0.0, 0.0},
+                            Point3{0.0, Lb / 2, 0.0}, Point3{0.0, -Lb / 2, 0.0}}) {
+    const int support = AddChain(SlenderTube(), 0, end, 2, up, model);
+    model.restraints.push_back({support, {0, 0, 1, 0, 0, 0}});
+  }
+  model.restraints.push_back({0, {1, 1, 0, 0, 0, 1}});
+  model.forces = {{0, {0.0, 0.0, P, 0.0, 0.0, 0.0}}};
+  const auto flexibility = [&s](double L) {
+    return L * L * L / (48 * E * s.I) + L / (4 * G * s.shearArea);
+  };
+  return {
+      "two crossed beams, force P at the crossing: P / (1 / a1 + 1 / a2), a = L^3 / (48 E I) + L "
+      "/ (4 G As), m",
+      P / (1 / flexibility(La) + 1 / flexibility(Lb)), Component(RunModel(model), 0, 2)};
+}
+
+// A cantilever with a right angle in plan: the outer arm twists the inner one.
+Comparison AngledCantilever() {
+  const Tube s = TubeNumbers();
+  const double a = 3.0, b = 2.0, P = -1.0;
+  ModelText model = StartModel(SlenderTube());
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const Point3 up{0.0, 0.0, 1.0};
+  const int corner = AddChain(SlenderTube(), 0, {a, 0.0, 0.0}, 1, up, model);
+  const int tip = AddChain(SlenderTube(), corner, {a, b, 0.0}, 1, up, model);
+  model.restraints = {{0, Clamped}};
+  model.forces = {{tip, {0.0, 0.0, P, 0.0, 0.0, 0.0}}};
+  const double exact = P * ((a * a * a + b * b * b) / (3 * E * s.I) + a * b * b / (G * s.J) +
+                            (a + b) / (G * s.shearArea));
+  return {
+      "cantilever with a right angle in plan: P ((a^3 + b^3) / (3 E I) + a b^2 / (G J) + (a + b) "
+      "/ (G As)), m",
+      exact, Component(RunModel(model), tip, 2)};
+}
+
+// A force at the node of an offset bar bends it: w = P e L^2 / (2 E I).
+Comparison OffsetBar() {
+  const TestSection bar{"bar", 0, {0.2, 0.02, 0.0, 0.0}, 0.05, false};
+  const double L = 3.0, P = 1e5, e = 0.15, I = 0.02 * 0.2 * 0.2 * 0.2 / 12;
+  ModelText model = StartModel(bar);
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const int tip = AddChain(bar, 0, {L, 0.0, 0.0}, 2, {0.0, 0.0, 1.0}, model);
+  model.restraints = {{0, Clamped}};
+  model.forces = {{tip, {P, 0.0, 0.0, 0.0, 0.0, 0.0}}};
+  return {
+      "flat bar 200 x 20, offset by 50, axial force at the node: w = P e L^2 / (2 E I), e = 0.15 "
+      "m, m",
+      P * e * L * L / (2 * E * I), Component(RunModel(model), tip, 2)};
+}
+
+std::string WriteFrames() {
+  return "### Frames, grillages and offsets\n\n"
+         "Tubes of R 10 mm, T 1 mm (the bar: 200 x 20 mm); m, N, E 2.06e11 Pa, nu 0.3. Beam on "
+         "two supports: L 8, q 1. Cantilever: L 5, q 1. Portal: h 4, L 6, P 1 in halves on both "
+         "corners. Crossed beams: 6 and 8 long, P 1. Angled cantilever: a 3, b 2, P 1. Offset "
+         "bar: L 3, P 1e5.\n\n"
+         "Source: Timoshenko & Gere (1972), Roark (1989); the portal's formula is for bending "
+         "alone.\n\n" +
+         WriteComparisons({LoadedBeam(), TriangularLoad(), Portal(), CrossedBeams(),
+                           AngledCantilever(), OffsetBar()}) +
+         "The two-node beam is exact for loads at its nodes, and line loads enter as its "
+         "fixed-end forces: one element a member is enough. The portal's beams stretch and shear "
+         "a little.\n\n";
+}
+
+// A ring pinched by two opposite forces, a quarter of it in n straight beams; closes by
+// P R^3 (pi/4 - 2/pi) / (E I), thin ring.
+double PinchRing(int n) {
+  const double R = 5.0, P = 1.0;
+  ModelText model = StartModel(SlenderTube());
+  for (int i = 0; i <= n; ++i) {
+    const double angle = Pi / 2 * i / n;
+    model.nodes.push_back({R * std::cos(angle), 0.0, R * std::sin(angle)});
+    if (i > 0) AddBeam(SlenderTube(), i - 1, i, {0.0, 1.0, 0.0}, model);
+  }
+  model.restraints = {{0, {0, 1, 1, 1, 1, 1}}, {n, {1, 1, 0, 1, 1, 1}}};
+  model.forces = {{n, {0.0, 0.0, -P / 2, 0.0, 0.0, 0.0}}};
+  const Tube s = TubeNumbers();
+  return -2 * Component(RunModel(model), n, 2) * E * s.I / (P * R * R * R);
+}
+
+ConvergenceCase Ring() {
+  ConvergenceCase c;
+  c.title = "Pinched ring";
+  c.statement =
+      "A tube of R 10 mm, T 1 mm bent to a ring of radius 5 m, two opposite forces P; a quarter "
+      "in n straight beams. The ring closes by k P R^3 / (E I); the result is k.";
+  c.source = "k = pi/4 - 2/pi = 0.148779, Timoshenko & Gere (1972), bending alone.";
+  c.meshes = {2, 4, 8, 16, 32};
+  c.nameMesh = NameCount;
+  c.finestShort = 32;
+  c.quantities = {{"k", "0.148779", PinchRing}};
+  return c;
+}
+
+// A flat bar 0.3 high as two bars of half the height on the same nodes, the upper one offset.
+double DeflectSplitBar(int n) {
+  const TestSection half{"half", 0, {0.15, 0.03, 0.0, 0.0}, 0.0, false};
+  TestSection upper = half;
+  upper.BeamSecOz = 0.15;
+  const double L = 3.0;
+  ModelText model = StartModel(half);
+  model.nodes = {{0.0, 0.0, 0.0}};
+  const int tip = AddChain(half, 0, {L, 0.0, 0.0}, n, {0.0, 0.0, 1.0}, model);
+  for (int i = 0; i < n; ++i) AddBeam(upper, i, i + 1, {0.0, 0.0, 1.0}, model);
+  model.restraints = {{0, Clamped}};
+  const double P = 1000.0, I = 0.03 * 0.3 * 0.3 * 0.3 / 12, As = 0.03 * 0.3 * 2 / 3;
+  model.forces = {{tip, {0.0, 0.0, P, 0.0, 0.0, 0.0}}};
+  return Component(RunModel(model), tip, 2) / (P * L * L * L / (3 * E * I) + P * L / (G * As));
+}
+
+ConvergenceCase SplitBar() {
+  ConvergenceCase c;
+  c.title = "Bar glued of two offset halves";
+  c.statement =
+      "A cantilever of 3 m, flat bar 300 x 30 mm, a force at its tip; modelled as two bars of 150 "
+      "x 30 on the same nodes, one offset by 150 mm, in n elements. Tip deflection over that of "
+      "the whole bar, P L^3 / (3 E I) + P L / (G As).";
+  c.source = "the whole bar.";
+  c.meshes = {1, 2, 4, 8, 16};
+  c.nameMesh = NameCount;
+  c.finestShort = 16;
+  c.quantities = {{"deflection", "1", DeflectSplitBar}};
+  c.comment =
+      "This is what an offset stiffener does on a plate. Both parts bend in a cubic, but the "
+      "stretch at the node line is constant over an element, so the couple of their axial forces "
+      "cannot follow a moment that changes along it: that share of the moment is left to the "
+      "halves' own bending, and between the nodes they slip. With a linear moment the excess is "
+      "(I / 2 Ihalf - 1) / (4 n^2) = 0.75 / n^2 of the deflection. A constant moment is exact. "
+      "Divide the span of an offset beam, or of a stiffened plate, into eight elements at least.";
+  return c;
+}
+
+}  // namespace
+
+std::string WriteBeams(Extent extent) {
+  return WriteSections() + WriteFrames() + WriteCase(Ring(), extent) +
+         WriteCase(SplitBar(), extent);
+}
+
+}  // namespace korvex::book

@@ -1,0 +1,122 @@
+// The verification program: computes the book and compares it with the committed document.
+//
+//   korvex_verification                     lists the chapters
+//   korvex_verification CHAPTER [--full]    computes a chapter and compares it with its section of
+//                                           the document; with --full the fine meshes too
+//   korvex_verification --outline           compares the introduction and the order of the sections
+//   korvex_verification --print CHAPTER [--full]   shows a chapter
+//   korvex_verification --write             computes everything and writes the document
+//
+// The exit status is 0 where the document agrees.
+#include <algorithm>
+#include <exception>
+#include <iostream>
+
+#include "support/temp_folder.h"
+#include "verification/book.h"
+#include "verification/chapters.h"
+
+namespace korvex::book {
+
+namespace {
+
+struct Chapter {
+  std::string name;  // on the command line
+  std::string heading;
+  std::string (*write)(Extent extent);  // what stands below the heading
+};
+
+// In the order of the document.
+std::vector<Chapter> AllChapters() {
+  return {{"patch-tests", "Patch tests", WritePatchTests},
+          {"plates", "Plates", WritePlates},
+          {"skew-plates", "Skew plates", WriteSkewPlates},
+          {"curved-shells", "Curved shells", WriteCurvedShells},
+          {"cantilevers", "Cantilevers", WriteCantilevers},
+          {"beams", "Beams", WriteBeams},
+          {"stiffeners", "Stiffened plates", WriteStiffeners},
+          {"detail-models", "Detail models of beams", WriteDetailModels},
+          {"invariants", "Invariants", WriteInvariants},
+          {"advice", "What to expect and what to avoid", WriteAdvice},
+          {"sources", "Sources", WriteSources}};
+}
+
+std::string WriteSection(const Chapter& chapter, Extent extent) {
+  return "## " + chapter.heading + "\n\n" + WrapParagraphs(chapter.write(extent));
+}
+
+std::string ReadDocument() { return test::ReadFile(KORVEX_DOCUMENT); }
+
+// The document's section with this heading; empty where there is none.
+std::string FindSection(const std::string& heading) {
+  for (const Section& section : SplitSections(ReadDocument())) {
+    if (section.heading == heading) return section.body;
+  }
+  return "";
+}
+
+int Report(const std::string& differences) {
+  if (differences.empty()) return 0;
+  std::cout << "The document differs from what the program prints:\n" << differences;
+  return 1;
+}
+
+int CheckOutline() {
+  std::string printed = WriteIntroduction(), committed;
+  for (const Chapter& chapter : AllChapters()) printed += "## " + chapter.heading + '\n';
+  for (const Section& section : SplitSections(ReadDocument())) {
+    committed += section.heading.empty() ? section.body : "## " + section.heading + '\n';
+  }
+  return Report(FindDifferences(printed, committed));
+}
+
+int WriteDocument() {
+  std::string document = WriteIntroduction();
+  for (const Chapter& chapter : AllChapters()) {
+    std::cout << chapter.heading << std::endl;
+    document += Render(WriteSection(chapter, Extent::Full));
+  }
+  test::WriteFile(KORVEX_DOCUMENT, document);
+  return 0;
+}
+
+int ListChapters() {
+  for (const Chapter& chapter : AllChapters()) std::cout << chapter.name << '\n';
+  return 0;
+}
+
+int Run(std::vector<std::string> arguments) {
+  const auto take = [&arguments](const std::string& option) {
+    const auto found = std::find(arguments.begin(), arguments.end(), option);
+    if (found == arguments.end()) return false;
+    arguments.erase(found);
+    return true;
+  };
+  if (take("--write")) return WriteDocument();
+  if (take("--outline")) return CheckOutline();
+  const bool print = take("--print");
+  const Extent extent = take("--full") ? Extent::Full : Extent::Short;
+  if (arguments.empty()) return ListChapters();
+  for (const Chapter& chapter : AllChapters()) {
+    if (chapter.name != arguments[0]) continue;
+    const std::string text = WriteSection(chapter, extent);
+    if (!print) return Report(FindDifferences(text, FindSection(chapter.heading)));
+    std::cout << Render(text);
+    return 0;
+  }
+  std::cerr << "There is no chapter " << arguments[0] << ".\n";
+  return 1;
+}
+
+}  // namespace
+
+}  // namespace korvex::book
+
+int main(int argc, char** argv) {
+  try {
+    return korvex::book::Run({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,148 @@
+// The process and the files of run_model.h.
+#include "verification/run_model.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace korvex::book {
+
+namespace {
+
+// A result file, read number by number.
+class NumberReader {
+ public:
+  explicit NumberReader(const std::filesystem::path& file)
+      : name_(file.filename().string()), text_(test::ReadFile(file)), at_(text_.c_str()) {}
+
+  // The next number; what stands before it is `separators` alone.
+  double Next(const char* separators = " \n:,()") {
+    at_ += std::strspn(at_, separators);
+    char* end = nullptr;
+    const double value = std::strtod(at_, &end);
+    if (end == at_) throw std::runtime_error(name_ + ": no number where one is expected");
+    at_ = end;
+    return value;
+  }
+
+  int NextInt() { return static_cast<int>(Next()); }
+
+  // Moves behind the next `word`; false where there is none.
+  bool SkipPast(const char* word) {
+    const char* found = std::strstr(at_, word);
+    if (found == nullptr) return false;
+    at_ = found + std::strlen(word);
+    return true;
+  }
+
+  void Expect(const char* word) {
+    if (!SkipPast(word)) throw std::runtime_error(name_ + ": no " + word);
+  }
+
+ private:
+  std::string name_;
+  std::string text_;
+  const char* at_;
+};
+
+Six NextSix(NumberReader& reader) {
+  Six six{};
+  for (double& value : six) value = reader.Next();
+  return six;
+}
+
+std::vector<Six> ReadDisplacements(const std::filesystem::path& file, std::size_t nodes) {
+  NumberReader reader(file);
+  reader.Expect("rz");
+  std::vector<Six> displacements;
+  for (std::size_t n = 0; n < nodes; ++n) {
+    if (reader.NextInt() != static_cast<int>(n)) throw std::runtime_error("node out of order");
+    displacements.push_back(NextSix(reader));
+  }
+  return displacements;
+}
+
+// A face of a stress file: the node, six stresses and the equivalent stress.
+Six NextFace(NumberReader& reader, int& node) {
+  node = reader.NextInt();
+  const Six face = NextSix(reader);
+  reader.Next();
+  return face;
+}
+
+std::vector<Corners> ReadStresses(const std::filesystem::path& file, const ModelText& model) {
+  NumberReader reader(file);
+  std::vector<Corners> shells;
+  const auto readShells = [&](std::size_t count, std::size_t nodes) {
+    for (std::size_t e = 0; e < count; ++e) {
+      reader.Expect("SE");
+      Corners corners(nodes);
+      for (Corner& corner : corners) {
+        corner.top = NextFace(reader, corner.node);
+        corner.bottom = NextFace(reader, corner.node);
+      }
+      shells.push_back(corners);
+    }
+  };
+  readShells(model.shells4.size(), 4);
+  readShells(model.shells3.size(), 3);
+  return shells;
+}
+
+Detail NextDetail(NumberReader& reader) {
+  Detail detail;
+  reader.Expect("NPOIN=");
+  detail.nodes.resize(static_cast<std::size_t>(reader.NextInt()));
+  for (auto& node : detail.nodes) node = {reader.Next(), reader.Next(), reader.Next()};
+  for (std::size_t n = 0; n < detail.nodes.size(); ++n) {
+    detail.displacements.push_back(NextSix(reader));
+  }
+  reader.Expect("NELEM=");
+  detail.shells.resize(static_cast<std::size_t>(reader.NextInt()));
+  for (Corners& shell : detail.shells) {
+    shell.resize(4);
+    for (Corner& corner : shell) corner.node = reader.NextInt();
+    for (Corner& corner : shell) {
+      corner.top = NextSix(reader);
+      reader.Next();
+      corner.bottom = NextSix(reader);
+      reader.Next();
+    }
+  }
+  return detail;
+}
+
+std::vector<Detail> ReadDetails(const std::filesystem::path& file) {
+  NumberReader reader(file);
+  reader.Expect("NELEM_B=");
+  std::vector<Detail> details;
+  while (reader.SkipPast("BEI=")) details.push_back(NextDetail(reader));
+  return details;
+}
+
+}  // namespace
+
+Results RunModel(const ModelText& model, Read read) {
+  const test::TempFolder folder;
+  test::WriteFile(folder.Path() / "fem_solving.txt", test::WriteModel(model));
+  const test::ProgramRun run = test::RunProgram(KORVEX_PROGRAM, folder.Path());
+  if (run.exitStatus != 0 || !run.err.empty()) {
+    throw std::runtime_error("the program ended with status " + std::to_string(run.exitStatus) +
+                             ": " + run.err);
+  }
+  Results results;
+  results.displacements = ReadDisplacements(folder.Path() / "Node_Dis.txt", model.nodes.size());
+  if (read != Read::Displacements) {
+    results.shells = ReadStresses(folder.Path() / "Shell element node stress.txt", model);
+    results.averaged = ReadStresses(folder.Path() / "Shell element average node stress.txt", model);
+  }
+  if (read == Read::Details) {
+    results.details = ReadDetails(folder.Path() / "Korvex_AverageStrs.txt");
+  }
+  return results;
+}
+
+}  // namespace korvex::book
