@@ -3,6 +3,8 @@
 
 #include <cstdint>
 #include <fstream>
+#include <new>
+#include <stdexcept>
 
 #include "beamshell/average_stress_file.h"
 #include "beamshell/generate_beam_shells.h"
@@ -24,6 +26,8 @@
 namespace korvex {
 
 namespace {
+
+constexpr const char* OutOfMemory = "Not enough memory.";
 
 // Warns of a missing model file. The run goes on: the reader fails on the same file and ends it.
 void ProbeInputFile() {
@@ -82,17 +86,26 @@ void RunStages() {
   WriteResults(model);
   ReleaseModel(model);
   WriteConsoleLine("Post-processing completed.");
+  CalcLog.close();
+  if (!CalcLog) ReportIncompleteFile(Utf8CalcLogName);
 }
 
 }  // namespace
 
 int RunKorvex() {
+  const int incompleteBefore = CountIncompleteFiles();
   try {
     RunStages();
   } catch (const RunStopped& stopped) {
     return stopped.exitStatus;
+  } catch (const std::bad_alloc&) {  // a size that was not foreseen
+    ShowNotice(OutOfMemory);
+    return 1;
+  } catch (const std::length_error&) {
+    ShowNotice(OutOfMemory);
+    return 1;
   }
-  return 0;
+  return CountIncompleteFiles() == incompleteBefore ? 0 : 1;
 }
 
 }  // namespace korvex

@@ -8,13 +8,6 @@
 
 namespace korvex {
 
-namespace {
-
-// "计算日志.txt" in UTF-8, spelled as in gbk_texts.h and for the same reason.
-constexpr const char* Utf8CalcLogName = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
-
-}  // namespace
-
 void OpenCalcLog(std::ofstream& log) {
   log.open(GbkCalcLogName, std::ios::out | std::ios::trunc);
   if (!log.is_open()) return;

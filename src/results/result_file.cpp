@@ -26,6 +26,7 @@ void WriteBlock(ResultFile& file) {
 }  // namespace
 
 void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file) {
+  file.name = name;
   file.stream.open(name);
   if (!file.stream.is_open()) StopUnwritable(gbkFailure);
   file.text.reserve(BlockSize + BlockSize / 4);
@@ -33,7 +34,8 @@ void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file) 
 
 void CloseResultFile(ResultFile& file) {
   WriteBlock(file);
-  file.stream.close();
+  file.stream.close();  // keeps a failure of any block before
+  if (!file.stream) ReportIncompleteFile(file.name);
 }
 
 void Add(ResultFile& file, std::string_view text) { file.text.append(text); }

@@ -13,6 +13,7 @@
 namespace korvex {
 
 struct ResultFile {
+  std::string name;
   std::ofstream stream;
   std::string text;  // what the stream has not got yet
 };
@@ -20,7 +21,8 @@ struct ResultFile {
 // Opens the file for writing, truncated. Where that fails the run stops with `gbkFailure`.
 void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file);
 
-// Writes what is left and closes the file.
+// Writes what is left and closes the file. A file that could not be written whole is reported, and
+// the run goes on.
 void CloseResultFile(ResultFile& file);
 
 // Each adds one item.
