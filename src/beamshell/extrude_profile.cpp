@@ -107,7 +107,20 @@ void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
   }
 }
 
+// Kept for each node: position and displacements. For each shell: the record, its nodes and its
+// four corners in the grid of average_corners.h, which has up to four entries for each.
+constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
+constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
+                                        4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
+
 }  // namespace
+
+std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
+                               const BeamShellModel& model) {
+  const auto n = static_cast<std::uint64_t>(CountSteps(profile, beam, model));
+  return (profile.points.size() * (n + 1) + 2) * BytesPerNode +
+         profile.segments.size() * n * BytesPerShell;
+}
 
 void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model) {
   const std::int32_t n = CountSteps(profile, beam, model);

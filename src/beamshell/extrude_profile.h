@@ -12,6 +12,11 @@
 
 namespace korvex {
 
+// The bytes that the nodes and shells of the model will take, with what their averaging needs. The
+// arguments and the stop are those of ExtrudeProfile.
+std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
+                               const BeamShellModel& model);
+
 // Fills nodes, shells and links of `model` and their counts. It must hold E, Mu, the end points and
 // the orientation vector.
 // profile: with the offset, not empty; beam: the beam's number, for the notice.

@@ -1,10 +1,14 @@
 // The loop over the beams of generate_beam_shells.h.
 #include "beamshell/generate_beam_shells.h"
 
+#include <algorithm>
+#include <string>
+
 #include "beamshell/average_corners.h"
 #include "beamshell/extrude_profile.h"
 #include "beamshell/section_profile.h"
 #include "beamshell/solve_beam_shell.h"
+#include "platform/check_memory.h"
 #include "platform/stop_run.h"
 
 namespace korvex {
@@ -47,6 +51,32 @@ void BuildSectionProfile(const Model& model, const BeamSectionRef& ref, SectionP
   ShiftProfile(ref.BeamSecOz, profile);
 }
 
+bool HasSectionTable(std::int32_t BeamSecType) {
+  return BeamSecType == BeamSecTypeT || BeamSecType == BeamSecTypeL || BeamSecType == BeamSecTypeC;
+}
+
+constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
+
+// Describes all detail models and stops the run where memory cannot hold them together. Each is
+// small, but a section much smaller than its beam makes many shells, and so do many beams.
+void DescribeBeams(Model& model) {
+  const std::string what =
+      "the detail models of " + std::to_string(model.NELEM_B) + " beam elements";
+  AllocateItems(what, static_cast<std::size_t>(model.NELEM_B), model.BeamShellModels);
+  SectionProfile profile;
+  std::uint64_t bytes = 0;
+  for (std::int32_t b = 0; b < model.NELEM_B; ++b) {
+    const auto row = static_cast<std::size_t>(b);
+    DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, model.BeamShellModels[row]);
+    const BeamSectionRef& ref = model.BeamSectionRefs[row];
+    if (!HasSectionTable(ref.BeamSecType)) break;  // the run will end here
+    BuildSectionProfile(model, ref, profile);
+    bytes = std::min(bytes + CountDetailBytes(profile, b, model.BeamShellModels[row]),
+                     MoreThanAnyMemory);
+  }
+  CheckMemory(what, bytes, 1);
+}
+
 // The six solved displacements of a node.
 const double* NodeDisplacements(const Model& model, std::int32_t node) {
   return &model.Displacements[static_cast<std::size_t>(node) * DofsPerNode];
@@ -56,13 +86,12 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 
 void GenerateBeamShells(Model& model) {
   if (model.NELEM_B < 1) return;
-  model.BeamShellModels.assign(static_cast<std::size_t>(model.NELEM_B), {});
+  DescribeBeams(model);
   SectionProfile profile;
   BeamShellModel spare;  // holds the memory of the systems between two beams
   for (std::int32_t b = 0; b < model.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     BeamShellModel& detail = model.BeamShellModels[row];
-    DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, detail);
     BuildSectionProfile(model, model.BeamSectionRefs[row], profile);
     HandOnSystem(spare, detail);
     ExtrudeProfile(profile, b, detail);

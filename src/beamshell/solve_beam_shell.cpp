@@ -1,10 +1,12 @@
 // The stages of SolveBeamShell. Notation: P profile points, end 1 and end 2 of the beam.
 #include "beamshell/solve_beam_shell.h"
 
+#include <string>
 #include <utility>
 
 #include "beam/beam_frame.h"
 #include "beam/beam_stiffness.h"
+#include "platform/check_memory.h"
 #include "results/shell_stresses.h"
 #include "shell/shell_stiffness.h"
 #include "system/assemble_element.h"
@@ -45,11 +47,17 @@ void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShe
 }  // namespace
 
 void BuildBeamShellProfile(BeamShellModel& model) {
+  const std::string equations = std::to_string(model.NEQ) + " equations of a detail model";
+  CheckMemory("the " + equations, static_cast<std::uint64_t>(model.NEQ), BytesPerEquation);
   InitColumnHeights(model.Stiffness, model.NEQ);
   RaiseElementColumns(model.ShellNodes, model.NodesPerShell, model.Stiffness);
   RaiseElementColumns(model.LinkNodes, model.NodesPerLink, model.Stiffness);
   ComputeDiagonalAddresses(model.Stiffness);
-  AllocateValues(model.Stiffness);
+  // The model before may have handed on room enough.
+  const auto entries = static_cast<std::uint64_t>(model.Stiffness.SkylineSize);
+  const bool hasRoom = entries <= model.Stiffness.Values.capacity();
+  AllocateOrStop("the stiffness matrix of " + equations, hasRoom ? 0 : entries, sizeof(double),
+                 [&] { AllocateValues(model.Stiffness); });
   model.LoadVector.assign(static_cast<std::size_t>(model.NEQ), 0.0);
   model.Displacements.resize(static_cast<std::size_t>(model.NEQ));
 }

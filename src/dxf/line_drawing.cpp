@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
+#include "platform/check_memory.h"
 #include "platform/gbk_texts.h"
 #include "results/result_file.h"
 
@@ -43,6 +45,12 @@ void WriteDrawing(const char* fileName, const Model& model, const std::vector<Ve
   CloseResultFile(file);
 }
 
+// Room for one point per node.
+void AllocatePoints(const Model& model, std::vector<Vector3>& points) {
+  AllocateItems("the drawing of " + std::to_string(model.NPOIN) + " nodal points",
+                model.Nodes.size(), points);
+}
+
 // The first of node n's three translations.
 const double* Translations(const Model& model, std::size_t n) {
   return &model.Displacements[n * DofsPerNode];
@@ -72,8 +80,11 @@ double LargestExtent(const Model& model) {
 
 void WriteStructureDrawing(const char* fileName, const Model& model) {
   std::vector<Vector3> points;
-  points.reserve(model.Nodes.size());
-  for (const Node& node : model.Nodes) points.push_back({node.x, node.y, node.z});
+  AllocatePoints(model, points);
+  for (std::size_t n = 0; n < model.Nodes.size(); ++n) {
+    const Node& node = model.Nodes[n];
+    points[n] = {node.x, node.y, node.z};
+  }
   WriteDrawing(fileName, model, points);
 }
 
@@ -85,11 +96,11 @@ double ComputeDrawingScale(const Model& model) {
 void WriteDeformationDrawing(const char* fileName, const Model& model) {
   const double scale = ComputeDrawingScale(model);
   std::vector<Vector3> points;
-  points.reserve(model.Nodes.size());
+  AllocatePoints(model, points);
   for (std::size_t n = 0; n < model.Nodes.size(); ++n) {
     const Node& node = model.Nodes[n];
     const double* u = Translations(model, n);
-    points.push_back({node.x + scale * u[0], node.y + scale * u[1], node.z + scale * u[2]});
+    points[n] = {node.x + scale * u[0], node.y + scale * u[1], node.z + scale * u[2]};
   }
   WriteDrawing(fileName, model, points);
 }

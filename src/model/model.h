@@ -13,6 +13,7 @@
 #include "beam/beam_element.h"
 #include "beamshell/beam_shell_model.h"
 #include "model/material.h"
+#include "model/zeroed_table.h"
 #include "shell/shell_element.h"
 #include "system/skyline_matrix.h"
 
@@ -74,12 +75,12 @@ struct Model {
   std::int32_t NDL_S_3ND = 0;    // distributed loads on three-node shells
   std::int32_t NDL_B = 0;        // distributed loads on beams
 
-  std::vector<Material> Materials;                   // [NMT]
-  std::vector<ShellThickness> ShellThicknesses;      // [NTK]
-  std::vector<BeamSection> TBeamSections;            // [NTBS]
-  std::vector<BeamSection> LBeamSections;            // [NLBS]
-  std::vector<CBeamSection> CBeamSections;           // [NCBS]
-  std::vector<Node> Nodes;                           // [NPOIN]
+  ZeroedTable<Material> Materials;                   // [NMT]
+  ZeroedTable<ShellThickness> ShellThicknesses;      // [NTK]
+  ZeroedTable<BeamSection> TBeamSections;            // [NTBS]
+  ZeroedTable<BeamSection> LBeamSections;            // [NLBS]
+  ZeroedTable<CBeamSection> CBeamSections;           // [NCBS]
+  ZeroedTable<Node> Nodes;                           // [NPOIN]
   std::vector<Shell4Element> Shell4Elements;         // [NELEM_S_4ND]
   std::vector<std::int32_t> Shell4Nodes;             // [NELEM_S_4ND x 4], element-major
   std::vector<Shell3Element> Shell3Elements;         // [NELEM_S_3ND]
@@ -87,11 +88,11 @@ struct Model {
   std::vector<BeamElement> BeamElements;             // [NELEM_B]
   std::vector<std::int32_t> BeamNodes;               // [NELEM_B x 2], element-major
   std::vector<BeamSectionRef> BeamSectionRefs;       // [NELEM_B]
-  std::vector<NodalRestraint> NodalRestraints;       // [NRN]
-  std::vector<NodalForce> NodalForces;               // [NFOR]
-  std::vector<ShellSurfaceLoad> Shell4SurfaceLoads;  // [NDL_S_4ND]
-  std::vector<ShellSurfaceLoad> Shell3SurfaceLoads;  // [NDL_S_3ND]
-  std::vector<BeamLineLoad> BeamLineLoads;           // [NDL_B]
+  ZeroedTable<NodalRestraint> NodalRestraints;       // [NRN]
+  ZeroedTable<NodalForce> NodalForces;               // [NFOR]
+  ZeroedTable<ShellSurfaceLoad> Shell4SurfaceLoads;  // [NDL_S_4ND]
+  ZeroedTable<ShellSurfaceLoad> Shell3SurfaceLoads;  // [NDL_S_3ND]
+  ZeroedTable<BeamLineLoad> BeamLineLoads;           // [NDL_B]
 
   std::int32_t NEQ = 0;               // equations: NPOIN x DofsPerNode
   SkylineMatrix Stiffness;            // NEQ columns; its factors after the solution

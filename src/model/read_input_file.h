@@ -6,6 +6,7 @@
 #pragma once
 
 #include <fstream>
+#include <string>
 
 #include "model/model.h"
 
@@ -19,8 +20,11 @@ inline constexpr double ModelFileRelease = 3.0;
 bool OpenInputFile(const char* fileName, std::ifstream& stream);
 
 // Fills `model` from the file. Stops the run with a notice where the file cannot be opened, its
-// release differs from ModelFileRelease, a count is negative, or a reference that is used leads
-// outside its table.
+// release differs from ModelFileRelease, a count is negative, a reference that is used leads outside
+// its table, or the file or a table of it is larger than memory.
 void ReadInputFile(const char* fileName, Model& model);
+
+// The same from the text of the file.
+void ReadInputText(std::string text, Model& model);
 
 }  // namespace korvex

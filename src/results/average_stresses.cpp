@@ -3,7 +3,9 @@
 #include "results/average_stresses.h"
 
 #include <algorithm>
+#include <string>
 
+#include "platform/check_memory.h"
 #include "results/corner_sum.h"
 
 namespace korvex {
@@ -26,7 +28,7 @@ void AddNeighbours(const std::vector<ShellElement<Nodes>>& elements,
                    const std::vector<std::int32_t>& connectivity, const NodeElements& lists,
                    std::int32_t node, std::int32_t skipped, CornerSum& sum) {
   const auto n = static_cast<std::size_t>(node);
-  for (std::int32_t at = lists.first[n]; at < lists.first[n + 1]; ++at) {
+  for (std::int64_t at = lists.first[n]; at < lists.first[n + 1]; ++at) {
     const std::int32_t f = lists.elements[static_cast<std::size_t>(at)];
     if (f == skipped) continue;
     AddCorner(elements[static_cast<std::size_t>(f)], FindCorner<Nodes>(connectivity, f, node), sum);
@@ -67,10 +69,10 @@ void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_
   for (std::size_t n = 1; n < lists.first.size(); ++n) lists.first[n] += lists.first[n - 1];
 
   lists.elements.resize(static_cast<std::size_t>(lists.first.back()));
-  std::vector<std::int32_t> next(lists.first.begin(), lists.first.end() - 1);
+  std::vector<std::int64_t> next(lists.first.begin(), lists.first.end() - 1);
   for (std::size_t p = 0; p < connectivity.size(); ++p) {
     if (!isFirst(p)) continue;
-    std::int32_t& place = next[static_cast<std::size_t>(connectivity[p])];
+    std::int64_t& place = next[static_cast<std::size_t>(connectivity[p])];
     lists.elements[static_cast<std::size_t>(place++)] = static_cast<std::int32_t>(p / step);
   }
 }
@@ -96,6 +98,11 @@ void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const Nod
 }
 
 void AverageNodeStresses(Model& model) {
+  // Where each list begins, twice while it is filled, and an entry for each corner.
+  CheckMemory("the elements at " + std::to_string(model.NPOIN) + " nodal points",
+              (static_cast<std::uint64_t>(model.NPOIN) + 1) * 4 + model.Shell4Nodes.size() / 2 +
+                  model.Shell3Nodes.size() / 2,
+              sizeof(std::int64_t));
   NodeElements lists4, lists3;
   ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
   ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);

@@ -13,7 +13,7 @@ namespace korvex {
 
 // The elements at each node, in table order, each listed once.
 struct NodeElements {
-  std::vector<std::int32_t> first;     // [nodes + 1] where a node's elements begin in `elements`
+  std::vector<std::int64_t> first;     // [nodes + 1] where a node's elements begin in `elements`
   std::vector<std::int32_t> elements;  // element indices, node after node
 };
 

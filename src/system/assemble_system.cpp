@@ -4,6 +4,7 @@
 #include "beam/beam_stiffness.h"
 #include "dxf/line_drawing.h"
 #include "model/read_input_file.h"
+#include "platform/check_memory.h"
 #include "platform/console.h"
 #include "shell/shell_stiffness.h"
 #include "system/assemble_element.h"
@@ -41,11 +42,13 @@ void AssembleSystem(Model& model, std::ostream& log) {
   model.NFOR = model.NDL_S_4ND = model.NDL_S_3ND = model.NDL_B = 0;
   ReadInputFile("fem_solving.txt", model);
 
-  model.NEQ = model.NPOIN * DofsPerNode;
+  NumberEquations(model);
   BuildProfile(model);
   ComputeDiagonalAddresses(model.Stiffness);
   ReportMemoryEstimate(model.Stiffness, log);
-  AllocateValues(model.Stiffness);
+  AllocateOrStop("the global stiffness matrix",
+                 static_cast<std::uint64_t>(model.Stiffness.SkylineSize), sizeof(double),
+                 [&] { AllocateValues(model.Stiffness); });
 
   WriteStructureDrawing("structure.dxf", model);
 

@@ -30,7 +30,7 @@ struct LoadKind {
 // Adds the equivalent nodal loads of all loads on one kind of element.
 // connectivity: elements x Nodes node indices, element-major; vector: the kind's routine.
 template <std::int32_t Nodes, typename Element, typename Load>
-void AddElementLoads(const std::vector<Load>& loads, const LoadKind& kind,
+void AddElementLoads(const ZeroedTable<Load>& loads, const LoadKind& kind,
                      const std::vector<Element>& elements,
                      const std::vector<std::int32_t>& connectivity,
                      void (*vector)(const Element&, const Load&, double*), std::vector<double>& F) {

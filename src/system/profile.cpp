@@ -3,8 +3,12 @@
 
 #include <array>
 #include <iostream>
+#include <limits>
+#include <string>
 
+#include "platform/check_memory.h"
 #include "platform/console.h"
+#include "platform/stop_run.h"
 
 namespace korvex {
 
@@ -37,6 +41,18 @@ void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
     BuildDofList(&connectivity[first], nodesPerElement, g.data());
     RaiseColumns(K, g.data(), nodesPerElement * DofsPerNode);
   }
+}
+
+void NumberEquations(Model& model) {
+  const std::int64_t equations = std::int64_t{model.NPOIN} * DofsPerNode;
+  constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
+  if (equations > Limit) {
+    StopWithNotice(std::to_string(model.NPOIN) + " nodal points have " + std::to_string(equations) +
+                   " equations; at most " + std::to_string(Limit) + " can be numbered.");
+  }
+  CheckMemory("the system of " + std::to_string(equations) + " equations",
+              static_cast<std::uint64_t>(equations), BytesPerEquation);
+  model.NEQ = static_cast<std::int32_t>(equations);
 }
 
 void BuildProfile(Model& model) {

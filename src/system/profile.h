@@ -12,6 +12,11 @@
 
 namespace korvex {
 
+// What the solution of a system needs for each equation, besides the entries above the diagonal:
+// height, address, diagonal, load and displacement.
+inline constexpr std::uint64_t BytesPerEquation =
+    sizeof(std::int32_t) + sizeof(std::int64_t) + 3 * sizeof(double);
+
 // g: 6 x nodeCount, written completely: the equations of an element's dofs, node by node.
 // nodes: nodeCount node indices in the element's order.
 void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_t* g);
@@ -20,6 +25,10 @@ void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_
 // connectivity: elements x nodesPerElement (at most 4) node indices, element-major.
 void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
                          std::int32_t nodesPerElement, SkylineMatrix& K);
+
+// Sets NEQ. Stops the run where the equations are more than an int32 counts, or where memory cannot
+// hold their system: addresses, loads and displacements, and the matrix at its smallest.
+void NumberEquations(Model& model);
 
 // Fills the ColumnHeights of the stiffness matrix from the connectivity tables: four-node shells,
 // three-node shells, beams. Does nothing if NEQ < 1.

@@ -38,9 +38,9 @@ struct Expectation {
 };
 
 // Takes a count over. Tells whether the section is read.
-template <typename FileRow, typename Row>
+template <typename FileRow, typename Table>
 bool TakeCount(Expectation& e, const char* key, const FileTable<FileRow>& table,
-               std::int32_t& count, std::vector<Row>& rows) {
+               std::int32_t& count, Table& rows) {
   count = table.count;
   if (count < 0) {
     e.notice = std::string("The count ") + key + " is negative: " + std::to_string(count) + ".";
@@ -81,7 +81,7 @@ bool ExpectProperties(const FileTables& t, Expectation& e) {
   return true;
 }
 
-void ExpectSectionRows(const FileTable<FileBeamSection>& table, std::vector<BeamSection>& rows) {
+void ExpectSectionRows(const FileTable<FileBeamSection>& table, ZeroedTable<BeamSection>& rows) {
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const FileBeamSection& row = table.rows[i];
     rows[i] = {row.Hw, row.Tw, row.Bf, row.Tf};
@@ -176,8 +176,8 @@ bool ExpectBeam(const FileBeam& row, const std::string& rowName, Expectation& e,
   const std::pair<std::int32_t, const char*> tables[] = {
       {m.NTBS, "T_beam sections"}, {m.NLBS, "L_beam sections"}, {m.NCBS, "C_beam sections"}};
   const auto& table = tables[row.BeamSecType];
-  if (!Refers(e, rowName, "section", index, table.first, table.second)) return false;
   if (!RefersToMaterial(e, rowName, row.material)) return false;
+  if (!Refers(e, rowName, "section", index, table.first, table.second)) return false;
   FillExpectedBeam(row, m, beam);
   if (row.BeamSecType == 0) {
     const BeamSection& s = m.TBeamSections[section];
@@ -328,11 +328,11 @@ void Append(Image& image, const BeamLineLoad& l) {
   Append(image, l.q);
 }
 
-template <typename Row>
-Image MakeImage(std::int32_t count, const std::vector<Row>& rows) {
+template <typename Table>
+Image MakeImage(std::int32_t count, const Table& rows) {
   Image image;
   Append(image, count);
-  for (const Row& row : rows) Append(image, row);
+  for (const auto& row : rows) Append(image, row);
   return image;
 }
 
@@ -680,7 +680,10 @@ void CompareReaders(const std::string& fileName, const std::string& text, Tally&
   const Expectation expected = BuildExpectation(tables);
   CountEnd(tables, expected, tally);
   const Expectation ours = ReadWithOurs(fileName);
-  const std::string differences = FindDifferences(ours.model, expected.model);
+  // Nobody looks at the tables of a run that has stopped, and how far they are filled is open.
+  const bool isStopped = !expected.notice.empty();
+  const std::string differences =
+      isStopped ? std::string() : FindDifferences(ours.model, expected.model);
   if (differences.empty() && ours.notice == FormatNotice(expected.notice)) return;
   ++tally.differences;
   ADD_FAILURE() << "file " << tally.files << " differs in" << differences << "\nnotice "

@@ -672,14 +672,14 @@ TEST(AverageStresses, RandomMeshesAgreeWithTheRuleOverAllPairs) {
 TEST(NodeElementLists, FollowTheTableOrder) {
   NodeElements lists;
   ListNodeElements({4, 0, 1, 2, 1, 0, 1, 4, 2}, 3, 5, lists);
-  EXPECT_EQ(lists.first, (std::vector<std::int32_t>{0, 2, 5, 7, 7, 9}));
+  EXPECT_EQ(lists.first, (std::vector<std::int64_t>{0, 2, 5, 7, 7, 9}));
   EXPECT_EQ(lists.elements, (std::vector<std::int32_t>{0, 1, 0, 1, 2, 1, 2, 0, 2}));
 }
 
 TEST(NodeElementLists, ElementThatRepeatsANodeIsListedOnceThere) {
   NodeElements lists;
   ListNodeElements({1, 0, 1, 1, 0, 2, 2, 1}, 4, 3, lists);
-  EXPECT_EQ(lists.first, (std::vector<std::int32_t>{0, 2, 4, 5}));
+  EXPECT_EQ(lists.first, (std::vector<std::int64_t>{0, 2, 4, 5}));
   EXPECT_EQ(lists.elements, (std::vector<std::int32_t>{0, 1, 0, 1, 1}));
 }
 
@@ -687,14 +687,14 @@ TEST(NodeElementLists, WithoutElementsEveryListIsEmpty) {
   NodeElements lists;
   lists.elements = {7};  // left over from another use
   ListNodeElements({}, 4, 2, lists);
-  EXPECT_EQ(lists.first, (std::vector<std::int32_t>{0, 0, 0}));
+  EXPECT_EQ(lists.first, (std::vector<std::int64_t>{0, 0, 0}));
   EXPECT_TRUE(lists.elements.empty());
 }
 
 TEST(NodeElementLists, WithoutNodes) {
   NodeElements lists;
   ListNodeElements({}, 3, 0, lists);
-  EXPECT_EQ(lists.first, std::vector<std::int32_t>{0});
+  EXPECT_EQ(lists.first, std::vector<std::int64_t>{0});
   EXPECT_TRUE(lists.elements.empty());
 }
 

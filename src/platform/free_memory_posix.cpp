@@ -1,0 +1,65 @@
+// The memory of free_memory.h on Linux.
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <string>
+
+#include "platform/container_limit.h"
+#include "platform/free_memory.h"
+
+namespace korvex {
+
+namespace {
+
+// What the process has got so far, in bytes; zeros where the system does not tell.
+struct ProcessSize {
+  std::uint64_t addresses = 0;  // reserved, touched or not
+  std::uint64_t resident = 0;   // in physical memory
+};
+
+ProcessSize ReadProcessSize() {
+  ProcessSize pages;
+  std::ifstream stream("/proc/self/statm");
+  stream >> pages.addresses >> pages.resident;
+  const auto pageSize = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  return {pages.addresses * pageSize, pages.resident * pageSize};
+}
+
+// What the kernel expects to be able to give without taking it from others, and free swap space. A
+// line of the file is "MemAvailable:   16000000 kB".
+std::uint64_t ReadMachineMemory() {
+  std::ifstream stream("/proc/meminfo");
+  std::uint64_t sum = 0, kilobytes = 0;
+  bool isKnown = false;
+  for (std::string name, unit; stream >> name >> kilobytes;) {
+    std::getline(stream, unit);
+    if (name == "MemAvailable:") isKnown = true;
+    if (name == "MemAvailable:" || name == "SwapFree:") sum += kilobytes * 1024;
+  }
+  return isKnown ? sum : UnknownMemory;
+}
+
+std::uint64_t ReadAddressLimit() {
+  struct rlimit limit {};
+  if (getrlimit(RLIMIT_AS, &limit) != 0 || limit.rlim_cur == RLIM_INFINITY) return UnknownMemory;
+  return limit.rlim_cur;
+}
+
+std::uint64_t Remainder(std::uint64_t limit, std::uint64_t used) {
+  if (limit == UnknownMemory) return UnknownMemory;
+  return limit > used ? limit - used : 0;
+}
+
+}  // namespace
+
+std::uint64_t ReadFreeMemory() {
+  const ProcessSize size = ReadProcessSize();
+  return std::min(
+      {ReadMachineMemory(),
+       Remainder(ReadContainerLimit("/proc/self/cgroup", "/sys/fs/cgroup"), size.resident),
+       Remainder(ReadAddressLimit(), size.addresses)});
+}
+
+}  // namespace korvex

@@ -1,0 +1,19 @@
+// The memory of free_memory.h on Windows, which never promises more than it can commit.
+#define WIN32_LEAN_AND_MEAN
+#define NOMINMAX
+#include <windows.h>
+
+#include <algorithm>
+
+#include "platform/free_memory.h"
+
+namespace korvex {
+
+std::uint64_t ReadFreeMemory() {
+  MEMORYSTATUSEX status{};
+  status.dwLength = sizeof status;
+  if (GlobalMemoryStatusEx(&status) == 0) return UnknownMemory;
+  return std::min<std::uint64_t>(status.ullAvailPageFile, status.ullAvailVirtual);
+}
+
+}  // namespace korvex

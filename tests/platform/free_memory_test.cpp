@@ -1,0 +1,86 @@
+// What the machine, a container and a limit leave, each against what it was set to.
+#include "platform/free_memory.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "platform/container_limit.h"
+#include "support/temp_folder.h"
+
+namespace korvex {
+namespace {
+
+namespace fs = std::filesystem;
+
+using test::TempFolder;
+using test::WriteFile;
+
+constexpr std::uint64_t Gigabyte = std::uint64_t{1} << 30U;
+
+TEST(FreeMemory, IsLessThanPhysicalMemoryAndSwap) {
+  const auto pages = static_cast<std::uint64_t>(sysconf(_SC_PHYS_PAGES));
+  const auto size = static_cast<std::uint64_t>(sysconf(_SC_PAGESIZE));
+  const std::uint64_t free = ReadFreeMemory();
+  EXPECT_GT(free, std::uint64_t{1} << 20U);
+  EXPECT_LT(free, pages * size + (std::uint64_t{1} << 45U));  // no swap space of 32 TB
+}
+
+// Under a limit of 2^50 bytes, a thousand times any machine's memory, nothing changes; under one of
+// what the process has already, nothing is free. In a child, because a limit stays.
+TEST(FreeMemory, ALimitOfTheAddressSpaceCounts) {
+  const pid_t child = fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    struct rlimit limit {};
+    getrlimit(RLIMIT_AS, &limit);
+    limit.rlim_cur = 4096;
+    const bool isSet = setrlimit(RLIMIT_AS, &limit) == 0;
+    _exit(isSet && ReadFreeMemory() == 0 ? 0 : 1);
+  }
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+}
+
+// A folder of group files. groups: the list of the process's groups.
+std::uint64_t LimitOf(const TempFolder& folder, const std::string& groups) {
+  WriteFile(folder.Path() / "groups", groups);
+  return ReadContainerLimit((folder.Path() / "groups").string(), folder.Path().string());
+}
+
+TEST(ContainerLimit, NoGroupsMeanNoLimit) {
+  const TempFolder folder;
+  EXPECT_EQ(LimitOf(folder, ""), UnknownMemory);
+  EXPECT_EQ(LimitOf(folder, "garbage\n:\n"), UnknownMemory);
+  EXPECT_EQ(LimitOf(folder, "0::/\n"), UnknownMemory);
+  EXPECT_EQ(ReadContainerLimit("/no/such/file", "/no/such/folder"), UnknownMemory);
+}
+
+TEST(ContainerLimit, TheSmallestOfTheGroupsAroundItCounts) {
+  const TempFolder folder;
+  fs::create_directories(folder.Path() / "a" / "b");
+  WriteFile(folder.Path() / "a" / "b" / "memory.max", "max\n");
+  EXPECT_EQ(LimitOf(folder, "0::/a/b\n"), UnknownMemory);
+  WriteFile(folder.Path() / "a" / "memory.max", "3221225472\n");
+  EXPECT_EQ(LimitOf(folder, "0::/a/b\n"), 3 * Gigabyte);
+  WriteFile(folder.Path() / "a" / "b" / "memory.max", "2147483648\n");
+  EXPECT_EQ(LimitOf(folder, "0::/a/b\n"), 2 * Gigabyte);
+  EXPECT_EQ(LimitOf(folder, "0::/a\n"), 3 * Gigabyte);
+  WriteFile(folder.Path() / "memory.max", "1073741824\n");
+  EXPECT_EQ(LimitOf(folder, "0::/a/b\n"), Gigabyte);
+}
+
+TEST(ContainerLimit, Version1HasAFolderForMemory) {
+  const TempFolder folder;
+  fs::create_directories(folder.Path() / "memory" / "a");
+  WriteFile(folder.Path() / "memory" / "memory.limit_in_bytes", "9223372036854771712\n");
+  WriteFile(folder.Path() / "memory" / "a" / "memory.limit_in_bytes", "1073741824\n");
+  EXPECT_EQ(LimitOf(folder, "4:cpu:/x\n3:hugetlb,memory:/a\n"), Gigabyte);
+  EXPECT_EQ(LimitOf(folder, "4:cpu:/a\n"), UnknownMemory);
+  EXPECT_EQ(LimitOf(folder, "3:memory:/\n"), 9223372036854771712U);
+}
+
+}  // namespace
+}  // namespace korvex
