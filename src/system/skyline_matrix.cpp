@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "platform/prefault_memory.h"
+
 namespace korvex {
 
 void InitColumnHeights(SkylineMatrix& K, std::int32_t n) {
@@ -28,7 +30,13 @@ void ComputeDiagonalAddresses(SkylineMatrix& K) {
 }
 
 void AllocateValues(SkylineMatrix& K) {
-  K.Values.assign(static_cast<std::size_t>(K.SkylineSize), 0.0);
+  const auto size = static_cast<std::size_t>(K.SkylineSize);
+  if (size > K.Values.capacity()) {
+    K.Values = {};  // freed first: memory may not hold both
+    K.Values.reserve(size);
+    PrefaultMemory(K.Values.data(), size * sizeof(double));
+  }
+  K.Values.assign(size, 0.0);
 }
 
 void ScatterElement(const double* ke, const std::int32_t* g, std::int32_t n, SkylineMatrix& K) {

@@ -30,6 +30,17 @@ TEST(SkylineMatrix, AddressesFollowTheHeights) {
   EXPECT_EQ(K.Values, std::vector<double>(9, 0.0));
 }
 
+// Memory of another matrix, smaller or larger, serves again; its values are gone.
+TEST(SkylineMatrix, AllocatedAgainAllValuesAreZero) {
+  SkylineMatrix K;
+  for (const std::int64_t size : {6, 4, 10}) {
+    K.SkylineSize = size;
+    AllocateValues(K);
+    EXPECT_EQ(K.Values, std::vector<double>(static_cast<std::size_t>(size), 0.0));
+    K.Values.assign(K.Values.size(), 7.0);
+  }
+}
+
 TEST(SkylineMatrix, RaisingNeverLowersAColumn) {
   SkylineMatrix K;
   InitColumnHeights(K, 4);
