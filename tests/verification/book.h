@@ -2,9 +2,9 @@
 // committed document.
 //
 // A text holds its figures as marks, control characters round the value at full precision.
-// Rendered, a mark becomes the digits that the reader sees; compared, it accepts the committed
-// digits as long as the value still rounds to them. So the words must agree to the letter and the
-// figures to their last printed digit, and a compiler that moves the sixth digit changes nothing.
+// Rendered, a mark becomes the digits that the reader sees. Compared, words must agree to the
+// letter and figures to their last printed digit. What rounds differently on every compiler is
+// marked as such and held below a bound; what a short run does not compute may be any number.
 #pragma once
 
 #include <string>

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <sstream>
 
 #include "support/temp_folder.h"
 #include "verification/book.h"
@@ -41,7 +42,22 @@ std::vector<Chapter> AllChapters() {
           {"sources", "Sources", WriteSources}};
 }
 
+// Keeps standard output silent: the invariants call the program's routines in this process, and
+// their progress lines would stand among those of the book.
+class Silence {
+ public:
+  Silence() : kept_(std::cout.rdbuf(discarded_.rdbuf())) {}
+  ~Silence() { std::cout.rdbuf(kept_); }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  std::ostringstream discarded_;
+  std::streambuf* kept_;
+};
+
 std::string WriteSection(const Chapter& chapter, Extent extent) {
+  const Silence silence;
   return "## " + chapter.heading + "\n\n" + WrapParagraphs(chapter.write(extent));
 }
 

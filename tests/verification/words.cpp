@@ -13,10 +13,13 @@ page, figure by figure.
 - `./run-tests` computes everything but the columns marked \*, chapter by chapter (the tests
   `verification.*`). It fails where a figure changes in its last digit, and where a word differs
   from what the verification program prints.
-- The fine meshes take a minute or two more: `ctest --preset release -C long -L long`, after
+- The fine meshes take half a minute more: `ctest --preset release -C long -L long`, after
   `./run-tests`.
 - `build/release/tests/verification/korvex_verification --write` computes everything and writes
-  this page. `--print CHAPTER` shows one chapter; without arguments it lists them.
+  this page. `--print CHAPTER` shows one chapter; without arguments it lists them. The text between
+  the tables stands in `tests/verification/`. Numbers in it are words: where a table has changed,
+  read its comment again. What it says of other drilling stiffnesses comes from a program altered
+  for that purpose.
 
 Each table gives the result on finer and finer meshes and, below it, result / reference. Rows
 called published are those of another element on the same meshes. Units are consistent; where none
@@ -28,9 +31,9 @@ are named, the problem was published without.
 std::string WriteAdvice(Extent /*extent*/) {
   return R"(What the tables above say to someone who has to size a structure.
 
-**Plates under pressure** are safe ground: eight elements to a span give the deflection to one
-percent, sixteen to a third of a percent; meshes as distorted as those above miss two to three
-times as much. Use quads. Stresses at a clamped edge are those of the middle of the elements
+**Plates under pressure** are safe ground: eight elements to a span give the deflection to a good
+percent, sixteen to a third of a percent; meshes as distorted as those above miss about three times
+as much. Use quads. Stresses at a clamped edge are those of the middle of the elements
 beside it: halve the mesh there, or extrapolate.
 
 **Webs and girders of shells**, and all else that bends within its own plane, need elements that
@@ -65,8 +68,10 @@ the ends, and along beams that are shorter than three widths of the flange, plat
 carry up to a tenth too much. They do not know the loads between the ends of the beam, nor the
 shear lag of the structure round it.
 
-**Supports** are springs of 1e20: in any sensible units nothing else comes near. If the sum of the
-support forces is not the load, a node has come loose or an element is warped.
+**Supports** are springs of 1e20, and support forces are -1e20 times the displacements of
+`Node_Dis.txt` at the fixed nodes. Sum them up: where their forces do not balance the loads, a
+support is missing or too soft in the model's units; where the forces do and the moments do not,
+elements are warped.
 
 )";
 }
