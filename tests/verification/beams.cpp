@@ -78,8 +78,10 @@ std::string WriteSections() {
       {"T 300 x 20 / 160 x 25", 0, plates, 0.0, false},
       {"L 300 x 20 / 160 x 25", 1, plates, 0.0, false},
       {"the same, offset by 100", 1, plates, 0.1, false},
+      {"the same, mirrored", 1, plates, 0.1, true},
       {"flat bar 300 x 50", 0, {0.3, 0.05, 0.0, 0.0}, 0.0, false},
-      {"tube R 150, T 20", 2, {0.15, 0.02, 0.0, 0.0}, 0.0, false}};
+      {"tube R 150, T 20", 2, {0.15, 0.02, 0.0, 0.0}, 0.0, false},
+      {"the same, offset by 100", 2, {0.15, 0.02, 0.0, 0.0}, 0.1, false}};
   std::vector<Row> rows{{"", "", "A", "Iy", "Iz", "J", "ey", "ez", "shear area z"}};
   for (const TestSection& section : sections) {
     const test::SectionNumbers exact = test::ComputeNumbers(section);

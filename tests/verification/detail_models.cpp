@@ -43,9 +43,10 @@ Outline OutlineOfT(double Hw, double Tw, double Bf, double Tf, int steps) {
           steps};
 }
 
-Outline OutlineOfL(double Hw, double Tw, double Bf, double Tf, int steps) {
+// `reach`: the flange's width, negative where it is mirrored.
+Outline OutlineOfL(double Hw, double Tw, double reach, double Tf, int steps) {
   const double top = Hw + Tf / 2;
-  return {{{0.0, 0.0}, {0.0, Hw / 3}, {0.0, 2 * Hw / 3}, {0.0, top}, {Bf, top}},
+  return {{{0.0, 0.0}, {0.0, Hw / 3}, {0.0, 2 * Hw / 3}, {0.0, top}, {reach, top}},
           {{0, 1, 0}, {1, 2, 0}, {2, 3, 0}, {3, 4, 1}},
           {Tw, Tf},
           steps};
@@ -80,6 +81,11 @@ std::vector<DetailCase> AllCases() {
       OutlineOfT(300.0, 10.0, 120.0, 12.0, 9));
   add("L 300 x 10 / 100 x 12", 1, {300.0, 10.0, 100.0, 12.0},
       OutlineOfL(300.0, 10.0, 100.0, 12.0, 9));
+  add("the same, mirrored, offset by 50", 1, {300.0, 10.0, 100.0, 12.0},
+      OutlineOfL(300.0, 10.0, -100.0, 12.0, 9));
+  cases.back().section.mirrored = true;
+  cases.back().section.BeamSecOz = 50.0;
+  for (auto& point : cases.back().outline.points) point[1] += 50.0;
   add("tube R 100, T 8", 2, {100.0, 8.0, 0.0, 0.0}, OutlineOfTube(100.0, 8.0, 13));
   return cases;
 }

@@ -1,6 +1,7 @@
 // The process and the files of run_model.h.
 #include "verification/run_model.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
@@ -65,12 +66,26 @@ std::vector<Six> ReadDisplacements(const std::filesystem::path& file, std::size_
   return displacements;
 }
 
-// A face of a stress file: the node, six stresses and the equivalent stress.
+// Six stresses and the equivalent stress of von Mises, which must be theirs.
+Six NextStresses(NumberReader& reader) {
+  constexpr double FileDigits = 1e-5;  // of the six components, added up
+  const Six s = NextSix(reader);
+  const double SE = reader.Next();
+  double size = 0.0;
+  for (const double component : s) size += std::fabs(component);
+  const double shear = s[3] * s[3] + s[4] * s[4] + s[5] * s[5];
+  const double normal =
+      s[0] * s[0] + s[1] * s[1] + s[2] * s[2] - s[0] * s[1] - s[1] * s[2] - s[2] * s[0];
+  if (!(std::fabs(SE - std::sqrt(normal + 3 * shear)) <= FileDigits * size)) {
+    throw std::runtime_error("an equivalent stress is not that of its components");
+  }
+  return s;
+}
+
+// A face of a stress file: the node and its stresses.
 Six NextFace(NumberReader& reader, int& node) {
   node = reader.NextInt();
-  const Six face = NextSix(reader);
-  reader.Next();
-  return face;
+  return NextStresses(reader);
 }
 
 std::vector<Corners> ReadStresses(const std::filesystem::path& file, const ModelText& model) {
@@ -106,10 +121,8 @@ Detail NextDetail(NumberReader& reader) {
     shell.resize(4);
     for (Corner& corner : shell) corner.node = reader.NextInt();
     for (Corner& corner : shell) {
-      corner.top = NextSix(reader);
-      reader.Next();
-      corner.bottom = NextSix(reader);
-      reader.Next();
+      corner.top = NextStresses(reader);
+      corner.bottom = NextStresses(reader);
     }
   }
   return detail;

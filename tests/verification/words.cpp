@@ -8,7 +8,7 @@ std::string WriteIntroduction() {
 
 What the program computes beside what others have published, weaknesses included. The tests write
 the models of this page, run the program on them, read its result files and compare them with this
-page, figure by figure.
+page, figure by figure. Each equivalent stress in the files is held to its six components.
 
 - `./run-tests` computes everything but the columns marked \*, chapter by chapter (the tests
   `verification.*`). It fails where a figure changes in its last digit, and where a word differs
