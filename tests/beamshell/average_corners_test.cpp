@@ -220,6 +220,15 @@ TEST(AverageCorners, ThickerShellIncludesTheThinnerAndNotTheReverse) {
   ExpectAverage(models, {0, 1, 3}, {{0, 0, 2}, {0, 1, 3}});
 }
 
+// The bound is a quotient: 1.8 - 1.5 exceeds 3 / 10 by its rounding, not 3 times 0.1.
+TEST(AverageCorners, RoundedDifferenceBeyondATenth) {
+  Models models = MakeFold(0, 3.0);
+  AddShell(models[0], {2, 5, 6, 3}, 3.6);
+  NumberAndAverage(models);
+  ExpectOwn(models, {0, 0, 1});
+  ExpectAverage(models, {0, 1, 0}, {{0, 0, 1}, {0, 1, 0}});
+}
+
 // One unit in the last place less on the thinner side, and 1.25 is exceeded.
 TEST(AverageCorners, ThicknessesBeyondTheBoundAreNotAveraged) {
   Models models = MakeFold(0, std::nextafter(10.0, 0.0));

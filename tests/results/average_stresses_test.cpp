@@ -159,6 +159,15 @@ TEST(AverageStresses, ThickerElementIncludesTheThinnerAndNotTheReverse) {
   ExpectAverage(model.Shell4Elements[1], 3, 17.5, 17.5 + Bottom);
 }
 
+// The bound is a quotient: 1.8 - 1.5 exceeds 3 / 10 by its rounding, not 3 times 0.1.
+TEST(AverageStresses, RoundedDifferenceBeyondATenth) {
+  Model model = MakeFold(0, 3.0);
+  AddShell(model, {1, 4, 5, 2}, 3.6);
+  NumberAndAverage(model);
+  ExpectOwn(model.Shell4Elements[0], 1);
+  ExpectAverage(model.Shell4Elements[1], 0, 15.5, 15.5 + Bottom);
+}
+
 // One unit in the last place less on the thinner side, and 1.25 is exceeded.
 TEST(AverageStresses, ThicknessesBeyondTheBoundAreNotAveraged) {
   Model model = MakeFold(0, std::nextafter(10.0, 0.0));

@@ -120,6 +120,26 @@ TEST(CornerStress, BendingGivesOppositeFaces) {
   });
 }
 
+// The moment is divided by the thickness twice, not by its square: this decides about the last bit.
+// With E = 12 and Mu = 0 the rigidity is TK^3, and the unit square under ry = x has the curvature
+// 1: the stress is 6 TK^3 / TK / TK. Exact fractions, rounded after each division: 6 / 11 / 11
+// comes out 5.6e-18 below 6 / 121 and 6 / 17 / 17 2.4e-18 above 6 / 289, and the products with 11^3
+// and 17^3 miss 66 and 102 by their last digit. Dividing by the square gives 66 and 102.
+TEST(CornerStress, ThicknessDividesTwice) {
+  for (const auto& [thickness, stress] :
+       {std::pair{11.0, 0x1.07fffffffffffp+6}, {17.0, 0x1.9800000000001p+6}}) {
+    Shell4Element element = test::PlaceShape(test::UnitSquare, test::InGlobalPlane, thickness);
+    element.E = 12.0;
+    element.Mu = 0.0;
+    const auto field = [](double x, double) { return std::array<double, 6>{0, 0, 0, 0, x, 0}; };
+    const auto d = test::DisplaceNodes(test::UnitSquare, test::InGlobalPlane, field);
+    for (std::size_t k = 0; k < 4; ++k) {
+      EXPECT_EQ(StressOf(element, d, k).top[0], stress) << k;
+      EXPECT_EQ(StressOf(element, d, k).bottom[0], -stress) << k;
+    }
+  }
+}
+
 TEST(CornerStress, MembraneAndBendingAdd) {
   const auto both = [](double x, double y) {
     std::array<double, 6> sum = Stretch(x, y);
