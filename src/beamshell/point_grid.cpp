@@ -18,7 +18,8 @@ constexpr double Reach = 1.5 * CoincidenceTolerance;
 constexpr double CellSize = 10.0 * CoincidenceTolerance;
 
 // Coordinates are mostly round numbers. This share of a cell keeps them off the cells' faces, where
-// a search would have to look at both sides.
+// a search would have to look at both sides. It is a matter of speed alone: any share finds the
+// same points, and one half, too, keeps off multiples of a cell, but not their halves.
 constexpr double CellShift = 0.382;
 
 // The cell of a coordinate. A double, because an integer would overflow for large coordinates.
