@@ -24,24 +24,31 @@ Detail = namedtuple("Detail", "beam ends nodes displacements shells")
 Edge = namedtuple("Edge", "point place along equivalent")
 
 
+def next_line(file):
+    line = next(file, None)
+    if line is None:
+        raise ValueError("the file ends too early")
+    return line
+
+
 def read_count(file, key):
-    name, count = next(file).split("=")
+    name, _, count = next_line(file).rstrip().partition("=")
     if name != key:
-        raise ValueError("%s= expected, not %s=" % (key, name))
+        raise ValueError("%s= expected, not %s" % (key, name))
     return int(count)
 
 
 def read_numbers(file, lines):
-    return [tuple(map(float, next(file).split(","))) for _ in range(lines)]
+    return [tuple(map(float, next_line(file).split(","))) for _ in range(lines)]
 
 
 def skip(file, lines):
     for _ in range(lines):
-        next(file)
+        next_line(file)
 
 
 def read_shell(file):
-    nodes = tuple(map(int, next(file).split(",")))
+    nodes = tuple(map(int, next_line(file).split(",")))
     faces = read_numbers(file, 8)
     return nodes, list(zip(faces[0::2], faces[1::2]))
 
@@ -62,7 +69,7 @@ def read_details(wanted, name=FILE):
             if not wanted:
                 return
             beam = read_count(file, "BEI")
-            ends = [tuple(map(float, next(file)[4:-2].split(","))) for _ in range(2)]
+            ends = [tuple(map(float, next_line(file)[4:-2].split(","))) for _ in range(2)]
             nodes = read_count(file, "NPOIN")
             if beam not in wanted:
                 skip(file, 2 * nodes)
@@ -73,7 +80,7 @@ def read_details(wanted, name=FILE):
             shells = [read_shell(file) for _ in range(read_count(file, "NELEM"))]
             yield Detail(beam, ends, points, displacements, shells)
     if wanted:
-        raise ValueError("no such beam: %s" % sorted(wanted))
+        raise ValueError("no such beam: %s" % ", ".join(map(str, sorted(wanted))))
 
 
 def profile_size(detail):
@@ -138,8 +145,14 @@ def print_detail(detail):
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    for detail in read_details(int(word) for word in sys.argv[1:]):
-        print_detail(detail)
+    if not all(word.isascii() and word.isdigit() for word in sys.argv[1:]):
+        sys.exit("read_details.py: beams are given by number, from 0, not as %s"
+                 % " ".join(sys.argv[1:]))
+    try:
+        for detail in read_details(map(int, sys.argv[1:])):
+            print_detail(detail)
+    except (OSError, ValueError) as error:
+        sys.exit("read_details.py: %s: %s" % (FILE, getattr(error, "strerror", None) or error))
 
 
 if __name__ == "__main__":
