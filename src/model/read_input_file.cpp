@@ -33,7 +33,7 @@ std::size_t FindSize(std::ifstream& stream) {
   return size > 0 ? static_cast<std::size_t>(size) : 0;
 }
 
-constexpr std::size_t BlockSize = std::size_t{1} << 20U;
+constexpr std::size_t BlockSize = std::size_t{1} << 16U;
 
 // Reads the whole file; stops the run where that fails. A device may go on for ever: memory is
 // asked for before each doubling of the text.
