@@ -1,0 +1,169 @@
+// The systems of skyline_systems.h.
+#include "skyline_systems.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <numeric>
+#include <random>
+
+#include "beamshell/extrude_profile.h"
+#include "beamshell/section_profile.h"
+#include "beamshell/solve_beam_shell.h"
+#include "plate_system.h"
+#include "shell/shell_stiffness.h"
+#include "system/assemble_element.h"
+#include "system/profile.h"
+
+namespace korvex::bench {
+
+namespace {
+
+constexpr double Side = 100.0;  // of an element, mm
+constexpr double Young = 206000.0, Poisson = 0.3, Thickness = 10.0;
+constexpr double Support = 1e20;  // stiffness of a fixed dof
+
+struct Mesh {
+  std::vector<std::array<double, 3>> nodes;
+  std::vector<std::array<std::int32_t, 4>> squares;
+};
+
+// Squares between `rows` lines of `columns` nodes, node (column, row) being number[row][column].
+void AddSquares(int columns, int rows, const std::vector<std::int32_t>& numbers, Mesh& mesh) {
+  for (int row = 0; row + 1 < rows; ++row) {
+    for (int column = 0; column + 1 < columns; ++column) {
+      const auto* n = &numbers[static_cast<std::size_t>(row * columns + column)];
+      mesh.squares.push_back({n[0], n[1], n[columns + 1], n[columns]});
+    }
+  }
+}
+
+// The system of a mesh that is held at its first `fixed` nodes; a unit load on every dof.
+SkylineSystem Assemble(const std::string& name, const Mesh& mesh, int fixed) {
+  SkylineSystem system;
+  system.name = name;
+  const auto n = static_cast<std::int32_t>(mesh.nodes.size()) * DofsPerNode;
+  std::vector<std::int32_t> connectivity;
+  for (const auto& nodes : mesh.squares) {
+    connectivity.insert(connectivity.end(), nodes.begin(), nodes.end());
+  }
+  InitColumnHeights(system.K, n);
+  RaiseElementColumns(connectivity, NodesPerShell4, system.K);
+  ComputeDiagonalAddresses(system.K);
+  AllocateValues(system.K);
+  for (const auto& nodes : mesh.squares) {
+    std::array<double, 12> coordinates{};
+    for (std::size_t k = 0; k < 4; ++k) {
+      const auto& node = mesh.nodes[static_cast<std::size_t>(nodes[k])];
+      std::copy(node.begin(), node.end(), coordinates.begin() + static_cast<std::ptrdiff_t>(3 * k));
+    }
+    Shell4Element element;
+    SetGeometry(element, coordinates.data(), NodesPerShell4, Young, Poisson, Thickness);
+    AssembleElement<4>(element, nodes.data(), Shell4Stiffness, system.K);
+  }
+  for (std::size_t dof = 0; dof < static_cast<std::size_t>(fixed * DofsPerNode); ++dof) {
+    system.K.Values[static_cast<std::size_t>(system.K.DiagonalAddress[dof])] = Support;
+  }
+  system.F.assign(static_cast<std::size_t>(n), 1.0);
+  return system;
+}
+
+std::string SizeText(int columns, int rows) {
+  return std::to_string(columns) + " x " + std::to_string(rows);
+}
+
+}  // namespace
+
+SkylineSystem MakePlate(int columns, int rows) {
+  Model model;
+  BuildPlateSystem(columns, rows, model);
+  SkylineSystem system;
+  system.name = "plate " + SizeText(columns, rows);
+  system.K = std::move(model.Stiffness);
+  system.F = std::move(model.LoadVector);
+  return system;
+}
+
+SkylineSystem MakeStiffenedPlate(int columns, int rows) {
+  constexpr int Spacing = 5, WebNodes = 2;
+  Mesh mesh;
+  std::vector<std::int32_t> plate;
+  std::vector<std::vector<std::int32_t>> webs(static_cast<std::size_t>(columns / Spacing + 1));
+  const auto addNode = [&](int column, int row, int below) {
+    mesh.nodes.push_back({Side * column, Side * row, -Side * below});
+    return static_cast<std::int32_t>(mesh.nodes.size()) - 1;
+  };
+  for (int row = 0; row < rows; ++row) {
+    for (int column = 0; column < columns; ++column) {
+      plate.push_back(addNode(column, row, 0));
+      if (column % Spacing != 0) continue;
+      auto& web = webs[static_cast<std::size_t>(column / Spacing)];
+      web.push_back(plate.back());
+      for (int below = 1; below <= WebNodes; ++below) web.push_back(addNode(column, row, below));
+    }
+  }
+  AddSquares(columns, rows, plate, mesh);
+  for (const auto& web : webs) {
+    if (!web.empty()) AddSquares(WebNodes + 1, rows, web, mesh);
+  }
+  return Assemble("stiffened plate " + SizeText(columns, rows), mesh, columns);
+}
+
+SkylineSystem MakeCylinder(int columns, int rings) {
+  const double angle = 2.0 * std::acos(-1.0) / columns;
+  const double radius = Side / angle;
+  Mesh mesh;
+  std::vector<std::int32_t> numbers;
+  for (int ring = 0; ring < rings; ++ring) {
+    for (int column = 0; column < columns; ++column) {
+      numbers.push_back(static_cast<std::int32_t>(mesh.nodes.size()));
+      mesh.nodes.push_back(
+          {radius * std::cos(angle * column), radius * std::sin(angle * column), Side * ring});
+    }
+    numbers.push_back(ring * columns);  // closes the ring
+  }
+  AddSquares(columns + 1, rings, numbers, mesh);
+  return Assemble("cylinder " + SizeText(columns, rings), mesh, columns);
+}
+
+SkylineSystem MakeShuffledPlate(int columns) {
+  std::vector<std::int32_t> numbers(static_cast<std::size_t>(columns * columns));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
+  Mesh mesh;
+  mesh.nodes.resize(numbers.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const auto place = static_cast<int>(i);
+    mesh.nodes[static_cast<std::size_t>(numbers[i])] = {Side * (place % columns),
+                                                        Side * (place / columns), 0.0};
+  }
+  AddSquares(columns, columns, numbers, mesh);
+  return Assemble("shuffled plate " + SizeText(columns, columns), mesh, columns);
+}
+
+SkylineSystem MakeDetailModels(int copies) {
+  BeamShellModel model;
+  model.MeshLevel = 0;
+  model.E = Young;
+  model.Mu = Poisson;
+  model.EndPoint1 = {0.0, 0.0, 0.0};
+  model.EndPoint2 = {2150.0, 0.0, 0.0};
+  model.OrientVector = {0.0, 0.0, 1.0};
+  model.Tolerance = 0.215;
+  SectionProfile profile;
+  BuildTProfile({300.0, 10.0, 150.0, 12.0}, model.MeshLevel, profile);
+  ShiftProfile(0.0, profile);
+  ExtrudeProfile(profile, 0, model);
+  BuildBeamShellProfile(model);
+  AssembleBeamShell(model);
+  constexpr double Still[6] = {}, Moved[6] = {0.0, 0.0, 1.0, 0.0, 0.0, 0.0};
+  ImposeEndDisplacements(Still, Moved, model);
+  SkylineSystem system;
+  system.name = std::to_string(copies) + " detail models";
+  system.K = std::move(model.Stiffness);
+  system.F = std::move(model.LoadVector);
+  system.copies = copies;
+  return system;
+}
+
+}  // namespace korvex::bench
