@@ -170,7 +170,9 @@ TEST(LineDrawing, ZeroDisplacementsAreDrawnAsTheStreamPrintsThem) {
 }
 
 TEST(LineDrawing, UnwritableFileEndsTheRun) {
-  ASSERT_NE(std::freopen("/dev/null", "r", stdin), nullptr);
+  const test::WorkingFolder folder;
+  test::WriteFile("no keys", "");
+  ASSERT_NE(std::freopen("no keys", "r", stdin), nullptr);
   testing::internal::CaptureStdout();
   int status = 0;
   try {

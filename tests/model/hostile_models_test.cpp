@@ -206,7 +206,7 @@ TEST(HostileModels, AMatrixThatIsTooLargeIsEstimatedBeforeTheNotice) {
   EXPECT_EQ(run.err,
             "Warning!\nNot enough memory for the global stiffness matrix: 2.14586 GB.\n"
             "Press Enter to continue.\n");
-  EXPECT_EQ(ReadFile(folder.Path() / LogName), run.out);
+  EXPECT_EQ(ReadFile(folder.Path() / LogPath()), run.out);
 }
 
 // A tube of radius 1e-4 and length 1000: steps of 2 R sin(pi / 8), 13 million of them, 8 shells of

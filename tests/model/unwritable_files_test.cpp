@@ -185,10 +185,10 @@ TEST(UnwritableFiles, AFullDiskUnderTheLog) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   const TempFolder folder;
   WriteModelFile(folder.Path());
-  fs::create_symlink("/dev/full", folder.Path() / LogName);
+  fs::create_symlink("/dev/full", folder.Path() / LogPath());
   const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
   EXPECT_EQ(run.exitStatus, 1);
-  EXPECT_EQ(run.err, Incomplete(LogLink));
+  EXPECT_EQ(run.err, Incomplete(LogNames()[1]));
   EXPECT_NE(run.out.find("Post-processing completed.\n"), std::string::npos);
 }
 

@@ -3,23 +3,21 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-
 #include "platform/stop_run.h"
+#include "support/notices.h"
 
 namespace korvex::test {
 
 void ExpectStop(const std::function<void()>& work, const std::string& text) {
-  ASSERT_NE(std::freopen("/dev/null", "r", stdin), nullptr);
   int status = 0;
-  testing::internal::CaptureStderr();
-  try {
-    work();
-  } catch (const RunStopped& stopped) {
-    status = stopped.exitStatus;
-  }
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "Warning!\n" + text + "\nPress Enter to continue.\n");
+  const std::vector<std::string> notices = CollectNotices([&] {
+    try {
+      work();
+    } catch (const RunStopped& stopped) {
+      status = stopped.exitStatus;
+    }
+  });
+  EXPECT_EQ(notices, std::vector<std::string>{ExpectedNotice(text)});
   EXPECT_EQ(status, 1);
 }
 

@@ -6,8 +6,8 @@
 
 namespace korvex::test {
 
-// Runs `work` with standard input at its end and expects that it shows the notice `text` on
-// standard error, titled and with its prompt, and ends the run with exit status 1.
+// Runs `work` and expects that it shows the notice `text` and nothing else, and ends the run with
+// exit status 1.
 void ExpectStop(const std::function<void()>& work, const std::string& text);
 
 }  // namespace korvex::test

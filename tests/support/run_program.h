@@ -8,22 +8,29 @@
 namespace korvex::test {
 
 struct ProgramRun {
-  int exitStatus = -1;  // of the process; 128 + signal where one killed it
-  std::string out;      // bytes on standard output
-  std::string err;      // bytes on standard error
+  int exitStatus = -1;               // of the process; POSIX: 128 + signal where one killed it
+  std::string out;                   // standard output
+  std::string err;                   // standard error; POSIX: the notices are there
+  std::vector<std::string> notices;  // as notices.h keeps them; what else is in err comes last
 };
 
-// Runs the executable `program` in `folder`. `input` is all that its standard input holds.
+// Runs the executable `program` in `folder`. `input` is all that its standard input holds. Message
+// boxes are answered as soon as they show.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::filesystem::path& folder,
                       const std::string& input = "");
 
-// "计算日志.txt" in GBK and in UTF-8.
-inline constexpr const char* LogName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
-inline constexpr const char* LogLink = "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
+// The calculation log in the program's folder.
+std::filesystem::path LogPath();
+
+// The names that the log has there, as ListFolder gives them.
+std::vector<std::string> LogNames();
 
 std::vector<std::string> Sorted(std::vector<std::string> names);
 
-// The names in a folder, sorted.
+// The names and those of the log, sorted.
+std::vector<std::string> WithLog(std::vector<std::string> names);
+
+// The names in a folder, sorted: bytes on POSIX, UTF-8 on Windows.
 std::vector<std::string> ListFolder(const std::filesystem::path& folder);
 
 // `text` with the one figure that differs from run to run, the solution time, as "#". It consists

@@ -29,7 +29,7 @@ WorkingFolder::~WorkingFolder() {
 }
 
 std::string ReadFile(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
+  std::ifstream stream(file);
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 

@@ -35,9 +35,10 @@ class WorkingFolder {
   TempFolder folder_;
 };
 
-// The bytes of a file; empty where it does not exist.
+// The text of a file, its lines ended by a line feed on every system; empty where there is none.
 std::string ReadFile(const std::filesystem::path& file);
 
+// Writes the bytes as they are.
 void WriteFile(const std::filesystem::path& file, const std::string& bytes);
 
 }  // namespace korvex::test

@@ -1,0 +1,120 @@
+// The notices of notices.h as message boxes: found among all windows by their process and class,
+// read and pressed by messages, as a hand would.
+#include "support/notices_windows.h"
+
+#include <atomic>
+#include <iterator>
+#include <thread>
+
+#include "support/notices.h"
+
+namespace korvex::test {
+
+namespace {
+
+// The class of all message boxes, and the number of the control that holds a box's text.
+constexpr const wchar_t* BoxClass = L"#32770";
+constexpr int TextControl = 0xFFFF;
+
+// A box that does not answer within this time is broken.
+constexpr UINT AnswerWithinMilliseconds = 10000;
+
+struct Box {
+  DWORD process = 0;
+  HWND window = nullptr;
+};
+
+bool HasClass(HWND window, const wchar_t* name) {
+  wchar_t found[32] = {};
+  GetClassNameW(window, found, static_cast<int>(std::size(found)));
+  return std::wstring(found) == name;
+}
+
+// For EnumWindows: stops at the visible message box of the process. A box becomes visible when all
+// of its controls are there.
+BOOL CALLBACK FindBox(HWND window, LPARAM wanted) {
+  Box& box = *reinterpret_cast<Box*>(wanted);
+  DWORD process = 0;
+  GetWindowThreadProcessId(window, &process);
+  if (process != box.process || !IsWindowVisible(window) || !HasClass(window, BoxClass)) {
+    return TRUE;
+  }
+  box.window = window;
+  return FALSE;
+}
+
+// For EnumChildWindows: gathers the buttons.
+BOOL CALLBACK GatherButtons(HWND window, LPARAM list) {
+  if (HasClass(window, L"Button")) {
+    reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+  }
+  return TRUE;
+}
+
+std::string NarrowToUtf8(const wchar_t* text, int units) {
+  const int bytes = WideCharToMultiByte(CP_UTF8, 0, text, units, nullptr, 0, nullptr, nullptr);
+  std::string utf8(static_cast<std::size_t>(bytes), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text, units, utf8.data(), bytes, nullptr, nullptr);
+  return utf8;
+}
+
+// The window's text in UTF-8. Asked by a message: GetWindowText shows no other process's controls.
+std::string ReadText(HWND window) {
+  wchar_t text[1024] = {};
+  DWORD_PTR units = 0;
+  SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text),
+                      SMTO_ABORTIFHUNG, AnswerWithinMilliseconds, &units);
+  return NarrowToUtf8(text, static_cast<int>(units));
+}
+
+// Title and text; then what a box of the program never has.
+std::string DescribeBox(HWND window, const std::vector<HWND>& buttons) {
+  const HWND text = GetDlgItem(window, TextControl);
+  std::string description = ReadText(window) + "\n" + (text ? ReadText(text) : "(no text)");
+  if (buttons.size() != 1 || ReadText(buttons[0]) != "OK") {
+    description += "\nbuttons:";
+    for (HWND button : buttons) description += ' ' + ReadText(button);
+  }
+  if (GetWindow(window, GW_OWNER) != nullptr) description += "\nhas an owner";
+  return description;
+}
+
+}  // namespace
+
+HWND FindNotice(DWORD process) {
+  Box box;
+  box.process = process;
+  EnumWindows(FindBox, reinterpret_cast<LPARAM>(&box));
+  return box.window;
+}
+
+void AnswerNotice(DWORD process, std::vector<std::string>& notices) {
+  HWND box = FindNotice(process);
+  if (box == nullptr) return;
+  std::vector<HWND> buttons;
+  EnumChildWindows(box, GatherButtons, reinterpret_cast<LPARAM>(&buttons));
+  notices.push_back(DescribeBox(box, buttons));
+  if (buttons.empty()) return;
+  // Sent, not posted: the box is gone, or going, when the call returns, and is not found again.
+  DWORD_PTR ignored = 0;
+  SendMessageTimeoutW(buttons[0], BM_CLICK, 0, 0, SMTO_ABORTIFHUNG, AnswerWithinMilliseconds,
+                      &ignored);
+  while (IsWindow(box)) Sleep(1);
+}
+
+std::vector<std::string> CollectNotices(const std::function<void()>& work) {
+  std::vector<std::string> notices;
+  std::atomic<bool> done{false};
+  std::thread reader([&] {
+    while (!done) {
+      AnswerNotice(GetCurrentProcessId(), notices);
+      Sleep(LookEveryMilliseconds);
+    }
+  });
+  work();
+  done = true;
+  reader.join();
+  return notices;
+}
+
+}  // namespace korvex::test
