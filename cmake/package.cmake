@@ -1,0 +1,49 @@
+# The packages that users get, made by the target "package": the program, its examples and pages.
+#
+# Windows: a zip that is unpacked anywhere, everything side by side. Elsewhere: a tar.gz, and where
+# Debian's tools are a .deb, with bin/ and share/doc/korvex/.
+if(WIN32)
+  set(program_folder .)
+  set(pages_folder .)
+else()
+  include(GNUInstallDirs)
+  set(program_folder ${CMAKE_INSTALL_BINDIR})
+  set(pages_folder ${CMAKE_INSTALL_DOCDIR})
+endif()
+
+install(TARGETS korvex_program RUNTIME DESTINATION ${program_folder})
+install(FILES README.md DESTINATION ${pages_folder})
+install(
+  DIRECTORY docs examples
+  DESTINATION ${pages_folder}
+  PATTERN __pycache__ EXCLUDE)
+
+set(CPACK_PACKAGE_NAME korvex)
+set(CPACK_PACKAGE_VENDOR "The Korvex developers")
+set(CPACK_PACKAGE_CONTACT "The Korvex developers")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Linear static analysis of thin-walled structures")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+if(WIN32)
+  set(CPACK_SYSTEM_NAME win64)
+  set(CPACK_GENERATOR ZIP)
+else()
+  set(CPACK_GENERATOR TGZ)
+  find_program(KORVEX_DPKG_DEB dpkg-deb)
+  if(KORVEX_DPKG_DEB)
+    list(APPEND CPACK_GENERATOR DEB)
+  endif()
+endif()
+
+# The libraries of the .deb with their versions, where the tools that find them are there.
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+find_program(KORVEX_DPKG_SHLIBDEPS dpkg-shlibdeps)
+find_program(KORVEX_FILE file)
+if(KORVEX_DPKG_SHLIBDEPS AND KORVEX_FILE)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+else()
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6")
+endif()
+
+include(CPack)
