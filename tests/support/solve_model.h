@@ -1,4 +1,7 @@
 // Assembles and solves a model in the test's own process, for results at full precision.
+//
+// Where the environment variable KORVEX_KEEP_MODELS names a folder, every model file stays there,
+// for whoever wants to solve it with the program.
 #pragma once
 
 #include "model/model.h"
