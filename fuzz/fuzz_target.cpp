@@ -1,0 +1,34 @@
+// The shared part of fuzz_target.h.
+#include "fuzz_target.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "mutate_model.h"
+#include "platform/free_memory.h"
+
+namespace korvex {
+
+// In place of the library's own, which stays out of the program because this one is found first.
+std::uint64_t ReadFreeMemory() { return fuzz::TargetMemory; }
+
+}  // namespace korvex
+
+// Notices wait for an answer; the end of the input is one.
+int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
+  if (std::freopen("/dev/null", "r", stdin) == nullptr) std::abort();
+  return 0;
+}
+
+// Every fourth change is one of the fuzzer's own, which know what comparisons have failed.
+std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
+                                    unsigned int seed) {
+  if (seed % 4 == 0) return LLVMFuzzerMutate(data, size, maxSize);
+  std::string text(data, data + size);
+  korvex::fuzz::MutateModel(text, seed);
+  const std::size_t kept = std::min(text.size(), maxSize);
+  std::copy_n(text.begin(), kept, data);
+  return kept;
+}

@@ -1,0 +1,180 @@
+// Runs the program on mutated models and tells how it ends: none may end by a signal, with another
+// status than 0 or 1, or after more time than its size explains.
+//
+//     mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED]
+//
+// Each run is a process of its own, with little memory, in a folder under TMPDIR. Model and
+// mutation follow from the seed, so that a find can be repeated; its model file is kept as well.
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "mutate_model.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr rlim_t AddressLimit = rlim_t{48} << 20U;  // bytes; sizes beyond it are noticed
+constexpr rlim_t TimeLimit = 100;                   // seconds of processor time; a hang ends here
+
+// What a run may take: to start, for each byte that it writes, for each row that it claims, and for
+// each pair of rows. Elements whose rows are missing meet at node 0, and each corner there is
+// averaged over all of them. A machine at its normal load needs a tenth of it.
+constexpr double StartSeconds = 1.0;
+constexpr double SecondsPerByte = 1e-6;
+constexpr double SecondsPerRow = 3e-5;
+constexpr double SecondsPerPair = 1e-4;
+
+struct Run {
+  int status = 0;  // as wait gives it
+  double seconds = 0.0;
+  double allowed = 0.0;
+};
+
+std::string ReadText(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+// In the order of their names: the same on every machine.
+std::vector<std::string> ReadModels(const fs::path& corpus) {
+  std::vector<fs::path> names;
+  for (const auto& entry : fs::directory_iterator(corpus)) names.push_back(entry.path());
+  std::sort(names.begin(), names.end());
+  std::vector<std::string> models;
+  for (const fs::path& name : names) models.push_back(ReadText(name));
+  return models;
+}
+
+// The sum of all counts that can be read, as far as memory could hold their rows.
+double CountRows(const std::string& text) {
+  constexpr double RowsAtMost = AddressLimit / 500.0;  // of elements; all others take no time
+  double rows = 0.0;
+  for (std::size_t at = text.find("Number of"); at != std::string::npos;
+       at = text.find("Number of", at + 1)) {
+    const std::size_t equals = text.find('=', at);
+    if (equals == std::string::npos) break;
+    const double count = std::strtod(text.c_str() + equals + 1, nullptr);
+    if (count > 0.0) rows += std::min(count, RowsAtMost);
+  }
+  return std::min(rows, RowsAtMost);
+}
+
+double CountWritten(const fs::path& folder) {
+  double bytes = 0.0;
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    if (entry.is_regular_file() && !entry.is_symlink())
+      bytes += static_cast<double>(entry.file_size());
+  }
+  return bytes;
+}
+
+// The child's part; it returns only where the program cannot be started.
+void BecomeProgram(const char* program, const fs::path& folder) {
+  const struct rlimit memory { AddressLimit, AddressLimit }, time{TimeLimit, TimeLimit}, core{0, 0};
+  setrlimit(RLIMIT_AS, &memory);
+  setrlimit(RLIMIT_CPU, &time);
+  setrlimit(RLIMIT_CORE, &core);
+  const int null = open("/dev/null", O_RDWR);
+  dup2(null, STDIN_FILENO);
+  dup2(null, STDOUT_FILENO);
+  const int notices = open((folder / "notices").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  dup2(notices, STDERR_FILENO);
+  if (chdir(folder.c_str()) == 0) execl(program, program, static_cast<char*>(nullptr));
+}
+
+Run RunModel(const char* program, const fs::path& folder, const std::string& text) {
+  fs::remove_all(folder);
+  fs::create_directory(folder);
+  std::ofstream(folder / "fem_solving.txt", std::ios::binary) << text;
+  const pid_t child = fork();
+  if (child == 0) {
+    BecomeProgram(program, folder);
+    _exit(127);
+  }
+  Run run;
+  struct rusage usage {};
+  wait4(child, &run.status, 0, &usage);
+  for (const struct timeval& time : {usage.ru_utime, usage.ru_stime}) {
+    run.seconds += static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+  }
+  const double rows = CountRows(text);
+  run.allowed = StartSeconds + SecondsPerByte * CountWritten(folder) + SecondsPerRow * rows +
+                SecondsPerPair * rows * rows;
+  return run;
+}
+
+// "status 1: Warning! ... refers to node ..." with all numbers as "#": what the ends are counted
+// by.
+std::string NameEnd(const Run& run, const fs::path& folder) {
+  if (WIFSIGNALED(run.status)) return "signal " + std::to_string(WTERMSIG(run.status));
+  std::string name = "status " + std::to_string(WEXITSTATUS(run.status));
+  std::ifstream notices(folder / "notices");
+  std::string line;
+  std::getline(notices, line);
+  std::getline(notices, line);
+  name += ' ';
+  for (const char c : line) {
+    const bool isNumber = (c >= '0' && c <= '9') || c == '.' || c == '-' || c == '+';
+    if (!isNumber) name += c;
+    if (isNumber && name.back() != '#') name += '#';
+  }
+  return name;
+}
+
+bool IsAllowed(const Run& run) {
+  return WIFEXITED(run.status) && WEXITSTATUS(run.status) <= 1 && run.seconds <= run.allowed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 4) {
+    std::fprintf(stderr, "usage: mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED]\n");
+    return 2;
+  }
+  const std::string program = fs::absolute(argv[1]);
+  const std::vector<std::string> models = ReadModels(argv[2]);
+  const unsigned long long count = std::strtoull(argv[3], nullptr, 10);
+  const unsigned long long first = argc > 4 ? std::strtoull(argv[4], nullptr, 10) : 0;
+  const fs::path folder =
+      fs::temp_directory_path() / ("korvex-mutated-" + std::to_string(getpid()));
+  if (models.empty()) return 2;
+
+  std::map<std::string, int> ends;
+  int finds = 0;
+  double longest = 0.0;
+  for (unsigned long long seed = first; seed < first + count; ++seed) {
+    std::string text = models[seed % models.size()];
+    korvex::fuzz::MutateModel(text, seed);
+    const Run run = RunModel(program.c_str(), folder, text);
+    ++ends[NameEnd(run, folder)];
+    if (run.seconds > longest) {
+      longest = run.seconds;
+      std::printf("seed %llu: %.2f seconds, %.1f allowed\n", seed, run.seconds, run.allowed);
+      std::fflush(stdout);
+    }
+    if (IsAllowed(run)) continue;
+    ++finds;
+    const std::string kept = "find-" + std::to_string(seed) + ".txt";
+    std::ofstream(kept, std::ios::binary) << text;
+    std::printf("seed %llu: %s after %.2f seconds, %.1f allowed; kept as %s\n", seed,
+                NameEnd(run, folder).c_str(), run.seconds, run.allowed, kept.c_str());
+  }
+  fs::remove_all(folder);
+  for (const auto& [end, runs] : ends) std::printf("%8d  %s\n", runs, end.c_str());
+  std::printf("%llu runs, %d finds\n", count, finds);
+  return finds == 0 ? 0 : 1;
+}
