@@ -16,8 +16,9 @@ namespace {
 constexpr const wchar_t* BoxClass = L"#32770";
 constexpr int TextControl = 0xFFFF;
 
-// A box that does not answer within this time is broken.
-constexpr UINT AnswerWithinMilliseconds = 10000;
+// A box that does not answer within this time is broken. That it seems to hang is no reason to give
+// up before (SMTO_ABORTIFHUNG): a thread that has computed for seconds before it shows a box does.
+constexpr UINT AnswerWithinMilliseconds = 60000;
 
 struct Box {
   DWORD process = 0;
@@ -63,7 +64,7 @@ std::string ReadText(HWND window) {
   wchar_t text[1024] = {};
   DWORD_PTR units = 0;
   SendMessageTimeoutW(window, WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text),
-                      SMTO_ABORTIFHUNG, AnswerWithinMilliseconds, &units);
+                      SMTO_NORMAL, AnswerWithinMilliseconds, &units);
   return NarrowToUtf8(text, static_cast<int>(units));
 }
 
@@ -97,9 +98,9 @@ void AnswerNotice(DWORD process, std::vector<std::string>& notices) {
   if (buttons.empty()) return;
   // Sent, not posted: the box is gone, or going, when the call returns, and is not found again.
   DWORD_PTR ignored = 0;
-  SendMessageTimeoutW(buttons[0], BM_CLICK, 0, 0, SMTO_ABORTIFHUNG, AnswerWithinMilliseconds,
-                      &ignored);
-  while (IsWindow(box)) Sleep(1);
+  const LRESULT clicked = SendMessageTimeoutW(buttons[0], BM_CLICK, 0, 0, SMTO_NORMAL,
+                                              AnswerWithinMilliseconds, &ignored);
+  while (clicked != 0 && IsWindow(box)) Sleep(1);
 }
 
 std::vector<std::string> CollectNotices(const std::function<void()>& work) {
