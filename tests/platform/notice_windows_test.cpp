@@ -53,6 +53,8 @@ TEST(Notice, HoldsTheRunUntilItIsAnswered) {
 TEST(Notice, OtherBoxesAreToldApart) {
   EXPECT_EQ(CollectNotices([] { MessageBoxW(nullptr, L"text", L"title", MB_OKCANCEL); }),
             Texts{"title\ntext\nbuttons: OK Cancel"});
+  EXPECT_EQ(CollectNotices([] { MessageBoxW(nullptr, L"text", L"title", MB_ICONWARNING); }),
+            Texts{"title\ntext\nhas an icon"});
   EXPECT_EQ(CollectNotices([] {
               const HWND owner = CreateWindowExW(0, L"Static", L"", WS_POPUP, 0, 0, 10, 10, nullptr,
                                                  nullptr, nullptr, nullptr);

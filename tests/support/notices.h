@@ -1,9 +1,9 @@
 // Answers the notices that a piece of work shows, as their reader would, and keeps what they say.
 //
 // A notice is kept as its title, a line end and its text, both UTF-8. Windows: the box of the
-// process is looked at and its button pressed; where it has another button than one OK, or an
-// owner, a further line says so. POSIX: standard error is taken apart, standard input is at its
-// end.
+// process is looked at and its button pressed; where it has another button than one OK, an
+// icon or an owner, a further line says so. POSIX: standard error is taken apart, standard input is
+// at its end.
 #pragma once
 
 #include <functional>

@@ -52,6 +52,15 @@ BOOL CALLBACK GatherButtons(HWND window, LPARAM list) {
   return TRUE;
 }
 
+// For EnumChildWindows: stops at a picture. The place for it is always there.
+BOOL CALLBACK FindIcon(HWND window, LPARAM found) {
+  if (!HasClass(window, L"Static")) return TRUE;
+  DWORD_PTR icon = 0;
+  SendMessageTimeoutW(window, STM_GETICON, 0, 0, SMTO_NORMAL, AnswerWithinMilliseconds, &icon);
+  *reinterpret_cast<bool*>(found) = icon != 0;
+  return icon == 0 ? TRUE : FALSE;
+}
+
 std::string NarrowToUtf8(const wchar_t* text, int units) {
   const int bytes = WideCharToMultiByte(CP_UTF8, 0, text, units, nullptr, 0, nullptr, nullptr);
   std::string utf8(static_cast<std::size_t>(bytes), '\0');
@@ -76,6 +85,9 @@ std::string DescribeBox(HWND window, const std::vector<HWND>& buttons) {
     description += "\nbuttons:";
     for (HWND button : buttons) description += ' ' + ReadText(button);
   }
+  bool hasIcon = false;
+  EnumChildWindows(window, FindIcon, reinterpret_cast<LPARAM>(&hasIcon));
+  if (hasIcon) description += "\nhas an icon";
   if (GetWindow(window, GW_OWNER) != nullptr) description += "\nhas an owner";
   return description;
 }
