@@ -6,9 +6,11 @@
 #include <cmath>
 #include <limits>
 #include <sstream>
+#include <string>
 
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
+#include "platform/check_memory.h"
 #include "platform/stop_run.h"
 
 namespace korvex {
@@ -19,6 +21,12 @@ namespace {
 // still rule.
 constexpr Material LinkMaterial{1e20, 0.3, 0.0};
 constexpr CBeamSection LinkSection{5.0, 1.0};
+
+// Kept for each node: position and displacements. For each shell: the record, its nodes and its
+// four corners in the grid of average_corners.h, which has up to four entries for each.
+constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
+constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
+                                        4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
 
 [[noreturn]] void StopTooManySteps(std::int32_t beam, double steps) {
   std::ostringstream text;
@@ -42,15 +50,41 @@ std::int32_t CountSteps(const SectionProfile& profile, std::int32_t beam,
   return static_cast<std::int32_t>(n);
 }
 
+void CountItems(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
+  model.ProfileNodeCount = static_cast<std::int32_t>(profile.points.size());
+  model.NodeCount = model.ProfileNodeCount * (n + 1) + 2;
+  model.NEQ = model.NodeCount * model.DofsPerNode;
+  model.ShellCount = static_cast<std::int32_t>(profile.segments.size()) * n;
+  model.LinkCount = 2 * model.ProfileNodeCount;
+}
+
+// Empties `items` and makes room for `count` of them.
+template <typename Vector>
+void Empty(std::size_t count, Vector& items) {
+  items.clear();
+  items.reserve(count);
+}
+
+// Empties the tables of nodes, shells and links and makes room for those that are counted.
+void EmptyTables(std::int32_t beam, BeamShellModel& model) {
+  const auto nodes = static_cast<std::size_t>(model.NodeCount);
+  const auto shells = static_cast<std::size_t>(model.ShellCount);
+  const auto links = static_cast<std::size_t>(model.LinkCount);
+  constexpr std::size_t BytesPerLink = sizeof(BeamElement) + 2 * sizeof(std::int32_t);
+  const std::size_t bytes = nodes * BytesPerNode + shells * BytesPerShell + links * BytesPerLink;
+  AllocateOrStop("the detail model of beam element " + std::to_string(beam), bytes, 1, [&] {
+    Empty(nodes, model.NodeCoords);
+    Empty(shells * 4, model.ShellNodes);
+    Empty(shells, model.Shells);
+    Empty(links * 2, model.LinkNodes);
+    Empty(links, model.Links);
+  });
+}
+
 void PlaceNodes(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
   const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
   BeamFrame frame;
   ComputeBeamFrame(d, model.OrientVector, frame);
-  model.ProfileNodeCount = static_cast<std::int32_t>(profile.points.size());
-  model.NodeCount = model.ProfileNodeCount * (n + 1) + 2;
-  model.NEQ = model.NodeCount * model.DofsPerNode;
-  model.NodeCoords.clear();
-  model.NodeCoords.reserve(static_cast<std::size_t>(model.NodeCount));
   model.NodeCoords.push_back(model.EndPoint1);
   for (std::int32_t s = 0; s <= n; ++s) {
     for (const Vector3& p : profile.points) {
@@ -78,11 +112,6 @@ void AddShell(const std::array<std::int32_t, 4>& nodes, double thickness, BeamSh
 }
 
 void AddShells(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
-  model.ShellCount = static_cast<std::int32_t>(profile.segments.size()) * n;
-  model.ShellNodes.clear();
-  model.ShellNodes.reserve(static_cast<std::size_t>(model.ShellCount) * 4);
-  model.Shells.clear();
-  model.Shells.reserve(static_cast<std::size_t>(model.ShellCount));
   for (std::int32_t s = 1; s <= n; ++s) {
     const std::int32_t before = 1 + (s - 1) * model.ProfileNodeCount;
     const std::int32_t here = before + model.ProfileNodeCount;
@@ -107,12 +136,6 @@ void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
   }
 }
 
-// Kept for each node: position and displacements. For each shell: the record, its nodes and its
-// four corners in the grid of average_corners.h, which has up to four entries for each.
-constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
-constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
-                                        4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
-
 }  // namespace
 
 std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
@@ -124,13 +147,12 @@ std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
 
 void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model) {
   const std::int32_t n = CountSteps(profile, beam, model);
+  CountItems(profile, n, model);
+  EmptyTables(beam, model);
   PlaceNodes(profile, n, model);
   AddShells(profile, n, model);
 
   const std::int32_t lastNode = model.NodeCount - 1;
-  model.LinkCount = 2 * model.ProfileNodeCount;
-  model.LinkNodes.clear();
-  model.Links.clear();
   AddLinks(0, 1, model);
   AddLinks(lastNode, lastNode - model.ProfileNodeCount, model);
 }

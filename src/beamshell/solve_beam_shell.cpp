@@ -48,7 +48,8 @@ void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShe
 
 void BuildBeamShellProfile(BeamShellModel& model) {
   const std::string equations = std::to_string(model.NEQ) + " equations of a detail model";
-  CheckMemory("the " + equations, static_cast<std::uint64_t>(model.NEQ), BytesPerEquation);
+  ReserveSystem("the " + equations, model.NEQ, model.Stiffness, model.LoadVector,
+                model.Displacements);
   InitColumnHeights(model.Stiffness, model.NEQ);
   RaiseElementColumns(model.ShellNodes, model.NodesPerShell, model.Stiffness);
   RaiseElementColumns(model.LinkNodes, model.NodesPerLink, model.Stiffness);

@@ -42,7 +42,8 @@ void LoadText(const char* fileName, std::string& text) {
   std::ifstream stream;
   if (!OpenInputFile(fileName, stream)) StopWithNotice(Failure);
   ReserveText(FindSize(stream) + BlockSize, text);
-  std::string block(BlockSize, '\0');
+  std::string block;
+  AllocateOrStop("a block of the model file", BlockSize, 1, [&] { block.resize(BlockSize); });
   while (stream) {
     stream.read(block.data(), static_cast<std::streamsize>(block.size()));
     const auto size = static_cast<std::size_t>(stream.gcount());

@@ -98,7 +98,7 @@ int RunKorvex() {
     RunStages();
   } catch (const RunStopped& stopped) {
     return stopped.exitStatus;
-  } catch (const std::bad_alloc&) {  // a size that was not foreseen
+  } catch (const std::bad_alloc&) {  // a block of a size that no file decides: see check_memory.h
     ShowNotice(OutOfMemory);
     return 1;
   } catch (const std::length_error&) {

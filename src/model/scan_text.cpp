@@ -8,6 +8,8 @@
 #include <limits>
 #include <system_error>
 
+#include "platform/check_memory.h"
+
 namespace korvex {
 
 namespace {
@@ -70,6 +72,17 @@ struct RealText {
   std::string exponent;  // sign and digits; empty if there is none or it has no digit
 };
 
+constexpr const char* Digits = "the digits of a number";
+
+// Adds a character to a part of a number, which may be as long as the file.
+void AddCharacter(int c, std::string& part) {
+  if (part.size() == part.capacity()) {
+    const std::size_t size = 2 * part.size();
+    AllocateOrStop(Digits, size, 1, [&] { part.reserve(size); });
+  }
+  part += static_cast<char>(c);
+}
+
 // Takes digits and at most one point.
 void TakeMantissa(TextCursor& cursor, RealText& number) {
   bool point = false;
@@ -82,7 +95,7 @@ void TakeMantissa(TextCursor& cursor, RealText& number) {
     } else {
       return;
     }
-    number.mantissa += static_cast<char>(c);
+    AddCharacter(c, number.mantissa);
     ++cursor.position;
   }
 }
@@ -101,20 +114,25 @@ void TakeExponent(TextCursor& cursor, RealText& number) {
   if (negative) number.exponent += '-';
   bool anyDigit = false;
   for (int c = PeekCharacter(cursor); IsDigit(c); c = PeekCharacter(cursor)) {
-    number.exponent += static_cast<char>(c);
+    AddCharacter(c, number.exponent);
     anyDigit = true;
     ++cursor.position;
   }
   if (!anyDigit) number.exponent.clear();
 }
 
-// The nearest double. For a number outside the range of doubles from_chars says nothing but that;
-// strtod tells infinity from zero. (libstdc++ 11 calls subnormal numbers out of range, too; the
-// strtod beneath it rounds them correctly.)
-double ConvertReal(const RealText& number) {
+// The nearest double; uses up the mantissa. For a number outside the range of doubles from_chars
+// says nothing but that; strtod tells infinity from zero. (libstdc++ 11 calls subnormal numbers out
+// of range, too; the strtod beneath it rounds them correctly.)
+double ConvertReal(RealText& number) {
   if (!number.nonzero) return 0.0;
-  std::string text = number.mantissa;
-  if (!number.exponent.empty()) text += (number.hexadecimal ? 'p' : 'e') + number.exponent;
+  std::string& text = number.mantissa;
+  const std::size_t size = text.size() + number.exponent.size() + 3;  // "0x", "e"
+  if (size > text.capacity()) AllocateOrStop(Digits, size, 1, [&] { text.reserve(size); });
+  if (!number.exponent.empty()) {
+    text += number.hexadecimal ? 'p' : 'e';
+    text += number.exponent;
+  }
   const auto format = number.hexadecimal ? std::chars_format::hex : std::chars_format::general;
   double value = 0.0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), value, format);

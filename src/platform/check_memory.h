@@ -3,6 +3,9 @@
 //
 // The size alone tells, before anything is touched: systems that promise more memory than there is
 // would otherwise let the process fill it and then kill it.
+//
+// What is left out are the blocks of a few kilobytes that every run takes, of streams and texts.
+// They fail only where a limit leaves nothing for any model; the run driver then says just that.
 #pragma once
 
 #include <cstddef>

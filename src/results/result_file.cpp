@@ -1,6 +1,7 @@
 // The text of result_file.h.
 #include "results/result_file.h"
 
+#include "platform/check_memory.h"
 #include "platform/stop_run.h"
 #include "results/number_text.h"
 
@@ -29,7 +30,8 @@ void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file) 
   file.name = name;
   file.stream.open(name);
   if (!file.stream.is_open()) StopUnwritable(gbkFailure);
-  file.text.reserve(BlockSize + BlockSize / 4);
+  constexpr std::size_t Size = BlockSize + BlockSize / 4;
+  AllocateOrStop("the text of " + file.name, Size, 1, [&] { file.text.reserve(Size); });
 }
 
 void CloseResultFile(ResultFile& file) {

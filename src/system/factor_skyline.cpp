@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/check_memory.h"
 #include "system/panel_routine.h"
 #include "system/solve_skyline_plain.h"
 
@@ -28,8 +29,10 @@ void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double
                   SolverProgress progress) {
   const auto n = static_cast<std::int64_t>(K.ColumnHeights.size());
   const std::int64_t sliceRows = CountSliceRows(K, n);
-  std::vector<double> work(static_cast<std::size_t>(sliceRows * PanelColumns) +
-                           WorkAlignment / sizeof(double));
+  std::vector<double> work;
+  AllocateItems("the work space of the factorisation",
+                static_cast<std::size_t>(sliceRows * PanelColumns) + WorkAlignment / sizeof(double),
+                work);
   void* start = work.data();
   std::size_t space = work.size() * sizeof(double);
   std::align(WorkAlignment, sizeof(double), start, space);

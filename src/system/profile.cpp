@@ -43,6 +43,17 @@ void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
   }
 }
 
+void ReserveSystem(const std::string& what, std::int32_t equations, SkylineMatrix& K,
+                   std::vector<double>& loads, std::vector<double>& displacements) {
+  const auto n = static_cast<std::size_t>(equations);
+  AllocateOrStop(what, n, BytesPerEquation, [&] {
+    K.ColumnHeights.reserve(n);
+    K.DiagonalAddress.reserve(n);
+    loads.reserve(n);
+    displacements.reserve(n);
+  });
+}
+
 void NumberEquations(Model& model) {
   const std::int64_t equations = std::int64_t{model.NPOIN} * DofsPerNode;
   constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
@@ -50,9 +61,9 @@ void NumberEquations(Model& model) {
     StopWithNotice(std::to_string(model.NPOIN) + " nodal points have " + std::to_string(equations) +
                    " equations; at most " + std::to_string(Limit) + " can be numbered.");
   }
-  CheckMemory("the system of " + std::to_string(equations) + " equations",
-              static_cast<std::uint64_t>(equations), BytesPerEquation);
   model.NEQ = static_cast<std::int32_t>(equations);
+  ReserveSystem("the system of " + std::to_string(equations) + " equations", model.NEQ,
+                model.Stiffness, model.LoadVector, model.Displacements);
 }
 
 void BuildProfile(Model& model) {

@@ -7,6 +7,8 @@
 
 #include <cstdint>
 #include <ostream>
+#include <string>
+#include <vector>
 
 #include "model/model.h"
 
@@ -26,8 +28,14 @@ void BuildDofList(const std::int32_t* nodes, std::int32_t nodeCount, std::int32_
 void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
                          std::int32_t nodesPerElement, SkylineMatrix& K);
 
-// Sets NEQ. Stops the run where the equations are more than an int32 counts, or where memory cannot
-// hold their system: addresses, loads and displacements, and the matrix at its smallest.
+// Makes room for what a system of `equations` holds besides the entries of its matrix; no memory is
+// touched. Stops the run where memory cannot hold it, with the matrix at its smallest; `what` names
+// the system.
+void ReserveSystem(const std::string& what, std::int32_t equations, SkylineMatrix& K,
+                   std::vector<double>& loads, std::vector<double>& displacements);
+
+// Sets NEQ and makes room for the system. Stops the run where the equations are more than an int32
+// counts, or where memory cannot hold them.
 void NumberEquations(Model& model);
 
 // Fills the ColumnHeights of the stiffness matrix from the connectivity tables: four-node shells,

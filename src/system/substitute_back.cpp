@@ -13,6 +13,7 @@
 
 #include <algorithm>
 
+#include "platform/check_memory.h"
 #include "platform/prefetch.h"
 
 namespace korvex {
@@ -50,6 +51,11 @@ void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock&
     block.columns[kept++] = {column.top, column.entry + BlockRows, column.uj};
   }
   block.columns.resize(kept);
+  if (block.columns.capacity() < kept + BlockRows) {
+    const std::size_t size = 2 * (kept + BlockRows);
+    AllocateOrStop("the columns of a block of rows", size, sizeof(ReachingColumn),
+                   [&] { block.columns.reserve(size); });
+  }
   const auto n = static_cast<std::int64_t>(u.size());
   for (std::int64_t j = std::min(block.end + BlockRows, n) - 1; j >= block.end; --j) {
     const std::int64_t top = TopRow(K, j);
@@ -61,7 +67,12 @@ void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock&
 
 void FormProducts(RowBlock& block) {
   // One row of products more than there are columns: a sum over none begins in the table, too.
-  block.products.resize((block.columns.size() + 1) * static_cast<std::size_t>(BlockRows));
+  const std::size_t size = (block.columns.size() + 1) * static_cast<std::size_t>(BlockRows);
+  if (block.products.capacity() < size) {
+    AllocateOrStop("the products of a block of rows", 2 * size, sizeof(double),
+                   [&] { block.products.reserve(2 * size); });
+  }
+  block.products.resize(size);
   double* product = block.products.data();
   for (const ReachingColumn& column : block.columns) {
     const std::int64_t count = std::min(BlockRows, block.end - column.top);

@@ -230,6 +230,69 @@ TEST(HostileModels, ADetailModelThatIsTooLargeIsNoticed) {
   EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 30U);
 }
 
+// 12 x 12 shells and a beam along one edge, loaded and held.
+std::string MakePlate() {
+  constexpr int Sides = 12;
+  ModelText text;
+  text.materials = {{1200.0, 0.25, 1.0}};
+  text.thicknesses = {0.5};
+  text.tSections = {{2.0, 0.5, 1.0, 0.5}};
+  for (int i = 0; i <= Sides; ++i) {
+    for (int j = 0; j <= Sides; ++j) text.nodes.push_back({2.0 * i, 2.0 * j, 0.0});
+  }
+  for (int i = 0; i < Sides; ++i) {
+    for (int j = 0; j < Sides; ++j) {
+      const int corner = i * (Sides + 1) + j;
+      text.shells4.push_back({{corner, corner + Sides + 1, corner + Sides + 2, corner + 1}});
+    }
+  }
+  text.beams.push_back({0, Sides});
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{Sides, {0, 0, -1, 0, 0, 0}}};
+  return WriteModel(text);
+}
+
+// From a limit at which the program can hardly be started up to one with which it completes: no run
+// ends otherwise than with a notice, and the notices say what for. Blocks of which none is said are
+// so small that they rarely ask the system: the C library does that for 132 kB at a time, and what
+// an exception needs is asked for at the very beginning. Each of them may end three limits.
+TEST(HostileModels, WhereverMemoryEndsANoticeSaysSo) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  constexpr int CannotBeLoaded = 127;
+  constexpr int Step = 50;  // kB
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", MakePlate());
+  int named = 0, withoutException = 0, unnamed = 0;
+  for (int kilobytes = 2000; kilobytes < 1000000; kilobytes += Step) {
+    const ProgramRun run = RunWithin(kilobytes, folder);
+    if (run.exitStatus == 0) break;
+    if (run.exitStatus == CannotBeLoaded) continue;
+    EXPECT_EQ(run.exitStatus, 1) << kilobytes << " kB\n" << run.err;
+    if (run.err.find("Warning!\nNot enough memory for ") == 0) {
+      ++named;
+    } else if (run.err == "Not enough memory.\n") {
+      ++withoutException;
+    } else {
+      EXPECT_EQ(run.err, "Warning!\nNot enough memory.\nPress Enter to continue.\n");
+      ++unnamed;
+    }
+  }
+  EXPECT_GT(named, 20);
+  EXPECT_LE(withoutException, 3);
+  EXPECT_LE(unnamed, 3);
+}
+
+// A number as long as its file: its digits are taken apart in a memory of their own.
+TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt",
+            EndAfterCount("NMT", "1\n#0:\nE=" + std::string(std::size_t{20} << 20U, '1')));
+  const ProgramRun run = RunWithin(60000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err.substr(0, 53), "Warning!\nNot enough memory for the digits of a number");
+}
+
 // A file without an end: memory is asked for before the text grows.
 TEST(HostileModels, AnEndlessModelFileIsNoticed) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
