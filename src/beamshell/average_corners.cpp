@@ -1,13 +1,15 @@
 // The search and the sums of average_corners.h.
 //
-// Corners are numbered through all models, shell by shell: ascending numbers are the order of the
-// sums. The rule excludes a corner whose distance is greater than the tolerance; a distance that is
-// not a number excludes nothing. A corner without finite coordinates, as a beam without length has
-// them, is therefore averaged with all corners of its own model and of those that share an end. No
-// grid can hold it: such corners are listed, and compared with all.
+// Nodes are numbered through all models; a search finds nodes, and with them the corners that
+// shells have there. The rule excludes a corner whose distance is greater than the tolerance; a
+// distance that is not a number excludes nothing. A corner without finite coordinates, as a beam
+// without length has them, is therefore averaged with all corners of its own model and of those
+// that share an end. No grid can hold it: nodes of that kind are listed, and compared with all.
 #include "beamshell/average_corners.h"
 
 #include <algorithm>
+#include <cmath>
+#include <tuple>
 
 #include "beamshell/point_grid.h"
 #include "results/corner_sum.h"
@@ -18,12 +20,14 @@ namespace {
 
 using Numbers = std::vector<std::size_t>;
 
-// The corners of all models, by number, and what finds them.
+// The nodes of all models, by number, the corners at them, and what finds them.
 struct CornerTable {
-  Numbers firstCorner;          // [models + 1] each model's first corner
-  std::vector<Vector3> points;  // [corners] positions
+  Numbers firstNode;            // [models + 1] each model's first node
+  std::vector<Vector3> points;  // [nodes] positions
+  Numbers firstCorner;          // [nodes + 1] where a node's corners begin in `corners`
+  Numbers corners;              // 4 shell + k of its model, node after node, ascending at each
   PointGrid grid;               // of `points`
-  Numbers placeless;            // corners that the grid does not hold, ascending
+  Numbers placeless;            // nodes that the grid does not hold, ascending
   PointGrid ends;               // of the models' end points: 2 m and 2 m + 1 are those of model m
 };
 
@@ -31,25 +35,40 @@ struct CornerTable {
 struct Family {
   std::size_t own = 0;
   Numbers others;     // ascending
-  Numbers placeless;  // corners of all of them that the grid does not hold
+  Numbers placeless;  // nodes of all of them that the grid does not hold
 };
 
-// A corner of a model's shell.
+// A corner of a model's shell: position 4 shell + k.
 struct Corner {
-  std::size_t model, shell, k;
+  std::size_t model, position;
 };
+
+// Appends the nodes of one model and the corners at each.
+void AppendNodes(const BeamShellModel& model, CornerTable& table) {
+  const std::size_t nodes = model.NodeCoords.size(), before = table.corners.size();
+  for (const Vector3& point : model.NodeCoords) {
+    if (!HasPlace(point)) table.placeless.push_back(table.points.size());
+    table.points.push_back(point);
+  }
+  table.firstNode.push_back(table.points.size());
+
+  Numbers next(nodes + 1, before);
+  for (const std::int32_t node : model.ShellNodes) ++next[static_cast<std::size_t>(node) + 1];
+  for (std::size_t i = 0; i < nodes; ++i) next[i + 1] += next[i] - before;
+  table.firstCorner.insert(table.firstCorner.end(), next.begin() + 1, next.end());
+  table.corners.resize(before + model.ShellNodes.size());
+  for (std::size_t position = 0; position < model.ShellNodes.size(); ++position) {
+    table.corners[next[static_cast<std::size_t>(model.ShellNodes[position])]++] = position;
+  }
+}
 
 void BuildCornerTable(const std::vector<BeamShellModel>& models, CornerTable& table) {
   std::vector<Vector3> ends;
+  table.firstNode = {0};
   table.firstCorner = {0};
   for (const BeamShellModel& model : models) {
     ends.insert(ends.end(), {model.EndPoint1, model.EndPoint2});
-    for (const std::int32_t node : model.ShellNodes) {
-      const Vector3& point = model.NodeCoords[static_cast<std::size_t>(node)];
-      if (!HasPlace(point)) table.placeless.push_back(table.points.size());
-      table.points.push_back(point);
-    }
-    table.firstCorner.push_back(table.points.size());
+    AppendNodes(model, table);
   }
   BuildPointGrid(table.points, table.grid);
   BuildPointGrid(ends, table.ends);
@@ -89,50 +108,51 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
   const auto addPlaceless = [&](std::size_t m) {
     const auto begin = table.placeless.begin(), end = table.placeless.end();
     family.placeless.insert(family.placeless.end(),
-                            std::lower_bound(begin, end, table.firstCorner[m]),
-                            std::lower_bound(begin, end, table.firstCorner[m + 1]));
+                            std::lower_bound(begin, end, table.firstNode[m]),
+                            std::lower_bound(begin, end, table.firstNode[m + 1]));
   };
   addPlaceless(own);
   for (const std::size_t m : family.others) addPlaceless(m);
 }
 
-// found: the numbers of all corners that may coincide with `point`, and others, each once; the
-// family's own model first, then ascending.
+// found: the numbers of all nodes that may coincide with `point`, and others; a number may occur
+// more than once.
 void FindCandidates(const CornerTable& table, const Family& family, const Vector3& point,
                     Numbers& found) {
   found.clear();
   if (HasPlace(point)) {
     FindNear(table.grid, point, found);
     found.insert(found.end(), family.placeless.begin(), family.placeless.end());
-  } else {
-    const auto addAll = [&](std::size_t m) {
-      for (std::size_t c = table.firstCorner[m]; c < table.firstCorner[m + 1]; ++c) {
-        found.push_back(c);
-      }
-    };
-    addAll(family.own);
-    for (const std::size_t m : family.others) addAll(m);
+    return;
   }
-  SortOut(found);
-  const auto ownBegin = std::lower_bound(found.begin(), found.end(), table.firstCorner[family.own]);
-  const auto ownEnd = std::lower_bound(ownBegin, found.end(), table.firstCorner[family.own + 1]);
-  std::rotate(found.begin(), ownBegin, ownEnd);
+  const auto addAll = [&](std::size_t m) {
+    for (std::size_t i = table.firstNode[m]; i < table.firstNode[m + 1]; ++i) found.push_back(i);
+  };
+  addAll(family.own);
+  for (const std::size_t m : family.others) addAll(m);
 }
 
-// coincident: of the candidates the family's corners at `point`.
-void KeepCoincident(const CornerTable& table, const Family& family, const Vector3& point,
-                    const Numbers& candidates, std::vector<Corner>& coincident) {
+// coincident: the family's corners at `point`, its own model's first, then ascending.
+// candidates: nodes, in any order on entry.
+void FindCoincident(const CornerTable& table, const Family& family, const Vector3& point,
+                    Numbers& candidates, std::vector<Corner>& coincident) {
   coincident.clear();
-  for (const std::size_t c : candidates) {
-    if (Length(Subtract(table.points[c], point)) > CoincidenceTolerance) continue;
-    const auto next = std::upper_bound(table.firstCorner.begin(), table.firstCorner.end(), c);
-    const auto m = static_cast<std::size_t>(next - table.firstCorner.begin()) - 1;
+  SortOut(candidates);
+  for (const std::size_t node : candidates) {
+    if (Length(Subtract(table.points[node], point)) > CoincidenceTolerance) continue;
+    const auto next = std::upper_bound(table.firstNode.begin(), table.firstNode.end(), node);
+    const auto m = static_cast<std::size_t>(next - table.firstNode.begin()) - 1;
     if (m != family.own && !std::binary_search(family.others.begin(), family.others.end(), m)) {
       continue;
     }
-    const std::size_t position = c - table.firstCorner[m];
-    coincident.push_back({m, position / 4, position % 4});
+    for (std::size_t c = table.firstCorner[node]; c < table.firstCorner[node + 1]; ++c) {
+      coincident.push_back({m, table.corners[c]});
+    }
   }
+  std::sort(coincident.begin(), coincident.end(), [&](const Corner& a, const Corner& b) {
+    const bool aIsOther = a.model != family.own, bIsOther = b.model != family.own;
+    return std::tie(aIsOther, a.model, a.position) < std::tie(bIsOther, b.model, b.position);
+  });
 }
 
 // Averages corner k of `shell` over the coincident corners that lie in its surface.
@@ -142,12 +162,38 @@ void AverageCorner(const std::vector<BeamShellModel>& models, const std::vector<
   sum.normal = Normal(shell);
   sum.TK = shell.TK;
   for (const Corner& corner : coincident) {
-    AddCorner(models[corner.model].Shells[corner.shell], corner.k, sum);
+    AddCorner(models[corner.model].Shells[corner.position / 4], corner.position % 4, sum);
   }
   // Divided, not multiplied by the reciprocal: that would change the last bit.
   for (std::size_t i = 0; i < sum.top.size(); ++i) {
     shell.AvgStressTop[k][i] = sum.top[i] / sum.count;
     shell.AvgStressBottom[k][i] = sum.bottom[i] / sum.count;
+  }
+}
+
+// Whether a coordinate is not a number: all corners of the family coincide with such a point.
+bool IsEverywhere(const Vector3& point) {
+  return std::isnan(point[0]) || std::isnan(point[1]) || std::isnan(point[2]);
+}
+
+// Averages the corners at one node, at positions[0 .. count - 1] of model `own`.
+void AverageNode(const std::vector<Corner>& coincident, const std::size_t* positions,
+                 std::size_t count, std::size_t own, std::vector<BeamShellModel>& models) {
+  BeamShellModel& model = models[own];
+  const Shell4Element* before = nullptr;  // the last one averaged
+  std::size_t beforeK = 0;
+  for (std::size_t c = 0; c < count; ++c) {
+    Shell4Element& shell = model.Shells[positions[c] / 4];
+    const std::size_t k = positions[c] % 4;
+    if (before != nullptr && LieAlike(shell, *before)) {
+      // The same terms in the same order: the same sum, bit for bit.
+      shell.AvgStressTop[k] = before->AvgStressTop[beforeK];
+      shell.AvgStressBottom[k] = before->AvgStressBottom[beforeK];
+    } else {
+      AverageCorner(models, coincident, k, shell);
+    }
+    before = &shell;
+    beforeK = k;
   }
 }
 
@@ -160,19 +206,19 @@ void AverageBeamShellStresses(std::vector<BeamShellModel>& models) {
   Numbers candidates;
   std::vector<Corner> coincident;
   for (std::size_t own = 0; own < models.size(); ++own) {
-    BeamShellModel& model = models[own];
     FindFamily(models, table, own, family);
+    bool hasAll = false;  // `coincident` are all corners of the family
     // Node by node: all corners at a node have the same coincident ones.
-    for (std::size_t node = 0; node < model.NodeCoords.size(); ++node) {
-      const Vector3& point = model.NodeCoords[node];
-      FindCandidates(table, family, point, candidates);
-      KeepCoincident(table, family, point, candidates, coincident);
-      for (const Corner& corner : coincident) {
-        if (corner.model != own) break;
-        const std::size_t position = corner.shell * 4 + corner.k;
-        if (static_cast<std::size_t>(model.ShellNodes[position]) != node) continue;
-        AverageCorner(models, coincident, corner.k, model.Shells[corner.shell]);
+    for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
+      const std::size_t begin = table.firstCorner[node], end = table.firstCorner[node + 1];
+      if (begin == end) continue;
+      const Vector3& point = table.points[node];
+      if (!hasAll || !IsEverywhere(point)) {
+        FindCandidates(table, family, point, candidates);
+        FindCoincident(table, family, point, candidates, coincident);
+        hasAll = IsEverywhere(point);
       }
+      AverageNode(coincident, &table.corners[begin], end - begin, own, models);
     }
   }
 }

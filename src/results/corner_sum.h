@@ -7,6 +7,8 @@
 // reverse. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
 #pragma once
 
+#include <cstring>
+
 #include "shell/shell_element.h"
 
 namespace korvex {
@@ -30,6 +32,14 @@ Vector3 Normal(const ShellElement<Nodes>& element) {
 // opposite ways.
 void AddCorner(const StressVector& top, const StressVector& bottom, Vector3 normal, double TK,
                CornerSum& sum);
+
+// Whether the sums of two elements take the same corners: normal and thickness agree in every bit.
+template <std::int32_t Nodes>
+bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
+  const Vector3 normalA = Normal(a), normalB = Normal(b);
+  return std::memcmp(normalA.data(), normalB.data(), sizeof normalA) == 0 &&
+         std::memcmp(&a.TK, &b.TK, sizeof a.TK) == 0;
+}
 
 // Adds corner k of `element` in the same way.
 template <std::int32_t Nodes>

@@ -515,6 +515,79 @@ TEST(AverageStresses, OneCornerAloneCanBeAveraged) {
             (std::array<StressVector, 3>{average, none, none}));
 }
 
+// ---- Elements that are alike --------------------------------------------------------------------
+
+// The faces of all four corners.
+void SetFaces(Shell4Element& element, double top, double bottom) {
+  element.NodeStressTop.fill(Stress(top));
+  element.NodeStressBottom.fill(Stress(bottom));
+}
+
+// Averages corner by corner, each with a sum of its own.
+void AverageEachCorner(Model& model) {
+  NodeElements lists4, lists3;
+  ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
+  ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
+  for (std::size_t p = 0; p < model.Shell4Nodes.size(); ++p) {
+    AverageShell4NodeStress(model, lists4, lists3, static_cast<std::int32_t>(p / 4),
+                            model.Shell4Nodes[p]);
+  }
+}
+
+// Ten elements in one place. Element 2 is like the one before it, and so is 8; 3 differs from it in
+// the upper face alone, 4 in the lower, 7 in thickness, 9 in the side that it faces. 5 is like 0,
+// but others lie between them. Small numbers besides 2^53 make the order of each sum visible.
+TEST(AverageStresses, OnlyElementsAlikeShareASum) {
+  Model model;
+  for (const auto& [x, y] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 1}}) AddNode(model, x, y, 0);
+  for (const double TK : {10.0, 10.0, 10.0, 10.0, 10.0, 10.0, 10.0, 12.1, 12.1}) {
+    AddShell(model, {0, 1, 2, 3}, TK);
+  }
+  AddShell(model, {0, 3, 2, 1}, 12.1);
+  const std::array<std::array<double, 2>, 10> faces{{{5, Large},
+                                                     {-Large, -3},
+                                                     {-Large, -3},
+                                                     {1, -3},
+                                                     {1, 5},
+                                                     {5, Large},
+                                                     {3, Large},
+                                                     {3, Large},
+                                                     {3, Large},
+                                                     {3, Large}}};
+  for (std::size_t e = 0; e < faces.size(); ++e) {
+    SetFaces(model.Shell4Elements[e], faces[e][0], faces[e][1]);
+  }
+  Model expected = model;
+  AverageEachCorner(expected);
+  AverageNodeStresses(model);
+  for (std::size_t e = 0; e < faces.size(); ++e) {
+    const Shell4Element& element = model.Shell4Elements[e];
+    EXPECT_EQ(element.AvgStressTop, expected.Shell4Elements[e].AvgStressTop) << e;
+    EXPECT_EQ(element.AvgStressBottom, expected.Shell4Elements[e].AvgStressBottom) << e;
+    // The sum of the one before would be another one, and so would that of 0 for 5.
+    if (e != 3 && e != 4 && e != 7 && e != 9) continue;
+    const Shell4Element& before = expected.Shell4Elements[e - 1];
+    EXPECT_TRUE(element.AvgStressTop != before.AvgStressTop ||
+                element.AvgStressBottom != before.AvgStressBottom)
+        << e;
+  }
+  EXPECT_NE(model.Shell4Elements[5].AvgStressTop, model.Shell4Elements[0].AvgStressTop);
+}
+
+// A count in a file without rows: all elements at node 0, and alike. With a sum for each corner
+// this would take hours.
+TEST(AverageStresses, ElementsWithoutRowsShareOneSum) {
+  constexpr std::size_t Count = 100000;
+  Model model;
+  AddNode(model, 0, 0, 0);
+  model.Shell4Elements.resize(Count);
+  model.Shell4Nodes.assign(Count * NodesPerShell4, 0);
+  model.Shell3Elements.resize(Count);
+  model.Shell3Nodes.assign(Count * NodesPerShell3, 0);
+  AverageNodeStresses(model);
+  EXPECT_EQ(model.Shell4Elements.back().AvgStressTop[0], StressVector{});
+}
+
 TEST(AverageStresses, WithoutShellsNothingHappens) {
   Model model;
   AverageNodeStresses(model);
