@@ -413,14 +413,18 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
 }
 
 // Asks for the columns of the next panel while this one is reduced: its share for one of `tiles`
-// tiles, the one at `index`.
-inline void PrefetchNextPanel(const SkylineArrays& K, const Panel& panel, std::int64_t index,
-                              std::int64_t tiles) {
+// tiles, the one at `index`. Always inline: to GCC a function that does nothing else is one without
+// effects, whose calls it drops.
+[[gnu::always_inline]] inline void PrefetchNextPanel(const SkylineArrays& K, const Panel& panel,
+                                                     std::int64_t index, std::int64_t tiles) {
   constexpr std::int64_t LineEntries = 8;
   const std::int64_t next = panel.first + PanelColumns;
   if (next + PanelColumns >= K.n) return;
   const std::int64_t begin = K.diagonalAddress[next];
-  const std::int64_t share = (K.diagonalAddress[next + PanelColumns] - begin) / tiles;
+  const std::int64_t entries = K.diagonalAddress[next + PanelColumns] - begin;
+  // More would drive the slice out of the second cache.
+  if (entries > MaxSliceRows * PanelColumns) return;
+  const std::int64_t share = entries / tiles;
   for (std::int64_t p = begin + index * share; p < begin + (index + 1) * share; p += LineEntries) {
     __builtin_prefetch(K.values + p, 0, 2);
   }
