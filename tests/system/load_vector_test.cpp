@@ -287,6 +287,22 @@ TEST(LoadVector, LoadBesideTheShellTablesStops) {
   }
 }
 
+// One element of the kind and two of the other.
+TEST(LoadVector, ATableOfTheOtherKindDoesNotHelp) {
+  Model quads = MakePlates();
+  quads.NELEM_S_4ND = 1;
+  AddLoad4(quads, {1, {1, 2, 3}});
+  test::ExpectStop([&] { AssembleLoadVector(quads); },
+                   "Distributed load on four-node shell elements 0 refers to element 1; "
+                   "there are 1 four-node shell elements.");
+  Model triangles = MakePlates();
+  triangles.NELEM_S_3ND = 1;
+  AddLoad3(triangles, {1, {1, 2, 3}});
+  test::ExpectStop([&] { AssembleLoadVector(triangles); },
+                   "Distributed load on three-node shell elements 0 refers to element 1; "
+                   "there are 1 three-node shell elements.");
+}
+
 TEST(LoadVector, LoadOnAMissingBeamStops) {
   Model model = MakeModel();
   AddLoad(model, {0, {}});
