@@ -77,6 +77,19 @@ void DescribeBeams(Model& model) {
   CheckMemory(what, bytes, 1);
 }
 
+// Averages the stresses at the corners of all detail models: position, list and place in the grid
+// for each node, and a number for each corner.
+void AverageDetailStresses(std::vector<BeamShellModel>& details) {
+  constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 4 * sizeof(std::size_t);
+  std::uint64_t bytes = 0;
+  for (const BeamShellModel& detail : details) {
+    bytes +=
+        detail.NodeCoords.size() * BytesPerNode + detail.ShellNodes.size() * sizeof(std::size_t);
+  }
+  AllocateOrStop("the averages of the detail models", bytes, 1,
+                 [&] { AverageBeamShellStresses(details); });
+}
+
 // The six solved displacements of a node.
 const double* NodeDisplacements(const Model& model, std::int32_t node) {
   return &model.Displacements[static_cast<std::size_t>(node) * DofsPerNode];
@@ -99,7 +112,7 @@ void GenerateBeamShells(Model& model) {
                    NodeDisplacements(model, model.BeamNodes[row * NodesPerBeam + 1]), detail);
     HandOnSystem(detail, spare);
   }
-  AverageBeamShellStresses(model.BeamShellModels);
+  AverageDetailStresses(model.BeamShellModels);
 }
 
 }  // namespace korvex

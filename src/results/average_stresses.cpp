@@ -132,14 +132,15 @@ void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const Nod
 }
 
 void AverageNodeStresses(Model& model) {
-  // Where each list begins, twice while it is filled, and an entry for each corner.
-  CheckMemory("the elements at " + std::to_string(model.NPOIN) + " nodal points",
-              (static_cast<std::uint64_t>(model.NPOIN) + 1) * 4 + model.Shell4Nodes.size() / 2 +
-                  model.Shell3Nodes.size() / 2,
-              sizeof(std::int64_t));
   NodeElements lists4, lists3;
-  ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
-  ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
+  // Where each list begins, twice while it is filled, and an entry for each corner.
+  AllocateOrStop("the elements at " + std::to_string(model.NPOIN) + " nodal points",
+                 (static_cast<std::uint64_t>(model.NPOIN) + 1) * 4 + model.Shell4Nodes.size() / 2 +
+                     model.Shell3Nodes.size() / 2,
+                 sizeof(std::int64_t), [&] {
+                   ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
+                   ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
+                 });
   for (std::size_t p = 0; p < model.Shell4Nodes.size(); ++p) {
     const auto e = static_cast<std::int32_t>(p / NodesPerShell4);
     const std::int32_t node = model.Shell4Nodes[p];
