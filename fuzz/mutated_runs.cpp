@@ -30,8 +30,8 @@ constexpr rlim_t AddressLimit = rlim_t{48} << 20U;  // bytes; sizes beyond it ar
 constexpr rlim_t TimeLimit = 100;                   // seconds of processor time; a hang ends here
 
 // What a run may take: to start, for each byte that it writes, for each row that it claims, and for
-// each pair of rows. Elements whose rows are missing meet at node 0, and each corner there is
-// averaged over all of them. A machine at its normal load needs a tenth of it.
+// each pair of beams: where their rows are missing they have no length, and each corner of their
+// detail models is averaged over all of them. A machine at its normal load needs a tenth of it.
 constexpr double StartSeconds = 1.0;
 constexpr double SecondsPerByte = 1e-6;
 constexpr double SecondsPerRow = 3e-5;
@@ -58,12 +58,11 @@ std::vector<std::string> ReadModels(const fs::path& corpus) {
   return models;
 }
 
-// The sum of all counts that can be read, as far as memory could hold their rows.
-double CountRows(const std::string& text) {
+// The sum of the counts that can be read behind `title`, as far as memory could hold their rows.
+double CountRows(const std::string& text, const char* title) {
   constexpr double RowsAtMost = AddressLimit / 500.0;  // of elements; all others take no time
   double rows = 0.0;
-  for (std::size_t at = text.find("Number of"); at != std::string::npos;
-       at = text.find("Number of", at + 1)) {
+  for (std::size_t at = text.find(title); at != std::string::npos; at = text.find(title, at + 1)) {
     const std::size_t equals = text.find('=', at);
     if (equals == std::string::npos) break;
     const double count = std::strtod(text.c_str() + equals + 1, nullptr);
@@ -110,9 +109,10 @@ Run RunModel(const char* program, const fs::path& folder, const std::string& tex
   for (const struct timeval& time : {usage.ru_utime, usage.ru_stime}) {
     run.seconds += static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
   }
-  const double rows = CountRows(text);
+  const double rows = CountRows(text, "Number of");
+  const double beams = CountRows(text, "Number of beam elements");
   run.allowed = StartSeconds + SecondsPerByte * CountWritten(folder) + SecondsPerRow * rows +
-                SecondsPerPair * rows * rows;
+                SecondsPerPair * beams * beams;
   return run;
 }
 
