@@ -69,6 +69,21 @@ void WriteResults(Model& model) {
   WriteAverageStressFile("Korvex_AverageStrs.txt", model);
 }
 
+void CloseLog(std::ofstream& log) {
+  log.close();
+  if (!log) ReportIncompleteFile(Utf8CalcLogName);
+}
+
+void RunLoggedStages(std::ofstream& log) {
+  ProbeInputFile();
+  Model model;
+  AssembleSystem(model, log);
+  SolveTimed(model, log);
+  WriteResults(model);
+  ReleaseModel(model);
+  WriteConsoleLine("Post-processing completed.");
+}
+
 void RunStages() {
   std::ofstream CalcLog;
   OpenCalcLog(CalcLog);
@@ -78,16 +93,13 @@ void RunStages() {
         "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97"
         "\xE8\xBE\x93\xE5\x87\xBA\xE5\xA4\xB1\xE8\xB4\xA5!");
   }
-  ProbeInputFile();
-
-  Model model;
-  AssembleSystem(model, CalcLog);
-  SolveTimed(model, CalcLog);
-  WriteResults(model);
-  ReleaseModel(model);
-  WriteConsoleLine("Post-processing completed.");
-  CalcLog.close();
-  if (!CalcLog) ReportIncompleteFile(Utf8CalcLogName);
+  try {
+    RunLoggedStages(CalcLog);
+  } catch (const RunStopped&) {
+    CloseLog(CalcLog);  // what stopped the run, a full disk perhaps, may have cut the log short too
+    throw;
+  }
+  CloseLog(CalcLog);
 }
 
 }  // namespace

@@ -16,7 +16,8 @@ void PrefaultMemory(void* block, std::size_t bytes) {
   const std::uintptr_t begin = (address + page - 1) / page * page;
   const std::uintptr_t end = (address + bytes) / page * page;
   if (begin >= end) return;
-  static_cast<void>(madvise(static_cast<char*>(block) + (begin - address), end - begin, MADV_POPULATE_WRITE));
+  static_cast<void>(
+      madvise(static_cast<char*>(block) + (begin - address), end - begin, MADV_POPULATE_WRITE));
 #else
   static_cast<void>(block);
   static_cast<void>(bytes);

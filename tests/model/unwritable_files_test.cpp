@@ -192,6 +192,19 @@ TEST(UnwritableFiles, AFullDiskUnderTheLog) {
   EXPECT_NE(run.out.find("Post-processing completed.\n"), std::string::npos);
 }
 
+// The stop has its own words; the log that ends with it is named all the same.
+TEST(UnwritableFiles, AFullDiskUnderTheLogOfAStoppedRun) {
+  if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
+  const TempFolder folder;
+  WriteModelFile(folder.Path());
+  fs::create_symlink("/dev/full", folder.Path() / LogPath());
+  fs::create_directory(folder.Path() / "Node_Dis.txt");
+  const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err, Incomplete(LogNames()[1]));
+  EXPECT_EQ(run.out.find("Post-processing completed.\n"), std::string::npos);
+}
+
 // A file system of `size` kilobytes that holds the model, and at most `files` files. Exit status
 // 125: it cannot be made here.
 ProgramRun RunOnSmallDisk(const TempFolder& tools, int size, int files) {
