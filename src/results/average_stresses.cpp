@@ -56,11 +56,9 @@ void StoreAverage(const CornerSum& sum, std::size_t k, ShellElement<Nodes>& elem
 template <std::int32_t Nodes>
 bool AreAlike(const ShellElement<Nodes>& a, std::size_t k, const ShellElement<Nodes>& b,
               std::size_t m) {
-  const auto areEqual = [](const StressVector& s, const StressVector& t) {
-    return std::memcmp(s.data(), t.data(), sizeof s) == 0;
-  };
-  return LieAlike(a, b) && areEqual(a.NodeStressTop[k], b.NodeStressTop[m]) &&
-         areEqual(a.NodeStressBottom[k], b.NodeStressBottom[m]);
+  return LieAlike(a, b) &&
+         HaveEqualBits(&a.NodeStressTop[k], &b.NodeStressTop[m], sizeof(StressVector)) &&
+         HaveEqualBits(&a.NodeStressBottom[k], &b.NodeStressBottom[m], sizeof(StressVector));
 }
 
 // Where the corner of element e at `node` is like that of the element listed before it, takes over

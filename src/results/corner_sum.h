@@ -7,6 +7,7 @@
 // reverse. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
 #pragma once
 
+#include <cstddef>
 #include <cstring>
 
 #include "shell/shell_element.h"
@@ -33,12 +34,17 @@ Vector3 Normal(const ShellElement<Nodes>& element) {
 void AddCorner(const StressVector& top, const StressVector& bottom, Vector3 normal, double TK,
                CornerSum& sum);
 
+// Compares bits, not values: a NaN is like itself, and 0 is not -0, whose sums may differ.
+inline bool HaveEqualBits(const void* a, const void* b, std::size_t bytes) {
+  return std::memcmp(a, b, bytes) == 0;
+}
+
 // Whether the sums of two elements take the same corners: normal and thickness agree in every bit.
 template <std::int32_t Nodes>
 bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
   const Vector3 normalA = Normal(a), normalB = Normal(b);
-  return std::memcmp(normalA.data(), normalB.data(), sizeof normalA) == 0 &&
-         std::memcmp(&a.TK, &b.TK, sizeof a.TK) == 0;
+  return HaveEqualBits(&normalA, &normalB, sizeof normalA) &&
+         HaveEqualBits(&a.TK, &b.TK, sizeof a.TK);
 }
 
 // Adds corner k of `element` in the same way.
