@@ -4,10 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <sstream>
 
+#include "support/keep_model.h"
 #include "support/temp_folder.h"
 #include "system/assemble_system.h"
 #include "system/solve_skyline.h"
@@ -16,19 +15,13 @@ namespace korvex::test {
 
 namespace {
 
-// Adds the model file to the folder that the environment names, if it names one.
-void KeepModel(const std::string& text) {
-  const char* folder = std::getenv("KORVEX_KEEP_MODELS");
-  if (folder == nullptr) return;
-  const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
-  std::string name = std::string(test.test_suite_name()) + '.' + test.name();
+// Named after the test that runs; the verification book, which is no test, keeps its models itself.
+void KeepModelOfTest(const std::string& text) {
+  const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
+  if (test == nullptr) return;
+  std::string name = std::string(test->test_suite_name()) + '.' + test->name();
   std::replace(name.begin(), name.end(), '/', '-');
-  int number = 1;
-  const auto file = [&] {
-    return std::filesystem::path(folder) / (name + '-' + std::to_string(number) + ".txt");
-  };
-  while (std::filesystem::exists(file())) ++number;
-  WriteFile(file(), text);
+  KeepModel(name, text);
 }
 
 }  // namespace
@@ -36,7 +29,7 @@ void KeepModel(const std::string& text) {
 void AssembleModel(const ModelText& text, Model& model) {
   const WorkingFolder folder;
   WriteFile("fem_solving.txt", WriteModel(text));
-  KeepModel(WriteModel(text));
+  KeepModelOfTest(WriteModel(text));
   std::ostringstream log;
   AssembleSystem(model, log);
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "support/keep_model.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 
@@ -140,7 +141,9 @@ std::vector<Detail> ReadDetails(const std::filesystem::path& file) {
 
 Results RunModel(const ModelText& model, Read read) {
   const test::TempFolder folder;
-  test::WriteFile(folder.Path() / "fem_solving.txt", test::WriteModel(model));
+  const std::string text = test::WriteModel(model);
+  test::WriteFile(folder.Path() / "fem_solving.txt", text);
+  test::KeepModel("verification", text);
   const test::ProgramRun run = test::RunProgram(KORVEX_PROGRAM, folder.Path());
   if (run.exitStatus != 0 || !run.err.empty()) {
     throw std::runtime_error("the program ended with status " + std::to_string(run.exitStatus) +
