@@ -16,14 +16,16 @@
 #include "beamshell/generate_beam_shells.h"
 #include "dxf/line_drawing.h"
 #include "model/read_input_file.h"
+#include "platform/vector_bits.h"
 #include "results/average_stresses.h"
 #include "results/node_displacements.h"
 #include "results/shell_stresses.h"
 #include "results/stress_files.h"
 #include "system/assemble_system.h"
+#include "system/factor_skyline.h"
 #include "system/load_vector.h"
 #include "system/profile.h"
-#include "system/solve_skyline.h"
+#include "system/substitute_back.h"
 #include "system/supports.h"
 
 namespace {
@@ -145,11 +147,14 @@ void RunStages() {
       },
       total);
   Time(
-      "factor and substitute",
+      "factor",
       [&] {
-        SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements,
-                     SolverProgress::Silent);
+        FactorSkyline(WidestVectorBits(), model.Stiffness, model.LoadVector,
+                      SolverProgress::Silent);
       },
+      total);
+  Time(
+      "substitute", [&] { SubstituteBack(model.Stiffness, model.LoadVector, model.Displacements); },
       total);
   Time(
       "Node_Dis.txt", [&] { WriteNodeDisplacements(model); }, total);
