@@ -25,6 +25,18 @@ constexpr std::int64_t BlockRows = 8;
 template <typename Width>
 using VectorOf = typename Width::Vector;
 
+// Vectors of N numbers where sixteen registers are there: they hold a tile of 6 x 2 N entries and
+// what it takes to reduce it, whether all tops of a strip are alike or not.
+template <int N>
+struct ShortVectors {
+  static constexpr int Lanes = N;
+  static constexpr int WideVectors = 2;
+  static constexpr int NarrowVectors = 2;
+  typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
+
+  static Vector Multiply(const Vector& v, const double* factor) { return v * *factor; }
+};
+
 // The columns first .. first + columns - 1 of K.
 struct Panel {
   std::int64_t first, columns;
