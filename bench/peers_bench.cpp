@@ -2,62 +2,67 @@
 //
 // Banded Cholesky from LAPACK (OpenBLAS), supernodal sparse Cholesky (CHOLMOD, with its own choice
 // of ordering) and a multifrontal sparse L D L^T (MUMPS, its own choice of ordering), all on one
-// thread. The sparse solvers renumber the equations; the skyline is solved as the nodes come. Times
-// are medians, of analysis, factorisation and solution together.
+// thread. The sparse solvers renumber the equations; the skyline is solved as the nodes come. In
+// every round each of them solves the system once, so that a machine that others share slows all
+// alike. Times are processor times of analysis, factorisation and solution together, medians over
+// the rounds.
 #include <cholmod.h>
 #include <dmumps_c.h>
 
 #include <algorithm>
-#include <chrono>
+#include <array>
 #include <cmath>
 #include <cstdio>
-#include <functional>
+#include <cstdlib>
+#include <cstring>
 #include <vector>
 
-#include "plate_system.h"
+#include "measure.h"
+#include "skyline_systems.h"
 #include "system/solve_skyline.h"
 
-// LAPACK and OpenBLAS; the Fortran symbols spare a header.
+// LAPACK and OpenBLAS, whose Fortran symbols spare a header, and the compiler's library of threads.
 extern "C" {
 void dpbtrf_(const char* uplo, const int* n, const int* kd, double* ab, const int* ldab, int* info);
 void dpbtrs_(const char* uplo, const int* n, const int* kd, const int* nrhs, const double* ab,
              const int* ldab, double* b, const int* ldb, int* info);
 void openblas_set_num_threads(int threads);
+void omp_set_max_active_levels(int levels);
 }
 
 namespace {
 
-using korvex::Model;
 using korvex::SkylineMatrix;
+using korvex::bench::Measure;
+using korvex::bench::Median;
+using korvex::bench::SkylineCase;
+using korvex::bench::SkylineCases;
+using korvex::bench::SkylineSystem;
 
 double Entry(const SkylineMatrix& K, std::size_t j, std::size_t above) {
   return K.Values[static_cast<std::size_t>(K.DiagonalAddress[j]) + above];
 }
 
-// What a solver needs and leaves: the time, and the solution to compare.
+// What a solver takes and leaves. Where it gives up, error is its own number for the reason, and
+// there is no solution; with 0 there is one.
 struct Timing {
   double seconds = 0.0;
+  int error = 0;
   std::vector<double> u;
 };
 
-double Measure(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-Timing SolveOurs(const Model& model) {
-  SkylineMatrix K = model.Stiffness;
-  std::vector<double> F = model.LoadVector;
+Timing SolveOurs(const SkylineSystem& system) {
+  SkylineMatrix K = system.K;
+  std::vector<double> F = system.F;
   Timing t;
   t.u.resize(F.size());
   t.seconds = Measure([&] { korvex::SolveSkyline(K, F, t.u, korvex::SolverProgress::Silent); });
   return t;
 }
 
-Timing SolveBanded(const Model& model) {
-  const SkylineMatrix& K = model.Stiffness;
-  const auto n = static_cast<int>(model.NEQ);
+Timing SolveBanded(const SkylineSystem& system) {
+  const SkylineMatrix& K = system.K;
+  const auto n = static_cast<int>(system.F.size());
   const int kd = *std::max_element(K.ColumnHeights.begin(), K.ColumnHeights.end()) - 1;
   const int ldab = kd + 1;
   std::vector<double> ab(static_cast<std::size_t>(n) * static_cast<std::size_t>(ldab), 0.0);
@@ -68,12 +73,12 @@ Timing SolveBanded(const Model& model) {
     }
   }
   Timing t;
-  t.u = model.LoadVector;
+  t.u = system.F;
   const int one = 1;
-  int info = 0;
   t.seconds = Measure([&] {
-    dpbtrf_("U", &n, &kd, ab.data(), &ldab, &info);
-    dpbtrs_("U", &n, &kd, &one, ab.data(), &ldab, t.u.data(), &n, &info);
+    dpbtrf_("U", &n, &kd, ab.data(), &ldab, &t.error);
+    if (t.error != 0) return;
+    dpbtrs_("U", &n, &kd, &one, ab.data(), &ldab, t.u.data(), &n, &t.error);
   });
   return t;
 }
@@ -92,11 +97,11 @@ void ListEntries(const SkylineMatrix& K, std::vector<int>& columns, std::vector<
   }
 }
 
-Timing SolveCholmod(const Model& model) {
+Timing SolveCholmod(const SkylineSystem& system) {
   std::vector<int> columns, rows;
   std::vector<double> values;
-  ListEntries(model.Stiffness, columns, rows, values);
-  const auto n = static_cast<std::size_t>(model.NEQ);
+  ListEntries(system.K, columns, rows, values);
+  const auto n = system.F.size();
   std::vector<int> first(n + 1, 0);
   for (const int column : columns) ++first[static_cast<std::size_t>(column) + 1];
   for (std::size_t j = 0; j < n; ++j) first[j + 1] += first[j];
@@ -104,6 +109,7 @@ Timing SolveCholmod(const Model& model) {
   cholmod_common common;
   cholmod_start(&common);
   common.supernodal = CHOLMOD_SUPERNODAL;
+  common.print = 0;
   cholmod_sparse A{};
   A.nrow = A.ncol = n;
   A.nzmax = values.size();
@@ -116,7 +122,7 @@ Timing SolveCholmod(const Model& model) {
   A.dtype = CHOLMOD_DOUBLE;
   A.sorted = 1;
   A.packed = 1;
-  std::vector<double> load = model.LoadVector;
+  std::vector<double> load = system.F;
   cholmod_dense b{};
   b.nrow = b.d = b.nzmax = n;
   b.ncol = 1;
@@ -127,20 +133,23 @@ Timing SolveCholmod(const Model& model) {
   t.seconds = Measure([&] {
     cholmod_factor* factor = cholmod_analyze(&A, &common);
     cholmod_factorize(&A, factor, &common);
-    cholmod_dense* x = cholmod_solve(CHOLMOD_A, factor, &b, &common);
-    const auto* values_ = static_cast<const double*>(x->x);
-    t.u.assign(values_, values_ + n);
-    cholmod_free_dense(&x, &common);
+    t.error = common.status;
+    if (t.error == CHOLMOD_OK) {
+      cholmod_dense* x = cholmod_solve(CHOLMOD_A, factor, &b, &common);
+      const auto* solution = static_cast<const double*>(x->x);
+      t.u.assign(solution, solution + n);
+      cholmod_free_dense(&x, &common);
+    }
     cholmod_free_factor(&factor, &common);
   });
   cholmod_finish(&common);
   return t;
 }
 
-Timing SolveMumps(const Model& model) {
+Timing SolveMumps(const SkylineSystem& system) {
   std::vector<int> columns, rows;
   std::vector<double> values;
-  ListEntries(model.Stiffness, columns, rows, values);
+  ListEntries(system.K, columns, rows, values);
   for (int& column : columns) ++column;
   for (int& row : rows) ++row;
 
@@ -150,7 +159,7 @@ Timing SolveMumps(const Model& model) {
   id.sym = 1;  // symmetric positive definite
   id.job = -1;
   dmumps_c(&id);
-  id.n = model.NEQ;
+  id.n = static_cast<decltype(id.n)>(system.F.size());
   id.nnz = static_cast<decltype(id.nnz)>(values.size());
   id.irn = rows.data();
   id.jcn = columns.data();
@@ -158,15 +167,15 @@ Timing SolveMumps(const Model& model) {
   id.icntl[0] = id.icntl[1] = id.icntl[2] = -1;  // no printing
   id.icntl[3] = 0;
   Timing t;
-  t.u = model.LoadVector;
+  t.u = system.F;
   id.rhs = t.u.data();
   id.nrhs = 1;
-  id.lrhs = model.NEQ;
+  id.lrhs = id.n;
   t.seconds = Measure([&] {
     id.job = 6;  // analysis, factorisation, solution
     dmumps_c(&id);
   });
-  if (id.infog[0] < 0) std::printf("MUMPS: error %d\n", id.infog[0]);
+  t.error = std::min(id.infog[0], 0);  // above are warnings
   id.job = -2;
   dmumps_c(&id);
   return t;
@@ -182,44 +191,69 @@ double Difference(const std::vector<double>& u, const std::vector<double>& ours)
   return difference / largest;
 }
 
-constexpr int Runs = 3;
+constexpr int Rounds = 3;
 
-void Compare(std::int32_t columns, std::int32_t rows) {
-  Model model;
-  korvex::bench::BuildPlateSystem(columns, rows, model);
-  std::printf("\n%d x %d nodes, %d equations\n", columns, rows, model.NEQ);
-  struct Solver {
-    const char* name;
-    Timing (*solve)(const Model&);
-  };
-  std::vector<double> ours;
-  double oursSeconds = 0.0;
-  for (const Solver& solver : {Solver{"Korvex", SolveOurs}, Solver{"LAPACK, banded", SolveBanded},
-                               Solver{"CHOLMOD", SolveCholmod}, Solver{"MUMPS", SolveMumps}}) {
-    std::vector<double> seconds;
-    Timing t;
-    for (int run = 0; run < Runs; ++run) {
-      t = solver.solve(model);
-      seconds.push_back(t.seconds);
+struct Solver {
+  const char* name;
+  Timing (*solve)(const SkylineSystem&);
+};
+
+// Ours is the first: the others are compared with it.
+constexpr std::array<Solver, 4> Solvers{{{"Korvex", SolveOurs},
+                                         {"LAPACK, banded", SolveBanded},
+                                         {"CHOLMOD", SolveCholmod},
+                                         {"MUMPS", SolveMumps}}};
+
+void Compare(const SkylineSystem& system) {
+  std::printf("\n%s: %zu equations\n", system.title.c_str(), system.F.size());
+  std::array<std::vector<double>, Solvers.size()> seconds;
+  std::array<Timing, Solvers.size()> last;
+  for (int round = 0; round < Rounds; ++round) {
+    for (std::size_t i = 0; i < Solvers.size(); ++i) {
+      last[i] = Solvers[i].solve(system);
+      seconds[i].push_back(last[i].seconds);
     }
-    std::sort(seconds.begin(), seconds.end());
-    const double median = seconds[Runs / 2];
-    if (ours.empty()) {
-      ours = t.u;
-      oursSeconds = median;
-    }
-    std::printf("%-16s %9.3f s  %6.2f of ours  difference %.0e\n", solver.name, median,
-                median / oursSeconds, Difference(t.u, ours));
-    std::fflush(stdout);
   }
+  for (std::size_t i = 0; i < Solvers.size(); ++i) {
+    if (last[i].error != 0) {
+      std::printf("%-16s gives up with error %d\n", Solvers[i].name, last[i].error);
+      continue;
+    }
+    const double median = Median(seconds[i]);
+    std::printf("%-16s %9.4f s  %6.2f of ours  difference %.0e\n", Solvers[i].name, median,
+                median / Median(seconds[0]), Difference(last[i].u, last[0].u));
+  }
+  std::fflush(stdout);
+}
+
+// Must come before the first solution.
+void UseOneThread() {
+  openblas_set_num_threads(1);
+  // CHOLMOD asks for four threads in its loops, whatever number is set: no loop may have any.
+  omp_set_max_active_levels(0);
+  // Scotch, which orders for MUMPS, takes one for each core otherwise.
+  setenv("SCOTCH_PTHREAD_NUMBER", "1", 1);
 }
 
 }  // namespace
 
-int main() {
-  openblas_set_num_threads(1);
-  Compare(80, 125);
-  Compare(60, 1000);
-  Compare(200, 200);
+// Arguments: names of cases; without any, all but the detail models, which are too small to tell.
+int main(int count, char** arguments) {
+  UseOneThread();
+  for (int i = 1; i < count; ++i) {
+    const bool isCase = std::any_of(
+        SkylineCases.begin(), SkylineCases.end(),
+        [&](const SkylineCase& each) { return std::strcmp(arguments[i], each.name) == 0; });
+    if (isCase) continue;
+    std::fprintf(stderr, "No case has the name %s.\n", arguments[i]);
+    return 2;
+  }
+  for (const SkylineCase& each : SkylineCases) {
+    bool isWanted = count == 1 && std::strcmp(each.name, "details") != 0;
+    for (int i = 1; i < count; ++i) {
+      isWanted = isWanted || std::strcmp(arguments[i], each.name) == 0;
+    }
+    if (isWanted) Compare(each.make());
+  }
   return 0;
 }

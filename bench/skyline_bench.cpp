@@ -1,18 +1,21 @@
 // The factorisation in vectors of each length, and the substitution, beside the plain routine.
 //
-// In every round each of them solves the same system, so that a machine that others share slows all
-// alike; times are processor times, medians over the rounds. The peak is what one core multiplies
-// and subtracts in the same vectors in registers, measured right before and after. Factors and
-// solutions are compared with the plain routine's, bit for bit.
+// Google Benchmark runs them, case by case: it repeats each routine of a case and mixes the
+// repetitions at random, so that a machine that others share slows all alike. Times are processor
+// times. The peak is what one core multiplies and subtracts in the same vectors in registers,
+// measured right before and after each factorisation. What needs the medians of several routines
+// follows in a table after each case: ratios, and whether factors, loads and solutions have the
+// same bits.
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <ctime>
-#include <functional>
+#include <regex>
 #include <string>
 #include <vector>
 
+#include "measure.h"
 #include "platform/vector_bits.h"
 #include "skyline_systems.h"
 #include "system/factor_skyline.h"
@@ -27,17 +30,24 @@ using namespace korvex::bench;
 
 constexpr int Plain = 0;  // in place of a vector length
 constexpr double Giga = 1e9;
+constexpr int UsageError = 2;  // exit status
 
-double Measure(const std::function<void()>& work) {
-  const std::clock_t start = std::clock();
-  work();
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
+// What one routine took and gave, by repetition.
+struct Record {
+  int vectorBits = Plain;
+  std::string name;                        // of its benchmark
+  std::vector<double> factor, substitute;  // seconds
+  std::vector<double> peak;                // operations a second; 0 for the plain routine
+  std::vector<std::uint64_t> hashes;       // of factor, reduced load and solution
+};
 
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
+// A system, made by the first routine that needs it, and the routines that solve it.
+struct Job {
+  const SkylineCase* source = nullptr;
+  SkylineSystem system;
+  double operations = 0.0;
+  std::vector<Record> records;
+};
 
 // Products, differences and quotients of the factorisation and the forward reduction.
 double CountOperations(const SkylineMatrix& K) {
@@ -54,8 +64,8 @@ double CountOperations(const SkylineMatrix& K) {
 }
 
 // A number that depends on every bit of the values (Fowler, Noll & Vo, by words).
-std::uint64_t HashBits(const std::vector<double>& values) {
-  std::uint64_t hash = 14695981039346656037U;
+// hash: of what came before.
+std::uint64_t HashBits(const std::vector<double>& values, std::uint64_t hash) {
   for (const double value : values) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
@@ -65,29 +75,31 @@ std::uint64_t HashBits(const std::vector<double>& values) {
   return hash;
 }
 
-// What one routine took and gave.
-struct Record {
-  int vectorBits = Plain;
-  std::vector<double> factor, substitute;  // seconds, by round
-  std::vector<double> peak;                // operations a second, by round
-  std::uint64_t hash = 0;                  // of factor, reduced load and solution
-};
+void MakeSystem(Job& job) {
+  job.system = job.source->make();
+  job.operations = CountOperations(job.system.K) * job.system.copies;
+}
 
-// Solves all copies of the system and adds the times to the record.
-void Solve(const SkylineSystem& system, Record& record) {
+// One repetition: solves all copies of the system. The library's clock runs for the factorisation
+// alone; the rest are counters.
+void Solve(const Job& job, benchmark::State& state, Record& record) {
+  const SkylineSystem& system = job.system;
   const auto copies = static_cast<std::size_t>(system.copies);
   std::vector<SkylineMatrix> K(copies, system.K);
   std::vector<std::vector<double>> F(copies, system.F), u(copies, system.F);
   const bool isPlain = record.vectorBits == Plain;
   double peak = isPlain ? 0.0 : MeasurePeak(record.vectorBits);
-  record.factor.push_back(Measure([&] {
-    for (std::size_t i = 0; i < copies; ++i) {
-      FactorSkyline(record.vectorBits, K[i], F[i], SolverProgress::Silent);
-    }
-  }));
+  double factor = 0.0;
+  for (auto _ : state) {
+    factor = Measure([&] {
+      for (std::size_t i = 0; i < copies; ++i) {
+        FactorSkyline(record.vectorBits, K[i], F[i], SolverProgress::Silent);
+      }
+    });
+    state.SetIterationTime(factor);
+  }
   if (!isPlain) peak = 0.5 * (peak + MeasurePeak(record.vectorBits));
-  record.peak.push_back(peak);
-  record.substitute.push_back(Measure([&] {
+  const double substitute = Measure([&] {
     for (std::size_t i = 0; i < copies; ++i) {
       if (isPlain) {
         SubstituteBackPlain(K[i], F[i], u[i]);
@@ -95,78 +107,140 @@ void Solve(const SkylineSystem& system, Record& record) {
         SubstituteBack(K[i], F[i], u[i]);
       }
     }
-  }));
-  record.hash = HashBits(K[0].Values) ^ HashBits(F[0]) ^ HashBits(u[0]);
+  });
+  record.factor.push_back(factor);
+  record.substitute.push_back(substitute);
+  record.peak.push_back(peak);
+  constexpr std::uint64_t Start = 14695981039346656037U;  // the hash of nothing
+  record.hashes.push_back(HashBits(u[0], HashBits(F[0], HashBits(K[0].Values, Start))));
+  state.counters["Gflop/s"] = job.operations / factor / Giga;
+  state.counters["substitution_s"] = substitute;
+  if (isPlain) return;
+  state.counters["peak_Gflop/s"] = peak / Giga;
+  state.counters["of_peak"] = job.operations / factor / peak;
 }
 
-void PrintRecord(const Record& record, const Record& plain, double operations) {
+// Whether --benchmark_filter takes the benchmark, by the library's rule: if the pattern is found in
+// its full name or, with a minus before it, if it is not found there.
+bool IsChosen(const std::string& shortName) {
+  const std::string name = shortName + "/iterations:1/manual_time";  // as the library extends it
+  const std::string filter = benchmark::GetBenchmarkFilter();
+  if (filter.empty() || filter == "all") return true;
+  const bool isNegative = filter[0] == '-';
+  const std::regex pattern(filter.substr(isNegative ? 1 : 0), std::regex::extended);
+  return std::regex_search(name, pattern) != isNegative;
+}
+
+// The routines of a case that are chosen, the plain one first.
+std::vector<Record> ListRoutines(const SkylineCase& source) {
+  std::vector<Record> records;
+  const auto add = [&](int vectorBits, const std::string& routine) {
+    Record record;
+    record.vectorBits = vectorBits;
+    record.name = source.name + ('/' + routine);
+    if (IsChosen(record.name)) records.push_back(record);
+  };
+  add(Plain, "plain");
+  for (int bits = 128; bits <= WidestVectorBits(); bits *= 2) add(bits, std::to_string(bits));
+  return records;
+}
+
+void PrintRecord(const Record& record, const Record& first, double operations, bool isSame) {
   const double factor = Median(record.factor), substitute = Median(record.substitute);
+  std::fprintf(stderr, "%-16s %10.4f %8.1f %8.1f", record.name.c_str(), factor,
+               operations / factor / Giga, Median(first.factor) / factor);
   if (record.vectorBits == Plain) {
-    std::printf("plain     %9.4f s %6.1f Gflop/s                              %9.4f s\n", factor,
-                operations / factor / Giga, substitute);
-    return;
+    std::fprintf(stderr, "%16s", "");
+  } else {
+    std::vector<double> shares;
+    for (std::size_t i = 0; i < record.peak.size(); ++i) {
+      shares.push_back(operations / record.factor[i] / record.peak[i]);
+    }
+    std::fprintf(stderr, "  %3.0f %% of %5.1f", 100.0 * Median(shares), Median(record.peak) / Giga);
   }
-  std::vector<double> shares;
-  for (std::size_t round = 0; round < record.peak.size(); ++round) {
-    shares.push_back(operations / record.factor[round] / record.peak[round]);
-  }
-  std::printf(
-      "%3d bits  %9.4f s %6.1f Gflop/s %5.1f x plain  %3.0f %% of %5.1f  %9.4f s %6.1f x%s\n",
-      record.vectorBits, factor, operations / factor / Giga, Median(plain.factor) / factor,
-      100.0 * Median(shares), Median(record.peak) / Giga, substitute,
-      Median(plain.substitute) / substitute, record.hash == plain.hash ? "" : "  OTHER BITS");
+  std::fprintf(stderr, " %10.4f %8.1f%s\n", substitute, Median(first.substitute) / substitute,
+               isSame ? "" : "  OTHER BITS");
 }
 
-// Whether all routines gave the same bits.
-bool Compare(const SkylineSystem& system, int rounds) {
-  const double operations = CountOperations(system.K) * system.copies;
-  std::printf("\n%s: %zu equations, %.1f million entries, %.2f Gflop\n", system.name.c_str(),
-              system.F.size(), static_cast<double>(system.K.SkylineSize) * 1e-6, operations / Giga);
-  std::vector<Record> records(1);
-  for (int bits = 128; bits <= WidestVectorBits(); bits *= 2) {
-    records.emplace_back();
-    records.back().vectorBits = bits;
+// Prints medians and ratios to the first routine, and whether all have its bits. The table goes
+// where the library writes what is for readers: its standard output may be JSON.
+bool PrintTable(const Job& job) {
+  const Record& first = job.records[0];
+  std::fprintf(stderr, "\n%s: %zu equations, %.1f million entries, %.2f Gflop, medians of %zu\n",
+               job.system.title.c_str(), job.system.F.size(),
+               static_cast<double>(job.system.K.SkylineSize) * 1e-6, job.operations / Giga,
+               first.factor.size());
+  std::fprintf(stderr, "%-16s %10s %8s %8s %15s %10s %8s\n", "", "factor, s", "Gflop/s", "x first",
+               "of the peak", "subst., s", "x first");
+  bool areSame = true;
+  for (const Record& record : job.records) {
+    const bool isSame = std::all_of(record.hashes.begin(), record.hashes.end(),
+                                    [&](std::uint64_t hash) { return hash == first.hashes[0]; });
+    PrintRecord(record, first, job.operations, isSame);
+    areSame = areSame && isSame;
   }
-  for (int round = 0; round < rounds; ++round) {
-    for (Record& record : records) Solve(system, record);
-  }
-  bool isSame = true;
-  for (const Record& record : records) {
-    PrintRecord(record, records[0], operations);
-    isSame = isSame && record.hash == records[0].hash;
-  }
-  std::fflush(stdout);
-  return isSame;
+  std::fprintf(stderr, "\n");
+  return areSame;
 }
 
-struct Case {
-  const char* name;
-  SkylineSystem (*make)();
-};
+// Whether the option is for output that the library can only write in one run: every run begins the
+// file anew, and JSON ends with the run.
+bool IsForOneRun(const std::string& option) {
+  return option.rfind("--benchmark_out=", 0) == 0 || option == "--benchmark_format=json";
+}
 
-constexpr Case Cases[] = {
-    {"plate", [] { return MakePlate(80, 125); }},
-    {"stiffened", [] { return MakeStiffenedPlate(60, 100); }},
-    {"cylinder", [] { return MakeCylinder(60, 120); }},
-    {"shuffled", [] { return MakeShuffledPlate(24); }},
-    {"details", [] { return MakeDetailModels(500); }},
-    {"strip", [] { return MakePlate(60, 1000); }},
-    {"square", [] { return MakePlate(200, 200); }},
-};
+// Whether all routines gave the same bits in all repetitions.
+bool RunJob(benchmark::BenchmarkReporter& reporter, Job& job) {
+  for (Record& record : job.records) {
+    const auto solve = [&job, &record](benchmark::State& state) {
+      if (job.system.F.empty()) MakeSystem(job);
+      Solve(job, state, record);
+    };
+    benchmark::RegisterBenchmark(record.name.c_str(), solve)
+        ->Iterations(1)
+        ->UseManualTime()
+        ->Unit(benchmark::kMillisecond);
+  }
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  benchmark::ClearRegisteredBenchmarks();
+  const bool isOnlyListed = job.records[0].factor.empty();
+  return isOnlyListed || PrintTable(job);
+}
 
 }  // namespace
 
-// Arguments: the number of rounds, 3 without one, and the names of cases, all without any. The
-// exit status is 1 where bits differ.
+// Arguments: those of the library. The exit status is 1 where bits differ.
 int main(int count, char** arguments) {
-  const int rounds = count > 1 ? std::max(1, std::atoi(arguments[1])) : 3;
-  std::printf("          factorisation                                          substitution\n");
-  bool isSame = true;
-  for (const Case& each : Cases) {
-    bool isWanted = count <= 2;
-    for (int i = 2; i < count; ++i)
-      isWanted = isWanted || std::strcmp(arguments[i], each.name) == 0;
-    if (isWanted) isSame = Compare(each.make(), rounds) && isSame;
+  // Before the caller's own, which take precedence.
+  char interleaving[] = "--benchmark_enable_random_interleaving=true";
+  char repetitions[] = "--benchmark_repetitions=3";
+  std::vector<char*> all{arguments[0], interleaving, repetitions};
+  all.insert(all.end(), arguments + 1, arguments + count);
+  const bool takesOneCase = std::any_of(all.begin(), all.end(), IsForOneRun);
+  auto allCount = static_cast<int>(all.size());
+  benchmark::Initialize(&allCount, all.data());
+  if (benchmark::ReportUnrecognizedArguments(allCount, all.data())) return UsageError;
+
+  std::vector<Job> jobs;
+  for (const SkylineCase& source : SkylineCases) {
+    Job job;
+    job.source = &source;
+    job.records = ListRoutines(source);
+    if (!job.records.empty()) jobs.push_back(job);
   }
-  return isSame ? 0 : 1;
+  if (jobs.empty() || (takesOneCase && jobs.size() > 1)) {
+    std::fprintf(stderr, jobs.empty()
+                             ? "The filter leaves no case.\n"
+                             : "A file or JSON takes one case: choose it by the filter.\n");
+    return UsageError;
+  }
+  // One for all cases, because the library (1.7.1) deletes its own after the first run and then
+  // uses it again.
+  benchmark::BenchmarkReporter& reporter = *benchmark::CreateDefaultDisplayReporter();
+  bool areSame = true;
+  for (Job& job : jobs) {
+    areSame = RunJob(reporter, job) && areSame;
+    job.system = {};
+  }
+  return areSame ? 0 : 1;
 }

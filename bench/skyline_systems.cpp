@@ -10,10 +10,10 @@
 #include "beamshell/extrude_profile.h"
 #include "beamshell/section_profile.h"
 #include "beamshell/solve_beam_shell.h"
-#include "plate_system.h"
 #include "shell/shell_stiffness.h"
 #include "system/assemble_element.h"
 #include "system/profile.h"
+#include "system/supports.h"
 
 namespace korvex::bench {
 
@@ -21,7 +21,6 @@ namespace {
 
 constexpr double Side = 100.0;  // of an element, mm
 constexpr double Young = 206000.0, Poisson = 0.3, Thickness = 10.0;
-constexpr double Support = 1e20;  // stiffness of a fixed dof
 
 struct Mesh {
   std::vector<std::array<double, 3>> nodes;
@@ -39,9 +38,9 @@ void AddSquares(int columns, int rows, const std::vector<std::int32_t>& numbers,
 }
 
 // The system of a mesh that is held at its first `fixed` nodes; a unit load on every dof.
-SkylineSystem Assemble(const std::string& name, const Mesh& mesh, int fixed) {
+SkylineSystem Assemble(const std::string& title, const Mesh& mesh, int fixed) {
   SkylineSystem system;
-  system.name = name;
+  system.title = title;
   const auto n = static_cast<std::int32_t>(mesh.nodes.size()) * DofsPerNode;
   std::vector<std::int32_t> connectivity;
   for (const auto& nodes : mesh.squares) {
@@ -62,7 +61,7 @@ SkylineSystem Assemble(const std::string& name, const Mesh& mesh, int fixed) {
     AssembleElement<4>(element, nodes.data(), Shell4Stiffness, system.K);
   }
   for (std::size_t dof = 0; dof < static_cast<std::size_t>(fixed * DofsPerNode); ++dof) {
-    system.K.Values[static_cast<std::size_t>(system.K.DiagonalAddress[dof])] = Support;
+    system.K.Values[static_cast<std::size_t>(system.K.DiagonalAddress[dof])] = PenaltyStiffness;
   }
   system.F.assign(static_cast<std::size_t>(n), 1.0);
   return system;
@@ -72,16 +71,23 @@ std::string SizeText(int columns, int rows) {
   return std::to_string(columns) + " x " + std::to_string(rows);
 }
 
-}  // namespace
+// A flat plate on a grid, the node at each place of it being numbers[place].
+void AddPlate(int columns, int rows, const std::vector<std::int32_t>& numbers, Mesh& mesh) {
+  mesh.nodes.resize(numbers.size());
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const auto place = static_cast<int>(i);
+    mesh.nodes[static_cast<std::size_t>(numbers[i])] = {Side * (place % columns),
+                                                        Side * (place / columns), 0.0};
+  }
+  AddSquares(columns, rows, numbers, mesh);
+}
 
 SkylineSystem MakePlate(int columns, int rows) {
-  Model model;
-  BuildPlateSystem(columns, rows, model);
-  SkylineSystem system;
-  system.name = "plate " + SizeText(columns, rows);
-  system.K = std::move(model.Stiffness);
-  system.F = std::move(model.LoadVector);
-  return system;
+  std::vector<std::int32_t> numbers(static_cast<std::size_t>(columns * rows));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  Mesh mesh;
+  AddPlate(columns, rows, numbers, mesh);
+  return Assemble("plate " + SizeText(columns, rows), mesh, columns);
 }
 
 SkylineSystem MakeStiffenedPlate(int columns, int rows) {
@@ -131,13 +137,7 @@ SkylineSystem MakeShuffledPlate(int columns) {
   std::iota(numbers.begin(), numbers.end(), 0);
   std::shuffle(numbers.begin(), numbers.end(), std::mt19937(1));
   Mesh mesh;
-  mesh.nodes.resize(numbers.size());
-  for (std::size_t i = 0; i < numbers.size(); ++i) {
-    const auto place = static_cast<int>(i);
-    mesh.nodes[static_cast<std::size_t>(numbers[i])] = {Side * (place % columns),
-                                                        Side * (place / columns), 0.0};
-  }
-  AddSquares(columns, columns, numbers, mesh);
+  AddPlate(columns, columns, numbers, mesh);
   return Assemble("shuffled plate " + SizeText(columns, columns), mesh, columns);
 }
 
@@ -159,11 +159,23 @@ SkylineSystem MakeDetailModels(int copies) {
   constexpr double Still[6] = {}, Moved[6] = {0.0, 0.0, 1.0, 0.0, 0.0, 0.0};
   ImposeEndDisplacements(Still, Moved, model);
   SkylineSystem system;
-  system.name = std::to_string(copies) + " detail models";
+  system.title = std::to_string(copies) + " detail models";
   system.K = std::move(model.Stiffness);
   system.F = std::move(model.LoadVector);
   system.copies = copies;
   return system;
 }
+
+}  // namespace
+
+constexpr std::array<SkylineCase, 7> SkylineCases{{
+    {"plate", [] { return MakePlate(80, 125); }},
+    {"stiffened", [] { return MakeStiffenedPlate(60, 100); }},
+    {"cylinder", [] { return MakeCylinder(60, 120); }},
+    {"shuffled", [] { return MakeShuffledPlate(24); }},
+    {"details", [] { return MakeDetailModels(500); }},
+    {"strip", [] { return MakePlate(60, 1000); }},
+    {"square", [] { return MakePlate(200, 200); }},
+}};
 
 }  // namespace korvex::bench

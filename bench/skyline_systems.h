@@ -1,6 +1,7 @@
-// The systems of equations of skyline_bench: how the columns' tops lie is what distinguishes them.
+// Systems of equations to solve: how the columns' tops lie is what distinguishes them.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -9,26 +10,25 @@
 namespace korvex::bench {
 
 struct SkylineSystem {
-  std::string name;
+  std::string title;
   SkylineMatrix K;        // assembled and supported
   std::vector<double> F;  // [n]
   int copies = 1;         // so many are solved, one after another
 };
 
-// A flat plate; nodes are numbered along the columns.
-SkylineSystem MakePlate(int columns, int rows);
+// A system is made when it is needed and not before: the largest has 2.2 GB.
+struct SkylineCase {
+  const char* name;
+  SkylineSystem (*make)();
+};
 
-// A plate with a web of two rows of shells under every fifth line of nodes; the web's nodes are
-// numbered between the plate's.
-SkylineSystem MakeStiffenedPlate(int columns, int rows);
-
-// A tube, numbered ring by ring: the last node of a ring lies beside its first.
-SkylineSystem MakeCylinder(int columns, int rings);
-
-// A square plate whose nodes are numbered at random: hardly two columns are of one height.
-SkylineSystem MakeShuffledPlate(int columns);
-
-// The detail model of a T girder, `copies` times.
-SkylineSystem MakeDetailModels(int copies);
+// plate: a flat plate, its nodes numbered along the columns;
+// stiffened: a plate with a web of two rows of shells under every fifth line of nodes, the web's
+//    nodes numbered between the plate's;
+// cylinder: a tube, numbered ring by ring: the last node of a ring lies beside its first;
+// shuffled: a square plate whose nodes are numbered at random, hardly two columns of one height;
+// details: the detail model of a T girder, many times;
+// strip, square: flat plates, a long one and a large one.
+extern const std::array<SkylineCase, 7> SkylineCases;
 
 }  // namespace korvex::bench
