@@ -9,18 +9,25 @@
 // an unnamed namespace and uses no library, so that no other unit can get code for this processor.
 #pragma once
 
-#include <emmintrin.h>  // pairs of numbers, for turning rows into columns
-
 #include "system/skyline_panel.h"
 
 namespace korvex {
 namespace {
 
-// The top row of a column that takes no part: it is not there, or done.
-constexpr double NoRow = 1e300;
+// The top row of a column that is not there: the last panel may have fewer.
+constexpr double NoTop = 1e300;
 
-// The rows of the factor are written to their columns in blocks of so many.
+// The row that nothing reaches.
+constexpr std::int64_t NoRow = INT64_MAX;
+
+// Rows go from their columns and back in squares of so many rows and columns.
+constexpr std::int64_t SquareRows = 4;
+
+// The rows of the factor are divided in blocks of so many.
 constexpr std::int64_t BlockRows = 8;
+
+// Strips of a panel in the shortest vectors, two of two numbers.
+constexpr std::int64_t MaxStrips = 6;
 
 template <typename Width>
 using VectorOf = typename Width::Vector;
@@ -37,11 +44,21 @@ struct ShortVectors {
   static Vector Multiply(const Vector& v, const double* factor) { return v * *factor; }
 };
 
+// The top rows of a strip's columns, each once, ascending: between two of them the same lanes take
+// part, so that a mask is made once for many terms.
+struct Steps {
+  std::int64_t rows[PanelColumns + 1];  // then NoRow
+  int vectors[PanelColumns];            // from rows[s] on, no vector behind these takes part
+};
+
 // The columns first .. first + columns - 1 of K.
 struct Panel {
   std::int64_t first, columns;
   std::int64_t top;                 // highest row of any column, rounded up to a tile's
+  std::int64_t full;                // from here on, all 24 columns are stored; NoRow if some miss
   bool isRagged;                    // tops too different for one strip
+  Steps wide[MaxStrips];            // of the wide strips; not used where narrow ones are as wide
+  Steps narrow[MaxStrips];          // of the narrow strips
   std::int64_t base[PanelColumns];  // row k of column c is K.values[base[c] - k]
   // Top rows, as numbers of the kind that vectors compare.
   double tops[PanelColumns];
@@ -99,41 +116,64 @@ template <int Count, int I = 0, typename Function>
 }
 #define KORVEX_INLINE __attribute__((always_inline))
 
+// The part of a row that lies in a strip.
+template <typename Width, int Vectors>
+[[gnu::always_inline]] inline void LoadStrip(const double* p, VectorOf<Width> (&strip)[Vectors]) {
+  Repeat<Vectors>([&](auto v) KORVEX_INLINE { strip[v] = Load<Width>(p + v * Width::Lanes); });
+}
+
+template <typename Width, int Vectors>
+[[gnu::always_inline]] inline void StoreStrip(double* p, const VectorOf<Width> (&strip)[Vectors]) {
+  Repeat<Vectors>([&](auto v) KORVEX_INLINE { Store<Width>(p + v * Width::Lanes, strip[v]); });
+}
+
 // A tile's entries in a strip of the panel's columns: [row][vector].
 template <typename Width, int Vectors>
 using Entries = VectorOf<Width>[TileRows][Vectors];
 
-// Takes `row` times the multiplier out of row q of the tile; if Masked, where `tops` reach up to k.
-template <typename Width, bool Masked, int Vectors>
+// Which lanes of a vector take part.
+template <typename Width>
+using MaskOf = decltype(VectorOf<Width>() <= VectorOf<Width>());
+
+// The lanes of a strip whose columns reach up to row k.
+template <typename Width, int Vectors>
+[[gnu::always_inline]] inline void FindMask(const double* tops, double k,
+                                            MaskOf<Width> (&mask)[Vectors]) {
+  Repeat<Vectors>([&](auto v)
+                      KORVEX_INLINE { mask[v] = Load<Width>(tops + v * Width::Lanes) <= k; });
+}
+
+// Takes `row` times the multiplier out of a row of the tile; if Masked, in the lanes of the mask.
+template <typename Width, bool Masked, int Active, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerm(const VectorOf<Width> (&row)[Vectors],
-                                                const double* multiplier, const double* tops,
-                                                double k, VectorOf<Width> (&entries)[Vectors]) {
-  Repeat<Vectors>([&](auto v) KORVEX_INLINE {
+                                                const double* multiplier,
+                                                const MaskOf<Width> (&mask)[Vectors],
+                                                VectorOf<Width> (&entries)[Vectors]) {
+  Repeat<Active>([&](auto v) KORVEX_INLINE {
     const VectorOf<Width> reduced = entries[v] - Width::Multiply(row[v], multiplier);
     if constexpr (Masked) {
-      entries[v] = Load<Width>(tops + v * Width::Lanes) <= k ? reduced : entries[v];
+      entries[v] = mask[v] ? reduced : entries[v];
     } else {
       entries[v] = reduced;
     }
   });
 }
 
-// Subtracts the terms k0 .. k1 - 1 from a tile.
-// last: per row of the tile, its multiplier of term k1 - 1; those before lie behind it.
-// w: row k0 of the strip.
-template <typename Width, bool Masked, int Vectors>
+// Subtracts `count` terms from a tile, in the first vectors of a strip, Active of them.
+// last: per row of the tile, its multiplier of the last term; those before lie behind it.
+// w: the strip's row of the first term.
+template <typename Width, bool Masked, int Active, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerms(const double* const (&last)[TileRows],
-                                                 const double* w, const double* tops,
-                                                 std::int64_t k0, std::int64_t k1,
+                                                 const double* w, std::int64_t count,
+                                                 const MaskOf<Width> (&mask)[Vectors],
                                                  Entries<Width, Vectors>& a) {
   // Written out four times: in short vectors, counting would cost a sixth of the instructions.
 #pragma GCC unroll 4
-  for (std::int64_t t = k1 - 1 - k0; t >= 0; --t, w += PanelColumns) {
+  for (std::int64_t t = count - 1; t >= 0; --t, w += PanelColumns) {
     VectorOf<Width> row[Vectors];
-    Repeat<Vectors>([&](auto v) KORVEX_INLINE { row[v] = Load<Width>(w + v * Width::Lanes); });
-    const double k = Masked ? static_cast<double>(k1 - 1 - t) : 0.0;
+    Repeat<Active>([&](auto v) KORVEX_INLINE { row[v] = Load<Width>(w + v * Width::Lanes); });
     Repeat<TileRows>([&](auto q) KORVEX_INLINE {
-      SubtractTerm<Width, Masked>(row, last[q] + t, tops, k, a[q]);
+      SubtractTerm<Width, Masked, Active>(row, last[q] + t, mask, a[q]);
     });
   }
 }
@@ -145,9 +185,10 @@ template <typename Width, bool Masked, int Vectors>
                                                     const double* tops, std::int64_t first,
                                                     Entries<Width, Vectors>& a) {
   Repeat<TileRows>([&](auto p) KORVEX_INLINE {
-    const auto k = static_cast<double>(first + p);
+    MaskOf<Width> mask[Vectors];
+    if constexpr (Masked) FindMask<Width>(tops, static_cast<double>(first + p), mask);
     Repeat<TileRows>([&](auto q) KORVEX_INLINE {
-      if constexpr (q > p) SubtractTerm<Width, Masked>(a[p], l[q] - p, tops, k, a[q]);
+      if constexpr (q > p) SubtractTerm<Width, Masked, Vectors>(a[p], l[q] - p, mask, a[q]);
     });
   });
 }
@@ -181,29 +222,26 @@ inline Tile DescribeTile(const SkylineArrays& K, std::int64_t first, std::int64_
 template <typename Width, int Vectors>
 void UpdateRow(const SkylineArrays& K, const Panel& panel, const Slice& slice, const Tile& tile,
                std::int64_t c, std::int64_t q, std::int64_t k0, std::int64_t k1) {
+  if (k0 >= k1) return;
   double* target = tile.rows + q * PanelColumns + c;
+  VectorOf<Width> a[Vectors];
+  LoadStrip<Width>(target, a);
   for (std::int64_t k = k0; k < k1; ++k) {
-    const double* multiplier = K.values + (tile.base[q] - k);
-    const double* row = RowOf(slice, k) + c;
-    for (int v = 0; v < Vectors; ++v) {
-      const int lane = v * Width::Lanes;
-      const VectorOf<Width> a = Load<Width>(target + lane);
-      const VectorOf<Width> reduced = a - Width::Multiply(Load<Width>(row + lane), multiplier);
-      Store<Width>(target + lane,
-                   Load<Width>(panel.tops + c + lane) <= static_cast<double>(k) ? reduced : a);
-    }
+    VectorOf<Width> row[Vectors];
+    LoadStrip<Width>(RowOf(slice, k) + c, row);
+    MaskOf<Width> mask[Vectors];
+    FindMask<Width>(panel.tops + c, static_cast<double>(k), mask);
+    SubtractTerm<Width, true, Vectors>(row, K.values + (tile.base[q] - k), mask, a);
   }
+  StoreStrip<Width>(target, a);
 }
 
 // The terms k0 .. k1 - 1 of a whole tile, in the strip from column c, where all six columns reach
-// up to k0; then, if `isInside` the slice, those of the tile itself. maskEnd: from here on, no lane
-// needs a mask.
+// up to k0; then, if `isInside` the slice, those of the tile itself.
 template <typename Width, int Vectors>
-void UpdateTile(const SkylineArrays& K, const Panel& panel, const Slice& slice, const Tile& tile,
-                std::int64_t c, std::int64_t k0, std::int64_t k1, std::int64_t maskEnd,
-                bool isInside) {
+void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, const Slice& slice,
+                const Tile& tile, std::int64_t c, std::int64_t k0, std::int64_t k1, bool isInside) {
   Entries<Width, Vectors> a;
-  const double* tops = panel.tops + c;
   const auto forEntries = [&](const auto& f) KORVEX_INLINE {
     Repeat<TileRows>([&](auto q) KORVEX_INLINE {
       Repeat<Vectors>([&](auto v) KORVEX_INLINE {
@@ -216,18 +254,29 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Slice& slice, 
   const auto pointAt = [&](std::int64_t k) KORVEX_INLINE {
     Repeat<TileRows>([&](auto q) KORVEX_INLINE { l[q] = K.values + (tile.base[q] - k); });
   };
-  const std::int64_t middle = Max(k0, Min(maskEnd, k1));
-  if (k0 < middle) {
-    pointAt(middle - 1);
-    SubtractTerms<Width, true, Vectors>(l, RowOf(slice, k0) + c, tops, k0, middle, a);
+  const double* tops = panel.tops + c;
+  MaskOf<Width> mask[Vectors];
+  // Lanes that do not reach the tile need no mask: nobody reads what they hold.
+  int s = 0;
+  for (; steps.rows[s + 1] < tile.first + TileRows; ++s) {
+    const std::int64_t end = Min(steps.rows[s + 1], k1);
+    if (k0 >= end) continue;
+    pointAt(end - 1);
+    FindMask<Width>(tops, static_cast<double>(steps.rows[s]), mask);
+    Repeat<Vectors>([&](auto v) KORVEX_INLINE {
+      if (steps.vectors[s] == v + 1) {
+        SubtractTerms<Width, true, v + 1>(l, RowOf(slice, k0) + c, end - k0, mask, a);
+      }
+    });
+    k0 = end;
   }
-  if (middle < k1) {
+  if (k0 < k1) {
     pointAt(k1 - 1);
-    SubtractTerms<Width, false, Vectors>(l, RowOf(slice, middle) + c, tops, middle, k1, a);
+    SubtractTerms<Width, false, Vectors>(l, RowOf(slice, k0) + c, k1 - k0, mask, a);
   }
   if (isInside) {
     pointAt(tile.first);
-    if (maskEnd > tile.first) {
+    if (steps.rows[s] > tile.first) {
       SubtractOwnTerms<Width, true, Vectors>(l, tops, tile.first, a);
     } else {
       SubtractOwnTerms<Width, false, Vectors>(l, tops, tile.first, a);
@@ -240,18 +289,11 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Slice& slice, 
 template <typename Width, int Vectors>
 void UpdateStrip(const SkylineArrays& K, const Panel& panel, const Slice& slice, const Tile& tile,
                  std::int64_t c) {
-  // Lanes that do not reach the tile need no mask: nobody reads what they hold.
-  double low = NoRow, high = 0.0;
-  const auto lastRow = static_cast<double>(tile.first + tile.count - 1);
-  for (std::int64_t lane = c; lane < c + Vectors * Width::Lanes; ++lane) {
-    const double top = panel.tops[lane];
-    if (top > lastRow) continue;
-    low = top < low ? top : low;
-    high = top > high ? top : high;
-  }
-  if (low == NoRow) return;
+  const std::int64_t strip = c / (Vectors * Width::Lanes);
+  const Steps& steps = Vectors == Width::NarrowVectors ? panel.narrow[strip] : panel.wide[strip];
+  if (steps.rows[0] >= tile.first + tile.count) return;
 
-  const std::int64_t k0 = Max(slice.first, static_cast<std::int64_t>(low));
+  const std::int64_t k0 = Max(slice.first, steps.rows[0]);
   if (tile.count < TileRows || tile.commonTop > tile.first) {
     for (std::int64_t q = 0; q < tile.count; ++q) {
       UpdateRow<Width, Vectors>(K, panel, slice, tile, c, q, Max(k0, tile.tops[q]),
@@ -259,13 +301,12 @@ void UpdateStrip(const SkylineArrays& K, const Panel& panel, const Slice& slice,
     }
     return;
   }
-  for (std::int64_t q = 0; q < TileRows; ++q) {
+  for (std::int64_t q = 0; q < TileRows && k0 < tile.commonTop; ++q) {
     UpdateRow<Width, Vectors>(K, panel, slice, tile, c, q, Max(k0, tile.tops[q]),
                               Min(slice.end, tile.commonTop));
   }
-  UpdateTile<Width, Vectors>(K, panel, slice, tile, c, Max(k0, tile.commonTop),
-                             Min(slice.end, tile.first), static_cast<std::int64_t>(high),
-                             tile.first < slice.end);
+  UpdateTile<Width, Vectors>(K, panel, steps, slice, tile, c, Max(k0, tile.commonTop),
+                             Min(slice.end, tile.first), tile.first < slice.end);
 }
 
 // The terms of a tile that lie in the slice.
@@ -287,25 +328,63 @@ void UpdateTileRows(const SkylineArrays& K, const Panel& panel, const Slice& sli
   }
 }
 
+// Lists the top rows of the strip from column c, `vectors` vectors of `lanes` numbers.
+inline void FindSteps(const Panel& panel, std::int64_t c, int vectors, int lanes, Steps& steps) {
+  int count = 0;
+  for (int lane = 0; lane < vectors * lanes; ++lane) {
+    if (panel.tops[c + lane] == NoTop) continue;
+    const auto row = static_cast<std::int64_t>(panel.tops[c + lane]);
+    if (count > 0 && steps.rows[count - 1] == row) continue;  // as most are
+    int s = count;
+    while (s > 0 && steps.rows[s - 1] >= row) --s;
+    const bool isKnown = s < count && steps.rows[s] == row;
+    if (!isKnown) {
+      for (int t = count++; t > s; --t) steps.rows[t] = steps.rows[t - 1];
+      steps.rows[s] = row;
+    }
+  }
+  steps.rows[count] = NoRow;
+  for (int s = 0; s < count; ++s) {
+    const auto row = static_cast<double>(steps.rows[s]);
+    int last = vectors * lanes - 1;
+    while (panel.tops[c + last] > row) --last;
+    steps.vectors[s] = last / lanes + 1;
+  }
+}
+
+// Lists the top rows of all strips of so many vectors.
+template <typename Width>
+void FindAllSteps(const Panel& panel, int vectors, Steps (&steps)[MaxStrips]) {
+  const std::int64_t columns = vectors * Width::Lanes;
+  for (std::int64_t c = 0; c < PanelColumns; c += columns) {
+    FindSteps(panel, c, vectors, Width::Lanes, steps[c / columns]);
+  }
+}
+
 // Tops, pivots and load of the panel.
 template <typename Width>
 void DescribePanel(const SkylineArrays& K, std::int64_t first, Panel& panel) {
   panel.first = first;
   panel.columns = Min(PanelColumns, K.n - first);
+  panel.full = panel.columns < PanelColumns ? NoRow : 0;
+  for (std::int64_t c = 0; c < PanelColumns; ++c) {
+    const bool isThere = c < panel.columns;
+    const std::int64_t j = first + c;
+    panel.tops[c] = isThere ? static_cast<double>(TopRow(K, j)) : NoTop;
+    panel.base[c] = isThere ? ColumnBase(K, j) : 0;
+    panel.pivots[c] = isThere ? K.values[K.diagonalAddress[j]] : 0.0;
+    panel.load[c] = isThere ? K.load[j] : 0.0;
+    if (isThere) panel.full = Max(panel.full, TopRow(K, j));
+  }
+  FindAllSteps<Width>(panel, Width::NarrowVectors, panel.narrow);
+  if constexpr (Width::WideVectors > Width::NarrowVectors) {
+    FindAllSteps<Width>(panel, Width::WideVectors, panel.wide);
+  }
+  constexpr std::int64_t Narrow = Width::NarrowVectors * Width::Lanes;
   std::int64_t top = first;
   std::int64_t stripHeights = 0;
-  constexpr std::int64_t Narrow = Width::NarrowVectors * Width::Lanes;
-  for (std::int64_t c0 = 0; c0 < PanelColumns; c0 += Narrow) {
-    std::int64_t stripTop = first;
-    for (std::int64_t c = c0; c < c0 + Narrow; ++c) {
-      const bool isThere = c < panel.columns;
-      const std::int64_t j = first + c;
-      panel.tops[c] = isThere ? static_cast<double>(TopRow(K, j)) : NoRow;
-      panel.base[c] = isThere ? ColumnBase(K, j) : 0;
-      panel.pivots[c] = isThere ? K.values[K.diagonalAddress[j]] : 0.0;
-      panel.load[c] = isThere ? K.load[j] : 0.0;
-      if (isThere) stripTop = Min(stripTop, TopRow(K, j));
-    }
+  for (std::int64_t strip = 0; strip < PanelColumns / Narrow; ++strip) {
+    const std::int64_t stripTop = Min(first, panel.narrow[strip].rows[0]);
     stripHeights += first - stripTop;
     top = Min(top, stripTop);
   }
@@ -314,118 +393,187 @@ void DescribePanel(const SkylineArrays& K, std::int64_t first, Panel& panel) {
   panel.isRagged = 4 * stripHeights * Narrow < 3 * (first - top) * PanelColumns;
 }
 
-// Whether column c stores rows first .. first + count - 1, none of them the panel's own.
-inline bool StoresBlock(const Panel& panel, std::int64_t c, std::int64_t first,
-                        std::int64_t count) {
-  return static_cast<double>(first) >= panel.tops[c] && first + count <= panel.first;
+// Rows k + 3 .. k of one column, as they are stored, or row k of four columns.
+typedef double Square __attribute__((vector_size(SquareRows * sizeof(double))));
+
+// to[i][j] = from[j][i]
+[[gnu::always_inline]] inline void Transpose(const Square (&from)[SquareRows],
+                                             Square (&to)[SquareRows]) {
+  const Square a = __builtin_shufflevector(from[0], from[1], 0, 4, 2, 6);
+  const Square b = __builtin_shufflevector(from[0], from[1], 1, 5, 3, 7);
+  const Square c = __builtin_shufflevector(from[2], from[3], 0, 4, 2, 6);
+  const Square d = __builtin_shufflevector(from[2], from[3], 1, 5, 3, 7);
+  to[0] = __builtin_shufflevector(a, c, 0, 1, 4, 5);
+  to[1] = __builtin_shufflevector(b, d, 0, 1, 4, 5);
+  to[2] = __builtin_shufflevector(a, c, 2, 3, 6, 7);
+  to[3] = __builtin_shufflevector(b, d, 2, 3, 6, 7);
 }
 
-// Copies `count` rows of the panel from their columns; entries that are not stored become zero.
-inline void ReadBlock(const SkylineArrays& K, const Panel& panel, std::int64_t first,
-                      std::int64_t count, double* rows) {
-  for (std::int64_t c = 0; c < PanelColumns; c += 2) {
-    const std::int64_t at0 = panel.base[c] - first, at1 = panel.base[c + 1] - first;
-    if (count == BlockRows && StoresBlock(panel, c, first, count) &&
-        StoresBlock(panel, c + 1, first, count)) {
-      for (std::int64_t r = 0; r < BlockRows; r += 2) {
-        const __m128d a = _mm_loadu_pd(K.values + (at0 - r - 1));
-        const __m128d b = _mm_loadu_pd(K.values + (at1 - r - 1));
-        _mm_storeu_pd(rows + r * PanelColumns + c, _mm_unpackhi_pd(a, b));
-        _mm_storeu_pd(rows + (r + 1) * PanelColumns + c, _mm_unpacklo_pd(a, b));
-      }
-      continue;
-    }
-    for (std::int64_t r = 0; r < count; ++r) {
-      for (std::int64_t d = c; d < c + 2; ++d) {
-        const bool isStored =
-            static_cast<double>(first + r) >= panel.tops[d] && first + r <= panel.first + d;
-        rows[r * PanelColumns + d] = isStored ? K.values[panel.base[d] - (first + r)] : 0.0;
-      }
+// Whether the four columns from c store the four rows from k, none of them the panel's own.
+inline bool StoreSquare(const Panel& panel, std::int64_t c, std::int64_t k) {
+  if (k + SquareRows > panel.first) return false;
+  if (k >= panel.full) return true;
+  const auto row = static_cast<double>(k);
+  for (std::int64_t d = c; d < c + SquareRows; ++d) {
+    if (panel.tops[d] > row) return false;
+  }
+  return true;
+}
+
+// Calls square(r) for the squares of the four columns from c that are stored whole, r the first of
+// their rows, counted from row `first`, and single(r) for the other rows. The last square may
+// repeat rows of the one before.
+template <typename OneSquare, typename OneRow>
+[[gnu::always_inline]] inline void ForSquares(const Panel& panel, std::int64_t c,
+                                              std::int64_t first, std::int64_t count,
+                                              const OneSquare& square, const OneRow& single) {
+  for (std::int64_t r = 0; r < count;) {
+    const std::int64_t begin = Min(r, count - SquareRows);
+    if (begin >= 0 && StoreSquare(panel, c, first + begin)) {
+      square(begin);
+      r = begin + SquareRows;
+    } else {
+      single(r);
+      ++r;
     }
   }
 }
 
+// Copies `count` rows above the panel from their columns; entries that are not stored become zero.
+// Columns outside: a stretch of memory read at a time is fetched ahead by the processor.
 inline void ReadRows(const SkylineArrays& K, const Panel& panel, std::int64_t first,
                      std::int64_t count, double* rows) {
-  for (std::int64_t r = 0; r < count; r += BlockRows) {
-    ReadBlock(K, panel, first + r, Min(BlockRows, count - r), rows + r * PanelColumns);
+  for (std::int64_t c = 0; c < PanelColumns; c += SquareRows) {
+    const auto square = [&](std::int64_t r) KORVEX_INLINE {
+      constexpr std::int64_t Last = SquareRows - 1;
+      Square from[SquareRows], to[SquareRows];
+      Repeat<SquareRows>([&](auto d) KORVEX_INLINE {
+        const double* column = K.values + (panel.base[c + d] - (first + r + Last));
+        __builtin_memcpy(&from[d], column, sizeof(Square));
+      });
+      Transpose(from, to);
+      Repeat<SquareRows>([&](auto i) KORVEX_INLINE {
+        __builtin_memcpy(rows + (r + Last - i) * PanelColumns + c, &to[i], sizeof(Square));
+      });
+    };
+    const auto single = [&](std::int64_t r) KORVEX_INLINE {
+      const std::int64_t k = first + r;
+      for (std::int64_t d = c; d < c + SquareRows; ++d) {
+        const bool isStored = panel.tops[d] <= static_cast<double>(k);
+        rows[r * PanelColumns + d] = isStored ? K.values[panel.base[d] - k] : 0.0;
+      }
+    };
+    ForSquares(panel, c, first, count, square, single);
   }
 }
 
-// Copies `count` rows, at most BlockRows, of the strip from column c0 back to their columns.
+// The first of the panel's own rows that its column c stores, counted from the panel's first.
+inline std::int64_t FirstOwnRow(const SkylineArrays& K, const Panel& panel, std::int64_t c) {
+  return Max(0, TopRow(K, panel.first + c) - panel.first);
+}
+
+// Copies the panel's own rows from their columns; entries that are not stored become zero.
+inline void ReadOwnRows(const SkylineArrays& K, Panel& panel) {
+  __builtin_memset(panel.own, 0, sizeof panel.own);
+  for (std::int64_t c = 0; c < panel.columns; ++c) {
+    for (std::int64_t r = FirstOwnRow(K, panel, c); r <= c; ++r) {
+      panel.own[r * PanelColumns + c] = K.values[panel.base[c] - (panel.first + r)];
+    }
+  }
+}
+
+// Copies `count` rows of the strip from column c0 back to their columns.
 // rows: row by row, `step` entries apart.
-inline void WriteBlock(const SkylineArrays& K, const Panel& panel, std::int64_t c0,
-                       std::int64_t columns, std::int64_t first, std::int64_t count,
-                       const double* rows, std::int64_t step) {
-  for (std::int64_t c = 0; c < columns; c += 2) {
-    const std::int64_t at0 = panel.base[c0 + c] - first, at1 = panel.base[c0 + c + 1] - first;
-    if (count == BlockRows && StoresBlock(panel, c0 + c, first, count) &&
-        StoresBlock(panel, c0 + c + 1, first, count)) {
-      for (std::int64_t r = 0; r < BlockRows; r += 2) {
-        const __m128d x = _mm_loadu_pd(rows + r * step + c);
-        const __m128d y = _mm_loadu_pd(rows + (r + 1) * step + c);
-        _mm_storeu_pd(K.values + (at0 - r - 1), _mm_unpacklo_pd(y, x));
-        _mm_storeu_pd(K.values + (at1 - r - 1), _mm_unpackhi_pd(y, x));
+inline void WriteRows(const SkylineArrays& K, const Panel& panel, std::int64_t c0,
+                      std::int64_t columns, std::int64_t first, std::int64_t count,
+                      const double* rows, std::int64_t step) {
+  for (std::int64_t c = c0; c < c0 + columns; c += SquareRows) {
+    const auto square = [&](std::int64_t r) KORVEX_INLINE {
+      constexpr std::int64_t Last = SquareRows - 1;
+      Square from[SquareRows], to[SquareRows];
+      Repeat<SquareRows>([&](auto i) KORVEX_INLINE {
+        __builtin_memcpy(&from[i], rows + (r + Last - i) * step + (c - c0), sizeof(Square));
+      });
+      Transpose(from, to);
+      Repeat<SquareRows>([&](auto d) KORVEX_INLINE {
+        double* column = K.values + (panel.base[c + d] - (first + r + Last));
+        __builtin_memcpy(column, &to[d], sizeof(Square));
+      });
+    };
+    const auto single = [&](std::int64_t r) KORVEX_INLINE {
+      for (std::int64_t d = c; d < c + SquareRows; ++d) {
+        if (static_cast<double>(first + r) < panel.tops[d]) continue;
+        K.values[panel.base[d] - (first + r)] = rows[r * step + (d - c0)];
       }
-      continue;
-    }
-    for (std::int64_t r = 0; r < count; ++r) {
-      for (std::int64_t d = c; d < c + 2; ++d) {
-        if (static_cast<double>(first + r) < panel.tops[c0 + d]) continue;
-        K.values[panel.base[c0 + d] - (first + r)] = rows[r * step + d];
-      }
-    }
+    };
+    ForSquares(panel, c, first, count, square, single);
   }
 }
 
 // Divides row k of a strip by its pivot, l = t / d(k), and takes it out of the columns' pivots and
-// loads. A zero multiplier leaves the pivot untouched, also where the product would be a NaN.
-template <typename Width, int Vectors>
+// loads; if Masked, where they reach up to k. A zero multiplier leaves the pivot untouched, also
+// where the product would be a NaN.
+template <typename Width, bool Masked, int Vectors>
 [[gnu::always_inline]] inline void ScaleRow(const double* t, const double* tops, std::int64_t k,
                                             double pivotK, double loadK, double* l,
                                             VectorOf<Width> (&pivots)[Vectors],
                                             VectorOf<Width> (&load)[Vectors]) {
-  for (int v = 0; v < Vectors; ++v) {
-    const int lane = v * Width::Lanes;
-    const VectorOf<Width> entry = Load<Width>(t + lane);
+  MaskOf<Width> isStored[Vectors];
+  if constexpr (Masked) FindMask<Width>(tops, static_cast<double>(k), isStored);
+  Repeat<Vectors>([&](auto v) KORVEX_INLINE {
+    const auto entry = Load<Width>(t + v * Width::Lanes);
     const VectorOf<Width> multiplier = entry / pivotK;
-    const auto isStored = Load<Width>(tops + lane) <= static_cast<double>(k);
-    const auto isTerm = isStored & (multiplier != 0.0);
+    const VectorOf<Width> reducedLoad = load[v] - multiplier * loadK;
+    MaskOf<Width> isTerm = multiplier != 0.0;
+    if constexpr (Masked) isTerm &= isStored[v];
     pivots[v] = isTerm ? pivots[v] - multiplier * entry : pivots[v];
-    load[v] = isStored ? load[v] - multiplier * loadK : load[v];
-    Store<Width>(l + lane, multiplier);
-  }
+    if constexpr (Masked) {
+      load[v] = isStored[v] ? reducedLoad : load[v];
+    } else {
+      load[v] = reducedLoad;
+    }
+    Store<Width>(l + v * Width::Lanes, multiplier);
+  });
 }
 
-// Scales the rows of a slice and writes them to their columns, in the strip from column c.
+// Scales the rows of a slice and writes them to their columns, in the strip from column c. Blocks
+// are written one later: numbers that have just been stored in wide vectors cannot be loaded in
+// shorter ones before they have reached the cache.
 template <typename Width>
 void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Panel& panel) {
   constexpr int Vectors = Width::NarrowVectors;
   constexpr std::int64_t Columns = Vectors * Width::Lanes;
+  const std::int64_t rows = slice.end - slice.first;
+  double quotients[2][BlockRows * Columns];
   VectorOf<Width> pivots[Vectors], load[Vectors];
-  for (int v = 0; v < Vectors; ++v) {
-    pivots[v] = Load<Width>(panel.pivots + c + v * Width::Lanes);
-    load[v] = Load<Width>(panel.load + c + v * Width::Lanes);
-  }
-  for (std::int64_t k0 = slice.first; k0 < slice.end; k0 += BlockRows) {
-    const std::int64_t count = Min(BlockRows, slice.end - k0);
-    double l[BlockRows * Columns];
-    for (std::int64_t r = 0; r < count; ++r) {
-      const std::int64_t k = k0 + r;
-      ScaleRow<Width, Vectors>(RowOf(slice, k) + c, panel.tops + c, k,
-                               K.values[K.diagonalAddress[k]], K.load[k], l + r * Columns, pivots,
-                               load);
+  LoadStrip<Width>(panel.pivots + c, pivots);
+  LoadStrip<Width>(panel.load + c, load);
+  const auto divideRow = [&](std::int64_t k, double* l) KORVEX_INLINE {
+    const double* t = RowOf(slice, k) + c;
+    const double pivotK = K.values[K.diagonalAddress[k]];
+    if (k < panel.full) {
+      ScaleRow<Width, true>(t, panel.tops + c, k, pivotK, K.load[k], l, pivots, load);
+    } else {
+      ScaleRow<Width, false>(t, panel.tops + c, k, pivotK, K.load[k], l, pivots, load);
     }
-    WriteBlock(K, panel, c, Columns, k0, count, l, Columns);
+  };
+  for (std::int64_t r0 = 0; r0 < rows + BlockRows; r0 += BlockRows) {
+    double* l = quotients[r0 / BlockRows % 2];
+    for (std::int64_t r = r0; r < Min(r0 + BlockRows, rows); ++r, l += Columns) {
+      divideRow(slice.first + r, l);
+    }
+    const std::int64_t before = r0 - BlockRows;
+    if (before < 0) continue;
+    WriteRows(K, panel, c, Columns, slice.first + before, Min(BlockRows, rows - before),
+              quotients[before / BlockRows % 2], Columns);
   }
-  for (int v = 0; v < Vectors; ++v) {
-    Store<Width>(panel.pivots + c + v * Width::Lanes, pivots[v]);
-    Store<Width>(panel.load + c + v * Width::Lanes, load[v]);
-  }
+  StoreStrip<Width>(panel.pivots + c, pivots);
+  StoreStrip<Width>(panel.load + c, load);
 }
 
-// Asks for the columns of the next panel while this one is reduced: its share for one of `tiles`
-// tiles, the one at `index`. Always inline: to GCC a function that does nothing else is one without
+// Asks for the columns of the next panel while this one is reduced: the share of one of `tiles`
+// tiles, the one at `index`. Only the second half, the larger tiles, asks: what came earlier would
+// be driven out again. Always inline: to GCC a function that does nothing else is one without
 // effects, whose calls it drops.
 [[gnu::always_inline]] inline void PrefetchNextPanel(const SkylineArrays& K, const Panel& panel,
                                                      std::int64_t index, std::int64_t tiles) {
@@ -436,8 +584,11 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   const std::int64_t entries = K.diagonalAddress[next + PanelColumns] - begin;
   // More would drive the slice out of the second cache.
   if (entries > MaxSliceRows * PanelColumns) return;
-  const std::int64_t share = entries / tiles;
-  for (std::int64_t p = begin + index * share; p < begin + (index + 1) * share; p += LineEntries) {
+  const std::int64_t half = tiles / 2;
+  if (index < half) return;
+  const std::int64_t share = entries / (tiles - half) + 1;
+  const std::int64_t p0 = begin + (index - half) * share;
+  for (std::int64_t p = p0; p < p0 + share; p += LineEntries) {
     __builtin_prefetch(K.values + p, 0, 2);
   }
 }
@@ -462,7 +613,7 @@ void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
     double rows[TileRows * PanelColumns];
     ReadRows(K, panel, i, TileRows, rows);
     UpdateTileRows<Width>(K, panel, slice, DescribeTile(K, i, TileRows, rows));
-    WriteBlock(K, panel, 0, PanelColumns, i, TileRows, rows, PanelColumns);
+    WriteRows(K, panel, 0, PanelColumns, i, TileRows, rows, PanelColumns);
   }
   for (std::int64_t q = 0; q < panel.columns; q += TileRows) {
     UpdateTileRows<Width>(K, panel, slice,
@@ -471,33 +622,49 @@ void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
   }
 }
 
-// Finishes the panel's own rows, one by one.
+// Divides row r of the panel's own rows, and takes it out of those below. What this does to columns
+// up to r nobody reads.
+// l: the quotients of the row, [PanelColumns].
 template <typename Width>
-void FinishOwnRows(const SkylineArrays& K, Panel& panel) {
+void FinishOwnRow(std::int64_t r, Panel& panel, double* l) {
   constexpr int Vectors = Width::NarrowVectors;
   constexpr std::int64_t Columns = Vectors * Width::Lanes;
-  const Slice own = {panel.own, panel.first, panel.first + panel.columns};
+  const std::int64_t k = panel.first + r;
+  const double pivotK = panel.pivots[r], loadK = panel.load[r];
+  for (std::int64_t c = r / Columns * Columns; c < PanelColumns; c += Columns) {
+    const double* t = panel.own + r * PanelColumns + c;
+    VectorOf<Width> row[Vectors], pivots[Vectors], load[Vectors];
+    LoadStrip<Width>(t, row);
+    LoadStrip<Width>(panel.pivots + c, pivots);
+    LoadStrip<Width>(panel.load + c, load);
+    ScaleRow<Width, true>(t, panel.tops + c, k, pivotK, loadK, l + c, pivots, load);
+    StoreStrip<Width>(panel.pivots + c, pivots);
+    StoreStrip<Width>(panel.load + c, load);
+    MaskOf<Width> mask[Vectors];
+    FindMask<Width>(panel.tops + c, static_cast<double>(k), mask);
+    for (std::int64_t q = r + 1; q < Min(c + Columns, panel.columns); ++q) {
+      if (panel.tops[q] > static_cast<double>(k)) continue;
+      VectorOf<Width> entries[Vectors];
+      LoadStrip<Width>(panel.own + q * PanelColumns + c, entries);
+      SubtractTerm<Width, true, Vectors>(row, l + q, mask, entries);
+      StoreStrip<Width>(panel.own + q * PanelColumns + c, entries);
+    }
+  }
+}
+
+// Finishes the panel's own rows, one by one, and writes them.
+template <typename Width>
+void FinishOwnRows(const SkylineArrays& K, Panel& panel) {
+  double l[PanelColumns * PanelColumns];
   for (std::int64_t r = 0; r < panel.columns; ++r) {
     const std::int64_t i = panel.first + r;
-    const Tile row = DescribeTile(K, i, 1, panel.own + r * PanelColumns);
-    panel.tops[r] = NoRow;
     K.values[K.diagonalAddress[i]] = panel.pivots[r];
     K.load[i] = panel.load[r];
-    for (std::int64_t c = r / Columns * Columns; c < PanelColumns; c += Columns) {
-      UpdateRow<Width, Vectors>(K, panel, own, row, c, 0, Max(row.commonTop, own.first), i);
-      VectorOf<Width> pivots[Vectors], load[Vectors];
-      for (int v = 0; v < Vectors; ++v) {
-        pivots[v] = Load<Width>(panel.pivots + c + v * Width::Lanes);
-        load[v] = Load<Width>(panel.load + c + v * Width::Lanes);
-      }
-      double l[Columns];
-      ScaleRow<Width, Vectors>(row.rows + c, panel.tops + c, i, panel.pivots[r], panel.load[r], l,
-                               pivots, load);
-      WriteBlock(K, panel, c, Columns, i, 1, l, Columns);
-      for (int v = 0; v < Vectors; ++v) {
-        Store<Width>(panel.pivots + c + v * Width::Lanes, pivots[v]);
-        Store<Width>(panel.load + c + v * Width::Lanes, load[v]);
-      }
+    FinishOwnRow<Width>(r, panel, l + r * PanelColumns);
+  }
+  for (std::int64_t c = 0; c < panel.columns; ++c) {
+    for (std::int64_t r = FirstOwnRow(K, panel, c); r < c; ++r) {
+      K.values[panel.base[c] - (panel.first + r)] = l[r * PanelColumns + c];
     }
   }
 }
@@ -506,7 +673,7 @@ template <typename Width>
 void FactorPanel(const SkylineArrays& K, std::int64_t first, double* work, std::int64_t sliceRows) {
   Panel panel;
   DescribePanel<Width>(K, first, panel);
-  ReadRows(K, panel, first, panel.columns, panel.own);
+  ReadOwnRows(K, panel);
   for (std::int64_t top = panel.top; top < first; top += sliceRows) {
     const Slice slice = {work, top, Min(top + sliceRows, first)};
     FinishSlice<Width>(K, slice, panel);
