@@ -19,18 +19,22 @@ void ComputeLocalCoordinates(const double* coordinates, std::int32_t nodes,
 }
 
 void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double* K) {
-  // The frame's columns are the local axes, so it is L^T as it stands.
-  std::array<double, 9> L{}, block{}, LtBlock{};
-  MatTranspose(L.data(), frame.data(), 3, 3);
+  const auto& R = frame;  // its columns are the local axes, so it is L^T as it stands
   const std::size_t n = 6 * static_cast<std::size_t>(nodes);
   for (std::size_t row = 0; row < n; row += 3) {
-    for (std::size_t column = 0; column < n; column += 3) {
-      double* corner = K + row * n + column;
-      for (std::size_t r = 0; r < 3; ++r) std::copy_n(corner + r * n, 3, &block[3 * r]);
-      MatMultiply(LtBlock.data(), frame.data(), block.data(), 3, 3, 3);
-      MatMultiply(block.data(), LtBlock.data(), L.data(), 3, 3, 3);
-      for (std::size_t r = 0; r < 3; ++r) std::copy_n(&block[3 * r], 3, corner + r * n);
+    double *k0 = K + row * n, *k1 = k0 + n, *k2 = k1 + n;
+    for (std::size_t j = 0; j < n; ++j) {  // L^T K
+      const double x = k0[j], y = k1[j], z = k2[j];
+      k0[j] = 0.0 + R[0] * x + R[1] * y + R[2] * z;
+      k1[j] = 0.0 + R[3] * x + R[4] * y + R[5] * z;
+      k2[j] = 0.0 + R[6] * x + R[7] * y + R[8] * z;
     }
+  }
+  for (double* k = K; k != K + n * n; k += 3) {  // (L^T K) L
+    const double x = k[0], y = k[1], z = k[2];
+    k[0] = 0.0 + x * R[0] + y * R[1] + z * R[2];
+    k[1] = 0.0 + x * R[3] + y * R[4] + z * R[5];
+    k[2] = 0.0 + x * R[6] + y * R[7] + z * R[8];
   }
 }
 

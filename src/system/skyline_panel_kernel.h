@@ -44,7 +44,7 @@ struct ShortVectors {
   static Vector Multiply(const Vector& v, const double* factor) { return v * *factor; }
 };
 
-// The top rows of a strip's columns, each once, ascending: between two of them the same lanes take
+// The top rows of a strip's columns, ascending: between two of them the same lanes take
 // part, so that a mask is made once for many terms.
 struct Steps {
   std::int64_t rows[PanelColumns + 1];  // then NoRow
@@ -335,13 +335,9 @@ inline void FindSteps(const Panel& panel, std::int64_t c, int vectors, int lanes
     if (panel.tops[c + lane] == NoTop) continue;
     const auto row = static_cast<std::int64_t>(panel.tops[c + lane]);
     if (count > 0 && steps.rows[count - 1] == row) continue;  // as most are
-    int s = count;
-    while (s > 0 && steps.rows[s - 1] >= row) --s;
-    const bool isKnown = s < count && steps.rows[s] == row;
-    if (!isKnown) {
-      for (int t = count++; t > s; --t) steps.rows[t] = steps.rows[t - 1];
-      steps.rows[s] = row;
-    }
+    int s = count++;
+    for (; s > 0 && steps.rows[s - 1] > row; --s) steps.rows[s] = steps.rows[s - 1];
+    steps.rows[s] = row;
   }
   steps.rows[count] = NoRow;
   for (int s = 0; s < count; ++s) {
@@ -409,9 +405,8 @@ typedef double Square __attribute__((vector_size(SquareRows * sizeof(double))));
   to[3] = __builtin_shufflevector(b, d, 2, 3, 6, 7);
 }
 
-// Whether the four columns from c store the four rows from k, none of them the panel's own.
+// Whether the four columns from c store the four rows from k.
 inline bool StoreSquare(const Panel& panel, std::int64_t c, std::int64_t k) {
-  if (k + SquareRows > panel.first) return false;
   if (k >= panel.full) return true;
   const auto row = static_cast<double>(k);
   for (std::int64_t d = c; d < c + SquareRows; ++d) {
