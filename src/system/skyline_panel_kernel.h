@@ -5,8 +5,9 @@
 //   A(i, j) -= A(k, i) A(k, j),  k = max(m(i), m(j)) .. i - 1 ascending,
 // in registers. Then its rows are divided by their pivots and go back to their columns. Lanes whose
 // column does not reach a row are masked, never padded: 0 times infinity would be a NaN.
-// Width gives the vectors: Lanes, Vector, Multiply and the vectors of a strip. Everything stands in
-// an unnamed namespace and uses no library, so that no other unit can get code for this processor.
+// Width gives the vectors: Lanes, Vector, Multiply, the vectors of a strip, and how many rows of
+// how many columns are turned into each other in registers: SquareRows. Everything stands in an
+// unnamed namespace and uses no library, so that no other unit can get code for this processor.
 #pragma once
 
 #include "system/skyline_panel.h"
@@ -19,12 +20,6 @@ constexpr double NoTop = 1e300;
 
 // The row that nothing reaches.
 constexpr std::int64_t NoRow = INT64_MAX;
-
-// Rows go from their columns and back in squares of so many rows and columns.
-constexpr std::int64_t SquareRows = 4;
-
-// The rows of the factor are divided in blocks of so many.
-constexpr std::int64_t BlockRows = 8;
 
 // Strips of a panel in the shortest vectors, two of two numbers.
 constexpr std::int64_t MaxStrips = 6;
@@ -39,6 +34,7 @@ struct ShortVectors {
   static constexpr int Lanes = N;
   static constexpr int WideVectors = 2;
   static constexpr int NarrowVectors = 2;
+  static constexpr int SquareRows = 4;
   typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
 
   static Vector Multiply(const Vector& v, const double* factor) { return v * *factor; }
@@ -127,9 +123,9 @@ template <typename Width, int Vectors>
   Repeat<Vectors>([&](auto v) KORVEX_INLINE { Store<Width>(p + v * Width::Lanes, strip[v]); });
 }
 
-// A tile's entries in a strip of the panel's columns: [row][vector].
-template <typename Width, int Vectors>
-using Entries = VectorOf<Width>[TileRows][Vectors];
+// Rows of entries in a strip of the panel's columns: [row][vector].
+template <typename Width, int Rows, int Vectors>
+using Entries = VectorOf<Width>[Rows][Vectors];
 
 // Which lanes of a vector take part.
 template <typename Width>
@@ -159,20 +155,20 @@ template <typename Width, bool Masked, int Active, int Vectors>
   });
 }
 
-// Subtracts `count` terms from a tile, in the first vectors of a strip, Active of them.
-// last: per row of the tile, its multiplier of the last term; those before lie behind it.
+// Subtracts `count` terms from rows of entries, in the first vectors of a strip, Active of them.
+// last: per row, its multiplier of the last term; those before lie behind it.
 // w: the strip's row of the first term.
-template <typename Width, bool Masked, int Active, int Vectors>
-[[gnu::always_inline]] inline void SubtractTerms(const double* const (&last)[TileRows],
-                                                 const double* w, std::int64_t count,
+template <typename Width, bool Masked, int Active, int Rows, int Vectors>
+[[gnu::always_inline]] inline void SubtractTerms(const double* const (&last)[Rows], const double* w,
+                                                 std::int64_t count,
                                                  const MaskOf<Width> (&mask)[Vectors],
-                                                 Entries<Width, Vectors>& a) {
+                                                 Entries<Width, Rows, Vectors>& a) {
   // Written out four times: in short vectors, counting would cost a sixth of the instructions.
 #pragma GCC unroll 4
   for (std::int64_t t = count - 1; t >= 0; --t, w += PanelColumns) {
     VectorOf<Width> row[Vectors];
     Repeat<Active>([&](auto v) KORVEX_INLINE { row[v] = Load<Width>(w + v * Width::Lanes); });
-    Repeat<TileRows>([&](auto q) KORVEX_INLINE {
+    Repeat<Rows>([&](auto q) KORVEX_INLINE {
       SubtractTerm<Width, Masked, Active>(row, last[q] + t, mask, a[q]);
     });
   }
@@ -183,7 +179,7 @@ template <typename Width, bool Masked, int Active, int Vectors>
 template <typename Width, bool Masked, int Vectors>
 [[gnu::always_inline]] inline void SubtractOwnTerms(const double* const (&l)[TileRows],
                                                     const double* tops, std::int64_t first,
-                                                    Entries<Width, Vectors>& a) {
+                                                    Entries<Width, TileRows, Vectors>& a) {
   Repeat<TileRows>([&](auto p) KORVEX_INLINE {
     MaskOf<Width> mask[Vectors];
     if constexpr (Masked) FindMask<Width>(tops, static_cast<double>(first + p), mask);
@@ -241,7 +237,7 @@ void UpdateRow(const SkylineArrays& K, const Panel& panel, const Slice& slice, c
 template <typename Width, int Vectors>
 void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, const Slice& slice,
                 const Tile& tile, std::int64_t c, std::int64_t k0, std::int64_t k1, bool isInside) {
-  Entries<Width, Vectors> a;
+  Entries<Width, TileRows, Vectors> a;
   const auto forEntries = [&](const auto& f) KORVEX_INLINE {
     Repeat<TileRows>([&](auto q) KORVEX_INLINE {
       Repeat<Vectors>([&](auto v) KORVEX_INLINE {
@@ -389,44 +385,96 @@ void DescribePanel(const SkylineArrays& K, std::int64_t first, Panel& panel) {
   panel.isRagged = 4 * stripHeights * Narrow < 3 * (first - top) * PanelColumns;
 }
 
-// Rows k + 3 .. k of one column, as they are stored, or row k of four columns.
-typedef double Square __attribute__((vector_size(SquareRows * sizeof(double))));
+// N numbers of a square of N rows and columns: of one column, the last row first, as they are
+// stored, or of one row.
+template <int N>
+struct SquareLine {
+  typedef double Type __attribute__((vector_size(N * sizeof(double))));
+};
+template <int N>
+using Square = typename SquareLine<N>::Type[N];
 
 // to[i][j] = from[j][i]
-[[gnu::always_inline]] inline void Transpose(const Square (&from)[SquareRows],
-                                             Square (&to)[SquareRows]) {
-  const Square a = __builtin_shufflevector(from[0], from[1], 0, 4, 2, 6);
-  const Square b = __builtin_shufflevector(from[0], from[1], 1, 5, 3, 7);
-  const Square c = __builtin_shufflevector(from[2], from[3], 0, 4, 2, 6);
-  const Square d = __builtin_shufflevector(from[2], from[3], 1, 5, 3, 7);
-  to[0] = __builtin_shufflevector(a, c, 0, 1, 4, 5);
-  to[1] = __builtin_shufflevector(b, d, 0, 1, 4, 5);
-  to[2] = __builtin_shufflevector(a, c, 2, 3, 6, 7);
-  to[3] = __builtin_shufflevector(b, d, 2, 3, 6, 7);
+[[gnu::always_inline]] inline void Transpose(const Square<4>& from, Square<4>& to) {
+  Square<4> t;
+  Repeat<2>([&](auto i) KORVEX_INLINE {
+    t[i] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 0, 4, 2, 6);
+    t[i + 2] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 1, 5, 3, 7);
+  });
+  Repeat<2>([&](auto i) KORVEX_INLINE {
+    to[i] = __builtin_shufflevector(t[2 * i], t[2 * i + 1], 0, 1, 4, 5);
+    to[i + 2] = __builtin_shufflevector(t[2 * i], t[2 * i + 1], 2, 3, 6, 7);
+  });
+}
+[[gnu::always_inline]] inline void Transpose(const Square<8>& from, Square<8>& to) {
+  Square<8> t, u;
+  Repeat<4>([&](auto i) KORVEX_INLINE {
+    t[i] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 0, 8, 2, 10, 4, 12, 6, 14);
+    t[i + 4] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 1, 9, 3, 11, 5, 13, 7, 15);
+  });
+  const auto exchangePairs = [](const Square<8>& v, Square<8>& w) KORVEX_INLINE {
+    Repeat<4>([&](auto i) KORVEX_INLINE {
+      w[i] = __builtin_shufflevector(v[2 * i], v[2 * i + 1], 0, 1, 4, 5, 8, 9, 12, 13);
+      w[i + 4] = __builtin_shufflevector(v[2 * i], v[2 * i + 1], 2, 3, 6, 7, 10, 11, 14, 15);
+    });
+  };
+  exchangePairs(t, u);
+  exchangePairs(u, to);
 }
 
-// Whether the four columns from c store the four rows from k.
-inline bool StoreSquare(const Panel& panel, std::int64_t c, std::int64_t k) {
+// Copies the square of the N columns from c and the N rows from k from the columns to `rows`, which
+// begins with row k and has the panel's columns.
+template <int N>
+[[gnu::always_inline]] inline void ReadSquare(const SkylineArrays& K, const Panel& panel,
+                                              std::int64_t c, std::int64_t k, double* rows) {
+  Square<N> from, to;
+  Repeat<N>([&](auto d) KORVEX_INLINE {
+    __builtin_memcpy(&from[d], K.values + (panel.base[c + d] - (k + N - 1)), sizeof from[d]);
+  });
+  Transpose(from, to);
+  Repeat<N>([&](auto i) KORVEX_INLINE {
+    __builtin_memcpy(rows + (N - 1 - i) * PanelColumns + c, &to[i], sizeof to[i]);
+  });
+}
+
+// Copies it back to the columns. rows: begins with row k and column c, `step` entries a row.
+template <int N>
+[[gnu::always_inline]] inline void WriteSquare(const SkylineArrays& K, const Panel& panel,
+                                               std::int64_t c, std::int64_t k, const double* rows,
+                                               std::int64_t step) {
+  Square<N> from, to;
+  Repeat<N>([&](auto i) KORVEX_INLINE {
+    __builtin_memcpy(&from[i], rows + (N - 1 - i) * step, sizeof from[i]);
+  });
+  Transpose(from, to);
+  Repeat<N>([&](auto d) KORVEX_INLINE {
+    __builtin_memcpy(K.values + (panel.base[c + d] - (k + N - 1)), &to[d], sizeof to[d]);
+  });
+}
+
+// Whether the N columns from c store the rows from k on.
+template <int N>
+inline bool StoreRows(const Panel& panel, std::int64_t c, std::int64_t k) {
   if (k >= panel.full) return true;
   const auto row = static_cast<double>(k);
-  for (std::int64_t d = c; d < c + SquareRows; ++d) {
+  for (std::int64_t d = c; d < c + N; ++d) {
     if (panel.tops[d] > row) return false;
   }
   return true;
 }
 
-// Calls square(r) for the squares of the four columns from c that are stored whole, r the first of
+// Calls square(r) for the squares of the N columns from c that are stored whole, r the first of
 // their rows, counted from row `first`, and single(r) for the other rows. The last square may
 // repeat rows of the one before.
-template <typename OneSquare, typename OneRow>
+template <int N, typename OneSquare, typename OneRow>
 [[gnu::always_inline]] inline void ForSquares(const Panel& panel, std::int64_t c,
                                               std::int64_t first, std::int64_t count,
                                               const OneSquare& square, const OneRow& single) {
   for (std::int64_t r = 0; r < count;) {
-    const std::int64_t begin = Min(r, count - SquareRows);
-    if (begin >= 0 && StoreSquare(panel, c, first + begin)) {
+    const std::int64_t begin = Min(r, count - N);
+    if (begin >= 0 && StoreRows<N>(panel, c, first + begin)) {
       square(begin);
-      r = begin + SquareRows;
+      r = begin + N;
     } else {
       single(r);
       ++r;
@@ -436,29 +484,22 @@ template <typename OneSquare, typename OneRow>
 
 // Copies `count` rows above the panel from their columns; entries that are not stored become zero.
 // Columns outside: a stretch of memory read at a time is fetched ahead by the processor.
-inline void ReadRows(const SkylineArrays& K, const Panel& panel, std::int64_t first,
-                     std::int64_t count, double* rows) {
-  for (std::int64_t c = 0; c < PanelColumns; c += SquareRows) {
+template <typename Width>
+void ReadRows(const SkylineArrays& K, const Panel& panel, std::int64_t first, std::int64_t count,
+              double* rows) {
+  constexpr int N = Width::SquareRows;
+  for (std::int64_t c = 0; c < PanelColumns; c += N) {
     const auto square = [&](std::int64_t r) KORVEX_INLINE {
-      constexpr std::int64_t Last = SquareRows - 1;
-      Square from[SquareRows], to[SquareRows];
-      Repeat<SquareRows>([&](auto d) KORVEX_INLINE {
-        const double* column = K.values + (panel.base[c + d] - (first + r + Last));
-        __builtin_memcpy(&from[d], column, sizeof(Square));
-      });
-      Transpose(from, to);
-      Repeat<SquareRows>([&](auto i) KORVEX_INLINE {
-        __builtin_memcpy(rows + (r + Last - i) * PanelColumns + c, &to[i], sizeof(Square));
-      });
+      ReadSquare<N>(K, panel, c, first + r, rows + r * PanelColumns);
     };
     const auto single = [&](std::int64_t r) KORVEX_INLINE {
       const std::int64_t k = first + r;
-      for (std::int64_t d = c; d < c + SquareRows; ++d) {
+      for (std::int64_t d = c; d < c + N; ++d) {
         const bool isStored = panel.tops[d] <= static_cast<double>(k);
         rows[r * PanelColumns + d] = isStored ? K.values[panel.base[d] - k] : 0.0;
       }
     };
-    ForSquares(panel, c, first, count, square, single);
+    ForSquares<N>(panel, c, first, count, square, single);
   }
 }
 
@@ -479,29 +520,21 @@ inline void ReadOwnRows(const SkylineArrays& K, Panel& panel) {
 
 // Copies `count` rows of the strip from column c0 back to their columns.
 // rows: row by row, `step` entries apart.
-inline void WriteRows(const SkylineArrays& K, const Panel& panel, std::int64_t c0,
-                      std::int64_t columns, std::int64_t first, std::int64_t count,
-                      const double* rows, std::int64_t step) {
-  for (std::int64_t c = c0; c < c0 + columns; c += SquareRows) {
+template <typename Width>
+void WriteRows(const SkylineArrays& K, const Panel& panel, std::int64_t c0, std::int64_t columns,
+               std::int64_t first, std::int64_t count, const double* rows, std::int64_t step) {
+  constexpr int N = Width::SquareRows;
+  for (std::int64_t c = c0; c < c0 + columns; c += N) {
     const auto square = [&](std::int64_t r) KORVEX_INLINE {
-      constexpr std::int64_t Last = SquareRows - 1;
-      Square from[SquareRows], to[SquareRows];
-      Repeat<SquareRows>([&](auto i) KORVEX_INLINE {
-        __builtin_memcpy(&from[i], rows + (r + Last - i) * step + (c - c0), sizeof(Square));
-      });
-      Transpose(from, to);
-      Repeat<SquareRows>([&](auto d) KORVEX_INLINE {
-        double* column = K.values + (panel.base[c + d] - (first + r + Last));
-        __builtin_memcpy(column, &to[d], sizeof(Square));
-      });
+      WriteSquare<N>(K, panel, c, first + r, rows + r * step + (c - c0), step);
     };
     const auto single = [&](std::int64_t r) KORVEX_INLINE {
-      for (std::int64_t d = c; d < c + SquareRows; ++d) {
+      for (std::int64_t d = c; d < c + N; ++d) {
         if (static_cast<double>(first + r) < panel.tops[d]) continue;
         K.values[panel.base[d] - (first + r)] = rows[r * step + (d - c0)];
       }
     };
-    ForSquares(panel, c, first, count, square, single);
+    ForSquares<N>(panel, c, first, count, square, single);
   }
 }
 
@@ -531,36 +564,33 @@ template <typename Width, bool Masked, int Vectors>
   });
 }
 
-// Scales the rows of a slice and writes them to their columns, in the strip from column c. Blocks
-// are written one later: numbers that have just been stored in wide vectors cannot be loaded in
-// shorter ones before they have reached the cache.
+// Scales the rows of a slice and writes them to their columns, in the strip from column c.
 template <typename Width>
 void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Panel& panel) {
   constexpr int Vectors = Width::NarrowVectors;
   constexpr std::int64_t Columns = Vectors * Width::Lanes;
-  const std::int64_t rows = slice.end - slice.first;
-  double quotients[2][BlockRows * Columns];
+  constexpr int N = Width::SquareRows;
   VectorOf<Width> pivots[Vectors], load[Vectors];
   LoadStrip<Width>(panel.pivots + c, pivots);
   LoadStrip<Width>(panel.load + c, load);
-  const auto divideRow = [&](std::int64_t k, double* l) KORVEX_INLINE {
-    const double* t = RowOf(slice, k) + c;
-    const double pivotK = K.values[K.diagonalAddress[k]];
-    if (k < panel.full) {
-      ScaleRow<Width, true>(t, panel.tops + c, k, pivotK, K.load[k], l, pivots, load);
-    } else {
-      ScaleRow<Width, false>(t, panel.tops + c, k, pivotK, K.load[k], l, pivots, load);
-    }
+  double l[N * Columns];
+  const auto divide = [&](auto masked, std::int64_t k, std::int64_t r) KORVEX_INLINE {
+    ScaleRow<Width, masked != 0>(RowOf(slice, k) + c, panel.tops + c, k,
+                                 K.values[K.diagonalAddress[k]], K.load[k], l + r * Columns, pivots,
+                                 load);
   };
-  for (std::int64_t r0 = 0; r0 < rows + BlockRows; r0 += BlockRows) {
-    double* l = quotients[r0 / BlockRows % 2];
-    for (std::int64_t r = r0; r < Min(r0 + BlockRows, rows); ++r, l += Columns) {
-      divideRow(slice.first + r, l);
+  for (std::int64_t k = slice.first; k < slice.end; k += N) {
+    if (k >= panel.full && k + N <= slice.end) {
+      // Written out, so that the quotients stay in registers until they are in their columns.
+      Repeat<N>([&](auto r) KORVEX_INLINE { divide(Constant<0>(), k + r, r); });
+      Repeat<Columns / N>([&](auto i) KORVEX_INLINE {
+        WriteSquare<N>(K, panel, c + i * N, k, l + i * N, Columns);
+      });
+    } else {
+      const std::int64_t count = Min(N, slice.end - k);
+      for (std::int64_t r = 0; r < count; ++r) divide(Constant<1>(), k + r, r);
+      WriteRows<Width>(K, panel, c, Columns, k, count, l, Columns);
     }
-    const std::int64_t before = r0 - BlockRows;
-    if (before < 0) continue;
-    WriteRows(K, panel, c, Columns, slice.first + before, Min(BlockRows, rows - before),
-              quotients[before / BlockRows % 2], Columns);
   }
   StoreStrip<Width>(panel.pivots + c, pivots);
   StoreStrip<Width>(panel.load + c, load);
@@ -591,7 +621,7 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
 // Finishes the rows of a slice: all terms of their entries, their division, their columns.
 template <typename Width>
 void FinishSlice(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  ReadRows(K, panel, slice.first, slice.end - slice.first, slice.rows);
+  ReadRows<Width>(K, panel, slice.first, slice.end - slice.first, slice.rows);
   const std::int64_t tiles = (panel.first - panel.top) / TileRows;
   for (std::int64_t i = slice.first; i < slice.end; i += TileRows) {
     PrefetchNextPanel(K, panel, (i - panel.top) / TileRows, tiles);
@@ -601,20 +631,63 @@ void FinishSlice(const SkylineArrays& K, const Slice& slice, Panel& panel) {
   for (std::int64_t c = 0; c < PanelColumns; c += Columns) FinishStrip<Width>(K, slice, c, panel);
 }
 
-// Subtracts the terms of a finished slice from all rows of the panel below it.
+// Subtracts the terms k0 and below of a finished slice from Rows of the panel's own rows, the first
+// of them r0, in the last vectors of the panel; all columns reach up to k0.
+template <typename Width, int Rows, int Vectors>
+void UpdateOwnRows(const SkylineArrays& K, const Slice& slice, std::int64_t k0, std::int64_t r0,
+                   Panel& panel) {
+  constexpr std::int64_t C = PanelColumns - Vectors * Width::Lanes;
+  Entries<Width, Rows, Vectors> a;
+  const double* l[Rows];
+  Repeat<Rows>([&](auto q) KORVEX_INLINE {
+    LoadStrip<Width>(panel.own + (r0 + q) * PanelColumns + C, a[q]);
+    l[q] = K.values + (panel.base[r0 + q] - (slice.end - 1));
+  });
+  const MaskOf<Width> noMask[Vectors] = {};
+  SubtractTerms<Width, false, Vectors>(l, RowOf(slice, k0) + C, slice.end - k0, noMask, a);
+  Repeat<Rows>([&](auto q) KORVEX_INLINE {
+    StoreStrip<Width>(panel.own + (r0 + q) * PanelColumns + C, a[q]);
+  });
+}
+
+// Subtracts the terms of a finished slice from the panel's own rows.
 template <typename Width>
-void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  for (std::int64_t i = slice.end; i < panel.first; i += TileRows) {
-    double rows[TileRows * PanelColumns];
-    ReadRows(K, panel, i, TileRows, rows);
-    UpdateTileRows<Width>(K, panel, slice, DescribeTile(K, i, TileRows, rows));
-    WriteRows(K, panel, 0, PanelColumns, i, TileRows, rows, PanelColumns);
-  }
-  for (std::int64_t q = 0; q < panel.columns; q += TileRows) {
-    UpdateTileRows<Width>(K, panel, slice,
+void UpdateAllOwnRows(const SkylineArrays& K, const Slice& slice, Panel& panel) {
+  // Where thirty-two registers hold eight rows, none needs a mask from `full` on.
+  constexpr bool HasBlocks = Width::Lanes == 8;
+  const std::int64_t full = Max(slice.first, panel.full);
+  const Slice ragged = {slice.rows, slice.first, HasBlocks ? Min(full, slice.end) : slice.end};
+  for (std::int64_t q = 0; q < panel.columns && ragged.first < ragged.end; q += TileRows) {
+    UpdateTileRows<Width>(K, panel, ragged,
                           DescribeTile(K, panel.first + q, Min(TileRows, panel.columns - q),
                                        panel.own + q * PanelColumns));
   }
+  if constexpr (HasBlocks) {
+    if (full >= slice.end) return;
+    // Row 6 is the last that needs the first vector behind its diagonal entry, row 14 the second,
+    // row 22 the third, and row 23 none.
+    UpdateOwnRows<Width, 7, 3>(K, slice, full, 0, panel);
+    UpdateOwnRows<Width, 8, 2>(K, slice, full, 7, panel);
+    UpdateOwnRows<Width, 8, 1>(K, slice, full, 15, panel);
+  }
+}
+
+// Subtracts the terms of a finished slice from all rows of the panel below it.
+template <typename Width>
+void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
+  // Several tiles at a time: squares may have more rows than one.
+  constexpr std::int64_t BlockRows = 4 * TileRows;
+  double rows[BlockRows * PanelColumns];
+  for (std::int64_t i = slice.end; i < panel.first; i += BlockRows) {
+    const std::int64_t count = Min(BlockRows, panel.first - i);
+    ReadRows<Width>(K, panel, i, count, rows);
+    for (std::int64_t r = 0; r < count; r += TileRows) {
+      UpdateTileRows<Width>(K, panel, slice,
+                            DescribeTile(K, i + r, TileRows, rows + r * PanelColumns));
+    }
+    WriteRows<Width>(K, panel, 0, PanelColumns, i, count, rows, PanelColumns);
+  }
+  UpdateAllOwnRows<Width>(K, slice, panel);
 }
 
 // Divides row r of the panel's own rows, and takes it out of those below. What this does to columns
