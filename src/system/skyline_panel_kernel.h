@@ -690,10 +690,10 @@ void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
   UpdateAllOwnRows<Width>(K, slice, panel);
 }
 
-// Divides row r of the panel's own rows, and takes it out of those below. What this does to columns
-// up to r nobody reads.
+// Divides row r of the panel's own rows, and takes it out of those below; if Masked, where columns
+// reach up to it. What this does to columns up to r nobody reads.
 // l: the quotients of the row, [PanelColumns].
-template <typename Width>
+template <typename Width, bool Masked>
 void FinishOwnRow(std::int64_t r, Panel& panel, double* l) {
   constexpr int Vectors = Width::NarrowVectors;
   constexpr std::int64_t Columns = Vectors * Width::Lanes;
@@ -705,16 +705,16 @@ void FinishOwnRow(std::int64_t r, Panel& panel, double* l) {
     LoadStrip<Width>(t, row);
     LoadStrip<Width>(panel.pivots + c, pivots);
     LoadStrip<Width>(panel.load + c, load);
-    ScaleRow<Width, true>(t, panel.tops + c, k, pivotK, loadK, l + c, pivots, load);
+    ScaleRow<Width, Masked>(t, panel.tops + c, k, pivotK, loadK, l + c, pivots, load);
     StoreStrip<Width>(panel.pivots + c, pivots);
     StoreStrip<Width>(panel.load + c, load);
     MaskOf<Width> mask[Vectors];
-    FindMask<Width>(panel.tops + c, static_cast<double>(k), mask);
+    if constexpr (Masked) FindMask<Width>(panel.tops + c, static_cast<double>(k), mask);
     for (std::int64_t q = r + 1; q < Min(c + Columns, panel.columns); ++q) {
-      if (panel.tops[q] > static_cast<double>(k)) continue;
+      if (Masked && panel.tops[q] > static_cast<double>(k)) continue;
       VectorOf<Width> entries[Vectors];
       LoadStrip<Width>(panel.own + q * PanelColumns + c, entries);
-      SubtractTerm<Width, true, Vectors>(row, l + q, mask, entries);
+      SubtractTerm<Width, Masked, Vectors>(row, l + q, mask, entries);
       StoreStrip<Width>(panel.own + q * PanelColumns + c, entries);
     }
   }
@@ -728,7 +728,11 @@ void FinishOwnRows(const SkylineArrays& K, Panel& panel) {
     const std::int64_t i = panel.first + r;
     K.values[K.diagonalAddress[i]] = panel.pivots[r];
     K.load[i] = panel.load[r];
-    FinishOwnRow<Width>(r, panel, l + r * PanelColumns);
+    if (panel.full <= panel.first) {
+      FinishOwnRow<Width, false>(r, panel, l + r * PanelColumns);
+    } else {
+      FinishOwnRow<Width, true>(r, panel, l + r * PanelColumns);
+    }
   }
   for (std::int64_t c = 0; c < panel.columns; ++c) {
     for (std::int64_t r = FirstOwnRow(K, panel, c); r < c; ++r) {
