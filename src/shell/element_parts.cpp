@@ -3,8 +3,6 @@
 // negative.
 #include "shell/element_parts.h"
 
-#include <algorithm>
-
 #include "shell/matrix.h"
 
 namespace korvex {

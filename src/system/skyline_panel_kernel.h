@@ -3,13 +3,15 @@
 // A panel is reduced from its top downward, a slice of rows at a time. The slice lies row by row in
 // `work`; against each earlier node, whose six columns are the rows of a tile, it is taken with
 //   A(i, j) -= A(k, i) A(k, j),  k = max(m(i), m(j)) .. i - 1 ascending,
-// in registers. Then its rows are divided by their pivots and go back to their columns. Lanes whose
-// column does not reach a row are masked, never padded: 0 times infinity would be a NaN.
-// Width gives the vectors: Lanes, Vector, Multiply, the vectors of a strip, and how many rows of
-// how many columns are turned into each other in registers: SquareRows. Everything stands in an
-// unnamed namespace and uses no library, so that no other unit can get code for this processor.
+// in registers. Then its rows are divided by their pivots and go back to their columns. Where a
+// column does not reach a row, its lane holds anything: masks keep it out of every sum, because
+// even 0 times infinity would be a NaN, and it is not written. Width gives the vectors: Lanes,
+// Vector, Multiply, the vectors of a strip, and how many rows of how many columns are turned into
+// each other in registers: SquareRows. Everything stands in an unnamed namespace and uses no
+// library, so that no other unit can get code for this processor.
 #pragma once
 
+#include "platform/shuffle.h"
 #include "system/skyline_panel.h"
 
 namespace korvex {
@@ -28,7 +30,7 @@ template <typename Width>
 using VectorOf = typename Width::Vector;
 
 // Vectors of N numbers where sixteen registers are there: they hold a tile of 6 x 2 N entries and
-// what it takes to reduce it, whether all tops of a strip are alike or not.
+// what it takes to reduce it.
 template <int N>
 struct ShortVectors {
   static constexpr int Lanes = N;
@@ -44,7 +46,7 @@ struct ShortVectors {
 // part, so that a mask is made once for many terms.
 struct Steps {
   std::int64_t rows[PanelColumns + 1];  // then NoRow
-  int vectors[PanelColumns];            // from rows[s] on, no vector behind these takes part
+  int vectors[PanelColumns];  // so many, counted from the first, take part from rows[s] on
 };
 
 // The columns first .. first + columns - 1 of K.
@@ -232,11 +234,12 @@ void UpdateRow(const SkylineArrays& K, const Panel& panel, const Slice& slice, c
   StoreStrip<Width>(target, a);
 }
 
-// The terms k0 .. k1 - 1 of a whole tile, in the strip from column c, where all six columns reach
-// up to k0; then, if `isInside` the slice, those of the tile itself.
+// The terms of a whole tile that lie in the slice, from k0 on, in the strip from column c, where
+// all six columns reach up to k0; those of the tile itself come last.
 template <typename Width, int Vectors>
 void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, const Slice& slice,
-                const Tile& tile, std::int64_t c, std::int64_t k0, std::int64_t k1, bool isInside) {
+                const Tile& tile, std::int64_t c, std::int64_t k0) {
+  const std::int64_t k1 = Min(slice.end, tile.first);
   Entries<Width, TileRows, Vectors> a;
   const auto forEntries = [&](const auto& f) KORVEX_INLINE {
     Repeat<TileRows>([&](auto q) KORVEX_INLINE {
@@ -270,7 +273,7 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, 
     pointAt(k1 - 1);
     SubtractTerms<Width, false, Vectors>(l, RowOf(slice, k0) + c, k1 - k0, mask, a);
   }
-  if (isInside) {
+  if (tile.first < slice.end) {
     pointAt(tile.first);
     if (steps.rows[s] > tile.first) {
       SubtractOwnTerms<Width, true, Vectors>(l, tops, tile.first, a);
@@ -301,8 +304,7 @@ void UpdateStrip(const SkylineArrays& K, const Panel& panel, const Slice& slice,
     UpdateRow<Width, Vectors>(K, panel, slice, tile, c, q, Max(k0, tile.tops[q]),
                               Min(slice.end, tile.commonTop));
   }
-  UpdateTile<Width, Vectors>(K, panel, steps, slice, tile, c, Max(k0, tile.commonTop),
-                             Min(slice.end, tile.first), tile.first < slice.end);
+  UpdateTile<Width, Vectors>(K, panel, steps, slice, tile, c, Max(k0, tile.commonTop));
 }
 
 // The terms of a tile that lie in the slice.
@@ -330,7 +332,7 @@ inline void FindSteps(const Panel& panel, std::int64_t c, int vectors, int lanes
   for (int lane = 0; lane < vectors * lanes; ++lane) {
     if (panel.tops[c + lane] == NoTop) continue;
     const auto row = static_cast<std::int64_t>(panel.tops[c + lane]);
-    if (count > 0 && steps.rows[count - 1] == row) continue;  // as most are
+    if (count > 0 && steps.rows[count - 1] == row) continue;  // the dofs of a node
     int s = count++;
     for (; s > 0 && steps.rows[s - 1] > row; --s) steps.rows[s] = steps.rows[s - 1];
     steps.rows[s] = row;
@@ -398,24 +400,24 @@ using Square = typename SquareLine<N>::Type[N];
 [[gnu::always_inline]] inline void Transpose(const Square<4>& from, Square<4>& to) {
   Square<4> t;
   Repeat<2>([&](auto i) KORVEX_INLINE {
-    t[i] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 0, 4, 2, 6);
-    t[i + 2] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 1, 5, 3, 7);
+    Shuffle<0, 4, 2, 6>(from[2 * i], from[2 * i + 1], t[i]);
+    Shuffle<1, 5, 3, 7>(from[2 * i], from[2 * i + 1], t[i + 2]);
   });
   Repeat<2>([&](auto i) KORVEX_INLINE {
-    to[i] = __builtin_shufflevector(t[2 * i], t[2 * i + 1], 0, 1, 4, 5);
-    to[i + 2] = __builtin_shufflevector(t[2 * i], t[2 * i + 1], 2, 3, 6, 7);
+    Shuffle<0, 1, 4, 5>(t[2 * i], t[2 * i + 1], to[i]);
+    Shuffle<2, 3, 6, 7>(t[2 * i], t[2 * i + 1], to[i + 2]);
   });
 }
 [[gnu::always_inline]] inline void Transpose(const Square<8>& from, Square<8>& to) {
   Square<8> t, u;
   Repeat<4>([&](auto i) KORVEX_INLINE {
-    t[i] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 0, 8, 2, 10, 4, 12, 6, 14);
-    t[i + 4] = __builtin_shufflevector(from[2 * i], from[2 * i + 1], 1, 9, 3, 11, 5, 13, 7, 15);
+    Shuffle<0, 8, 2, 10, 4, 12, 6, 14>(from[2 * i], from[2 * i + 1], t[i]);
+    Shuffle<1, 9, 3, 11, 5, 13, 7, 15>(from[2 * i], from[2 * i + 1], t[i + 4]);
   });
   const auto exchangePairs = [](const Square<8>& v, Square<8>& w) KORVEX_INLINE {
     Repeat<4>([&](auto i) KORVEX_INLINE {
-      w[i] = __builtin_shufflevector(v[2 * i], v[2 * i + 1], 0, 1, 4, 5, 8, 9, 12, 13);
-      w[i + 4] = __builtin_shufflevector(v[2 * i], v[2 * i + 1], 2, 3, 6, 7, 10, 11, 14, 15);
+      Shuffle<0, 1, 4, 5, 8, 9, 12, 13>(v[2 * i], v[2 * i + 1], w[i]);
+      Shuffle<2, 3, 6, 7, 10, 11, 14, 15>(v[2 * i], v[2 * i + 1], w[i + 4]);
     });
   };
   exchangePairs(t, u);
@@ -539,8 +541,8 @@ void WriteRows(const SkylineArrays& K, const Panel& panel, std::int64_t c0, std:
 }
 
 // Divides row k of a strip by its pivot, l = t / d(k), and takes it out of the columns' pivots and
-// loads; if Masked, where they reach up to k. A zero multiplier leaves the pivot untouched, also
-// where the product would be a NaN.
+// loads; if Masked, where they reach up to k. A zero multiplier leaves the pivot untouched: its
+// sign, too, where it is zero itself.
 template <typename Width, bool Masked, int Vectors>
 [[gnu::always_inline]] inline void ScaleRow(const double* t, const double* tops, std::int64_t k,
                                             double pivotK, double loadK, double* l,
@@ -612,9 +614,9 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   const std::int64_t half = tiles / 2;
   if (index < half) return;
   const std::int64_t share = entries / (tiles - half) + 1;
-  const std::int64_t p0 = begin + (index - half) * share;
-  for (std::int64_t p = p0; p < p0 + share; p += LineEntries) {
-    __builtin_prefetch(K.values + p, 0, 2);
+  const std::int64_t p0 = (index - half) * share;
+  for (std::int64_t p = p0; p < Min(p0 + share, entries); p += LineEntries) {
+    __builtin_prefetch(K.values + begin + p, 0, 2);
   }
 }
 

@@ -33,7 +33,7 @@ void ReduceColumn(SkylineMatrix& K, std::int64_t j) {
 }
 
 // l(k, j) = A(k, j) / d(k), and d(j) = A(j, j) - sum over k of l(k, j) A(k, j). A zero multiplier
-// leaves the pivot untouched, also where the product would be a NaN.
+// leaves the pivot untouched: its sign, too, where it is zero itself.
 void ScaleColumn(SkylineMatrix& K, std::int64_t j) {
   double* columnJ = Column(K, j);
   for (std::int64_t k = TopRow(K, j); k < j; ++k) {
