@@ -12,7 +12,7 @@ struct Width512 {
   static constexpr int Lanes = 8;
   static constexpr int WideVectors = 3;    // of a strip where all tops are alike
   static constexpr int NarrowVectors = 1;  // of a strip where they differ
-  static constexpr int SquareRows = 8;
+  static constexpr int SquareRows = 8;     // a square of rows and columns fills eight registers
   typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
 
   // The instruction spreads the factor over the lanes itself. Left to themselves, compilers spread

@@ -25,7 +25,8 @@ template <typename Width, int Vectors>
                       KORVEX_INLINE { mask[v] = Load<Width>(tops + v * Width::Lanes) <= k; });
 }
 
-// Takes `row` times the multiplier out of a row of the tile; if Masked, in the lanes of the mask.
+// Takes `row` times the multiplier out of a row of entries, in its first vectors, Active of them;
+// if Masked, in the lanes of the mask.
 template <typename Width, bool Masked, int Active, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerm(const VectorOf<Width> (&row)[Vectors],
                                                 const double* multiplier,

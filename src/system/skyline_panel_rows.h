@@ -23,8 +23,8 @@ constexpr std::int64_t NoRow = INT64_MAX;
 // Strips of a panel in the shortest vectors, two of two numbers.
 constexpr std::int64_t MaxStrips = 6;
 
-// The top rows of a strip's columns, ascending: between two of them the same lanes take
-// part, so that a mask is made once for many terms.
+// The top rows of a strip's columns, ascending: between two of them the same lanes take part, so
+// that a mask is made once for many terms.
 struct Steps {
   std::int64_t rows[PanelColumns + 1];  // then NoRow
   int vectors[PanelColumns];  // so many, counted from the first, take part from rows[s] on

@@ -4,13 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <random>
 #include <vector>
 
 #include "shell/matrix.h"
 #include "shell/quad_plate.h"
 #include "shell/tri_membrane.h"
+#include "support/same_bits.h"
 #include "support/shell_shapes.h"
 
 namespace korvex {
@@ -44,10 +44,6 @@ std::vector<double> MakeValues(std::size_t count) {
   return values;
 }
 
-bool HaveSameBits(const std::vector<double>& a, const std::vector<double>& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
-}
-
 void ExpectFullProduct(const ElementFrame& frame, std::int32_t nodes, std::vector<double> K) {
   const std::int32_t n = 6 * nodes;
   const auto size = static_cast<std::size_t>(n);
@@ -57,7 +53,7 @@ void ExpectFullProduct(const ElementFrame& frame, std::int32_t nodes, std::vecto
   MatMultiply(W.data(), Tt.data(), K.data(), n, n, n);
   MatMultiply(full.data(), W.data(), T.data(), n, n, n);
   RotateMatrixToGlobal(frame, nodes, K.data());
-  EXPECT_TRUE(HaveSameBits(K, full)) << nodes << " nodes";
+  EXPECT_TRUE(test::SameBits(K, full)) << nodes << " nodes";
 }
 
 TEST(ElementParts, MatrixRotationIsTheFullProductBitForBit) {
@@ -90,11 +86,11 @@ TEST(ElementParts, VectorRotationsAreTheFullProductsBitForBit) {
     MatTranspose(Tt.data(), T.data(), n, n);
     MatMultiply(full.data(), Tt.data(), f.data(), n, n, 1);
     RotateVectorToGlobal(frame, nodes, rotated.data());
-    EXPECT_TRUE(HaveSameBits(rotated, full)) << nodes << " nodes";
+    EXPECT_TRUE(test::SameBits(rotated, full)) << nodes << " nodes";
     rotated = f;
     MatMultiply(full.data(), T.data(), f.data(), n, n, 1);
     RotateVectorToLocal(frame, nodes, rotated.data());
-    EXPECT_TRUE(HaveSameBits(rotated, full)) << nodes << " nodes";
+    EXPECT_TRUE(test::SameBits(rotated, full)) << nodes << " nodes";
   }
 }
 

@@ -8,11 +8,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <random>
 
 #include "platform/vector_bits.h"
+#include "support/same_bits.h"
 #include "system/panel_routine.h"
 #include "system/solve_skyline_plain.h"
 #include "system/substitute_back.h"
@@ -99,11 +99,6 @@ System MakeSystem(std::int32_t n, std::int32_t reach, Profile profile, Values va
   return system;
 }
 
-bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
-  return a.size() == b.size() &&
-         (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
-}
-
 void ExpectSameBits(const System& system) {
   System plain = system;
   SolveSkylinePlain(plain.K, plain.F, plain.u, SolverProgress::Silent);
@@ -112,9 +107,9 @@ void ExpectSameBits(const System& system) {
     System fast = system;
     FactorSkyline(bits, fast.K, fast.F, SolverProgress::Silent);
     SubstituteBack(fast.K, fast.F, fast.u);
-    EXPECT_TRUE(SameBits(fast.K.Values, plain.K.Values)) << bits;
-    EXPECT_TRUE(SameBits(fast.F, plain.F)) << bits;
-    EXPECT_TRUE(SameBits(fast.u, plain.u)) << bits;
+    EXPECT_TRUE(test::SameBits(fast.K.Values, plain.K.Values)) << bits;
+    EXPECT_TRUE(test::SameBits(fast.F, plain.F)) << bits;
+    EXPECT_TRUE(test::SameBits(fast.u, plain.u)) << bits;
   }
 }
 
@@ -169,8 +164,9 @@ TEST(FactorSkyline, SmallSlices) {
       System fast = system;
       const std::int64_t sliceRows = TileRows * (1 + Pick(random, 8));
       FactorInSlices(bits, sliceRows, fast);
-      ASSERT_TRUE(SameBits(fast.K.Values, plain.K.Values)) << bits << ", slices of " << sliceRows;
-      ASSERT_TRUE(SameBits(fast.F, plain.F)) << bits << ", slices of " << sliceRows;
+      ASSERT_TRUE(test::SameBits(fast.K.Values, plain.K.Values))
+          << bits << ", slices of " << sliceRows;
+      ASSERT_TRUE(test::SameBits(fast.F, plain.F)) << bits << ", slices of " << sliceRows;
     }
   }
 }

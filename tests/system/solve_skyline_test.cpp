@@ -5,11 +5,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <random>
 #include <string>
 
+#include "support/same_bits.h"
 #include "system/solve_skyline_plain.h"
 
 namespace korvex {
@@ -159,10 +159,6 @@ void TranscribeSolution(Dense& A, const std::vector<std::size_t>& top, std::vect
   }
 }
 
-bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
-  return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
-}
-
 // Sizes around and between multiples of six, so that no block size of a faster routine fits all.
 TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
   for (const std::size_t n : {2U, 3U, 5U, 6U, 7U, 23U, 24U, 25U, 61U, 130U}) {
@@ -178,9 +174,9 @@ TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
     std::vector<double> expectedF = F;
     TranscribeSolution(A, top, expectedF, expectedU);
     const std::vector<double> u = Solve(K, F);
-    EXPECT_TRUE(SameBits(u, expectedU)) << n;
-    EXPECT_TRUE(SameBits(F, expectedF)) << n;
-    EXPECT_TRUE(SameBits(K.Values, Pack(A).Values)) << n;
+    EXPECT_TRUE(test::SameBits(u, expectedU)) << n;
+    EXPECT_TRUE(test::SameBits(F, expectedF)) << n;
+    EXPECT_TRUE(test::SameBits(K.Values, Pack(A).Values)) << n;
   }
 }
 
