@@ -5,7 +5,8 @@
 // times. The peak is what one core multiplies and subtracts in the same vectors in registers,
 // measured right before and after each factorisation. What needs the medians of several routines
 // follows in a table after each case: ratios, and whether factors, loads and solutions have the
-// same bits.
+// same bits. Its last line is the solution as runs of the program have it, factorisation and
+// substitution together, which takes independent systems apart.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -20,6 +21,7 @@
 #include "platform/vector_bits.h"
 #include "skyline_systems.h"
 #include "system/factor_skyline.h"
+#include "system/solve_skyline.h"
 #include "system/solve_skyline_plain.h"
 #include "system/substitute_back.h"
 #include "vector_peak.h"
@@ -33,13 +35,25 @@ constexpr int Plain = 0;  // in place of a vector length
 constexpr double Giga = 1e9;
 constexpr int UsageError = 2;  // exit status
 
+constexpr std::uint64_t HashStart = 14695981039346656037U;  // the hash of nothing
+
 // What one routine took and gave, by repetition.
 struct Record {
   int vectorBits = Plain;
   std::string name;                        // of its benchmark
   std::vector<double> factor, substitute;  // seconds
   std::vector<double> peak;                // operations a second; 0 for the plain routine
-  std::vector<std::uint64_t> hashes;       // of factor, reduced load and solution
+  std::vector<std::uint64_t> loadHashes;   // of reduced load and solution
+  std::vector<std::uint64_t> factorHashes;
+};
+
+// The same of the whole solution as runs of the program have it, where it is chosen. Its factor is
+// not looked at: taken apart, it lies elsewhere.
+struct WholeRecord {
+  bool isChosen = false;
+  std::string name;
+  std::vector<double> seconds;
+  std::vector<std::uint64_t> loadHashes;  // of reduced load and solution
 };
 
 // A system, made by the first routine that needs it, and the routines that solve it.
@@ -48,6 +62,7 @@ struct Job {
   SkylineSystem system;
   double operations = 0.0;
   std::vector<Record> records;
+  WholeRecord whole;
 };
 
 // Products, differences and quotients of the factorisation and the forward reduction.
@@ -76,6 +91,10 @@ std::uint64_t HashBits(const std::vector<double>& values, std::uint64_t hash) {
   return hash;
 }
 
+std::uint64_t HashLoads(const std::vector<double>& F, const std::vector<double>& u) {
+  return HashBits(u, HashBits(F, HashStart));
+}
+
 void MakeSystem(Job& job) {
   job.system = job.source->make();
   job.operations = CountOperations(job.system.K) * job.system.copies;
@@ -94,7 +113,8 @@ void Solve(const Job& job, benchmark::State& state, Record& record) {
   for (auto _ : state) {
     factor = Measure([&] {
       for (std::size_t i = 0; i < copies; ++i) {
-        FactorSkyline(record.vectorBits, K[i], F[i], SolverProgress::Silent);
+        ColumnCounter columns = {SolverProgress::Silent};
+        FactorSkyline(record.vectorBits, K[i], F[i], columns);
       }
     });
     state.SetIterationTime(factor);
@@ -112,13 +132,29 @@ void Solve(const Job& job, benchmark::State& state, Record& record) {
   record.factor.push_back(factor);
   record.substitute.push_back(substitute);
   record.peak.push_back(peak);
-  constexpr std::uint64_t Start = 14695981039346656037U;  // the hash of nothing
-  record.hashes.push_back(HashBits(u[0], HashBits(F[0], HashBits(K[0].Values, Start))));
+  record.loadHashes.push_back(HashLoads(F[0], u[0]));
+  record.factorHashes.push_back(HashBits(K[0].Values, HashStart));
   state.counters["Gflop/s"] = job.operations / factor / Giga;
   state.counters["substitution_s"] = substitute;
   if (isPlain) return;
   state.counters["peak_Gflop/s"] = peak / Giga;
   state.counters["of_peak"] = job.operations / factor / peak;
+}
+
+// One repetition of the whole solution.
+void SolveWhole(const Job& job, benchmark::State& state, WholeRecord& record) {
+  const auto copies = static_cast<std::size_t>(job.system.copies);
+  std::vector<SkylineMatrix> K(copies, job.system.K);
+  std::vector<std::vector<double>> F(copies, job.system.F), u(copies, job.system.F);
+  for (auto _ : state) {
+    record.seconds.push_back(Measure([&] {
+      for (std::size_t i = 0; i < copies; ++i) {
+        SolveSkyline(K[i], F[i], u[i], SolverProgress::Silent);
+      }
+    }));
+    state.SetIterationTime(record.seconds.back());
+  }
+  record.loadHashes.push_back(HashLoads(F[0], u[0]));
 }
 
 // Whether --benchmark_filter takes the benchmark, by the library's rule: if the pattern is found in
@@ -132,18 +168,18 @@ bool IsChosen(const std::string& shortName) {
   return std::regex_search(name, pattern) != isNegative;
 }
 
-// The routines of a case that are chosen, the plain one first.
-std::vector<Record> ListRoutines(const SkylineCase& source) {
-  std::vector<Record> records;
+// Lists the routines of a case that are chosen, the plain one first.
+void ListRoutines(Job& job) {
   const auto add = [&](int vectorBits, const std::string& routine) {
     Record record;
     record.vectorBits = vectorBits;
-    record.name = source.name + ('/' + routine);
-    if (IsChosen(record.name)) records.push_back(record);
+    record.name = job.source->name + ('/' + routine);
+    if (IsChosen(record.name)) job.records.push_back(record);
   };
   add(Plain, "plain");
   for (int bits = 128; bits <= WidestVectorBits(); bits *= 2) add(bits, std::to_string(bits));
-  return records;
+  job.whole.name = std::string(job.source->name) + "/run";
+  job.whole.isChosen = IsChosen(job.whole.name);
 }
 
 void PrintRecord(const Record& record, const Record& first, double operations, bool isSame) {
@@ -163,21 +199,45 @@ void PrintRecord(const Record& record, const Record& first, double operations, b
                isSame ? "" : "  OTHER BITS");
 }
 
+// first: null where no other routine is chosen.
+void PrintWhole(const WholeRecord& record, const Record* first, bool isSame) {
+  const double seconds = Median(record.seconds);
+  std::fprintf(stderr, "%-16s %10.4f", record.name.c_str(), seconds);
+  if (first != nullptr) {
+    std::fprintf(stderr, "%9s%8.1f", "",
+                 (Median(first->factor) + Median(first->substitute)) / seconds);
+  }
+  std::fprintf(stderr, "  with substitution%s\n", isSame ? "" : "  OTHER BITS");
+}
+
+// Whether all are the same, and the same as `first`.
+bool AreAll(const std::vector<std::uint64_t>& hashes, std::uint64_t first) {
+  return std::all_of(hashes.begin(), hashes.end(),
+                     [&](std::uint64_t hash) { return hash == first; });
+}
+
 // Prints medians and ratios to the first routine, and whether all have its bits. The table goes
 // where the library writes what is for readers: its standard output may be JSON.
 bool PrintTable(const Job& job) {
-  const Record& first = job.records[0];
+  const Record* first = job.records.empty() ? nullptr : &job.records[0];
   std::fprintf(stderr, "\n%s: %zu equations, %.1f million entries, %.2f Gflop, medians of %zu\n",
                job.system.title.c_str(), job.system.F.size(),
                static_cast<double>(job.system.K.SkylineSize) * 1e-6, job.operations / Giga,
-               first.factor.size());
+               first == nullptr ? job.whole.seconds.size() : first->factor.size());
   std::fprintf(stderr, "%-16s %10s %8s %8s %15s %10s %8s\n", "", "factor, s", "Gflop/s", "x first",
                "of the peak", "subst., s", "x first");
   bool areSame = true;
   for (const Record& record : job.records) {
-    const bool isSame = std::all_of(record.hashes.begin(), record.hashes.end(),
-                                    [&](std::uint64_t hash) { return hash == first.hashes[0]; });
-    PrintRecord(record, first, job.operations, isSame);
+    const bool isSame = AreAll(record.loadHashes, first->loadHashes[0]) &&
+                        AreAll(record.factorHashes, first->factorHashes[0]);
+    PrintRecord(record, *first, job.operations, isSame);
+    areSame = areSame && isSame;
+  }
+  if (job.whole.isChosen) {
+    const std::vector<std::uint64_t>& hashes =
+        first == nullptr ? job.whole.loadHashes : first->loadHashes;
+    const bool isSame = AreAll(job.whole.loadHashes, hashes[0]);
+    PrintWhole(job.whole, first, isSame);
     areSame = areSame && isSame;
   }
   std::fprintf(stderr, "\n");
@@ -192,19 +252,21 @@ bool IsForOneRun(const std::string& option) {
 
 // Whether all routines gave the same bits in all repetitions.
 bool RunJob(benchmark::BenchmarkReporter& reporter, Job& job) {
-  for (Record& record : job.records) {
-    const auto solve = [&job, &record](benchmark::State& state) {
+  const auto add = [&job](const std::string& name, auto& record, auto solve) {
+    const auto run = [&job, &record, solve](benchmark::State& state) {
       if (job.system.F.empty()) MakeSystem(job);
-      Solve(job, state, record);
+      solve(job, state, record);
     };
-    benchmark::RegisterBenchmark(record.name.c_str(), solve)
+    benchmark::RegisterBenchmark(name.c_str(), run)
         ->Iterations(1)
         ->UseManualTime()
         ->Unit(benchmark::kMillisecond);
-  }
+  };
+  for (Record& record : job.records) add(record.name, record, Solve);
+  if (job.whole.isChosen) add(job.whole.name, job.whole, SolveWhole);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::ClearRegisteredBenchmarks();
-  const bool isOnlyListed = job.records[0].factor.empty();
+  const bool isOnlyListed = job.system.F.empty();
   return isOnlyListed || PrintTable(job);
 }
 
@@ -226,8 +288,8 @@ int main(int count, char** arguments) {
   for (const SkylineCase& source : SkylineCases) {
     Job job;
     job.source = &source;
-    job.records = ListRoutines(source);
-    if (!job.records.empty()) jobs.push_back(job);
+    ListRoutines(job);
+    if (!job.records.empty() || job.whole.isChosen) jobs.push_back(job);
   }
   if (jobs.empty() || (takesOneCase && jobs.size() > 1)) {
     std::fprintf(stderr, jobs.empty()

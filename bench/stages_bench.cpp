@@ -149,8 +149,8 @@ void RunStages() {
   Time(
       "factor",
       [&] {
-        FactorSkyline(WidestVectorBits(), model.Stiffness, model.LoadVector,
-                      SolverProgress::Silent);
+        ColumnCounter columns = {SolverProgress::Silent};
+        FactorSkyline(WidestVectorBits(), model.Stiffness, model.LoadVector, columns);
       },
       total);
   Time(

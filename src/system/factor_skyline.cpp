@@ -26,7 +26,7 @@ std::int64_t CountSliceRows(const SkylineMatrix& K, std::int64_t n) {
 }
 
 void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double>& F,
-                  SolverProgress progress) {
+                  ColumnCounter& columns) {
   const auto n = static_cast<std::int64_t>(K.ColumnHeights.size());
   const std::int64_t sliceRows = CountSliceRows(K, n);
   std::vector<double> work;
@@ -41,20 +41,19 @@ void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double
                                 K.Values.data(), F.data()};
   for (std::int64_t first = 0; first < n; first += PanelColumns) {
     factorPanel(arrays, first, static_cast<double*>(start), sliceRows);
-    if (progress == SolverProgress::Silent) continue;
-    for (std::int64_t j = first; j < std::min(first + PanelColumns, n); ++j) PrintProgress(j, n);
+    for (std::int64_t j = first; j < std::min(first + PanelColumns, n); ++j) CountColumn(columns);
   }
 }
 
 }  // namespace
 
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
-                   SolverProgress progress) {
+                   ColumnCounter& columns) {
   const PanelRoutine factorPanel = FindPanelRoutine(vectorBits);
   if (factorPanel == nullptr) {
-    FactorSkylinePlain(K, F, progress);
+    FactorSkylinePlain(K, F, columns);
   } else {
-    FactorPanels(factorPanel, K, F, progress);
+    FactorPanels(factorPanel, K, F, columns);
   }
 }
 

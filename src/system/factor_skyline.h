@@ -13,6 +13,6 @@ namespace korvex {
 // vectorBits: 128, 256 or 512, no more than the processor has (WidestVectorBits); with 0, or where
 //    the program has no such vectors, the plain routine does the work. All give the same bits.
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
-                   SolverProgress progress);
+                   ColumnCounter& columns);
 
 }  // namespace korvex

@@ -14,7 +14,8 @@ namespace korvex {
 
 // Solves K u = F.
 // K: n columns with values; holds the factors afterwards: D on the diagonal, the unit upper factor
-//    L^T above it.
+//    L^T above it. Where it falls into independent systems (independent_systems.h), its values are
+//    used up.
 // F: n; holds the forward-reduced vector y of L y = F afterwards.
 // u: n, written completely.
 // With n = 0 nothing is done and nothing printed.

@@ -59,12 +59,12 @@ void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
 
 }  // namespace
 
-void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, SolverProgress progress) {
+void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns) {
   const auto n = static_cast<std::int64_t>(K.ColumnHeights.size());
   for (std::int64_t j = 0; j < n; ++j) {
     ReduceColumn(K, j);
     ScaleColumn(K, j);
-    if (progress == SolverProgress::Printed) PrintProgress(j, n);
+    CountColumn(columns);
   }
   ReduceLoad(K, F);
 }
@@ -86,7 +86,8 @@ void SubstituteBackPlain(const SkylineMatrix& K, const std::vector<double>& y,
 
 void SolveSkylinePlain(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                        SolverProgress progress) {
-  FactorSkylinePlain(K, F, progress);
+  ColumnCounter columns = {progress, static_cast<std::int64_t>(F.size())};
+  FactorSkylinePlain(K, F, columns);
   SubstituteBackPlain(K, F, u);
 }
 

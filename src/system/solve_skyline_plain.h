@@ -13,7 +13,7 @@
 namespace korvex {
 
 // K = L D L^T and y of L y = F, in place of K and F as SolveSkyline leaves them.
-void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, SolverProgress progress);
+void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns);
 
 // Solves D L^T u = y. K: the factors. y, u: n; u is written completely.
 void SubstituteBackPlain(const SkylineMatrix& K, const std::vector<double>& y,

@@ -5,8 +5,11 @@
 
 namespace korvex {
 
-void PrintProgress(std::int64_t j, std::int64_t n) {
-  const auto p = static_cast<int>((j * 100 + 100) / n);
+void CountColumn(ColumnCounter& counter) {
+  if (counter.done == counter.columns) return;
+  ++counter.done;
+  if (counter.progress == SolverProgress::Silent) return;
+  const auto p = static_cast<int>(counter.done * 100 / counter.columns);
   if (p == 20 || p == 40 || p == 60 || p == 80) {
     PrintFormatted("%2d%%Completed.\b\b\b\b\b\b\b\b\b\b\b\b\b", p);
   } else if (p == 100) {

@@ -105,7 +105,8 @@ void ExpectSameBits(const System& system) {
   for (const int bits : AllVectorBits) {
     if (bits > WidestVectorBits()) continue;
     System fast = system;
-    FactorSkyline(bits, fast.K, fast.F, SolverProgress::Silent);
+    ColumnCounter columns = {SolverProgress::Silent};
+    FactorSkyline(bits, fast.K, fast.F, columns);
     SubstituteBack(fast.K, fast.F, fast.u);
     EXPECT_TRUE(test::SameBits(fast.K.Values, plain.K.Values)) << bits;
     EXPECT_TRUE(test::SameBits(fast.F, plain.F)) << bits;
