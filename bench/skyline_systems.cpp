@@ -82,12 +82,24 @@ void AddPlate(int columns, int rows, const std::vector<std::int32_t>& numbers, M
   AddSquares(columns, rows, numbers, mesh);
 }
 
-SkylineSystem MakePlate(int columns, int rows) {
+// A flat plate, numbered line by line.
+Mesh MakePlateMesh(int columns, int rows) {
   std::vector<std::int32_t> numbers(static_cast<std::size_t>(columns * rows));
   std::iota(numbers.begin(), numbers.end(), 0);
   Mesh mesh;
   AddPlate(columns, rows, numbers, mesh);
-  return Assemble("plate " + SizeText(columns, rows), mesh, columns);
+  return mesh;
+}
+
+SkylineSystem MakePlate(int columns, int rows) {
+  return Assemble("plate " + SizeText(columns, rows), MakePlateMesh(columns, rows), columns);
+}
+
+SkylineSystem MakeSlopingPlate(int columns, int rows) {
+  constexpr double Cosine = 0.8, Sine = 0.6;
+  Mesh mesh = MakePlateMesh(columns, rows);
+  for (auto& node : mesh.nodes) node = {node[0], Cosine * node[1], Sine * node[1]};
+  return Assemble("sloping plate " + SizeText(columns, rows), mesh, columns);
 }
 
 SkylineSystem MakeStiffenedPlate(int columns, int rows) {
@@ -168,8 +180,9 @@ SkylineSystem MakeDetailModels(int copies) {
 
 }  // namespace
 
-constexpr std::array<SkylineCase, 7> SkylineCases{{
+constexpr std::array<SkylineCase, 8> SkylineCases{{
     {"plate", [] { return MakePlate(80, 125); }},
+    {"sloping", [] { return MakeSlopingPlate(80, 125); }},
     {"stiffened", [] { return MakeStiffenedPlate(60, 100); }},
     {"cylinder", [] { return MakeCylinder(60, 120); }},
     {"shuffled", [] { return MakeShuffledPlate(24); }},

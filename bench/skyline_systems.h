@@ -22,13 +22,14 @@ struct SkylineCase {
   SkylineSystem (*make)();
 };
 
-// plate: a flat plate, its nodes numbered along the columns;
+// plate: a flat plate, its nodes numbered along the columns: two independent systems;
+// sloping: the same, parallel to no coordinate plane: one system;
 // stiffened: a plate with a web of two rows of shells under every fifth line of nodes, the web's
 //    nodes numbered between the plate's;
 // cylinder: a tube, numbered ring by ring: the last node of a ring lies beside its first;
 // shuffled: a square plate whose nodes are numbered at random, hardly two columns of one height;
 // details: the detail model of a T girder, many times;
 // strip, square: flat plates, a long one and a large one.
-extern const std::array<SkylineCase, 7> SkylineCases;
+extern const std::array<SkylineCase, 8> SkylineCases;
 
 }  // namespace korvex::bench

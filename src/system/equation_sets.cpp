@@ -20,6 +20,8 @@ std::int32_t FindSet(EquationSets& sets, std::int32_t equation) {
 }
 
 void JoinSets(EquationSets& sets, std::int32_t a, std::int32_t b) {
+  // The rule, and quick to see: they have been joined before.
+  if (sets.links[static_cast<std::size_t>(a)] == sets.links[static_cast<std::size_t>(b)]) return;
   const std::int32_t rootA = FindSet(sets, a);
   const std::int32_t rootB = FindSet(sets, b);
   if (rootA < rootB) {
