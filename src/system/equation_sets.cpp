@@ -50,8 +50,9 @@ void ListSets(EquationSets& sets, EquationList& list) {
   list.equations.resize(sets.links.size());
   for (std::int32_t i = 0; i < n; ++i) {
     const std::int32_t number = numbers[static_cast<std::size_t>(FindSet(sets, i))];
-    const std::int32_t begin = list.begins[static_cast<std::size_t>(number)];
-    list.equations[static_cast<std::size_t>(begin + list.places[static_cast<std::size_t>(i)])] = i;
+    const std::int32_t at =
+        list.begins[static_cast<std::size_t>(number)] + list.places[static_cast<std::size_t>(i)];
+    list.equations[static_cast<std::size_t>(at)] = i;
   }
 }
 
