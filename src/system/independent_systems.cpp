@@ -1,16 +1,19 @@
 // See independent_systems.h.
 //
-// Looking through all entries takes a tenth of the time of a factorisation in vectors. Most
-// structures do not fall apart, and the topmost rows of their columns alone tell that: a look at
-// those comes first. Then the entries that are not zero are listed, K's memory is used for one
-// system after the other, and, should an infinity arise, filled with K once more.
+// Looking through all entries of a wide plate takes a tenth of the time of its factorisation in
+// vectors. Most structures do not fall apart, and a look at the rows of each column where elements
+// couple it tells that, often with the first columns. Only then are the entries listed that are not
+// zero; K's memory is used for one system after the other, and, should an infinity arise, filled
+// with K once more.
 #include "system/independent_systems.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <deque>
 
+#include "model/model.h"
 #include "platform/vector_bits.h"
 #include "system/equation_sets.h"
 #include "system/factor_skyline.h"
@@ -20,19 +23,25 @@ namespace korvex {
 
 namespace {
 
-// Rows of each column that the first look takes in, from its top: a node's.
-constexpr std::int64_t FirstLookRows = 6;
+// Every so many columns one is asked for the share of its entries that are not zero. A prime, so
+// that all dofs of nodes have their turn.
+constexpr std::int64_t SampleDistance = 61;
 
 // Entries that are looked at together, because zeros are the rule.
 constexpr std::int64_t BlockEntries = 16;
+
+// Entries of K for each that may be listed: the list, two numbers for each, takes up to an eighth
+// of K's memory. Plates of less than 36 nodes in width have more; below 25 they would lose time.
+constexpr std::uint64_t EntriesPerListed = 16;
+
+// Bytes for an equation in all other tables: sets, places, loads, solutions, columns of a system.
+constexpr std::uint64_t BytesPerEquation = 100;
 
 // An entry that is not zero.
 struct Entry {
   std::int32_t row;
   double value;
 };
-
-static_assert(sizeof(Entry) == ListedEntrySize);
 
 struct SparseMatrix {
   std::vector<std::size_t> begins;  // [n + 1] where each column's entries begin, then their number
@@ -49,18 +58,62 @@ std::int64_t CountColumns(const SkylineMatrix& K) {
   return static_cast<std::int64_t>(K.ColumnHeights.size());
 }
 
-// The sets that the topmost rows of the columns and their diagonals tell of: those of K or subsets.
-// False if a diagonal is not positive: such systems end in infinities.
-bool LookAtTopRows(const SkylineMatrix& K, EquationSets& sets) {
+constexpr auto Dofs = static_cast<std::size_t>(DofsPerNode);
+
+// The dofs of nodes that entries couple, directly or by way of others, at whatever nodes.
+struct CoupledDofs {
+  std::array<unsigned, Dofs> masks;  // [dof] bit c: dof c is in its set
+};
+
+// Joins the sets of the dofs in `mask`.
+void JoinDofs(unsigned mask, CoupledDofs& dofs) {
+  for (std::size_t c = 0; c < Dofs; ++c) {
+    if ((mask >> c & 1U) != 0U) mask |= dofs.masks[c];
+  }
+  for (std::size_t c = 0; c < Dofs; ++c) {
+    if ((mask >> c & 1U) != 0U) dofs.masks[c] = mask;
+  }
+}
+
+// The dofs of the rows first .. end - 1 whose entries in column j are not zero.
+unsigned FindDofs(const double* column, std::int64_t j, std::int64_t first, std::int64_t end) {
+  unsigned mask = 0;
+  for (std::int64_t i = first; i < end; ++i) {
+    mask |= static_cast<unsigned>(column[j - i] != 0.0) << static_cast<unsigned>(i % DofsPerNode);
+  }
+  return mask;
+}
+
+// Whether, by a sample, the entries that are not zero are few enough to be listed.
+bool AreFew(const SkylineMatrix& K) {
+  std::uint64_t entries = 0, stored = 0;
+  for (std::int64_t j = 0; j < CountColumns(K); j += SampleDistance) {
+    const double* column = Column(K, j);
+    const std::int64_t height = K.ColumnHeights[static_cast<std::size_t>(j)];
+    stored += static_cast<std::uint64_t>(height);
+    entries += static_cast<std::uint64_t>(
+        std::count_if(column, column + height, [](double value) { return value != 0.0; }));
+  }
+  return EntriesPerListed * entries <= stored;
+}
+
+// Whether no entries are seen that couple all dofs of nodes. Elements couple a column in the
+// topmost rows and, as beams beside the plane of a plate do, in those of its own node. What couples
+// in other rows only is seen when the entries are listed. A diagonal that is not positive mostly
+// ends in infinities.
+bool AreDofsApart(const SkylineMatrix& K) {
+  CoupledDofs dofs;
+  for (std::size_t d = 0; d < Dofs; ++d) dofs.masks[d] = 1U << d;
   for (std::int64_t j = 0; j < CountColumns(K); ++j) {
     const double* column = Column(K, j);
     if (!(column[0] > 0.0)) return false;
     const std::int64_t top = TopRow(K, j);
-    for (std::int64_t i = top; i < std::min(top + FirstLookRows, j); ++i) {
-      if (column[j - i] != 0.0) {
-        JoinSets(sets, static_cast<std::int32_t>(i), static_cast<std::int32_t>(j));
-      }
-    }
+    const unsigned mask = FindDofs(column, j, std::max(top, j - DofsPerNode), j) |
+                          FindDofs(column, j, top, std::min(top + DofsPerNode, j));
+    const auto d = static_cast<std::size_t>(j % DofsPerNode);
+    if ((mask & ~dofs.masks[d]) == 0U) continue;
+    JoinDofs(mask | 1U << d, dofs);
+    if (dofs.masks[d] == (1U << Dofs) - 1U) return false;
   }
   return true;
 }
@@ -129,10 +182,9 @@ void ListColumns(const SkylineMatrix& K, const SetRange& set, SkylineMatrix& par
   ComputeDiagonalAddresses(part);
 }
 
-// Whether the systems of the sets have less than three quarters of K's entries. With fewer saved,
-// looking for them and setting them up may take longer than they save.
+// Whether the systems of the sets have less than three quarters of K's entries: setting them up may
+// take longer than fewer save.
 bool PaysOff(const SkylineMatrix& K, const EquationList& list) {
-  if (list.begins.size() <= 2) return false;  // one set: the rule, which need not be counted
   std::int64_t size = 0;
   SkylineMatrix part;
   for (std::size_t s = 0; s + 1 < list.begins.size(); ++s) {
@@ -148,9 +200,6 @@ bool FindSystems(const SkylineMatrix& K, std::size_t maxEntries, SparseMatrix& s
                  EquationList& list) {
   EquationSets sets;
   InitEquationSets(sets, static_cast<std::int32_t>(CountColumns(K)));
-  if (!LookAtTopRows(K, sets)) return false;
-  ListSets(sets, list);
-  if (!PaysOff(K, list)) return false;
   if (!ListEntries(K, maxEntries, sparse, sets)) return false;
   ListSets(sets, list);
   return PaysOff(K, list);
@@ -218,6 +267,17 @@ void RestoreValues(const SparseMatrix& sparse, SkylineMatrix& K) {
 
 }  // namespace
 
+// The sample first: it is quicker.
+bool MayFallApart(const SkylineMatrix& K) { return AreFew(K) && AreDofsApart(K); }
+
+std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory) {
+  const std::uint64_t tables =
+      BytesPerEquation * static_cast<std::uint64_t>(K.ColumnHeights.size());
+  const std::uint64_t taken = std::min(freeMemory / 2, tables);
+  return std::min(static_cast<std::uint64_t>(K.SkylineSize) / EntriesPerListed,
+                  (freeMemory / 2 - taken) / sizeof(Entry));
+}
+
 bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                              std::size_t maxEntries, ColumnCounter& columns) {
   if (std::any_of(F.begin(), F.end(), IsNegativeZero)) return false;
@@ -229,12 +289,12 @@ bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vect
   system.factors.Values.swap(K.Values);
   std::vector<double> y(F.size());
   bool isSound = true;
-  for (std::size_t s = 0; s + 1 < list.begins.size(); ++s) {
+  for (std::size_t s = 0; isSound && s + 1 < list.begins.size(); ++s) {
     const SetRange set = RangeOf(list, s);
     ListColumns(K, set, system.factors);
     FillSystem(sparse, set, list.places, system.factors);
     SolveSystem(set, F, columns, system);
-    isSound = isSound && IsSound(system.factors, system.y, system.u);
+    isSound = IsSound(system.factors, system.y, system.u);
     for (const std::int32_t* j = set.begin; j < set.end; ++j) {
       y[static_cast<std::size_t>(*j)] = system.y[static_cast<std::size_t>(j - set.begin)];
       u[static_cast<std::size_t>(*j)] = system.u[static_cast<std::size_t>(j - set.begin)];

@@ -10,6 +10,8 @@
 // The sets of equations are found in K itself, so that nothing has to be known of elements.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "system/skyline_matrix.h"
@@ -17,18 +19,24 @@
 
 namespace korvex {
 
-// Bytes that the list of entries takes for each.
-constexpr std::size_t ListedEntrySize = 16;
+// Whether K may fall into systems that go by the dofs of nodes, and solving them may pay. False
+// where all dofs of a node are coupled somewhere, which the first columns tell of most structures,
+// and where more entries are not zero than should be listed.
+bool MayFallApart(const SkylineMatrix& K);
+
+// The most entries that SolveIndependentSystems is to list: what pays, and what half of so many
+// bytes of free memory holds beside its tables.
+std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory);
 
 // Solves K u = F by its independent systems and returns true; or leaves K and F as they are and
 // returns false: where K has none, where apart they would not have less than three quarters of the
 // stored entries, or where the bits might not be those of the whole.
 // K: n columns with values, which are used up with true.
 // F: n; holds y of L y = F afterwards, with true.
-// u: n, written completely with true.
+// u: n, written completely with true; with false it may hold anything.
 // maxEntries: K stays whole if more entries are not zero.
 // columns: those of the systems are counted there; where it turns out too late that K has to be
-//    solved as a whole, all have been counted.
+//    solved as a whole, some have been.
 bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                              std::size_t maxEntries, ColumnCounter& columns);
 
