@@ -280,6 +280,8 @@ std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory) {
 
 bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                              std::size_t maxEntries, ColumnCounter& columns) {
+  // Each column has its diagonal at least; where memory is short, no table is allocated.
+  if (maxEntries < F.size()) return false;
   if (std::any_of(F.begin(), F.end(), IsNegativeZero)) return false;
   SparseMatrix sparse;
   EquationList list;
