@@ -12,7 +12,8 @@
 
 namespace korvex {
 
-// K = L D L^T and y of L y = F, in place of K and F as SolveSkyline leaves them.
+// K = L D L^T and y of L y = F, in place of K and F as SolveSkyline leaves them. columns: counts
+// those of K on.
 void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns);
 
 // Solves D L^T u = y. K: the factors. y, u: n; u is written completely.

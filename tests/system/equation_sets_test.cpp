@@ -14,14 +14,20 @@ TEST(EquationSets, EachIsAloneAtFirst) {
   for (std::int32_t i = 0; i < 3; ++i) EXPECT_EQ(FindSet(sets, i), i);
 }
 
-// 5 - 3 - 1 and 4 - 0; 2 stays alone. A set is known by its lowest equation.
-TEST(EquationSets, JoinsByWayOfOthers) {
+// 5 - 3 - 1 and 4 - 0; 2 stays alone.
+EquationSets MakeThreeSets() {
   EquationSets sets;
   InitEquationSets(sets, 6);
   JoinSets(sets, 5, 3);
   JoinSets(sets, 4, 0);
   JoinSets(sets, 1, 5);
   JoinSets(sets, 3, 1);  // once more
+  return sets;
+}
+
+// A set is known by its lowest equation.
+TEST(EquationSets, JoinsByWayOfOthers) {
+  EquationSets sets = MakeThreeSets();
   const Numbers lowest = {0, 1, 2, 1, 0, 1};
   for (std::int32_t i = 0; i < 6; ++i) {
     EXPECT_EQ(FindSet(sets, i), lowest[static_cast<std::size_t>(i)]) << i;
@@ -29,11 +35,7 @@ TEST(EquationSets, JoinsByWayOfOthers) {
 }
 
 TEST(EquationSets, ListsSetsByTheirLowestEquations) {
-  EquationSets sets;
-  InitEquationSets(sets, 6);
-  JoinSets(sets, 5, 3);
-  JoinSets(sets, 1, 5);
-  JoinSets(sets, 4, 0);
+  EquationSets sets = MakeThreeSets();
   EquationList list;
   ListSets(sets, list);
   EXPECT_EQ(list.equations, (Numbers{0, 4, 1, 3, 5, 2}));
