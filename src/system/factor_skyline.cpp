@@ -27,7 +27,7 @@ std::int64_t CountSliceRows(const SkylineMatrix& K, std::int64_t n) {
 
 void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double>& F,
                   ColumnCounter& columns) {
-  const auto n = static_cast<std::int64_t>(K.ColumnHeights.size());
+  const std::int64_t n = CountColumns(K);
   const std::int64_t sliceRows = CountSliceRows(K, n);
   std::vector<double> work;
   AllocateItems("the work space of the factorisation",

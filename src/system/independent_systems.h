@@ -19,11 +19,6 @@
 
 namespace korvex {
 
-// Whether K may fall into systems that go by the dofs of nodes, and solving them may pay. False
-// where all dofs of a node are coupled somewhere, which the first columns tell of most structures,
-// and where more entries are not zero than should be listed.
-bool MayFallApart(const SkylineMatrix& K);
-
 // The most entries that SolveIndependentSystems is to list: what pays, and what half of so many
 // bytes of free memory holds beside its tables.
 std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory);

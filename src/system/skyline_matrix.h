@@ -19,6 +19,18 @@ struct SkylineMatrix {
   std::vector<double> Values;                 // [SkylineSize]
 };
 
+inline std::int64_t CountColumns(const SkylineMatrix& K) {
+  return static_cast<std::int64_t>(K.ColumnHeights.size());
+}
+
+// The diagonal entry of column j; that of row i lies j - i behind it.
+inline double* Column(SkylineMatrix& K, std::int64_t j) {
+  return K.Values.data() + K.DiagonalAddress[static_cast<std::size_t>(j)];
+}
+inline const double* Column(const SkylineMatrix& K, std::int64_t j) {
+  return K.Values.data() + K.DiagonalAddress[static_cast<std::size_t>(j)];
+}
+
 // The topmost stored row of column j.
 inline std::int64_t TopRow(const SkylineMatrix& K, std::int64_t j) {
   return j - K.ColumnHeights[static_cast<std::size_t>(j)] + 1;

@@ -1,8 +1,10 @@
-// The stages of solve_skyline.h in the longest vectors that the processor has.
+// See solve_skyline.h: independent systems one by one, where K falls into them, or the whole, in
+// the longest vectors that the processor has.
 #include "system/solve_skyline.h"
 
 #include "platform/free_memory.h"
 #include "platform/vector_bits.h"
+#include "system/coupled_dofs.h"
 #include "system/factor_skyline.h"
 #include "system/independent_systems.h"
 #include "system/substitute_back.h"

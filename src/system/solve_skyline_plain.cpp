@@ -11,14 +11,6 @@ namespace korvex {
 
 namespace {
 
-// The diagonal entry of column j; the entry of row i lies j - i behind it.
-double* Column(SkylineMatrix& K, std::int64_t j) {
-  return K.Values.data() + K.DiagonalAddress[static_cast<std::size_t>(j)];
-}
-const double* Column(const SkylineMatrix& K, std::int64_t j) {
-  return K.Values.data() + K.DiagonalAddress[static_cast<std::size_t>(j)];
-}
-
 // A(i, j) -= sum over k of A(k, i) A(k, j) for the rows i of column j, from its top downward.
 void ReduceColumn(SkylineMatrix& K, std::int64_t j) {
   double* columnJ = Column(K, j);
@@ -60,7 +52,7 @@ void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
 }  // namespace
 
 void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns) {
-  const auto n = static_cast<std::int64_t>(K.ColumnHeights.size());
+  const std::int64_t n = CountColumns(K);
   for (std::int64_t j = 0; j < n; ++j) {
     ReduceColumn(K, j);
     ScaleColumn(K, j);

@@ -38,10 +38,6 @@ struct RowBlock {
   std::vector<double> products;  // A(i, j) u(j), BlockRows per column, from row end - 1 upward
 };
 
-const double* Diagonal(const SkylineMatrix& K, std::int64_t j) {
-  return K.Values.data() + K.DiagonalAddress[static_cast<std::size_t>(j)];
-}
-
 // Keeps the columns that reach the block of those that reached the block below, and adds that
 // block's rows.
 void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock& block) {
@@ -60,7 +56,7 @@ void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock&
   for (std::int64_t j = std::min(block.end + BlockRows, n) - 1; j >= block.end; --j) {
     const std::int64_t top = TopRow(K, j);
     if (top >= block.end) continue;
-    const double* entry = Diagonal(K, j) + (j - (block.end - 1));
+    const double* entry = Column(K, j) + (j - (block.end - 1));
     block.columns.push_back({top, entry, u[static_cast<std::size_t>(j)]});
   }
 }
@@ -84,7 +80,7 @@ void FormProducts(RowBlock& block) {
 // Asks for the entries of column j, if there is one, that its own block and the next will read.
 void PrefetchColumn(const SkylineMatrix& K, std::int64_t j) {
   if (j < 0) return;
-  const double* diagonal = Diagonal(K, j);
+  const double* diagonal = Column(K, j);
   Prefetch(diagonal);
   Prefetch(diagonal + std::min<std::int64_t>(BlockRows, j));
 }
@@ -93,9 +89,9 @@ void PrefetchColumn(const SkylineMatrix& K, std::int64_t j) {
 double SolveRow(const SkylineMatrix& K, const std::vector<double>& y, const std::vector<double>& u,
                 const RowBlock& block, std::int64_t i) {
   PrefetchColumn(K, i - 2 * BlockRows);
-  double value = y[static_cast<std::size_t>(i)] / *Diagonal(K, i);
+  double value = y[static_cast<std::size_t>(i)] / *Column(K, i);
   for (std::int64_t j = i + 1; j < block.end; ++j) {
-    if (i >= TopRow(K, j)) value -= Diagonal(K, j)[j - i] * u[static_cast<std::size_t>(j)];
+    if (i >= TopRow(K, j)) value -= Column(K, j)[j - i] * u[static_cast<std::size_t>(j)];
   }
   const std::int64_t r = block.end - 1 - i;
   const double* const lastValue = K.Values.data() + K.SkylineSize - 1;

@@ -1,5 +1,5 @@
-// Sets of equations: joined directly and by way of others, and listed.
-#include "system/equation_sets.h"
+// Disjoint sets: joined directly and by way of others, counted and listed.
+#include "system/disjoint_sets.h"
 
 #include <gtest/gtest.h>
 
@@ -8,16 +8,17 @@ namespace {
 
 using Numbers = std::vector<std::int32_t>;
 
-TEST(EquationSets, EachIsAloneAtFirst) {
-  EquationSets sets;
-  InitEquationSets(sets, 3);
+TEST(DisjointSets, EachIsAloneAtFirst) {
+  DisjointSets sets;
+  InitSets(sets, 3);
+  EXPECT_EQ(CountSets(sets), 3);
   for (std::int32_t i = 0; i < 3; ++i) EXPECT_EQ(FindSet(sets, i), i);
 }
 
 // 5 - 3 - 1 and 4 - 0; 2 stays alone.
-EquationSets MakeThreeSets() {
-  EquationSets sets;
-  InitEquationSets(sets, 6);
+DisjointSets MakeThreeSets() {
+  DisjointSets sets;
+  InitSets(sets, 6);
   JoinSets(sets, 5, 3);
   JoinSets(sets, 4, 0);
   JoinSets(sets, 1, 5);
@@ -25,39 +26,41 @@ EquationSets MakeThreeSets() {
   return sets;
 }
 
-// A set is known by its lowest equation.
-TEST(EquationSets, JoinsByWayOfOthers) {
-  EquationSets sets = MakeThreeSets();
+// A set is known by its lowest number.
+TEST(DisjointSets, JoinsByWayOfOthers) {
+  DisjointSets sets = MakeThreeSets();
   const Numbers lowest = {0, 1, 2, 1, 0, 1};
   for (std::int32_t i = 0; i < 6; ++i) {
     EXPECT_EQ(FindSet(sets, i), lowest[static_cast<std::size_t>(i)]) << i;
   }
 }
 
-TEST(EquationSets, ListsSetsByTheirLowestEquations) {
-  EquationSets sets = MakeThreeSets();
-  EquationList list;
+TEST(DisjointSets, ListsSetsByTheirLowestNumbers) {
+  DisjointSets sets = MakeThreeSets();
+  EXPECT_EQ(CountSets(sets), 3);
+  SetList list;
   ListSets(sets, list);
-  EXPECT_EQ(list.equations, (Numbers{0, 4, 1, 3, 5, 2}));
+  EXPECT_EQ(list.members, (Numbers{0, 4, 1, 3, 5, 2}));
   EXPECT_EQ(list.begins, (Numbers{0, 2, 5, 6}));
   EXPECT_EQ(list.places, (Numbers{0, 0, 0, 1, 1, 2}));
 }
 
-TEST(EquationSets, ListsNothingOfNothing) {
-  EquationSets sets;
-  InitEquationSets(sets, 0);
-  EquationList list;
+TEST(DisjointSets, ListsNothingOfNothing) {
+  DisjointSets sets;
+  InitSets(sets, 0);
+  EXPECT_EQ(CountSets(sets), 0);
+  SetList list;
   ListSets(sets, list);
-  EXPECT_TRUE(list.equations.empty());
+  EXPECT_TRUE(list.members.empty());
   EXPECT_EQ(list.begins, Numbers{0});
   EXPECT_TRUE(list.places.empty());
 }
 
 // Joined from the highest down, each link leads to the next: the longest path there can be.
-TEST(EquationSets, WalksLongPaths) {
+TEST(DisjointSets, WalksLongPaths) {
   constexpr std::int32_t n = 100000;
-  EquationSets sets;
-  InitEquationSets(sets, n);
+  DisjointSets sets;
+  InitSets(sets, n);
   for (std::int32_t i = n - 1; i > 0; --i) JoinSets(sets, i, i - 1);
   for (std::int32_t i = 0; i < n; ++i) ASSERT_EQ(FindSet(sets, i), 0);
 }
