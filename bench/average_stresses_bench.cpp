@@ -25,7 +25,7 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
                 std::vector<std::int32_t>& connectivity) {
   std::array<double, 3 * N> coordinates{};
   for (std::size_t k = 0; k < N; ++k) {
-    const korvex::Node& node = model.Nodes[static_cast<std::size_t>(nodes[k])];
+    const korvex::Node& node = model.Tables.Nodes[static_cast<std::size_t>(nodes[k])];
     coordinates[3 * k] = node.x;
     coordinates[3 * k + 1] = node.y;
     coordinates[3 * k + 2] = node.z;
@@ -43,10 +43,10 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
 // A flat plate of `bands` bands of squares.
 void MakePlate(std::int32_t bands, Model& model) {
   const std::int32_t rows = bands * RowsPerBand;
-  model.NPOIN = (Columns + 1) * (rows + 1);
+  model.Tables.NPOIN = (Columns + 1) * (rows + 1);
   for (std::int32_t y = 0; y <= rows; ++y) {
     for (std::int32_t x = 0; x <= Columns; ++x) {
-      model.Nodes.push_back({static_cast<double>(x), static_cast<double>(y), 0.0});
+      model.Tables.Nodes.push_back({static_cast<double>(x), static_cast<double>(y), 0.0});
     }
   }
   for (std::int32_t row = 0; row < rows; ++row) {
@@ -54,15 +54,15 @@ void MakePlate(std::int32_t bands, Model& model) {
       const std::int32_t a = row * (Columns + 1) + column;
       const std::int32_t b = a + 1, c = b + Columns + 1, d = c - 1;
       if (row % RowsPerBand < 2) {
-        AddElement(model, {a, b, c, d}, model.Shell4Elements, model.Shell4Nodes);
+        AddElement(model, {a, b, c, d}, model.Shell4Elements, model.Tables.Shell4Nodes);
       } else {
-        AddElement(model, {a, b, c}, model.Shell3Elements, model.Shell3Nodes);
-        AddElement(model, {a, c, d}, model.Shell3Elements, model.Shell3Nodes);
+        AddElement(model, {a, b, c}, model.Shell3Elements, model.Tables.Shell3Nodes);
+        AddElement(model, {a, c, d}, model.Shell3Elements, model.Tables.Shell3Nodes);
       }
     }
   }
-  model.NELEM_S_4ND = static_cast<std::int32_t>(model.Shell4Elements.size());
-  model.NELEM_S_3ND = static_cast<std::int32_t>(model.Shell3Elements.size());
+  model.Tables.NELEM_S_4ND = static_cast<std::int32_t>(model.Shell4Elements.size());
+  model.Tables.NELEM_S_3ND = static_cast<std::int32_t>(model.Shell3Elements.size());
 }
 
 // The median time of several runs, in seconds. A first one, not counted, touches the memory.
@@ -79,7 +79,8 @@ double TimeAveraging(std::int32_t bands) {
   }
   std::sort(seconds.begin(), seconds.end());
   const double median = seconds[Runs / 2];
-  std::printf("%d elements: %.3f seconds\n", model.NELEM_S_4ND + model.NELEM_S_3ND, median);
+  std::printf("%d elements: %.3f seconds\n", model.Tables.NELEM_S_4ND + model.Tables.NELEM_S_3ND,
+              median);
   return median;
 }
 

@@ -18,8 +18,8 @@
 #include <vector>
 
 #include "measure.h"
+#include "skyline/solve_skyline.h"
 #include "skyline_systems.h"
-#include "system/solve_skyline.h"
 
 // LAPACK and OpenBLAS, whose Fortran symbols spare a header, and the compiler's library of threads.
 extern "C" {
@@ -56,7 +56,7 @@ Timing SolveOurs(const SkylineSystem& system) {
   std::vector<double> F = system.F;
   Timing t;
   t.u.resize(F.size());
-  t.seconds = Measure([&] { korvex::SolveSkyline(K, F, t.u, korvex::SolverProgress::Silent); });
+  t.seconds = Measure([&] { korvex::SolveSkyline(K, F, t.u, {}); });
   return t;
 }
 

@@ -19,11 +19,11 @@
 
 #include "measure.h"
 #include "platform/vector_bits.h"
+#include "skyline/factor_skyline.h"
+#include "skyline/solve_skyline.h"
+#include "skyline/solve_skyline_plain.h"
+#include "skyline/substitute_back.h"
 #include "skyline_systems.h"
-#include "system/factor_skyline.h"
-#include "system/solve_skyline.h"
-#include "system/solve_skyline_plain.h"
-#include "system/substitute_back.h"
 #include "vector_peak.h"
 
 namespace {
@@ -113,7 +113,7 @@ void Solve(const Job& job, benchmark::State& state, Record& record) {
   for (auto _ : state) {
     factor = Measure([&] {
       for (std::size_t i = 0; i < copies; ++i) {
-        ColumnCounter columns = {SolverProgress::Silent};
+        ColumnCounter columns;
         FactorSkyline(record.vectorBits, K[i], F[i], columns);
       }
     });
@@ -149,7 +149,7 @@ void SolveWhole(const Job& job, benchmark::State& state, WholeRecord& record) {
   for (auto _ : state) {
     record.seconds.push_back(Measure([&] {
       for (std::size_t i = 0; i < copies; ++i) {
-        SolveSkyline(K[i], F[i], u[i], SolverProgress::Silent);
+        SolveSkyline(K[i], F[i], u[i], {});
       }
     }));
     state.SetIterationTime(record.seconds.back());

@@ -1,4 +1,4 @@
-// The systems of skyline_systems.h.
+// The meshes as tables of a model, assembled by the stages of a run.
 #include "skyline_systems.h"
 
 #include <algorithm>
@@ -6,12 +6,14 @@
 #include <cmath>
 #include <numeric>
 #include <random>
+#include <utility>
 
 #include "beamshell/extrude_profile.h"
 #include "beamshell/section_profile.h"
 #include "beamshell/solve_beam_shell.h"
-#include "shell/shell_stiffness.h"
-#include "system/assemble_element.h"
+#include "deck/write_tables.h"
+#include "model/read_input_file.h"
+#include "system/assemble_stiffness.h"
 #include "system/profile.h"
 #include "system/supports.h"
 
@@ -37,33 +39,36 @@ void AddSquares(int columns, int rows, const std::vector<std::int32_t>& numbers,
   }
 }
 
+// The tables of a mesh that is held at its first `fixed` nodes.
+ModelTables MakeTables(const Mesh& mesh, int fixed) {
+  ModelTables tables;
+  tables.Materials = {{Young, Poisson, 0.0}};
+  tables.ShellThicknesses = {{Thickness}};
+  for (const auto& node : mesh.nodes) tables.Nodes.push_back({node[0], node[1], node[2]});
+  for (const auto& nodes : mesh.squares) {
+    tables.Shell4Nodes.insert(tables.Shell4Nodes.end(), nodes.begin(), nodes.end());
+    tables.Shell4Properties.push_back({0, 0});
+  }
+  for (int node = 0; node < fixed; ++node) {
+    tables.NodalRestraints.push_back({{1, 1, 1, 1, 1, 1}, node});
+  }
+  return tables;
+}
+
 // The system of a mesh that is held at its first `fixed` nodes; a unit load on every dof.
 SkylineSystem Assemble(const std::string& title, const Mesh& mesh, int fixed) {
+  Model model;
+  ReadInputText(WriteTables(MakeTables(mesh, fixed)), model);
+  NumberEquations(model);
+  BuildProfile(model);
+  ComputeDiagonalAddresses(model.Stiffness);
+  AllocateStiffness(model.Stiffness);
+  AssembleStiffness(model);
+  ImposeSupports(model);
   SkylineSystem system;
   system.title = title;
-  const auto n = static_cast<std::int32_t>(mesh.nodes.size()) * DofsPerNode;
-  std::vector<std::int32_t> connectivity;
-  for (const auto& nodes : mesh.squares) {
-    connectivity.insert(connectivity.end(), nodes.begin(), nodes.end());
-  }
-  InitColumnHeights(system.K, n);
-  RaiseElementColumns(connectivity, NodesPerShell4, system.K);
-  ComputeDiagonalAddresses(system.K);
-  AllocateValues(system.K);
-  for (const auto& nodes : mesh.squares) {
-    std::array<double, 12> coordinates{};
-    for (std::size_t k = 0; k < 4; ++k) {
-      const auto& node = mesh.nodes[static_cast<std::size_t>(nodes[k])];
-      std::copy(node.begin(), node.end(), coordinates.begin() + static_cast<std::ptrdiff_t>(3 * k));
-    }
-    Shell4Element element;
-    SetGeometry(element, coordinates.data(), NodesPerShell4, Young, Poisson, Thickness);
-    AssembleElement<4>(element, nodes.data(), Shell4Stiffness, system.K);
-  }
-  for (std::size_t dof = 0; dof < static_cast<std::size_t>(fixed * DofsPerNode); ++dof) {
-    system.K.Values[static_cast<std::size_t>(system.K.DiagonalAddress[dof])] = PenaltyStiffness;
-  }
-  system.F.assign(static_cast<std::size_t>(n), 1.0);
+  system.K = std::move(model.Stiffness);
+  system.F.assign(static_cast<std::size_t>(model.NEQ), 1.0);
   return system;
 }
 

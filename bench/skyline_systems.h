@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "system/skyline_matrix.h"
+#include "skyline/skyline_matrix.h"
 
 namespace korvex::bench {
 

@@ -2,179 +2,92 @@
 //
 // Plates of squares, clamped along one edge, under pressure and a nodal force, with a flat-bar
 // stiffener along every tenth row of nodes; and a grillage of T girders, each of which has a detail
-// model of 20 stations. The stages are those of the program, called in its order in the current
+// model of 20 stations. The stages are the program's own list, worked through in the current
 // folder, which receives the model file and all results.
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <functional>
-#include <sstream>
 #include <vector>
 
-#include "beamshell/average_stress_file.h"
-#include "beamshell/generate_beam_shells.h"
-#include "dxf/line_drawing.h"
-#include "model/read_input_file.h"
-#include "platform/vector_bits.h"
-#include "results/average_stresses.h"
-#include "results/node_displacements.h"
-#include "results/shell_stresses.h"
-#include "results/stress_files.h"
-#include "system/assemble_system.h"
-#include "system/factor_skyline.h"
-#include "system/load_vector.h"
-#include "system/profile.h"
-#include "system/substitute_back.h"
-#include "system/supports.h"
+#include "deck/write_tables.h"
+#include "run/file_names.h"
+#include "run/stages.h"
 
 namespace {
 
-using korvex::Model;
+using korvex::ModelTables;
 
 constexpr int StiffenerDistance = 10;  // rows of nodes
 
-// Writes the model file of a plate of side x side squares of 100 mm.
-void WritePlate(int side) {
-  std::ofstream file("fem_solving.txt");
-  const int columns = side + 1;
-  file << "### Toln_Korvex release=3.0 ###\n"
-          "Number of materials:NMT=1\n#0:\nE=206000\nMu=0.3\nDensity=7.85e-9\n"
-          "Number of shell thicknesses:NTK=1\n#0:\nTK=10\n"
-          "Number of T_beam sections:NTBS=1\nbar\nHw=120\nTw=10\nBf=0\nTf=0\n"
-          "Number of L_beam sections:NLBS=0\nNumber of C_beam sections:NCBS=0\n"
-       << "Number of nodal points:NPOIN=" << columns * columns << '\n';
+constexpr korvex::Material Steel{206000.0, 0.3, 7.85e-9};  // N, mm
+
+// A square grid of nodes, clamped along its first row, with a force on its last node.
+ModelTables MakeGrid(int columns, double distance) {
+  ModelTables tables;
+  tables.Materials = {Steel};
   for (int n = 0; n < columns * columns; ++n) {
-    file << n << ':' << 100.25 * (n % columns) << ',' << 100.25 * (n / columns) << ",0\n";
+    tables.Nodes.push_back({distance * (n % columns), distance * (n / columns), 0.0});
   }
-  file << "Number of four-nodes shell elements:NELEM_S_4ND=" << side * side << '\n';
-  for (int e = 0; e < side * side; ++e) {
-    const int n = e / side * columns + e % side;
-    file << e << ':' << n << ',' << n + 1 << ',' << n + 1 + columns << ',' << n + columns
-         << "[0,0]\n";
-  }
-  file << "Number of three-nodes shell elements:NELEM_S_3ND=0\n";
-  const int rows = side / StiffenerDistance;
-  file << "Number of beam elements:NELEM_B=" << rows * side << '\n';
-  for (int b = 0; b < rows * side; ++b) {
-    const int n = (b / side * StiffenerDistance + StiffenerDistance / 2) * columns + b % side;
-    file << b << ':' << n << ',' << n + 1
-         << "<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=5,BeamSecMirrored=0]\n";
-  }
-  file << "Number of restricted nodal points:NRN=" << columns << '\n';
-  for (int n = 0; n < columns; ++n) file << n << ": 1 1 1 1 1 1\n";
-  file << "Number of forces:NFOR=1\n"
-       << columns * columns - 1 << "<0,0,-1000,0,0,0>\n"
-       << "Number of distributed loads on four-nodes shell elements:NDL_S_4ND=" << side * side
-       << '\n';
-  for (int e = 0; e < side * side; ++e) file << e << ":-0.01,-0.01,-0.01\n";
-  file << "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0\n"
-          "Number of distributed loads on beam elements:NDL_B=0\n";
+  for (int n = 0; n < columns; ++n) tables.NodalRestraints.push_back({{1, 1, 1, 1, 1, 1}, n});
+  tables.NodalForces = {{columns * columns - 1, {0, 0, -1000, 0, 0, 0}}};
+  return tables;
 }
 
-// Writes the model file of a square grillage with `side` fields of 2150 mm a side.
-void WriteGrillage(int side) {
-  std::ofstream file("fem_solving.txt");
+// Adds a beam of the first T section, its web upward.
+void AddBeam(int node1, int node2, double BeamSecOz, ModelTables& tables) {
+  tables.BeamNodes.insert(tables.BeamNodes.end(), {node1, node2});
+  tables.BeamProperties.push_back({{0, 0, 1}, 0});
+  tables.BeamSectionRefs.push_back({korvex::BeamSecTypeT, 0, BeamSecOz, false});
+}
+
+// A plate of side x side squares of 100.25 mm.
+ModelTables MakePlate(int side) {
   const int columns = side + 1;
-  file << "### Toln_Korvex release=3.0 ###\n"
-          "Number of materials:NMT=1\n#0:\nE=206000\nMu=0.3\nDensity=7.85e-9\n"
-          "Number of shell thicknesses:NTK=0\n"
-          "Number of T_beam sections:NTBS=1\ngirder\nHw=300\nTw=10\nBf=150\nTf=12\n"
-          "Number of L_beam sections:NLBS=0\nNumber of C_beam sections:NCBS=0\n"
-       << "Number of nodal points:NPOIN=" << columns * columns << '\n';
-  for (int n = 0; n < columns * columns; ++n) {
-    file << n << ':' << 2150 * (n % columns) << ',' << 2150 * (n / columns) << ",0\n";
+  ModelTables tables = MakeGrid(columns, 100.25);
+  tables.ShellThicknesses = {{10.0}};
+  tables.TBeamSections = {{120.0, 10.0, 0.0, 0.0}};
+  for (int e = 0; e < side * side; ++e) {
+    const int n = e / side * columns + e % side;
+    tables.Shell4Nodes.insert(tables.Shell4Nodes.end(), {n, n + 1, n + 1 + columns, n + columns});
+    tables.Shell4Properties.push_back({0, 0});
+    tables.Shell4SurfaceLoads.push_back({e, {-0.01, -0.01, -0.01}});
   }
-  file << "Number of four-nodes shell elements:NELEM_S_4ND=0\n"
-          "Number of three-nodes shell elements:NELEM_S_3ND=0\n"
-          "Number of beam elements:NELEM_B="
-       << 2 * side * columns << '\n';
-  const char* section = "<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=0,BeamSecMirrored=0]\n";
-  int b = 0;
+  for (int b = 0; b < side / StiffenerDistance * side; ++b) {
+    const int n = (b / side * StiffenerDistance + StiffenerDistance / 2) * columns + b % side;
+    AddBeam(n, n + 1, 5.0, tables);
+  }
+  return tables;
+}
+
+// A square grillage with `side` fields of 2150 mm a side.
+ModelTables MakeGrillage(int side) {
+  const int columns = side + 1;
+  ModelTables tables = MakeGrid(columns, 2150.0);
+  tables.TBeamSections = {{300.0, 10.0, 150.0, 12.0}};
   for (int line = 0; line < columns; ++line) {
     for (int i = 0; i < side; ++i) {
       const int along = line * columns + i, across = i * columns + line;
-      file << b++ << ':' << along << ',' << along + 1 << section;
-      file << b++ << ':' << across << ',' << across + columns << section;
+      AddBeam(along, along + 1, 0.0, tables);
+      AddBeam(across, across + columns, 0.0, tables);
     }
   }
-  file << "Number of restricted nodal points:NRN=" << columns << '\n';
-  for (int n = 0; n < columns; ++n) file << n << ": 1 1 1 1 1 1\n";
-  file << "Number of forces:NFOR=1\n"
-       << columns * columns - 1 << "<0,0,-1000,0,0,0>\n"
-       << "Number of distributed loads on four-nodes shell elements:NDL_S_4ND=0\n"
-          "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0\n"
-          "Number of distributed loads on beam elements:NDL_B=0\n";
+  return tables;
 }
 
-// Runs a stage and prints its time.
-void Time(const char* stage, const std::function<void()>& work, double& total) {
-  const auto start = std::chrono::steady_clock::now();
-  work();
-  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
-  total += time.count();
-  std::printf("%-28s %9.4f\n", stage, time.count());
-  std::fflush(stdout);
-}
-
-// Runs all stages on the model file in the current folder.
-void RunStages() {
-  using namespace korvex;
-  Model model;
-  std::ostringstream log;
+// Works through all stages on the model and prints the time of each.
+void TimeStages(const ModelTables& tables) {
+  std::ofstream(korvex::ModelFileName, std::ios::binary) << WriteTables(tables);
+  korvex::Job job;
   double total = 0.0;
-  Time(
-      "read", [&] { ReadInputFile("fem_solving.txt", model); }, total);
-  Time(
-      "profile",
-      [&] {
-        model.NEQ = model.NPOIN * DofsPerNode;
-        BuildProfile(model);
-        ComputeDiagonalAddresses(model.Stiffness);
-      },
-      total);
-  Time(
-      "structure.dxf", [&] { WriteStructureDrawing("structure.dxf", model); }, total);
-  Time(
-      "allocate", [&] { AllocateValues(model.Stiffness); }, total);
-  Time(
-      "assemble", [&] { AssembleStiffness(model); }, total);
-  Time(
-      "loads and supports",
-      [&] {
-        AssembleLoadVector(model);
-        ImposeSupports(model);
-      },
-      total);
-  Time(
-      "factor",
-      [&] {
-        ColumnCounter columns = {SolverProgress::Silent};
-        FactorSkyline(WidestVectorBits(), model.Stiffness, model.LoadVector, columns);
-      },
-      total);
-  Time(
-      "substitute", [&] { SubstituteBack(model.Stiffness, model.LoadVector, model.Displacements); },
-      total);
-  Time(
-      "Node_Dis.txt", [&] { WriteNodeDisplacements(model); }, total);
-  Time(
-      "deformation.dxf", [&] { WriteDeformationDrawing("deformation.dxf", model); }, total);
-  Time(
-      "stresses", [&] { RecoverShellStresses(model); }, total);
-  Time(
-      "element stress file", [&] { WriteElementNodeStresses(model); }, total);
-  Time(
-      "averaging", [&] { AverageNodeStresses(model); }, total);
-  Time(
-      "average stress file", [&] { WriteAverageNodeStresses(model); }, total);
-  Time(
-      "detail models", [&] { GenerateBeamShells(model); }, total);
-  Time(
-      "Korvex_AverageStrs.txt", [&] { WriteAverageStressFile("Korvex_AverageStrs.txt", model); },
-      total);
-  Time(
-      "release", [&] { ReleaseModel(model); }, total);
+  korvex::ForAllStages([&](const korvex::Stage& stage) {
+    const auto start = std::chrono::steady_clock::now();
+    stage.work(job);
+    const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start;
+    total += time.count();
+    std::printf("%-28s %9.4f\n", stage.name, time.count());
+    std::fflush(stdout);
+  });
   std::printf("%-28s %9.4f\n", "total", total);
 }
 
@@ -189,12 +102,11 @@ int main(int count, char** arguments) {
   for (const int side : sides) {
     if (side > 0) {
       std::printf("\nplate of %d shells, seconds\n", side * side);
-      WritePlate(side);
+      TimeStages(MakePlate(side));
     } else {
       std::printf("\ngrillage of %d beams, seconds\n", 2 * side * (side - 1));
-      WriteGrillage(-side);
+      TimeStages(MakeGrillage(-side));
     }
-    RunStages();
   }
   return 0;
 }

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "fuzz_target.h"
-#include "model/run_driver.h"
+#include "run/run_driver.h"
 
 namespace {
 

@@ -3,14 +3,14 @@
 #include <cstdlib>
 #include <exception>
 
-#include "model/run_driver.h"
+#include "run/run_driver.h"
 
 namespace {
 
 // Where memory does not even hold an exception, the library ends the program here, without one.
 // What is left to do needs no memory.
 [[noreturn]] void EndWithoutMemory() {
-  if (std::current_exception() != nullptr) std::abort();  // nobody caught it: a fault of ours
+  if (std::current_exception() != nullptr) std::abort();  // uncaught: a bug
   std::fputs("Not enough memory.\n", stderr);
   std::_Exit(1);
 }

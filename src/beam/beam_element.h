@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdint>
 
-#include "shell/vector3.h"
+#include "base/vector3.h"
 
 namespace korvex {
 

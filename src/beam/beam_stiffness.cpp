@@ -3,8 +3,8 @@
 
 #include <algorithm>
 
+#include "base/matrix.h"
 #include "beam/beam_frame.h"
-#include "shell/matrix.h"
 
 namespace korvex {
 

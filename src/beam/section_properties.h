@@ -13,8 +13,8 @@
 
 #include <array>
 
+#include "base/material.h"
 #include "beam/beam_element.h"
-#include "model/material.h"
 
 namespace korvex {
 

@@ -27,7 +27,7 @@ struct CornerTable {
   Numbers firstCorner;          // [nodes + 1] where a node's corners begin in `corners`
   Numbers corners;              // 4 shell + k of its model, node after node, ascending at each
   PointGrid grid;               // of `points`
-  Numbers placeless;            // nodes that the grid does not hold, ascending
+  Numbers nonFinite;            // nodes that the grid does not hold, ascending
   PointGrid ends;               // of the models' end points: 2 m and 2 m + 1 are those of model m
 };
 
@@ -35,7 +35,7 @@ struct CornerTable {
 struct Family {
   std::size_t own = 0;
   Numbers others;     // ascending
-  Numbers placeless;  // nodes of all of them that the grid does not hold
+  Numbers nonFinite;  // nodes of all of them that the grid does not hold
 };
 
 // A corner of a model's shell: position 4 shell + k.
@@ -47,7 +47,7 @@ struct Corner {
 void AppendNodes(const BeamShellModel& model, CornerTable& table) {
   const std::size_t nodes = model.NodeCoords.size(), before = table.corners.size();
   for (const Vector3& point : model.NodeCoords) {
-    if (!HasPlace(point)) table.placeless.push_back(table.points.size());
+    if (!HasPlace(point)) table.nonFinite.push_back(table.points.size());
     table.points.push_back(point);
   }
   table.firstNode.push_back(table.points.size());
@@ -104,15 +104,15 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
   family.others.erase(std::remove_if(family.others.begin(), family.others.end(), isStranger),
                       family.others.end());
 
-  family.placeless.clear();
-  const auto addPlaceless = [&](std::size_t m) {
-    const auto begin = table.placeless.begin(), end = table.placeless.end();
-    family.placeless.insert(family.placeless.end(),
+  family.nonFinite.clear();
+  const auto addNonFinite = [&](std::size_t m) {
+    const auto begin = table.nonFinite.begin(), end = table.nonFinite.end();
+    family.nonFinite.insert(family.nonFinite.end(),
                             std::lower_bound(begin, end, table.firstNode[m]),
                             std::lower_bound(begin, end, table.firstNode[m + 1]));
   };
-  addPlaceless(own);
-  for (const std::size_t m : family.others) addPlaceless(m);
+  addNonFinite(own);
+  for (const std::size_t m : family.others) addNonFinite(m);
 }
 
 // found: the numbers of all nodes that may coincide with `point`, and others; a number may occur
@@ -122,7 +122,7 @@ void FindCandidates(const CornerTable& table, const Family& family, const Vector
   found.clear();
   if (HasPlace(point)) {
     FindNear(table.grid, point, found);
-    found.insert(found.end(), family.placeless.begin(), family.placeless.end());
+    found.insert(found.end(), family.nonFinite.begin(), family.nonFinite.end());
     return;
   }
   const auto addAll = [&](std::size_t m) {

@@ -8,7 +8,7 @@
 
 #include <vector>
 
-#include "beamshell/beam_shell_model.h"
+#include "model/beam_shell_model.h"
 
 namespace korvex {
 

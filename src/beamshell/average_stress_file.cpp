@@ -1,7 +1,6 @@
-// The blocks of average_stress_file.h, written once for the structure and the detail models.
 #include "beamshell/average_stress_file.h"
 
-#include "platform/gbk_texts.h"
+#include "report/texts.h"
 #include "results/corner_stress.h"
 #include "results/result_file.h"
 
@@ -62,21 +61,21 @@ void WriteDetailModel(ResultFile& file, const BeamShellModel& detail) {
 
 }  // namespace
 
-void WriteAverageStressFile(const char* fileName, const Model& model) {
+bool WriteAverageStressFile(const std::string& fileName, const Model& model) {
   ResultFile file;
-  OpenResultFile(fileName, GbkAverageStressFileFailed, file);
+  OpenResultFile(fileName, AverageStressFileFailed, file);
 
-  AddLine(file, "NPOIN=", model.NPOIN);
-  for (const Node& node : model.Nodes) {
+  AddLine(file, "NPOIN=", model.Tables.NPOIN);
+  for (const Node& node : model.Tables.Nodes) {
     AddLine(file, node.x, ',', node.y, ',', node.z);
   }
   WriteDisplacements(file, model.Displacements);
-  AddLine(file, "NELEM_S_4ND=", model.NELEM_S_4ND);
-  WriteShells(file, model.Shell4Elements, model.Shell4Nodes);
-  AddLine(file, "NELEM_S_3ND=", model.NELEM_S_3ND);
-  WriteShells(file, model.Shell3Elements, model.Shell3Nodes);
+  AddLine(file, "NELEM_S_4ND=", model.Tables.NELEM_S_4ND);
+  WriteShells(file, model.Shell4Elements, model.Tables.Shell4Nodes);
+  AddLine(file, "NELEM_S_3ND=", model.Tables.NELEM_S_3ND);
+  WriteShells(file, model.Shell3Elements, model.Tables.Shell3Nodes);
 
-  AddLine(file, "NELEM_B=", model.NELEM_B);
+  AddLine(file, "NELEM_B=", model.Tables.NELEM_B);
   for (std::size_t b = 0; b < model.BeamShellModels.size(); ++b) {
     const BeamShellModel& detail = model.BeamShellModels[b];
     AddLine(file, "BEI=", static_cast<std::int64_t>(b));
@@ -84,7 +83,7 @@ void WriteAverageStressFile(const char* fileName, const Model& model) {
     WritePoint(file, "END", detail.EndPoint2);
     WriteDetailModel(file, detail);
   }
-  CloseResultFile(file);
+  return CloseResultFile(file);
 }
 
 }  // namespace korvex

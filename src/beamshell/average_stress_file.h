@@ -11,11 +11,13 @@
 // A face is SX, SY, SZ, TXY, TXZ, TYZ and the von Mises stress.
 #pragma once
 
+#include <string>
+
 #include "model/model.h"
 
 namespace korvex {
 
-// Stops the run where the file cannot be opened.
-void WriteAverageStressFile(const char* fileName, const Model& model);
+// Returns false where the file could not be written whole. Throws a Stop where it cannot be opened.
+bool WriteAverageStressFile(const std::string& fileName, const Model& model);
 
 }  // namespace korvex

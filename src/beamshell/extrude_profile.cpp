@@ -10,8 +10,8 @@
 
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
-#include "platform/check_memory.h"
-#include "platform/stop_run.h"
+#include "report/check_memory.h"
+#include "report/stop.h"
 
 namespace korvex {
 
@@ -32,7 +32,7 @@ constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::
   std::ostringstream text;
   text << "Beam element " << beam << ": its detail model would have " << steps
        << " steps along the beam, too many to number its equations.";
-  StopWithNotice(text.str());
+  throw Stop{StopKind::Notice, text.str()};
 }
 
 // L / the longest segment, truncated, but at least 1; 1 also where the quotient is not finite.

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "beamshell/beam_shell_model.h"
 #include "beamshell/section_profile.h"
+#include "model/beam_shell_model.h"
 
 namespace korvex {
 
@@ -20,7 +20,7 @@ std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
 // Fills nodes, shells and links of `model` and their counts. It must hold E, Mu, the end points and
 // the orientation vector.
 // profile: with the offset, not empty; beam: the beam's number, for the notice.
-// Stops the run where the model would have more equations than an int32 counts. A zero length or an
+// Throws a Stop where the model would have more equations than an int32 counts. A zero length or an
 // orientation vector along the axis gives non-finite coordinates, silently.
 void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model);
 

@@ -8,8 +8,9 @@
 #include "beamshell/extrude_profile.h"
 #include "beamshell/section_profile.h"
 #include "beamshell/solve_beam_shell.h"
-#include "platform/check_memory.h"
-#include "platform/stop_run.h"
+#include "report/check_memory.h"
+#include "report/stop.h"
+#include "report/texts.h"
 
 namespace korvex {
 
@@ -33,42 +34,35 @@ void BuildSectionProfile(const Model& model, const BeamSectionRef& ref, SectionP
   const auto row = static_cast<std::size_t>(ref.BeamSecIndex);
   switch (ref.BeamSecType) {
     case BeamSecTypeT:
-      BuildTProfile(model.TBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildTProfile(model.Tables.TBeamSections[row], model.BeamShellMeshLevel, profile);
       break;
     case BeamSecTypeL:
-      BuildLProfile(model.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
+      BuildLProfile(model.Tables.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
                     profile);
       break;
     case BeamSecTypeC:
-      BuildCProfile(model.CBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildCProfile(model.Tables.CBeamSections[row], model.BeamShellMeshLevel, profile);
       break;
     default:
-      // "梁截面类型数字错误!" (beam section type number error)
-      StopWithNotice(
-          "\xE6\xA2\x81\xE6\x88\xAA\xE9\x9D\xA2\xE7\xB1\xBB\xE5\x9E\x8B"
-          "\xE6\x95\xB0\xE5\xAD\x97\xE9\x94\x99\xE8\xAF\xAF!");
+      throw Stop{StopKind::Notice, SectionTypeFailed};
   }
   ShiftProfile(ref.BeamSecOz, profile);
 }
 
-bool HasSectionTable(std::int32_t BeamSecType) {
-  return BeamSecType == BeamSecTypeT || BeamSecType == BeamSecTypeL || BeamSecType == BeamSecTypeC;
-}
-
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
-// Describes all detail models and stops the run where memory cannot hold them together. Each is
+// Describes all detail models and throws a Stop where memory cannot hold them together. Each is
 // small, but a section much smaller than its beam makes many shells, and so do many beams.
 void DescribeBeams(Model& model) {
   const std::string what =
-      "the detail models of " + std::to_string(model.NELEM_B) + " beam elements";
-  AllocateItems(what, static_cast<std::size_t>(model.NELEM_B), model.BeamShellModels);
+      "the detail models of " + std::to_string(model.Tables.NELEM_B) + " beam elements";
+  AllocateItems(what, static_cast<std::size_t>(model.Tables.NELEM_B), model.BeamShellModels);
   SectionProfile profile;
   std::uint64_t bytes = 0;
-  for (std::int32_t b = 0; b < model.NELEM_B; ++b) {
+  for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, model.BeamShellModels[row]);
-    const BeamSectionRef& ref = model.BeamSectionRefs[row];
+    const BeamSectionRef& ref = model.Tables.BeamSectionRefs[row];
     if (!HasSectionTable(ref.BeamSecType)) break;  // the run will end here
     BuildSectionProfile(model, ref, profile);
     bytes = std::min(bytes + CountDetailBytes(profile, b, model.BeamShellModels[row]),
@@ -98,19 +92,20 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 }  // namespace
 
 void GenerateBeamShells(Model& model) {
-  if (model.NELEM_B < 1) return;
+  if (model.Tables.NELEM_B < 1) return;
   DescribeBeams(model);
   SectionProfile profile;
   BeamShellModel spare;  // holds the memory of the systems between two beams
-  for (std::int32_t b = 0; b < model.NELEM_B; ++b) {
+  for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     BeamShellModel& detail = model.BeamShellModels[row];
-    BuildSectionProfile(model, model.BeamSectionRefs[row], profile);
-    HandOnSystem(spare, detail);
+    BuildSectionProfile(model, model.Tables.BeamSectionRefs[row], profile);
+    ReuseMemory(spare, detail);
     ExtrudeProfile(profile, b, detail);
-    SolveBeamShell(NodeDisplacements(model, model.BeamNodes[row * NodesPerBeam]),
-                   NodeDisplacements(model, model.BeamNodes[row * NodesPerBeam + 1]), detail);
-    HandOnSystem(detail, spare);
+    SolveBeamShell(NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam]),
+                   NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam + 1]),
+                   detail);
+    ReuseMemory(detail, spare);
   }
   AverageDetailStresses(model.BeamShellModels);
 }

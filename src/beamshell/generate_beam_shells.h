@@ -7,7 +7,7 @@
 namespace korvex {
 
 // Fills `model.BeamShellModels` from the beams and the displacements, beam by beam, and averages
-// the corner stresses of all. Does nothing where there is no beam. Stops the run at a beam whose
+// the corner stresses of all. Does nothing where there is no beam. Throws a Stop at a beam whose
 // BeamSecType has no section table.
 void GenerateBeamShells(Model& model);
 

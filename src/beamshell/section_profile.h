@@ -17,8 +17,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/vector3.h"
 #include "beam/beam_element.h"
-#include "shell/vector3.h"
 
 namespace korvex {
 

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "results/exact_arithmetic.h"
+#include "base/exact_arithmetic.h"
 
 namespace korvex {
 

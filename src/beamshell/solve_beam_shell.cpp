@@ -6,11 +6,13 @@
 
 #include "beam/beam_frame.h"
 #include "beam/beam_stiffness.h"
-#include "platform/check_memory.h"
+#include "report/check_memory.h"
 #include "results/shell_stresses.h"
 #include "shell/shell_stiffness.h"
-#include "system/assemble_element.h"
-#include "system/solve_skyline.h"
+#include "skyline/reserve_system.h"
+#include "skyline/solve_skyline.h"
+#include "system/element_matrix.h"
+#include "system/profile.h"
 
 namespace korvex {
 
@@ -64,12 +66,16 @@ void BuildBeamShellProfile(BeamShellModel& model) {
 }
 
 void AssembleBeamShell(BeamShellModel& model) {
+  SkylineMatrix& K = model.Stiffness;
+  const auto add = [&K](const double* ke, const std::int32_t* g, std::int32_t n) {
+    ScatterElement(ke, g, n, K);
+  };
   for (std::size_t e = 0; e < model.Shells.size(); ++e) {
-    AssembleElement<4>(model.Shells[e], &model.ShellNodes[e * 4], Shell4Stiffness, model.Stiffness);
+    HandOverElement<4>(model.Shells[e], &model.ShellNodes[e * 4], Shell4Stiffness, add);
   }
   for (std::size_t i = 0; i < model.Links.size(); ++i) {
     if (BeamLength(model.Links[i]) < model.Tolerance) continue;
-    AssembleElement<2>(model.Links[i], &model.LinkNodes[i * 2], BeamStiffness, model.Stiffness);
+    HandOverElement<2>(model.Links[i], &model.LinkNodes[i * 2], BeamStiffness, add);
   }
 }
 
@@ -83,11 +89,11 @@ void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model) {
   BuildBeamShellProfile(model);
   AssembleBeamShell(model);
   ImposeEndDisplacements(u1, u2, model);
-  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, SolverProgress::Silent);
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, {});
   RecoverShell4Stresses(model.Displacements, model.ShellNodes, model.Shells);
 }
 
-void HandOnSystem(BeamShellModel& solved, BeamShellModel& next) {
+void ReuseMemory(BeamShellModel& solved, BeamShellModel& next) {
   next.LinkNodes = std::move(solved.LinkNodes);
   next.Links = std::move(solved.Links);
   next.Stiffness = std::move(solved.Stiffness);

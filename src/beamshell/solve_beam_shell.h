@@ -6,7 +6,7 @@
 // that link is left out, and the node gets the end node's displacements directly.
 #pragma once
 
-#include "beamshell/beam_shell_model.h"
+#include "model/beam_shell_model.h"
 
 namespace korvex {
 
@@ -27,6 +27,6 @@ void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model);
 
 // Hands what the results of `solved` do not need, its links, matrix and load vector, on to a model
 // that is yet to be extruded: it uses their memory and nothing of their contents.
-void HandOnSystem(BeamShellModel& solved, BeamShellModel& next);
+void ReuseMemory(BeamShellModel& solved, BeamShellModel& next);
 
 }  // namespace korvex

@@ -9,10 +9,8 @@
 
 namespace korvex {
 
-// The name in UTF-8, for notices and for the link; spelled as in gbk_texts.h and for the same
-// reason.
-inline constexpr const char* Utf8CalcLogName =
-    "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97.txt";
+// The name in UTF-8, for messages and for the link.
+inline constexpr const char* CalcLogName = u8"计算日志.txt";
 
 // Creates or truncates the log and leaves `log` open on it; a closed `log` afterwards means that
 // the file could not be opened.

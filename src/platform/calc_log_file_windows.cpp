@@ -1,4 +1,3 @@
-// The calculation log of calc_log_file.h under its wide name.
 #include <filesystem>
 #include <fstream>
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "platform/check_memory.h"
+#include "report/check_memory.h"
 #include "results/corner_sum.h"
 
 namespace korvex {
@@ -112,43 +112,44 @@ void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_
 void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
                              std::int32_t e, std::int32_t node) {
   Shell4Element& element = model.Shell4Elements[static_cast<std::size_t>(e)];
-  const std::size_t k = FindCorner<NodesPerShell4>(model.Shell4Nodes, e, node);
+  const std::size_t k = FindCorner<NodesPerShell4>(model.Tables.Shell4Nodes, e, node);
   CornerSum sum = BeginSum(element, k);
-  AddNeighbours(model.Shell4Elements, model.Shell4Nodes, lists4, node, e, sum);
-  AddNeighbours(model.Shell3Elements, model.Shell3Nodes, lists3, node, NoElement, sum);
+  AddNeighbours(model.Shell4Elements, model.Tables.Shell4Nodes, lists4, node, e, sum);
+  AddNeighbours(model.Shell3Elements, model.Tables.Shell3Nodes, lists3, node, NoElement, sum);
   StoreAverage(sum, k, element);
 }
 
 void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
                              std::int32_t e, std::int32_t node) {
   Shell3Element& element = model.Shell3Elements[static_cast<std::size_t>(e)];
-  const std::size_t k = FindCorner<NodesPerShell3>(model.Shell3Nodes, e, node);
+  const std::size_t k = FindCorner<NodesPerShell3>(model.Tables.Shell3Nodes, e, node);
   CornerSum sum = BeginSum(element, k);
-  AddNeighbours(model.Shell3Elements, model.Shell3Nodes, lists3, node, e, sum);
-  AddNeighbours(model.Shell4Elements, model.Shell4Nodes, lists4, node, NoElement, sum);
+  AddNeighbours(model.Shell3Elements, model.Tables.Shell3Nodes, lists3, node, e, sum);
+  AddNeighbours(model.Shell4Elements, model.Tables.Shell4Nodes, lists4, node, NoElement, sum);
   StoreAverage(sum, k, element);
 }
 
 void AverageNodeStresses(Model& model) {
   NodeElements lists4, lists3;
   // Where each list begins, twice while it is filled, and an entry for each corner.
-  AllocateOrStop("the elements at " + std::to_string(model.NPOIN) + " nodal points",
-                 (static_cast<std::uint64_t>(model.NPOIN) + 1) * 4 + model.Shell4Nodes.size() / 2 +
-                     model.Shell3Nodes.size() / 2,
-                 sizeof(std::int64_t), [&] {
-                   ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
-                   ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
-                 });
-  for (std::size_t p = 0; p < model.Shell4Nodes.size(); ++p) {
+  AllocateOrStop(
+      "the elements at " + std::to_string(model.Tables.NPOIN) + " nodal points",
+      (static_cast<std::uint64_t>(model.Tables.NPOIN) + 1) * 4 +
+          model.Tables.Shell4Nodes.size() / 2 + model.Tables.Shell3Nodes.size() / 2,
+      sizeof(std::int64_t), [&] {
+        ListNodeElements(model.Tables.Shell4Nodes, NodesPerShell4, model.Tables.NPOIN, lists4);
+        ListNodeElements(model.Tables.Shell3Nodes, NodesPerShell3, model.Tables.NPOIN, lists3);
+      });
+  for (std::size_t p = 0; p < model.Tables.Shell4Nodes.size(); ++p) {
     const auto e = static_cast<std::int32_t>(p / NodesPerShell4);
-    const std::int32_t node = model.Shell4Nodes[p];
-    if (CopyAverage(lists4, model.Shell4Nodes, e, node, model.Shell4Elements)) continue;
+    const std::int32_t node = model.Tables.Shell4Nodes[p];
+    if (CopyAverage(lists4, model.Tables.Shell4Nodes, e, node, model.Shell4Elements)) continue;
     AverageShell4NodeStress(model, lists4, lists3, e, node);
   }
-  for (std::size_t p = 0; p < model.Shell3Nodes.size(); ++p) {
+  for (std::size_t p = 0; p < model.Tables.Shell3Nodes.size(); ++p) {
     const auto e = static_cast<std::int32_t>(p / NodesPerShell3);
-    const std::int32_t node = model.Shell3Nodes[p];
-    if (CopyAverage(lists3, model.Shell3Nodes, e, node, model.Shell3Elements)) continue;
+    const std::int32_t node = model.Tables.Shell3Nodes[p];
+    if (CopyAverage(lists3, model.Tables.Shell3Nodes, e, node, model.Shell3Elements)) continue;
     AverageShell3NodeStress(model, lists4, lists3, e, node);
   }
 }

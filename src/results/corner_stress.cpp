@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/matrix.h"
 #include "shell/element_parts.h"
-#include "shell/matrix.h"
 #include "shell/quad_membrane.h"
 #include "shell/quad_plate.h"
 #include "shell/tri_membrane.h"

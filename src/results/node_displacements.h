@@ -5,11 +5,13 @@
 // global axes, model units. A fixed dof shows its support force / 1e20, not zero.
 #pragma once
 
+#include <string>
+
 #include "model/model.h"
 
 namespace korvex {
 
-// Writes "Node_Dis.txt". Stops the run where it cannot be opened.
-void WriteNodeDisplacements(const Model& model);
+// Returns false where the file could not be written whole. Throws a Stop where it cannot be opened.
+bool WriteNodeDisplacements(const std::string& fileName, const Model& model);
 
 }  // namespace korvex

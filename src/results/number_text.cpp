@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cmath>
 
-#include "results/exact_arithmetic.h"
+#include "base/exact_arithmetic.h"
 
 namespace korvex {
 

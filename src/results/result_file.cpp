@@ -1,8 +1,7 @@
-// The text of result_file.h.
 #include "results/result_file.h"
 
-#include "platform/check_memory.h"
-#include "platform/stop_run.h"
+#include "report/check_memory.h"
+#include "report/stop.h"
 #include "results/number_text.h"
 
 namespace korvex {
@@ -26,18 +25,18 @@ void WriteBlock(ResultFile& file) {
 
 }  // namespace
 
-void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file) {
+void OpenResultFile(const std::string& name, const char* failure, ResultFile& file) {
   file.name = name;
   file.stream.open(name);
-  if (!file.stream.is_open()) StopUnwritable(gbkFailure);
+  if (!file.stream.is_open()) throw Stop{StopKind::ResultFile, failure};
   constexpr std::size_t Size = BlockSize + BlockSize / 4;
   AllocateOrStop("the text of " + file.name, Size, 1, [&] { file.text.reserve(Size); });
 }
 
-void CloseResultFile(ResultFile& file) {
+bool CloseResultFile(ResultFile& file) {
   WriteBlock(file);
   file.stream.close();  // keeps a failure of any block before
-  if (!file.stream) ReportIncompleteFile(file.name);
+  return static_cast<bool>(file.stream);
 }
 
 void Add(ResultFile& file, std::string_view text) { file.text.append(text); }

@@ -18,12 +18,12 @@ struct ResultFile {
   std::string text;  // what the stream has not got yet
 };
 
-// Opens the file for writing, truncated. Where that fails the run stops with `gbkFailure`.
-void OpenResultFile(const char* name, const char* gbkFailure, ResultFile& file);
+// Opens the file for writing, truncated. Where that fails, throws a Stop of the kind ResultFile
+// with the text `failure`.
+void OpenResultFile(const std::string& name, const char* failure, ResultFile& file);
 
-// Writes what is left and closes the file. A file that could not be written whole is reported, and
-// the run goes on.
-void CloseResultFile(ResultFile& file);
+// Writes what is left and closes the file. Returns false where the file could not be written whole.
+bool CloseResultFile(ResultFile& file);
 
 // Each adds one item.
 void Add(ResultFile& file, std::string_view text);

@@ -42,12 +42,12 @@ void RecoverShell4Stresses(const std::vector<double>& displacements,
 }
 
 void RecoverShellStresses(Model& model) {
-  RecoverShell4Stresses(model.Displacements, model.Shell4Nodes, model.Shell4Elements);
+  RecoverShell4Stresses(model.Displacements, model.Tables.Shell4Nodes, model.Shell4Elements);
   std::array<double, Shell3Dofs> d{};
   for (std::size_t e = 0; e < model.Shell3Elements.size(); ++e) {
     Shell3Element& element = model.Shell3Elements[e];
-    GatherDisplacements(model.Displacements, &model.Shell3Nodes[e * NodesPerShell3], NodesPerShell3,
-                        d.data());
+    GatherDisplacements(model.Displacements, &model.Tables.Shell3Nodes[e * NodesPerShell3],
+                        NodesPerShell3, d.data());
     for (std::size_t k = 0; k < NodesPerShell3; ++k) {
       Shell3CornerStress(element, element.NodeStressTop[k], element.NodeStressBottom[k], d.data(),
                          TrianglePoint);

@@ -1,7 +1,6 @@
-// The files of stress_files.h, written once for both files and both element kinds.
 #include "results/stress_files.h"
 
-#include "platform/gbk_texts.h"
+#include "report/texts.h"
 #include "results/corner_stress.h"
 #include "results/result_file.h"
 
@@ -11,16 +10,13 @@ namespace {
 
 // What makes the difference between the two files.
 struct StressFile {
-  const char* name;
   const char* title4;  // before a four-node element's number
   const char* title3;  // before a three-node element's number
   bool averaged;       // which slots are written
 };
 
-constexpr StressFile ElementFile{"Shell element node stress.txt",
-                                 "Four-nodes shell element:", "Three-nodes shell element:", false};
-constexpr StressFile AverageFile{"Shell element average node stress.txt",
-                                 "Four-nodes element:", "Three-nodes element:", true};
+constexpr StressFile ElementFile{"Four-nodes shell element:", "Three-nodes shell element:", false};
+constexpr StressFile AverageFile{"Four-nodes element:", "Three-nodes element:", true};
 
 void WriteFace(ResultFile& file, std::int32_t node, const StressVector& stress) {
   AddNodeColumn(file, node);
@@ -48,18 +44,22 @@ void WriteBlocks(ResultFile& file, const char* title, bool averaged,
   }
 }
 
-void WriteStressFile(const StressFile& layout, const Model& model) {
+bool WriteStressFile(const StressFile& layout, const std::string& fileName, const Model& model) {
   ResultFile file;
-  OpenResultFile(layout.name, GbkStressFileFailed, file);
-  WriteBlocks(file, layout.title4, layout.averaged, model.Shell4Elements, model.Shell4Nodes);
-  WriteBlocks(file, layout.title3, layout.averaged, model.Shell3Elements, model.Shell3Nodes);
-  CloseResultFile(file);
+  OpenResultFile(fileName, StressFileFailed, file);
+  WriteBlocks(file, layout.title4, layout.averaged, model.Shell4Elements, model.Tables.Shell4Nodes);
+  WriteBlocks(file, layout.title3, layout.averaged, model.Shell3Elements, model.Tables.Shell3Nodes);
+  return CloseResultFile(file);
 }
 
 }  // namespace
 
-void WriteElementNodeStresses(const Model& model) { WriteStressFile(ElementFile, model); }
+bool WriteElementNodeStresses(const std::string& fileName, const Model& model) {
+  return WriteStressFile(ElementFile, fileName, model);
+}
 
-void WriteAverageNodeStresses(const Model& model) { WriteStressFile(AverageFile, model); }
+bool WriteAverageNodeStresses(const std::string& fileName, const Model& model) {
+  return WriteStressFile(AverageFile, fileName, model);
+}
 
 }  // namespace korvex

@@ -6,14 +6,19 @@
 // of the components at full precision.
 #pragma once
 
+#include <string>
+
 #include "model/model.h"
 
 namespace korvex {
 
-// Writes "Shell element node stress.txt". Stops the run where it cannot be opened.
-void WriteElementNodeStresses(const Model& model);
+// Each returns false where the file could not be written whole, and throws a Stop where it cannot
+// be opened.
 
-// Writes "Shell element average node stress.txt". Stops the run where it cannot be opened.
-void WriteAverageNodeStresses(const Model& model);
+// The corner stresses as recovered.
+bool WriteElementNodeStresses(const std::string& fileName, const Model& model);
+
+// The averages.
+bool WriteAverageNodeStresses(const std::string& fileName, const Model& model);
 
 }  // namespace korvex

@@ -1,7 +1,7 @@
 // The map of bilinear_map.h.
 #include "shell/bilinear_map.h"
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 
 namespace korvex {
 

@@ -1,7 +1,7 @@
 // The matrices of elasticity.h.
 #include "shell/elasticity.h"
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 
 namespace korvex {
 

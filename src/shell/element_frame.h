@@ -8,7 +8,7 @@
 
 #include <array>
 
-#include "shell/vector3.h"
+#include "base/vector3.h"
 
 namespace korvex {
 

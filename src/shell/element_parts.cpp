@@ -3,7 +3,7 @@
 // negative.
 #include "shell/element_parts.h"
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 
 namespace korvex {
 

@@ -8,7 +8,6 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/stop_run.h"
 #include "shell/element_frame.h"
 #include "shell/shell_element.h"
 
@@ -37,11 +36,9 @@ void RotateVectorToGlobal(const ElementFrame& frame, std::int32_t nodes, double*
 void RotateVectorToLocal(const ElementFrame& frame, std::int32_t nodes, double* f);
 
 // Sets up a membrane or plate part for `element`: counts, local coordinates, material, thickness.
-// A part with another number of nodes than the element's is reported and set up all the same.
 template <typename Part, std::int32_t Nodes>
 void SetUpPart(const ShellElement<Nodes>& element, Part& part) {
   part.Init();
-  if (part.nodes != element.NodeCount) ReportInconsistency();
   ComputeLocalCoordinates(element.Coordinates.data(), Nodes, element.Frame, part.x.data(),
                           part.y.data());
   part.E = element.E;

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 
 namespace korvex {
 

@@ -1,18 +1,14 @@
-// The set-up of shell_element.h, written once for both elements.
 #include "shell/shell_element.h"
 
 #include <algorithm>
-
-#include "platform/stop_run.h"
 
 namespace korvex {
 
 namespace {
 
 template <std::int32_t Nodes>
-void SetShellGeometry(ShellElement<Nodes>& element, const double* coordinates,
+bool SetShellGeometry(ShellElement<Nodes>& element, const double* coordinates,
                       std::int32_t nodeCount, double E, double Mu, double TK) {
-  if (nodeCount != element.NodeCount) ReportInconsistency();
   std::copy(coordinates, coordinates + element.Coordinates.size(), element.Coordinates.begin());
   element.E = E;
   element.Mu = Mu;
@@ -24,18 +20,19 @@ void SetShellGeometry(ShellElement<Nodes>& element, const double* coordinates,
   const std::size_t last = c.size() - 3;
   const Vector3 pLast{c[last], c[last + 1], c[last + 2]};
   ComputeElementFrame(p1, p2, pLast, element.Frame);
+  return nodeCount == element.NodeCount;
 }
 
 }  // namespace
 
-void SetGeometry(Shell4Element& element, const double* coordinates, std::int32_t nodeCount,
+bool SetGeometry(Shell4Element& element, const double* coordinates, std::int32_t nodeCount,
                  double E, double Mu, double TK) {
-  SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
+  return SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
 }
 
-void SetGeometry(Shell3Element& element, const double* coordinates, std::int32_t nodeCount,
+bool SetGeometry(Shell3Element& element, const double* coordinates, std::int32_t nodeCount,
                  double E, double Mu, double TK) {
-  SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
+  return SetShellGeometry(element, coordinates, nodeCount, E, Mu, TK);
 }
 
 }  // namespace korvex

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/vector3.h"
 #include "shell/element_parts.h"
 #include "shell/quad_plate.h"
 #include "shell/tri_plate.h"
-#include "shell/vector3.h"
 
 namespace korvex {
 

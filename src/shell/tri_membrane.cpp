@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 #include "shell/part_products.h"
 
 namespace korvex {

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 #include "shell/part_products.h"
 
 namespace korvex {

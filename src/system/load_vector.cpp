@@ -1,30 +1,30 @@
-// The load vector of load_vector.h.
+// F = nodal forces + sum of the element load vectors, in table order.
 #include "system/load_vector.h"
 
 #include <array>
 
 #include "beam/beam_line_load.h"
-#include "model/check_reference.h"
+#include "deck/check_reference.h"
 #include "shell/shell_loads.h"
-#include "system/profile.h"
 
 namespace korvex {
 
 namespace {
 
 void AddNodalForces(Model& model) {
-  for (std::int32_t row = 0; row < model.NFOR; ++row) {
-    const NodalForce& force = model.NodalForces[static_cast<std::size_t>(row)];
-    CheckReference("Force", row, "node", force.node, {"nodal points", model.NPOIN});
+  for (std::size_t row = 0; row < model.Tables.NodalForces.size(); ++row) {
+    const NodalForce& force = model.Tables.NodalForces[row];
+    CheckReference("Force", static_cast<std::int32_t>(row), "node", force.node,
+                   {"nodal points", model.Tables.NPOIN});
     double* F = &model.LoadVector[static_cast<std::size_t>(force.node) * DofsPerNode];
     for (std::size_t d = 0; d < DofsPerNode; ++d) F[d] += force.components[d];
   }
 }
 
-// What a kind of distributed load is called in notices, and its elements.
+// What a kind of distributed load and its elements are called in notices.
 struct LoadKind {
   const char* row;
-  TableSize elements;
+  const char* elements;
 };
 
 // Adds the equivalent nodal loads of all loads on one kind of element.
@@ -40,7 +40,7 @@ void AddElementLoads(const ZeroedTable<Load>& loads, const LoadKind& kind,
   for (std::size_t row = 0; row < loads.size(); ++row) {
     const Load& load = loads[row];
     CheckReference(kind.row, static_cast<std::int32_t>(row), "element", load.element,
-                   kind.elements);
+                   {kind.elements, static_cast<std::int32_t>(elements.size())});
     const auto element = static_cast<std::size_t>(load.element);
     vector(elements[element], load, fe.data());
     BuildDofList(&connectivity[element * Nodes], Nodes, g.data());
@@ -51,23 +51,22 @@ void AddElementLoads(const ZeroedTable<Load>& loads, const LoadKind& kind,
 }  // namespace
 
 void AssembleLoadVector(Model& model) {
+  const ModelTables& tables = model.Tables;
   const auto n = static_cast<std::size_t>(model.NEQ);
   model.Displacements.resize(n);
   model.LoadVector.assign(n, 0.0);
   AddNodalForces(model);
-  AddElementLoads<NodesPerShell4>(model.Shell4SurfaceLoads,
-                                  {"Distributed load on four-node shell elements",
-                                   {"four-node shell elements", model.NELEM_S_4ND}},
-                                  model.Shell4Elements, model.Shell4Nodes, Shell4LoadVector,
-                                  model.LoadVector);
-  AddElementLoads<NodesPerShell3>(model.Shell3SurfaceLoads,
-                                  {"Distributed load on three-node shell elements",
-                                   {"three-node shell elements", model.NELEM_S_3ND}},
-                                  model.Shell3Elements, model.Shell3Nodes, Shell3LoadVector,
-                                  model.LoadVector);
+  AddElementLoads<NodesPerShell4>(
+      tables.Shell4SurfaceLoads,
+      {"Distributed load on four-node shell elements", "four-node shell elements"},
+      model.Shell4Elements, tables.Shell4Nodes, Shell4LoadVector, model.LoadVector);
+  AddElementLoads<NodesPerShell3>(
+      tables.Shell3SurfaceLoads,
+      {"Distributed load on three-node shell elements", "three-node shell elements"},
+      model.Shell3Elements, tables.Shell3Nodes, Shell3LoadVector, model.LoadVector);
   AddElementLoads<NodesPerBeam>(
-      model.BeamLineLoads, {"Distributed load on beam elements", {"beam elements", model.NELEM_B}},
-      model.BeamElements, model.BeamNodes, BeamLineLoadVector, model.LoadVector);
+      tables.BeamLineLoads, {"Distributed load on beam elements", "beam elements"},
+      model.BeamElements, tables.BeamNodes, BeamLineLoadVector, model.LoadVector);
 }
 
 }  // namespace korvex

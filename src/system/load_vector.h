@@ -5,8 +5,8 @@
 
 namespace korvex {
 
-// Allocates Displacements and fills LoadVector, both NEQ long. Loads add up in table order. Stops
-// the run where a load refers to a node or element that does not exist.
+// Allocates Displacements and fills LoadVector, both NEQ long. Loads add up in table order. Throws
+// a Stop where a load refers to a node or element that does not exist.
 void AssembleLoadVector(Model& model);
 
 }  // namespace korvex

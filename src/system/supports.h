@@ -12,7 +12,7 @@ namespace korvex {
 inline constexpr double PenaltyStiffness = 1e20;
 
 // Assigns PenaltyStiffness to the diagonal entries of all fixed dofs. Only the flag 1 fixes; a
-// later row cannot release what an earlier one has fixed. Stops the run where a fixed dof belongs
+// later row cannot release what an earlier one has fixed. Throws a Stop where a fixed dof belongs
 // to a node that does not exist.
 void ImposeSupports(Model& model);
 

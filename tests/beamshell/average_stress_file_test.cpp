@@ -26,8 +26,8 @@ std::string WriteToText(const Model& model) {
 }
 
 void AddNode(Model& model, double x, double y, double z, const std::array<double, 6>& u) {
-  ++model.NPOIN;
-  model.Nodes.push_back({x, y, z});
+  ++model.Tables.NPOIN;
+  model.Tables.Nodes.push_back({x, y, z});
   model.Displacements.insert(model.Displacements.end(), u.begin(), u.end());
 }
 
@@ -60,18 +60,18 @@ TEST(AverageStressFile, TwoBeamsAndBothKindsOfShellsByteByByte) {
   AddNode(model, 1000, 0, 0, {1.5, -2.25, 3, 0, 1e-20, 0});
   AddNode(model, 1000, 0.123456789, 1e7, {123456.5, 1234567, 0.0001, 0.00001, -0.1, 100});
   AddNode(model, 0, -1, 0, {0, 0, 0, 0, 0, 1});
-  model.NELEM_S_4ND = 1;
-  model.Shell4Nodes = {0, 1, 2, 3};
+  model.Tables.NELEM_S_4ND = 1;
+  model.Tables.Shell4Nodes = {0, 1, 2, 3};
   model.Shell4Elements.resize(1);
   model.Shell4Elements[0].NodeStressTop[0] = Tension(77);  // not written
   model.Shell4Elements[0].AvgStressTop[0] = Tension(100);
   model.Shell4Elements[0].AvgStressBottom[0] = {1, 2, 3, 4, 5, 6};
   model.Shell4Elements[0].AvgStressTop[3] = {0, 0, 0, 0, 0, -10};
-  model.NELEM_S_3ND = 1;
-  model.Shell3Nodes = {0, 1, 2};
+  model.Tables.NELEM_S_3ND = 1;
+  model.Tables.Shell3Nodes = {0, 1, 2};
   model.Shell3Elements.resize(1);
   model.Shell3Elements[0].AvgStressBottom[2] = {50, 50, 50, 0, 0, 0};
-  model.NELEM_B = 2;
+  model.Tables.NELEM_B = 2;
   model.BeamShellModels = {MakeDetail({1000, 0, 0}, 5), MakeDetail({0, -1, 0}, 7.5)};
 
   // Von Mises stresses: of a hydrostatic state 0; of (1 .. 6) sqrt((1 + 1 + 4 + 6 x 77) / 2) =
@@ -153,7 +153,7 @@ TEST(AverageStressFile, EmptyModel) {
 // The end points are the beam's own, not nodes 0 and last of the detail model, which may be absent.
 TEST(AverageStressFile, DetailModelWithoutShells) {
   Model model;
-  model.NELEM_B = 1;
+  model.Tables.NELEM_B = 1;
   model.BeamShellModels.resize(1);
   model.BeamShellModels[0].EndPoint1 = {1, 2, 3};
   EXPECT_EQ(WriteToText(model),
@@ -272,12 +272,12 @@ TEST(AverageStressFile, SolvedModelReadBackFieldByField) {
 
   EXPECT_EQ(file.Line(), "NPOIN=6");
   std::vector<Vector3> nodes;
-  for (const Node& node : model.Nodes) nodes.push_back({node.x, node.y, node.z});
+  for (const Node& node : model.Tables.Nodes) nodes.push_back({node.x, node.y, node.z});
   ExpectNodes(file, nodes, model.Displacements);
   EXPECT_EQ(file.Line(), "NELEM_S_4ND=1");
-  ExpectShells(file, model.Shell4Elements, model.Shell4Nodes);
+  ExpectShells(file, model.Shell4Elements, model.Tables.Shell4Nodes);
   EXPECT_EQ(file.Line(), "NELEM_S_3ND=2");
-  ExpectShells(file, model.Shell3Elements, model.Shell3Nodes);
+  ExpectShells(file, model.Shell3Elements, model.Tables.Shell3Nodes);
   EXPECT_EQ(file.Line(), "NELEM_B=3");
   ASSERT_EQ(model.BeamShellModels.size(), 3U);
   const char* ends[3][2] = {{"SND(0,0,0.125)", "END(1,0,0.125)"},

@@ -189,9 +189,9 @@ TEST(GenerateBeamShells, CountsOfARecord) {
 // material.
 TEST(GenerateBeamShells, MirroredByTheReferenceMaterialByTheBeam) {
   Model model = SolveFrame();
-  model.BeamSectionRefs[0].BeamSecMirrored = true;
+  model.Tables.BeamSectionRefs[0].BeamSecMirrored = true;
   model.BeamElements[3].BeamSecMirrored = false;
-  model.Materials[0].E = model.Materials[1].E = 1.0;
+  model.Tables.Materials[0].E = model.Tables.Materials[1].E = 1.0;
   GenerateBeamShells(model);
   ExpectSame(model.BeamShellModels[0], MakeDetail(model, 0, 0));
   ExpectSame(model.BeamShellModels[3], MakeDetail(model, 3, 0));
@@ -210,7 +210,7 @@ TEST(GenerateBeamShells, SecondTimeReplacesTheFirst) {
 TEST(GenerateBeamShells, WithoutBeamsNothingHappens) {
   for (const std::int32_t count : {0, -1}) {
     Model model;
-    model.NELEM_B = count;
+    model.Tables.NELEM_B = count;
     model.BeamShellModels.resize(2);
     model.BeamShellModels[1].E = 5.0;
     GenerateBeamShells(model);
@@ -230,11 +230,8 @@ TEST(GenerateBeamShells, PrintsNothing) {
 TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
   for (const std::int32_t type : {3, -1}) {
     Model model = SolveFrame();
-    model.BeamSectionRefs[2].BeamSecType = type;
-    // "梁截面类型数字错误!"
-    ExpectStop([&model] { GenerateBeamShells(model); },
-               "\xE6\xA2\x81\xE6\x88\xAA\xE9\x9D\xA2\xE7\xB1\xBB\xE5\x9E\x8B"
-               "\xE6\x95\xB0\xE5\xAD\x97\xE9\x94\x99\xE8\xAF\xAF!");
+    model.Tables.BeamSectionRefs[2].BeamSecType = type;
+    ExpectStop([&model] { GenerateBeamShells(model); }, "梁截面类型数字错误!");
     for (const std::size_t b : {0U, 1U}) {
       ExpectSame(model.BeamShellModels[b], MakeDetail(model, b, 0));
     }

@@ -12,8 +12,8 @@
 #include "beam/beam_stiffness.h"
 #include "results/corner_stress.h"
 #include "shell/shell_stiffness.h"
+#include "skyline/solve_skyline.h"
 #include "support/detail_beams.h"
-#include "system/solve_skyline.h"
 
 namespace korvex::test {
 namespace {
@@ -378,7 +378,7 @@ TEST_P(BeamShellStages, SolutionRunsTheStages) {
   BuildBeamShellProfile(stages);
   AssembleBeamShell(stages);
   ImposeEndDisplacements(Motion1.data(), Motion2.data(), stages);
-  SolveSkyline(stages.Stiffness, stages.LoadVector, stages.Displacements, SolverProgress::Silent);
+  SolveSkyline(stages.Stiffness, stages.LoadVector, stages.Displacements, {});
   EXPECT_EQ(model.Displacements, stages.Displacements);
 }
 
@@ -412,7 +412,7 @@ TEST_P(BeamShellStages, HandedOnSystemLeavesResultsOnly) {
   BeamShellModel model = MakeOblique(GetParam()), next;
   SolveBeamShell(Motion1.data(), Motion2.data(), model);
   const double* values = model.Stiffness.Values.data();
-  HandOnSystem(model, next);
+  ReuseMemory(model, next);
   EXPECT_TRUE(model.Links.empty());
   EXPECT_TRUE(model.LinkNodes.empty());
   EXPECT_TRUE(model.LoadVector.empty());
@@ -433,7 +433,7 @@ TEST_P(BeamShellStages, HandedOnSystemChangesNoResult) {
     const DetailBeam beam{GetParam(), {3.0, 0.0, 1.0}, {3.0, 0.5, 1.0}, {0.0, 0.5, 1.0}, 2e11, 0.3,
                           1};
     BeamShellModel fresh = ExtrudeBeam(beam), reused;
-    HandOnSystem(spare, reused);
+    ReuseMemory(spare, reused);
     ExtrudeBeam(beam, reused);
     SolveBeamShell(Motion1.data(), Motion2.data(), fresh);
     SolveBeamShell(Motion1.data(), Motion2.data(), reused);

@@ -2,6 +2,7 @@
 // shared with our own reader, the formats least of all.
 #include "model/fscanf_reader.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace korvex::test {
@@ -15,12 +16,16 @@ void Read(std::FILE* file, const char* format, Fields*... fields) {
 }
 
 // Makes room for the rows of a count just read. Tells whether reading goes on.
+// A count below zero ends the reading where a table of that size would be allocated; elsewhere it
+// has no rows.
+enum class Negative { Ends, HasNoRows };
+
 template <typename Row>
-bool MakeRows(FileTable<Row>& table, std::int32_t rowsAtMost, FileEnd& end) {
-  if (table.count < 0) end = FileEnd::NegativeCount;
+bool MakeRows(FileTable<Row>& table, std::int32_t rowsAtMost, Negative negative, FileEnd& end) {
+  if (table.count < 0 && negative == Negative::Ends) end = FileEnd::NegativeCount;
   if (table.count > rowsAtMost) end = FileEnd::TooManyRows;
   if (end != FileEnd::Complete) return false;
-  table.rows.resize(static_cast<std::size_t>(table.count));
+  table.rows.resize(static_cast<std::size_t>(std::max(table.count, 0)));
   return true;
 }
 
@@ -31,7 +36,7 @@ void SkipLabelLine(std::FILE* file) {
 
 bool ReadMaterials(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of materials:NMT=%d\n", &t.materials.count);
-  if (!MakeRows(t.materials, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.materials, rowsAtMost, Negative::Ends, t.end)) return false;
   for (FileMaterial& m : t.materials.rows) {
     Read(file, "#%d:\n", &m.label);
     Read(file, "E=%lf\n", &m.E);
@@ -39,7 +44,7 @@ bool ReadMaterials(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
     Read(file, "Density=%lf\n", &m.Density);
   }
   Read(file, "Number of shell thicknesses:NTK=%d\n", &t.thicknesses.count);
-  if (!MakeRows(t.thicknesses, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.thicknesses, rowsAtMost, Negative::Ends, t.end)) return false;
   for (FileThickness& h : t.thicknesses.rows) {
     Read(file, "#%d:\n", &h.label);
     Read(file, "TK=%lf\n", &h.TK);
@@ -59,13 +64,13 @@ void ReadBeamSections(std::FILE* file, std::vector<FileBeamSection>& rows) {
 
 bool ReadSections(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of T_beam sections:NTBS=%d\n", &t.tSections.count);
-  if (!MakeRows(t.tSections, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.tSections, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   ReadBeamSections(file, t.tSections.rows);
   Read(file, "Number of L_beam sections:NLBS=%d\n", &t.lSections.count);
-  if (!MakeRows(t.lSections, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.lSections, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   ReadBeamSections(file, t.lSections.rows);
   Read(file, "Number of C_beam sections:NCBS=%d\n", &t.cSections.count);
-  if (!MakeRows(t.cSections, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.cSections, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileTubeSection& s : t.cSections.rows) {
     SkipLabelLine(file);
     Read(file, "R=%lf\n", &s.R);
@@ -76,19 +81,19 @@ bool ReadSections(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
 
 bool ReadNodesAndShells(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of nodal points:NPOIN=%d\n", &t.nodes.count);
-  if (!MakeRows(t.nodes, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.nodes, rowsAtMost, Negative::Ends, t.end)) return false;
   for (FileNode& n : t.nodes.rows) {
     Read(file, "%d:%lf,%lf,%lf\n", &n.number, &n.position[0], &n.position[1], &n.position[2]);
   }
   Read(file, "Number of four-nodes shell elements:NELEM_S_4ND=%d\n", &t.shells4.count);
-  if (!MakeRows(t.shells4, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.shells4, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileShell<4>& s : t.shells4.rows) {
     Read(file, "%d:", &s.number);
     Read(file, "%d,%d,%d,%d[%d,%d]\n", &s.nodes[0], &s.nodes[1], &s.nodes[2], &s.nodes[3],
          &s.material, &s.thickness);
   }
   Read(file, "Number of three-nodes shell elements:NELEM_S_3ND=%d\n", &t.shells3.count);
-  if (!MakeRows(t.shells3, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.shells3, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileShell<3>& s : t.shells3.rows) {
     Read(file, "%d:", &s.number);
     Read(file, "%d,%d,%d[%d,%d]\n", &s.nodes[0], &s.nodes[1], &s.nodes[2], &s.material,
@@ -99,7 +104,7 @@ bool ReadNodesAndShells(std::FILE* file, std::int32_t rowsAtMost, FileTables& t)
 
 bool ReadBeams(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of beam elements:NELEM_B=%d\n", &t.beams.count);
-  if (!MakeRows(t.beams, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.beams, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileBeam& b : t.beams.rows) {
     Read(file, "%d:", &b.number);
     Read(file,
@@ -112,14 +117,14 @@ bool ReadBeams(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
 
 bool ReadRestraintsAndForces(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of restricted nodal points:NRN=%d\n", &t.restraints.count);
-  if (!MakeRows(t.restraints, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.restraints, rowsAtMost, Negative::Ends, t.end)) return false;
   for (FileRestraint& r : t.restraints.rows) {
     Read(file, "%d:", &r.node);
     for (std::size_t d = 0; d < 5; ++d) Read(file, "%d", &r.fixed[d]);
     Read(file, "%d\n", &r.fixed[5]);
   }
   Read(file, "Number of forces:NFOR=%d\n", &t.forces.count);
-  if (!MakeRows(t.forces, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.forces, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileForce& f : t.forces.rows) {
     Read(file, "%d<", &f.node);
     for (std::size_t d = 0; d < 5; ++d) Read(file, "%lf,", &f.components[d]);
@@ -131,13 +136,13 @@ bool ReadRestraintsAndForces(std::FILE* file, std::int32_t rowsAtMost, FileTable
 bool ReadShellLoads(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of distributed loads on four-nodes shell elements:NDL_S_4ND=%d\n",
        &t.shell4Loads.count);
-  if (!MakeRows(t.shell4Loads, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.shell4Loads, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileLoad<3>& l : t.shell4Loads.rows) {
     Read(file, "%d:%lf,%lf,%lf\n", &l.element, &l.q[0], &l.q[1], &l.q[2]);
   }
   Read(file, "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=%d\n",
        &t.shell3Loads.count);
-  if (!MakeRows(t.shell3Loads, rowsAtMost, t.end)) return false;
+  if (!MakeRows(t.shell3Loads, rowsAtMost, Negative::HasNoRows, t.end)) return false;
   for (FileLoad<3>& l : t.shell3Loads.rows) {
     Read(file, "%d:%lf,%lf,%lf\n", &l.element, &l.q[0], &l.q[1], &l.q[2]);
   }
@@ -146,7 +151,7 @@ bool ReadShellLoads(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
 
 void ReadBeamLoads(std::FILE* file, std::int32_t rowsAtMost, FileTables& t) {
   Read(file, "Number of distributed loads on beam elements:NDL_B=%d\n", &t.beamLoads.count);
-  if (!MakeRows(t.beamLoads, rowsAtMost, t.end)) return;
+  if (!MakeRows(t.beamLoads, rowsAtMost, Negative::HasNoRows, t.end)) return;
   for (FileLoad<2>& l : t.beamLoads.rows) {
     Read(file, "%d:%lf,%lf\n", &l.element, &l.q[0], &l.q[1]);
   }

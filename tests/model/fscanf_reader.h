@@ -93,8 +93,8 @@ struct FileTables {
 // standard.
 bool ReadsBrokenNumbersAlike();
 
-// Reads the file, which must exist, up to the first wrong release, negative count or count above
-// `rowsAtMost`.
+// Reads the file, which must exist, up to the first wrong release, negative count of materials,
+// thicknesses, nodes or restraints, or count above `rowsAtMost`.
 FileTables ReadWithFscanf(const std::string& fileName, std::int32_t rowsAtMost);
 
 }  // namespace korvex::test

@@ -20,7 +20,7 @@
 #include "beam/section_properties.h"
 #include "model/fscanf_reader.h"
 #include "model/read_input_file.h"
-#include "platform/stop_run.h"
+#include "report/stop.h"
 #include "support/model_text.h"
 #include "support/temp_folder.h"
 
@@ -37,12 +37,12 @@ struct Expectation {
   std::string notice;  // why the run stops; empty where the file is read to its end
 };
 
-// Takes a count over. Tells whether the section is read.
+// Takes a count over. Tells whether the section is read. mayBeNegative: then it has no rows.
 template <typename FileRow, typename Table>
 bool TakeCount(Expectation& e, const char* key, const FileTable<FileRow>& table,
-               std::int32_t& count, Table& rows) {
+               std::int32_t& count, Table& rows, bool mayBeNegative = true) {
   count = table.count;
-  if (count < 0) {
+  if (count < 0 && !mayBeNegative) {
     e.notice = std::string("The count ") + key + " is negative: " + std::to_string(count) + ".";
     return false;
   }
@@ -55,28 +55,29 @@ bool Refers(Expectation& e, const std::string& row, const char* field, std::int3
             std::int32_t count, const char* table) {
   if (value >= 0 && value < count) return true;
   e.notice = row + " refers to " + field + " " + std::to_string(value) + "; there are " +
-             std::to_string(count) + " " + table + ".";
+             std::to_string(std::max(count, 0)) + " " + table + ".";
   return false;
 }
 
 bool RefersToNode(Expectation& e, const std::string& row, std::int32_t node) {
-  return Refers(e, row, "node", node, e.model.NPOIN, "nodal points");
+  return Refers(e, row, "node", node, e.model.Tables.NPOIN, "nodal points");
 }
 
 bool RefersToMaterial(Expectation& e, const std::string& row, std::int32_t material) {
-  return Refers(e, row, "material", material, e.model.NMT, "materials");
+  return Refers(e, row, "material", material, e.model.Tables.NMT, "materials");
 }
 
 bool ExpectProperties(const FileTables& t, Expectation& e) {
   Model& m = e.model;
-  if (!TakeCount(e, "NMT", t.materials, m.NMT, m.Materials)) return false;
-  for (std::size_t i = 0; i < m.Materials.size(); ++i) {
+  if (!TakeCount(e, "NMT", t.materials, m.Tables.NMT, m.Tables.Materials, false)) return false;
+  for (std::size_t i = 0; i < m.Tables.Materials.size(); ++i) {
     const FileMaterial& row = t.materials.rows[i];
-    m.Materials[i] = {row.E, row.Mu, row.Density};
+    m.Tables.Materials[i] = {row.E, row.Mu, row.Density};
   }
-  if (!TakeCount(e, "NTK", t.thicknesses, m.NTK, m.ShellThicknesses)) return false;
-  for (std::size_t i = 0; i < m.ShellThicknesses.size(); ++i) {
-    m.ShellThicknesses[i] = {t.thicknesses.rows[i].TK};
+  if (!TakeCount(e, "NTK", t.thicknesses, m.Tables.NTK, m.Tables.ShellThicknesses, false))
+    return false;
+  for (std::size_t i = 0; i < m.Tables.ShellThicknesses.size(); ++i) {
+    m.Tables.ShellThicknesses[i] = {t.thicknesses.rows[i].TK};
   }
   return true;
 }
@@ -90,18 +91,18 @@ void ExpectSectionRows(const FileTable<FileBeamSection>& table, ZeroedTable<Beam
 
 bool ExpectSectionsAndNodes(const FileTables& t, Expectation& e) {
   Model& m = e.model;
-  if (!TakeCount(e, "NTBS", t.tSections, m.NTBS, m.TBeamSections)) return false;
-  ExpectSectionRows(t.tSections, m.TBeamSections);
-  if (!TakeCount(e, "NLBS", t.lSections, m.NLBS, m.LBeamSections)) return false;
-  ExpectSectionRows(t.lSections, m.LBeamSections);
-  if (!TakeCount(e, "NCBS", t.cSections, m.NCBS, m.CBeamSections)) return false;
-  for (std::size_t i = 0; i < m.CBeamSections.size(); ++i) {
-    m.CBeamSections[i] = {t.cSections.rows[i].R, t.cSections.rows[i].T};
+  if (!TakeCount(e, "NTBS", t.tSections, m.Tables.NTBS, m.Tables.TBeamSections)) return false;
+  ExpectSectionRows(t.tSections, m.Tables.TBeamSections);
+  if (!TakeCount(e, "NLBS", t.lSections, m.Tables.NLBS, m.Tables.LBeamSections)) return false;
+  ExpectSectionRows(t.lSections, m.Tables.LBeamSections);
+  if (!TakeCount(e, "NCBS", t.cSections, m.Tables.NCBS, m.Tables.CBeamSections)) return false;
+  for (std::size_t i = 0; i < m.Tables.CBeamSections.size(); ++i) {
+    m.Tables.CBeamSections[i] = {t.cSections.rows[i].R, t.cSections.rows[i].T};
   }
-  if (!TakeCount(e, "NPOIN", t.nodes, m.NPOIN, m.Nodes)) return false;
-  for (std::size_t i = 0; i < m.Nodes.size(); ++i) {
+  if (!TakeCount(e, "NPOIN", t.nodes, m.Tables.NPOIN, m.Tables.Nodes, false)) return false;
+  for (std::size_t i = 0; i < m.Tables.Nodes.size(); ++i) {
     const auto& p = t.nodes.rows[i].position;
-    m.Nodes[i] = {p[0], p[1], p[2]};
+    m.Tables.Nodes[i] = {p[0], p[1], p[2]};
   }
   return true;
 }
@@ -114,36 +115,36 @@ bool ExpectShell(const FileShell<Nodes>& row, const std::string& rowName, Expect
   std::array<double, Nodes * 3> coordinates{};
   for (std::size_t k = 0; k < Nodes; ++k) {
     if (!RefersToNode(e, rowName, row.nodes[k])) return false;
-    const Node& node = e.model.Nodes[static_cast<std::size_t>(row.nodes[k])];
+    const Node& node = e.model.Tables.Nodes[static_cast<std::size_t>(row.nodes[k])];
     coordinates[3 * k + 0] = node.x;
     coordinates[3 * k + 1] = node.y;
     coordinates[3 * k + 2] = node.z;
   }
   if (!RefersToMaterial(e, rowName, row.material)) return false;
-  if (!Refers(e, rowName, "thickness", row.thickness, e.model.NTK, "shell thicknesses")) {
+  if (!Refers(e, rowName, "thickness", row.thickness, e.model.Tables.NTK, "shell thicknesses")) {
     return false;
   }
-  const Material& material = e.model.Materials[static_cast<std::size_t>(row.material)];
-  const double TK = e.model.ShellThicknesses[static_cast<std::size_t>(row.thickness)].TK;
+  const Material& material = e.model.Tables.Materials[static_cast<std::size_t>(row.material)];
+  const double TK = e.model.Tables.ShellThicknesses[static_cast<std::size_t>(row.thickness)].TK;
   SetGeometry(element, coordinates.data(), Nodes, material.E, material.Mu, TK);
   return true;
 }
 
 bool ExpectShells(const FileTables& t, Expectation& e) {
   Model& m = e.model;
-  if (!TakeCount(e, "NELEM_S_4ND", t.shells4, m.NELEM_S_4ND, m.Shell4Elements)) return false;
-  m.Shell4Nodes.resize(m.Shell4Elements.size() * 4);
+  if (!TakeCount(e, "NELEM_S_4ND", t.shells4, m.Tables.NELEM_S_4ND, m.Shell4Elements)) return false;
+  m.Tables.Shell4Nodes.resize(m.Shell4Elements.size() * 4);
   for (std::size_t i = 0; i < m.Shell4Elements.size(); ++i) {
     const std::string name = "Four-node shell element " + std::to_string(i);
-    if (!ExpectShell(t.shells4.rows[i], name, e, m.Shell4Nodes, i, m.Shell4Elements[i])) {
+    if (!ExpectShell(t.shells4.rows[i], name, e, m.Tables.Shell4Nodes, i, m.Shell4Elements[i])) {
       return false;
     }
   }
-  if (!TakeCount(e, "NELEM_S_3ND", t.shells3, m.NELEM_S_3ND, m.Shell3Elements)) return false;
-  m.Shell3Nodes.resize(m.Shell3Elements.size() * 3);
+  if (!TakeCount(e, "NELEM_S_3ND", t.shells3, m.Tables.NELEM_S_3ND, m.Shell3Elements)) return false;
+  m.Tables.Shell3Nodes.resize(m.Shell3Elements.size() * 3);
   for (std::size_t i = 0; i < m.Shell3Elements.size(); ++i) {
     const std::string name = "Three-node shell element " + std::to_string(i);
-    if (!ExpectShell(t.shells3.rows[i], name, e, m.Shell3Nodes, i, m.Shell3Elements[i])) {
+    if (!ExpectShell(t.shells3.rows[i], name, e, m.Tables.Shell3Nodes, i, m.Shell3Elements[i])) {
       return false;
     }
   }
@@ -152,9 +153,9 @@ bool ExpectShells(const FileTables& t, Expectation& e) {
 
 // What a beam of any type with a section table gets.
 void FillExpectedBeam(const FileBeam& row, const Model& m, BeamElement& beam) {
-  const Node& i = m.Nodes[static_cast<std::size_t>(row.nodes[0])];
-  const Node& j = m.Nodes[static_cast<std::size_t>(row.nodes[1])];
-  const Material& material = m.Materials[static_cast<std::size_t>(row.material)];
+  const Node& i = m.Tables.Nodes[static_cast<std::size_t>(row.nodes[0])];
+  const Node& j = m.Tables.Nodes[static_cast<std::size_t>(row.nodes[1])];
+  const Material& material = m.Tables.Materials[static_cast<std::size_t>(row.material)];
   beam.NodeI = {i.x, i.y, i.z};
   beam.NodeJ = {j.x, j.y, j.z};
   beam.RefPoint = {i.x + row.orientation[0], i.y + row.orientation[1], i.z + row.orientation[2]};
@@ -173,39 +174,40 @@ bool ExpectBeam(const FileBeam& row, const std::string& rowName, Expectation& e,
   if (!RefersToNode(e, rowName, row.nodes[1])) return false;
   if (row.BeamSecType < 0 || row.BeamSecType > 2) return true;
 
-  const std::pair<std::int32_t, const char*> tables[] = {
-      {m.NTBS, "T_beam sections"}, {m.NLBS, "L_beam sections"}, {m.NCBS, "C_beam sections"}};
+  const std::pair<std::int32_t, const char*> tables[] = {{m.Tables.NTBS, "T_beam sections"},
+                                                         {m.Tables.NLBS, "L_beam sections"},
+                                                         {m.Tables.NCBS, "C_beam sections"}};
   const auto& table = tables[row.BeamSecType];
   if (!RefersToMaterial(e, rowName, row.material)) return false;
   if (!Refers(e, rowName, "section", index, table.first, table.second)) return false;
   FillExpectedBeam(row, m, beam);
   if (row.BeamSecType == 0) {
-    const BeamSection& s = m.TBeamSections[section];
+    const BeamSection& s = m.Tables.TBeamSections[section];
     beam.Section = SectionPropertiesT(beam, s.Hw, s.Tw, s.Bf, s.Tf, row.BeamSecOz);
   } else if (row.BeamSecType == 1) {
-    const BeamSection& s = m.LBeamSections[section];
+    const BeamSection& s = m.Tables.LBeamSections[section];
     beam.BeamSecMirrored = row.BeamSecMirrored != 0;
     beam.Section =
         SectionPropertiesL(beam, s.Hw, s.Tw, s.Bf, s.Tf, row.BeamSecOz, beam.BeamSecMirrored);
   } else {
-    const Material& material = m.Materials[static_cast<std::size_t>(row.material)];
+    const Material& material = m.Tables.Materials[static_cast<std::size_t>(row.material)];
     const Vector3 p = beam.RefPoint;
     InitCBeamElement(beam, beam.NodeI, beam.NodeJ, {p[0], p[1], p[2], 1e-15}, material,
-                     m.CBeamSections[section], row.BeamSecOz);
+                     m.Tables.CBeamSections[section], row.BeamSecOz);
   }
   return true;
 }
 
 bool ExpectBeams(const FileTables& t, Expectation& e) {
   Model& m = e.model;
-  if (!TakeCount(e, "NELEM_B", t.beams, m.NELEM_B, m.BeamElements)) return false;
-  m.BeamNodes.resize(m.BeamElements.size() * 2);
-  m.BeamSectionRefs.resize(m.BeamElements.size());
+  if (!TakeCount(e, "NELEM_B", t.beams, m.Tables.NELEM_B, m.BeamElements)) return false;
+  m.Tables.BeamNodes.resize(m.BeamElements.size() * 2);
+  m.Tables.BeamSectionRefs.resize(m.BeamElements.size());
   for (std::size_t i = 0; i < m.BeamElements.size(); ++i) {
     const FileBeam& row = t.beams.rows[i];
-    std::copy(row.nodes.begin(), row.nodes.end(), &m.BeamNodes[2 * i]);
-    m.BeamSectionRefs[i] = {row.BeamSecType, row.BeamSecIndex, row.BeamSecOz,
-                            row.BeamSecMirrored != 0};
+    std::copy(row.nodes.begin(), row.nodes.end(), &m.Tables.BeamNodes[2 * i]);
+    m.Tables.BeamSectionRefs[i] = {row.BeamSecType, row.BeamSecIndex, row.BeamSecOz,
+                                   row.BeamSecMirrored != 0};
     if (!ExpectBeam(row, "Beam element " + std::to_string(i), e, m.BeamElements[i])) return false;
   }
   return true;
@@ -213,13 +215,14 @@ bool ExpectBeams(const FileTables& t, Expectation& e) {
 
 bool ExpectSupportsAndForces(const FileTables& t, Expectation& e) {
   Model& m = e.model;
-  if (!TakeCount(e, "NRN", t.restraints, m.NRN, m.NodalRestraints)) return false;
-  for (std::size_t i = 0; i < m.NodalRestraints.size(); ++i) {
-    m.NodalRestraints[i] = {t.restraints.rows[i].fixed, t.restraints.rows[i].node};
+  if (!TakeCount(e, "NRN", t.restraints, m.Tables.NRN, m.Tables.NodalRestraints, false))
+    return false;
+  for (std::size_t i = 0; i < m.Tables.NodalRestraints.size(); ++i) {
+    m.Tables.NodalRestraints[i] = {t.restraints.rows[i].fixed, t.restraints.rows[i].node};
   }
-  if (!TakeCount(e, "NFOR", t.forces, m.NFOR, m.NodalForces)) return false;
-  for (std::size_t i = 0; i < m.NodalForces.size(); ++i) {
-    m.NodalForces[i] = {t.forces.rows[i].node, t.forces.rows[i].components};
+  if (!TakeCount(e, "NFOR", t.forces, m.Tables.NFOR, m.Tables.NodalForces)) return false;
+  for (std::size_t i = 0; i < m.Tables.NodalForces.size(); ++i) {
+    m.Tables.NodalForces[i] = {t.forces.rows[i].node, t.forces.rows[i].components};
   }
   return true;
 }
@@ -243,9 +246,9 @@ Expectation BuildExpectation(const FileTables& t) {
   }
   if (ExpectProperties(t, e) && ExpectSectionsAndNodes(t, e) && ExpectShells(t, e) &&
       ExpectBeams(t, e) && ExpectSupportsAndForces(t, e) &&
-      ExpectLoads(e, "NDL_S_4ND", t.shell4Loads, m.NDL_S_4ND, m.Shell4SurfaceLoads) &&
-      ExpectLoads(e, "NDL_S_3ND", t.shell3Loads, m.NDL_S_3ND, m.Shell3SurfaceLoads)) {
-    ExpectLoads(e, "NDL_B", t.beamLoads, m.NDL_B, m.BeamLineLoads);
+      ExpectLoads(e, "NDL_S_4ND", t.shell4Loads, m.Tables.NDL_S_4ND, m.Tables.Shell4SurfaceLoads) &&
+      ExpectLoads(e, "NDL_S_3ND", t.shell3Loads, m.Tables.NDL_S_3ND, m.Tables.Shell3SurfaceLoads)) {
+    ExpectLoads(e, "NDL_B", t.beamLoads, m.Tables.NDL_B, m.Tables.BeamLineLoads);
   }
   return e;
 }
@@ -342,24 +345,24 @@ struct NamedImage {
 };
 
 std::vector<NamedImage> MakeImages(const Model& m) {
-  return {{"materials", MakeImage(m.NMT, m.Materials)},
-          {"thicknesses", MakeImage(m.NTK, m.ShellThicknesses)},
-          {"T sections", MakeImage(m.NTBS, m.TBeamSections)},
-          {"L sections", MakeImage(m.NLBS, m.LBeamSections)},
-          {"C sections", MakeImage(m.NCBS, m.CBeamSections)},
-          {"nodes", MakeImage(m.NPOIN, m.Nodes)},
-          {"four-node shells", MakeImage(m.NELEM_S_4ND, m.Shell4Elements)},
-          {"four-node connectivity", MakeImage(m.NELEM_S_4ND, m.Shell4Nodes)},
-          {"three-node shells", MakeImage(m.NELEM_S_3ND, m.Shell3Elements)},
-          {"three-node connectivity", MakeImage(m.NELEM_S_3ND, m.Shell3Nodes)},
-          {"beams", MakeImage(m.NELEM_B, m.BeamElements)},
-          {"beam connectivity", MakeImage(m.NELEM_B, m.BeamNodes)},
-          {"beam section references", MakeImage(m.NELEM_B, m.BeamSectionRefs)},
-          {"restraints", MakeImage(m.NRN, m.NodalRestraints)},
-          {"forces", MakeImage(m.NFOR, m.NodalForces)},
-          {"four-node shell loads", MakeImage(m.NDL_S_4ND, m.Shell4SurfaceLoads)},
-          {"three-node shell loads", MakeImage(m.NDL_S_3ND, m.Shell3SurfaceLoads)},
-          {"beam loads", MakeImage(m.NDL_B, m.BeamLineLoads)}};
+  return {{"materials", MakeImage(m.Tables.NMT, m.Tables.Materials)},
+          {"thicknesses", MakeImage(m.Tables.NTK, m.Tables.ShellThicknesses)},
+          {"T sections", MakeImage(m.Tables.NTBS, m.Tables.TBeamSections)},
+          {"L sections", MakeImage(m.Tables.NLBS, m.Tables.LBeamSections)},
+          {"C sections", MakeImage(m.Tables.NCBS, m.Tables.CBeamSections)},
+          {"nodes", MakeImage(m.Tables.NPOIN, m.Tables.Nodes)},
+          {"four-node shells", MakeImage(m.Tables.NELEM_S_4ND, m.Shell4Elements)},
+          {"four-node connectivity", MakeImage(m.Tables.NELEM_S_4ND, m.Tables.Shell4Nodes)},
+          {"three-node shells", MakeImage(m.Tables.NELEM_S_3ND, m.Shell3Elements)},
+          {"three-node connectivity", MakeImage(m.Tables.NELEM_S_3ND, m.Tables.Shell3Nodes)},
+          {"beams", MakeImage(m.Tables.NELEM_B, m.BeamElements)},
+          {"beam connectivity", MakeImage(m.Tables.NELEM_B, m.Tables.BeamNodes)},
+          {"beam section references", MakeImage(m.Tables.NELEM_B, m.Tables.BeamSectionRefs)},
+          {"restraints", MakeImage(m.Tables.NRN, m.Tables.NodalRestraints)},
+          {"forces", MakeImage(m.Tables.NFOR, m.Tables.NodalForces)},
+          {"four-node shell loads", MakeImage(m.Tables.NDL_S_4ND, m.Tables.Shell4SurfaceLoads)},
+          {"three-node shell loads", MakeImage(m.Tables.NDL_S_3ND, m.Tables.Shell3SurfaceLoads)},
+          {"beam loads", MakeImage(m.Tables.NDL_B, m.Tables.BeamLineLoads)}};
 }
 
 // The names of the tables that differ, each with a blank before it.
@@ -634,18 +637,12 @@ std::string SpoilFile(ChoiceSource& source, const std::string& text) {
 // What our reader makes of a file: the model as far as it came, and what it told the user.
 Expectation ReadWithOurs(const std::string& fileName) {
   Expectation result;
-  testing::internal::CaptureStderr();
   try {
-    ReadInputFile(fileName.c_str(), result.model);
-  } catch (const RunStopped&) {
+    ReadInputFile(fileName, result.model);
+  } catch (const Stop& stop) {
+    result.notice = stop.text;
   }
-  result.notice = testing::internal::GetCapturedStderr();
   return result;
-}
-
-// The whole text of a notice, as notice.h describes it.
-std::string FormatNotice(const std::string& text) {
-  return text.empty() ? "" : "Warning!\n" + text + "\nPress Enter to continue.\n";
 }
 
 struct Tally {
@@ -661,7 +658,7 @@ struct Tally {
 
 void CountEnd(const FileTables& tables, const Expectation& expected, Tally& tally) {
   if (expected.notice.empty()) ++tally.complete;
-  if (expected.notice.empty() && expected.model.NDL_B > 0) ++tally.allSections;
+  if (expected.notice.empty() && expected.model.Tables.NDL_B > 0) ++tally.allSections;
   if (tables.end == FileEnd::WrongRelease) ++tally.wrongRelease;
   if (expected.notice.find("negative") != std::string::npos) ++tally.negativeCount;
   if (expected.notice.find("refers to") != std::string::npos) ++tally.badReference;
@@ -684,10 +681,10 @@ void CompareReaders(const std::string& fileName, const std::string& text, Tally&
   const bool isStopped = !expected.notice.empty();
   const std::string differences =
       isStopped ? std::string() : FindDifferences(ours.model, expected.model);
-  if (differences.empty() && ours.notice == FormatNotice(expected.notice)) return;
+  if (differences.empty() && ours.notice == expected.notice) return;
   ++tally.differences;
   ADD_FAILURE() << "file " << tally.files << " differs in" << differences << "\nnotice "
-                << ours.notice << "expected " << expected.notice << "\n"
+                << ours.notice << "\nexpected " << expected.notice << "\n"
                 << testing::PrintToString(text);
 }
 
@@ -702,7 +699,6 @@ void PrintTally(const Tally& t) {
 TEST(ReadInputFile, ReadsSpoiltFilesAsTheCLibraryDoes) {
   if (!ReadsBrokenNumbersAlike()) GTEST_SKIP() << "this scanf reads broken numbers otherwise";
   constexpr int filesPerModel = 2000;
-  ASSERT_NE(std::freopen("/dev/null", "r", stdin), nullptr);  // a notice waits for a line
   const TempFolder folder;
   const std::string fileName = (folder.Path() / "fem_solving.txt").string();
   ChoiceSource source;

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "beam/section_properties.h"
@@ -131,8 +132,8 @@ std::string Replace(std::string text, const std::string& from, const std::string
 
 // The whole file was read: its last section's rows are there.
 void ExpectReadToTheEnd(const Model& model) {
-  ASSERT_EQ(model.BeamLineLoads.size(), 2U);
-  EXPECT_EQ(model.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
+  ASSERT_EQ(model.Tables.BeamLineLoads.size(), 2U);
+  EXPECT_EQ(model.Tables.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
 }
 
 void ExpectSection(const BeamSection& s, const std::array<double, 4>& expected) {
@@ -153,54 +154,54 @@ std::array<double, 13> ListProperties(const SectionProperties& s) {
 
 TEST(ReadInputFile, Materials) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NMT, 2);
-  ASSERT_EQ(model.Materials.size(), 2U);
-  EXPECT_EQ(model.Materials[0].E, 2.1e11);
-  EXPECT_EQ(model.Materials[0].Mu, 0.3);
-  EXPECT_EQ(model.Materials[0].Density, 7850.0);
-  EXPECT_EQ(model.Materials[1].E, 7e10);
-  EXPECT_EQ(model.Materials[1].Mu, 0.33);
-  EXPECT_EQ(model.Materials[1].Density, 2700.0);
+  EXPECT_EQ(model.Tables.NMT, 2);
+  ASSERT_EQ(model.Tables.Materials.size(), 2U);
+  EXPECT_EQ(model.Tables.Materials[0].E, 2.1e11);
+  EXPECT_EQ(model.Tables.Materials[0].Mu, 0.3);
+  EXPECT_EQ(model.Tables.Materials[0].Density, 7850.0);
+  EXPECT_EQ(model.Tables.Materials[1].E, 7e10);
+  EXPECT_EQ(model.Tables.Materials[1].Mu, 0.33);
+  EXPECT_EQ(model.Tables.Materials[1].Density, 2700.0);
 }
 
 TEST(ReadInputFile, ShellThicknesses) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NTK, 2);
-  ASSERT_EQ(model.ShellThicknesses.size(), 2U);
-  EXPECT_EQ(model.ShellThicknesses[0].TK, 0.012);
-  EXPECT_EQ(model.ShellThicknesses[1].TK, 0.015);
+  EXPECT_EQ(model.Tables.NTK, 2);
+  ASSERT_EQ(model.Tables.ShellThicknesses.size(), 2U);
+  EXPECT_EQ(model.Tables.ShellThicknesses[0].TK, 0.012);
+  EXPECT_EQ(model.Tables.ShellThicknesses[1].TK, 0.015);
 }
 
 TEST(ReadInputFile, SectionTables) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NTBS, 2);
-  EXPECT_EQ(model.NLBS, 1);
-  EXPECT_EQ(model.NCBS, 2);
-  ASSERT_EQ(model.TBeamSections.size(), 2U);
-  ASSERT_EQ(model.LBeamSections.size(), 1U);
-  ASSERT_EQ(model.CBeamSections.size(), 2U);
-  ExpectSection(model.TBeamSections[0], {0.21, 0.011, 0.12, 0.013});
-  ExpectSection(model.TBeamSections[1], {0.22, 0.014, 0.16, 0.017});
-  ExpectSection(model.LBeamSections[0], {0.31, 0.018, 0.19, 0.025});
-  EXPECT_EQ(model.CBeamSections[0].R, 0.41);
-  EXPECT_EQ(model.CBeamSections[0].T, 0.026);
-  EXPECT_EQ(model.CBeamSections[1].R, 0.42);
-  EXPECT_EQ(model.CBeamSections[1].T, 0.027);
+  EXPECT_EQ(model.Tables.NTBS, 2);
+  EXPECT_EQ(model.Tables.NLBS, 1);
+  EXPECT_EQ(model.Tables.NCBS, 2);
+  ASSERT_EQ(model.Tables.TBeamSections.size(), 2U);
+  ASSERT_EQ(model.Tables.LBeamSections.size(), 1U);
+  ASSERT_EQ(model.Tables.CBeamSections.size(), 2U);
+  ExpectSection(model.Tables.TBeamSections[0], {0.21, 0.011, 0.12, 0.013});
+  ExpectSection(model.Tables.TBeamSections[1], {0.22, 0.014, 0.16, 0.017});
+  ExpectSection(model.Tables.LBeamSections[0], {0.31, 0.018, 0.19, 0.025});
+  EXPECT_EQ(model.Tables.CBeamSections[0].R, 0.41);
+  EXPECT_EQ(model.Tables.CBeamSections[0].T, 0.026);
+  EXPECT_EQ(model.Tables.CBeamSections[1].R, 0.42);
+  EXPECT_EQ(model.Tables.CBeamSections[1].T, 0.027);
 }
 
 TEST(ReadInputFile, Nodes) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NPOIN, 6);
-  ASSERT_EQ(model.Nodes.size(), 6U);
-  ExpectNode(model.Nodes[0], {0.5, 0.25, 0.125});
-  ExpectNode(model.Nodes[4], {-2.5, -1.25, 7.75});
-  ExpectNode(model.Nodes[5], {9.5, 8.25, -6.125});
+  EXPECT_EQ(model.Tables.NPOIN, 6);
+  ASSERT_EQ(model.Tables.Nodes.size(), 6U);
+  ExpectNode(model.Tables.Nodes[0], {0.5, 0.25, 0.125});
+  ExpectNode(model.Tables.Nodes[4], {-2.5, -1.25, 7.75});
+  ExpectNode(model.Tables.Nodes[5], {9.5, 8.25, -6.125});
 }
 
 TEST(ReadInputFile, FourNodeShells) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NELEM_S_4ND, 1);
-  EXPECT_EQ(model.Shell4Nodes, (std::vector<std::int32_t>{0, 1, 2, 3}));
+  EXPECT_EQ(model.Tables.NELEM_S_4ND, 1);
+  EXPECT_EQ(model.Tables.Shell4Nodes, (std::vector<std::int32_t>{0, 1, 2, 3}));
   ASSERT_EQ(model.Shell4Elements.size(), 1U);
   const Shell4Element& shell = model.Shell4Elements[0];
   EXPECT_EQ(shell.Coordinates, (std::array<double, 12>{0.5, 0.25, 0.125,  //
@@ -217,8 +218,8 @@ TEST(ReadInputFile, FourNodeShells) {
 
 TEST(ReadInputFile, ThreeNodeShells) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NELEM_S_3ND, 1);
-  EXPECT_EQ(model.Shell3Nodes, (std::vector<std::int32_t>{4, 2, 5}));
+  EXPECT_EQ(model.Tables.NELEM_S_3ND, 1);
+  EXPECT_EQ(model.Tables.Shell3Nodes, (std::vector<std::int32_t>{4, 2, 5}));
   ASSERT_EQ(model.Shell3Elements.size(), 1U);
   const Shell3Element& shell = model.Shell3Elements[0];
   EXPECT_EQ(shell.Coordinates, (std::array<double, 9>{-2.5, -1.25, 7.75,  //
@@ -234,19 +235,19 @@ TEST(ReadInputFile, ThreeNodeShells) {
 
 TEST(ReadInputFile, BeamConnectivityAndSectionReferences) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NELEM_B, 4);
+  EXPECT_EQ(model.Tables.NELEM_B, 4);
   EXPECT_EQ(model.BeamElements.size(), 4U);
-  EXPECT_EQ(model.BeamNodes, (std::vector<std::int32_t>{4, 5, 5, 3, 2, 4, 1, 0}));
-  ASSERT_EQ(model.BeamSectionRefs.size(), 4U);
+  EXPECT_EQ(model.Tables.BeamNodes, (std::vector<std::int32_t>{4, 5, 5, 3, 2, 4, 1, 0}));
+  ASSERT_EQ(model.Tables.BeamSectionRefs.size(), 4U);
   const std::array<std::int32_t, 4> types{0, 1, 2, 3};
   const std::array<std::int32_t, 4> indices{1, 0, 1, 88};
   const std::array<double, 4> offsets{0.03, -0.04, 0.05, 0.06};
   const std::array<bool, 4> mirrored{true, true, false, true};  // 1, -7, 0, 1 in the file
   for (std::size_t b = 0; b < 4; ++b) {
-    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecType, types[b]);
-    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecIndex, indices[b]);
-    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecOz, offsets[b]);
-    EXPECT_EQ(model.BeamSectionRefs[b].BeamSecMirrored, mirrored[b]);
+    EXPECT_EQ(model.Tables.BeamSectionRefs[b].BeamSecType, types[b]);
+    EXPECT_EQ(model.Tables.BeamSectionRefs[b].BeamSecIndex, indices[b]);
+    EXPECT_EQ(model.Tables.BeamSectionRefs[b].BeamSecOz, offsets[b]);
+    EXPECT_EQ(model.Tables.BeamSectionRefs[b].BeamSecMirrored, mirrored[b]);
   }
 }
 
@@ -303,56 +304,58 @@ TEST(ReadInputFile, OnlyAnLBeamElementKeepsTheMirroredFlag) {
   EXPECT_TRUE(model.BeamElements.at(1).BeamSecMirrored);
   EXPECT_FALSE(model.BeamElements.at(2).BeamSecMirrored);
   EXPECT_FALSE(model.BeamElements.at(3).BeamSecMirrored);
-  for (const BeamSectionRef& ref : model.BeamSectionRefs) EXPECT_TRUE(ref.BeamSecMirrored);
+  for (const BeamSectionRef& ref : model.Tables.BeamSectionRefs) EXPECT_TRUE(ref.BeamSecMirrored);
 }
 
 TEST(ReadInputFile, AnLBeamWithoutMirroringIsNotMirrored) {
   const Model model = ReadText(Replace(FullFile, "BeamSecMirrored=-7", "BeamSecMirrored=0"));
   const BeamElement& beam = model.BeamElements.at(1);
   EXPECT_FALSE(beam.BeamSecMirrored);
-  EXPECT_FALSE(model.BeamSectionRefs.at(1).BeamSecMirrored);
+  EXPECT_FALSE(model.Tables.BeamSectionRefs.at(1).BeamSecMirrored);
   EXPECT_GT(beam.Section.Ey, 0.0);  // the flange stands towards +y
 }
 
 // The node comes first in the file and the flags in the order of the dofs; a flag is any number.
 TEST(ReadInputFile, RestraintsKeepTheirFlagsAsTheyStand) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NRN, 2);
-  ASSERT_EQ(model.NodalRestraints.size(), 2U);
-  EXPECT_EQ(model.NodalRestraints[0].node, 4);
-  EXPECT_EQ(model.NodalRestraints[0].fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
-  EXPECT_EQ(model.NodalRestraints[1].node, 2);
-  EXPECT_EQ(model.NodalRestraints[1].fixed, (std::array<std::int32_t, 6>{6, 7, 8, 9, 10, 1}));
+  EXPECT_EQ(model.Tables.NRN, 2);
+  ASSERT_EQ(model.Tables.NodalRestraints.size(), 2U);
+  EXPECT_EQ(model.Tables.NodalRestraints[0].node, 4);
+  EXPECT_EQ(model.Tables.NodalRestraints[0].fixed,
+            (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  EXPECT_EQ(model.Tables.NodalRestraints[1].node, 2);
+  EXPECT_EQ(model.Tables.NodalRestraints[1].fixed,
+            (std::array<std::int32_t, 6>{6, 7, 8, 9, 10, 1}));
 }
 
 TEST(ReadInputFile, Forces) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NFOR, 2);
-  ASSERT_EQ(model.NodalForces.size(), 2U);
-  EXPECT_EQ(model.NodalForces[0].node, 3);
-  EXPECT_EQ(model.NodalForces[0].components,
+  EXPECT_EQ(model.Tables.NFOR, 2);
+  ASSERT_EQ(model.Tables.NodalForces.size(), 2U);
+  EXPECT_EQ(model.Tables.NodalForces[0].node, 3);
+  EXPECT_EQ(model.Tables.NodalForces[0].components,
             (std::array<double, 6>{1.5, -2.5, 3.5, -4.5, 5.5, -6.5}));
-  EXPECT_EQ(model.NodalForces[1].node, 5);
-  EXPECT_EQ(model.NodalForces[1].components,
+  EXPECT_EQ(model.Tables.NodalForces[1].node, 5);
+  EXPECT_EQ(model.Tables.NodalForces[1].components,
             (std::array<double, 6>{7.5, 8.5, 9.5, 10.5, 11.5, 12.5}));
 }
 
 TEST(ReadInputFile, DistributedLoads) {
   const Model model = ReadText(FullFile);
-  EXPECT_EQ(model.NDL_S_4ND, 1);
-  EXPECT_EQ(model.NDL_S_3ND, 1);
-  EXPECT_EQ(model.NDL_B, 2);
-  ASSERT_EQ(model.Shell4SurfaceLoads.size(), 1U);
-  ASSERT_EQ(model.Shell3SurfaceLoads.size(), 1U);
-  ASSERT_EQ(model.BeamLineLoads.size(), 2U);
-  EXPECT_EQ(model.Shell4SurfaceLoads[0].element, 0);
-  EXPECT_EQ(model.Shell4SurfaceLoads[0].q, (std::array<double, 3>{21.5, 22.5, 23.5}));
-  EXPECT_EQ(model.Shell3SurfaceLoads[0].element, 0);
-  EXPECT_EQ(model.Shell3SurfaceLoads[0].q, (std::array<double, 3>{31.5, 32.5, 33.5}));
-  EXPECT_EQ(model.BeamLineLoads[0].element, 2);
-  EXPECT_EQ(model.BeamLineLoads[0].q, (std::array<double, 2>{41.5, 42.5}));
-  EXPECT_EQ(model.BeamLineLoads[1].element, 1);
-  EXPECT_EQ(model.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
+  EXPECT_EQ(model.Tables.NDL_S_4ND, 1);
+  EXPECT_EQ(model.Tables.NDL_S_3ND, 1);
+  EXPECT_EQ(model.Tables.NDL_B, 2);
+  ASSERT_EQ(model.Tables.Shell4SurfaceLoads.size(), 1U);
+  ASSERT_EQ(model.Tables.Shell3SurfaceLoads.size(), 1U);
+  ASSERT_EQ(model.Tables.BeamLineLoads.size(), 2U);
+  EXPECT_EQ(model.Tables.Shell4SurfaceLoads[0].element, 0);
+  EXPECT_EQ(model.Tables.Shell4SurfaceLoads[0].q, (std::array<double, 3>{21.5, 22.5, 23.5}));
+  EXPECT_EQ(model.Tables.Shell3SurfaceLoads[0].element, 0);
+  EXPECT_EQ(model.Tables.Shell3SurfaceLoads[0].q, (std::array<double, 3>{31.5, 32.5, 33.5}));
+  EXPECT_EQ(model.Tables.BeamLineLoads[0].element, 2);
+  EXPECT_EQ(model.Tables.BeamLineLoads[0].q, (std::array<double, 2>{41.5, 42.5}));
+  EXPECT_EQ(model.Tables.BeamLineLoads[1].element, 1);
+  EXPECT_EQ(model.Tables.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
 }
 
 TEST(ReadInputFile, RowNumbersAreDiscarded) {
@@ -360,8 +363,8 @@ TEST(ReadInputFile, RowNumbersAreDiscarded) {
   file = Replace(file, "3:1,0<", "-5:1,0<");
   file = Replace(file, "#1:\nE=", "#0:\nE=");
   const Model model = ReadText(file);
-  ExpectNode(model.Nodes.at(0), {0.5, 0.25, 0.125});
-  EXPECT_EQ(model.Materials.at(1).E, 7e10);
+  ExpectNode(model.Tables.Nodes.at(0), {0.5, 0.25, 0.125});
+  EXPECT_EQ(model.Tables.Materials.at(1).E, 7e10);
   ExpectReadToTheEnd(model);
 }
 
@@ -376,7 +379,7 @@ TEST(ReadInputFile, AFileNumberedFromOneIsNotCorrected) {
   const Model model = ReadText(WriteModel(text));
   EXPECT_EQ(model.BeamElements.at(0).NodeI, (Vector3{20.0, 0.0, 0.0}));
   EXPECT_EQ(model.BeamElements.at(0).NodeJ, (Vector3{30.0, 0.0, 0.0}));
-  EXPECT_EQ(model.NodalRestraints.at(0).node, 1);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).node, 1);
   text.beams = {{2, 3}};
   ExpectStopOnText(WriteModel(text), "Beam element 0 refers to node 3; there are 3 nodal points.");
 }
@@ -387,20 +390,22 @@ TEST(ReadInputFile, AFileNumberedFromOneIsNotCorrected) {
 TEST(ReadInputFile, CountsOfZeroGiveEmptyTables) {
   const Model model = ReadText(EmptyFile);
   for (const std::int32_t count :
-       {model.NMT, model.NTK, model.NTBS, model.NLBS, model.NCBS, model.NPOIN, model.NELEM_S_4ND,
-        model.NELEM_S_3ND, model.NELEM_B, model.NRN, model.NFOR, model.NDL_S_4ND, model.NDL_S_3ND,
-        model.NDL_B}) {
+       {model.Tables.NMT, model.Tables.NTK, model.Tables.NTBS, model.Tables.NLBS, model.Tables.NCBS,
+        model.Tables.NPOIN, model.Tables.NELEM_S_4ND, model.Tables.NELEM_S_3ND,
+        model.Tables.NELEM_B, model.Tables.NRN, model.Tables.NFOR, model.Tables.NDL_S_4ND,
+        model.Tables.NDL_S_3ND, model.Tables.NDL_B}) {
     EXPECT_EQ(count, 0);
   }
   for (const std::size_t capacity :
-       {model.Materials.capacity(), model.ShellThicknesses.capacity(),
-        model.TBeamSections.capacity(), model.LBeamSections.capacity(),
-        model.CBeamSections.capacity(), model.Nodes.capacity(), model.Shell4Elements.capacity(),
-        model.Shell4Nodes.capacity(), model.Shell3Elements.capacity(), model.Shell3Nodes.capacity(),
-        model.BeamElements.capacity(), model.BeamNodes.capacity(), model.BeamSectionRefs.capacity(),
-        model.NodalRestraints.capacity(), model.NodalForces.capacity(),
-        model.Shell4SurfaceLoads.capacity(), model.Shell3SurfaceLoads.capacity(),
-        model.BeamLineLoads.capacity()}) {
+       {model.Tables.Materials.capacity(), model.Tables.ShellThicknesses.capacity(),
+        model.Tables.TBeamSections.capacity(), model.Tables.LBeamSections.capacity(),
+        model.Tables.CBeamSections.capacity(), model.Tables.Nodes.capacity(),
+        model.Shell4Elements.capacity(), model.Tables.Shell4Nodes.capacity(),
+        model.Shell3Elements.capacity(), model.Tables.Shell3Nodes.capacity(),
+        model.BeamElements.capacity(), model.Tables.BeamNodes.capacity(),
+        model.Tables.BeamSectionRefs.capacity(), model.Tables.NodalRestraints.capacity(),
+        model.Tables.NodalForces.capacity(), model.Tables.Shell4SurfaceLoads.capacity(),
+        model.Tables.Shell3SurfaceLoads.capacity(), model.Tables.BeamLineLoads.capacity()}) {
     EXPECT_EQ(capacity, 0U);  // no storage at all
   }
 }
@@ -435,20 +440,20 @@ TEST(ReadInputFile, AHeaderThatDoesNotMatchIsAWrongRelease) {
 // The number is there before the tail is looked at. What the tail leaves derails the counts.
 TEST(ReadInputFile, AHeaderWithTheRightNumberAndAWrongTailIsAccepted) {
   const Model derailed = ReadText(Replace(FullFile, "release=3.0 ###", "release=3.0 ##!"));
-  EXPECT_EQ(derailed.NMT, 0);
-  EXPECT_EQ(derailed.NDL_B, 0);
-  EXPECT_EQ(ReadText("### Toln_Korvex release=3.0").NMT, 0);
+  EXPECT_EQ(derailed.Tables.NMT, 0);
+  EXPECT_EQ(derailed.Tables.NDL_B, 0);
+  EXPECT_EQ(ReadText("### Toln_Korvex release=3.0").Tables.NMT, 0);
 }
 
 TEST(ReadInputFile, AFileThatEndsEarlyLeavesTheRestEmpty) {
   const std::string file = FullFile;
   const Model model = ReadText(file.substr(0, file.find("2:5.5,3.25")) + "2:5.5");
-  EXPECT_EQ(model.NPOIN, 6);
-  ExpectNode(model.Nodes.at(1), {4.5, 0.75, 0.375});
-  ExpectNode(model.Nodes.at(2), {5.5, 0.0, 0.0});
-  ExpectNode(model.Nodes.at(5), {0.0, 0.0, 0.0});
-  EXPECT_EQ(model.NELEM_S_4ND, 0);
-  EXPECT_EQ(model.NDL_B, 0);
+  EXPECT_EQ(model.Tables.NPOIN, 6);
+  ExpectNode(model.Tables.Nodes.at(1), {4.5, 0.75, 0.375});
+  ExpectNode(model.Tables.Nodes.at(2), {5.5, 0.0, 0.0});
+  ExpectNode(model.Tables.Nodes.at(5), {0.0, 0.0, 0.0});
+  EXPECT_EQ(model.Tables.NELEM_S_4ND, 0);
+  EXPECT_EQ(model.Tables.NDL_B, 0);
 }
 
 TEST(ReadInputFile, ASectionLabelIsAnyText) {
@@ -456,9 +461,9 @@ TEST(ReadInputFile, ASectionLabelIsAnyText) {
   file = Replace(file, "L_beam #0", "\n \t the first angle");
   file = Replace(file, "C_beam #0", "#");
   const Model model = ReadText(file);
-  ExpectSection(model.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
-  ExpectSection(model.LBeamSections.at(0), {0.31, 0.018, 0.19, 0.025});
-  EXPECT_EQ(model.CBeamSections.at(0).R, 0.41);
+  ExpectSection(model.Tables.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
+  ExpectSection(model.Tables.LBeamSections.at(0), {0.31, 0.018, 0.19, 0.025});
+  EXPECT_EQ(model.Tables.CBeamSections.at(0).R, 0.41);
   ExpectReadToTheEnd(model);
 }
 
@@ -466,18 +471,18 @@ TEST(ReadInputFile, AMaterialLabelMustBeANumberSignANumberAndAColon) {
   for (const char* label : {"steel\nE=2.1e11", "#0\nE=2.1e11", "0:\nE=2.1e11", "#a:\nE=2.1e11"}) {
     SCOPED_TRACE(label);
     const Model model = ReadText(Replace(FullFile, "#0:\nE=2.1e11", label));
-    EXPECT_EQ(model.NMT, 2);
-    EXPECT_EQ(model.Materials.at(0).E, 0.0);
-    EXPECT_EQ(model.Materials.at(1).E, 0.0);
-    EXPECT_EQ(model.NTK, 0);
+    EXPECT_EQ(model.Tables.NMT, 2);
+    EXPECT_EQ(model.Tables.Materials.at(0).E, 0.0);
+    EXPECT_EQ(model.Tables.Materials.at(1).E, 0.0);
+    EXPECT_EQ(model.Tables.NTK, 0);
   }
 }
 
 TEST(ReadInputFile, AThicknessLabelMustBeANumberSignANumberAndAColon) {
   const Model model = ReadText(Replace(FullFile, "#0:\nTK=", "plate\nTK="));
-  EXPECT_EQ(model.NTK, 2);
-  EXPECT_EQ(model.ShellThicknesses.at(0).TK, 0.0);
-  EXPECT_EQ(model.NTBS, 0);
+  EXPECT_EQ(model.Tables.NTK, 2);
+  EXPECT_EQ(model.Tables.ShellThicknesses.at(0).TK, 0.0);
+  EXPECT_EQ(model.Tables.NTBS, 0);
 }
 
 // Element 3 of the file: its material and section references lead nowhere and are not looked at.
@@ -502,36 +507,38 @@ TEST(ReadInputFile, ABeamOfAnotherTypeStaysAsConstructed) {
 // The second flag is read at the comma, fails there, and so does everything behind it.
 TEST(ReadInputFile, CommasBetweenRestraintFlagsDerailTheRest) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4: 1,2,0,-3,4,5"));
-  EXPECT_EQ(model.NRN, 2);
-  EXPECT_EQ(model.NodalRestraints.at(0).node, 4);
-  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(model.NodalRestraints.at(1).node, 0);
-  EXPECT_EQ(model.NodalRestraints.at(1).fixed, (std::array<std::int32_t, 6>{}));
-  EXPECT_EQ(model.NFOR, 0);
-  EXPECT_EQ(model.NDL_B, 0);
+  EXPECT_EQ(model.Tables.NRN, 2);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).node, 4);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).fixed,
+            (std::array<std::int32_t, 6>{1, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(model.Tables.NodalRestraints.at(1).node, 0);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(1).fixed, (std::array<std::int32_t, 6>{}));
+  EXPECT_EQ(model.Tables.NFOR, 0);
+  EXPECT_EQ(model.Tables.NDL_B, 0);
 }
 
 TEST(ReadInputFile, RestraintFlagsMayStandOnSeveralLines) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4:1\n2\t0\r\n\n-3\v4\f5"));
-  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).fixed,
+            (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
   ExpectReadToTheEnd(model);
 }
 
 // The node is read; the flags fail at the colon.
 TEST(ReadInputFile, TheColonOfARestraintFollowsItsDigitsDirectly) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4 : 1 2 0 -3 4 5"));
-  EXPECT_EQ(model.NodalRestraints.at(0).node, 4);
-  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{}));
-  EXPECT_EQ(model.NFOR, 0);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).node, 4);
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{}));
+  EXPECT_EQ(model.Tables.NFOR, 0);
 }
 
 TEST(ReadInputFile, ASectionLabelAtTheEndOfTheFileEnds) {
   const std::string file = FullFile;
   const Model model = ReadText(file.substr(0, file.find("T_beam #1")) + "T_beam #1");
-  EXPECT_EQ(model.NTBS, 2);
-  ExpectSection(model.TBeamSections.at(0), {0.21, 0.011, 0.12, 0.013});
-  ExpectSection(model.TBeamSections.at(1), {0.0, 0.0, 0.0, 0.0});
-  EXPECT_EQ(model.NLBS, 0);
+  EXPECT_EQ(model.Tables.NTBS, 2);
+  ExpectSection(model.Tables.TBeamSections.at(0), {0.21, 0.011, 0.12, 0.013});
+  ExpectSection(model.Tables.TBeamSections.at(1), {0.0, 0.0, 0.0, 0.0});
+  EXPECT_EQ(model.Tables.NLBS, 0);
 }
 
 TEST(ReadInputFile, BlankLinesAndIndentationBetweenRowsAreSkipped) {
@@ -545,9 +552,9 @@ TEST(ReadInputFile, BlankLinesAndIndentationBetweenRowsAreSkipped) {
 // A label is skipped to its line feed and no further, so the first value may not be indented.
 TEST(ReadInputFile, AnIndentedValueAfterASectionLabelDoesNotMatch) {
   const Model model = ReadText(Replace(FullFile, "L_beam #0\nHw", "L_beam #0\n Hw"));
-  EXPECT_EQ(model.NLBS, 1);
-  ExpectSection(model.LBeamSections.at(0), {0.0, 0.0, 0.0, 0.0});
-  EXPECT_EQ(model.NCBS, 0);
+  EXPECT_EQ(model.Tables.NLBS, 1);
+  ExpectSection(model.Tables.LBeamSections.at(0), {0.0, 0.0, 0.0, 0.0});
+  EXPECT_EQ(model.Tables.NCBS, 0);
 }
 
 TEST(ReadInputFile, WhiteSpaceInTheCountLinesIsFree) {
@@ -560,9 +567,10 @@ TEST(ReadInputFile, LineEndsOfWindows) {
   std::string file;
   for (const char c : std::string(FullFile)) file += c == '\n' ? "\r\n" : std::string(1, c);
   const Model model = ReadText(file);
-  ExpectSection(model.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
+  ExpectSection(model.Tables.TBeamSections.at(1), {0.22, 0.014, 0.16, 0.017});
   EXPECT_EQ(model.BeamElements.at(1).RefPoint, (Vector3{11.5, 12.25, 1.875}));
-  EXPECT_EQ(model.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
+  EXPECT_EQ(model.Tables.NodalRestraints.at(0).fixed,
+            (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
   ExpectReadToTheEnd(model);
 }
 
@@ -590,14 +598,38 @@ TEST(ReadInputFile, AFolderOfThatNameStops) {
   ExpectStop([&] { ReadInputFile(file.c_str(), model); }, "Preprocessor file read error!");
 }
 
-TEST(ReadInputFile, ANegativeCountStopsAndIsNamed) {
-  for (const char* key :
-       {"NMT", "NTK", "NTBS", "NLBS", "NCBS", "NPOIN", "NELEM_S_4ND", "NELEM_S_3ND", "NELEM_B",
-        "NRN", "NFOR", "NDL_S_4ND", "NDL_S_3ND", "NDL_B"}) {
+// A table of a negative size cannot be allocated; these are always allocated.
+TEST(ReadInputFile, ANegativeCountOfATableThatIsAlwaysAllocatedStopsAndIsNamed) {
+  for (const std::string key : {"NMT", "NTK", "NPOIN", "NRN"}) {
     SCOPED_TRACE(key);
-    const std::string name(key);
-    ExpectStopOnText(Replace(EmptyFile, ":" + name + "=0", ":" + name + "=-3"),
-                     "The count " + name + " is negative: -3.");
+    ExpectStopOnText(Replace(EmptyFile, ":" + key + "=0", ":" + key + "=-3"),
+                     "The count " + key + " is negative: -3.");
+  }
+}
+
+// These are allocated for rows alone: a negative count is kept as it is read and has none.
+TEST(ReadInputFile, AnotherNegativeCountActsAsZero) {
+  for (const std::string key : {"NTBS", "NLBS", "NCBS", "NELEM_S_4ND", "NELEM_S_3ND", "NELEM_B",
+                                "NFOR", "NDL_S_4ND", "NDL_S_3ND", "NDL_B"}) {
+    for (const std::string count : {"-1", "-2147483648"}) {
+      SCOPED_TRACE(key + count);
+      const Model model = ReadText(Replace(EmptyFile, ":" + key + "=0", ":" + key + "=" + count));
+      const ModelTables& t = model.Tables;
+      const std::map<std::string, std::int32_t> counts{
+          {"NTBS", t.NTBS},       {"NLBS", t.NLBS},
+          {"NCBS", t.NCBS},       {"NELEM_S_4ND", t.NELEM_S_4ND},
+          {"NELEM_B", t.NELEM_B}, {"NELEM_S_3ND", t.NELEM_S_3ND},
+          {"NFOR", t.NFOR},       {"NDL_S_4ND", t.NDL_S_4ND},
+          {"NDL_B", t.NDL_B},     {"NDL_S_3ND", t.NDL_S_3ND}};
+      for (const auto& [name, read] : counts) {
+        EXPECT_EQ(read, name == key ? std::stoi(count) : 0) << name;
+      }
+      EXPECT_TRUE(t.TBeamSections.empty() && t.LBeamSections.empty() && t.CBeamSections.empty());
+      EXPECT_TRUE(model.Shell4Elements.empty() && model.Shell3Elements.empty());
+      EXPECT_TRUE(model.BeamElements.empty() && t.NodalForces.empty());
+      EXPECT_TRUE(t.Shell4SurfaceLoads.empty() && t.Shell3SurfaceLoads.empty());
+      EXPECT_TRUE(t.BeamLineLoads.empty());
+    }
   }
 }
 

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/console.h"
+#include "run/console.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
 #include "support/standard_streams.h"

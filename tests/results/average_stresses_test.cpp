@@ -23,8 +23,8 @@ constexpr double Bottom = 1000.0;  // what a lower face's v has over that of its
 StressVector Stress(double v) { return {v, 2 * v, 4 * v, 8 * v, 16 * v, 32 * v}; }
 
 void AddNode(Model& model, double x, double y, double z) {
-  model.Nodes.push_back({x, y, z});
-  ++model.NPOIN;
+  model.Tables.Nodes.push_back({x, y, z});
+  ++model.Tables.NPOIN;
 }
 
 // Appends an element of thickness TK to its kind's tables.
@@ -34,7 +34,7 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N], double TK,
                 std::vector<std::int32_t>& connectivity) {
   std::array<double, 3 * N> coordinates{};
   for (std::size_t k = 0; k < N; ++k) {
-    const Node& node = model.Nodes[static_cast<std::size_t>(nodes[k])];
+    const Node& node = model.Tables.Nodes[static_cast<std::size_t>(nodes[k])];
     coordinates[3 * k] = node.x;
     coordinates[3 * k + 1] = node.y;
     coordinates[3 * k + 2] = node.z;
@@ -45,13 +45,13 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N], double TK,
 }
 
 void AddShell(Model& model, const std::int32_t (&nodes)[4], double TK = 10.0) {
-  AddElement(model, nodes, TK, model.Shell4Elements, model.Shell4Nodes);
-  ++model.NELEM_S_4ND;
+  AddElement(model, nodes, TK, model.Shell4Elements, model.Tables.Shell4Nodes);
+  ++model.Tables.NELEM_S_4ND;
 }
 
 void AddShell(Model& model, const std::int32_t (&nodes)[3], double TK = 10.0) {
-  AddElement(model, nodes, TK, model.Shell3Elements, model.Shell3Nodes);
-  ++model.NELEM_S_3ND;
+  AddElement(model, nodes, TK, model.Shell3Elements, model.Tables.Shell3Nodes);
+  ++model.Tables.NELEM_S_3ND;
 }
 
 // Gives the corners of `element`, the i-th of all, their stresses.
@@ -222,7 +222,7 @@ TEST(AverageStresses, OppositeNormalsSwapTheFaces) {
 // Y and along Z have the normal X both, but neither of the other axes in common.
 TEST(AverageStresses, DirectionOfTheFirstEdgeDoesNotCount) {
   Model model;
-  for (const Node& node : MakeFold(0).Nodes) AddNode(model, 0, node.x, node.y);
+  for (const Node& node : MakeFold(0).Tables.Nodes) AddNode(model, 0, node.x, node.y);
   AddShell(model, {0, 1, 2, 3});
   AddShell(model, {4, 5, 2, 1});
   NumberAndAverage(model);
@@ -345,7 +345,7 @@ TEST(AverageStresses, WebUnderADeckStaysApart) {
 // flat one, which averages with both, and not with each other. Node 1: 11, 20, 30.
 TEST(AverageStresses, BeingAveragedIsNotPassedOn) {
   Model model = MakeFold(8);
-  const Node a = model.Nodes[4], b = model.Nodes[5];
+  const Node a = model.Tables.Nodes[4], b = model.Tables.Nodes[5];
   AddNode(model, a.x, a.y, -a.z);
   AddNode(model, b.x, b.y, -b.z);
   AddShell(model, {1, 4, 5, 2});
@@ -370,7 +370,7 @@ TEST(AverageStresses, ElementThatRepeatsANodeCountsWithItsFirstCorner) {
 
   Model triangle = MakeFold(0);
   AddShell(triangle, {1, 4, 2});
-  triangle.Shell3Nodes[1] = 1;
+  triangle.Tables.Shell3Nodes[1] = 1;
   NumberAndAverage(triangle);
   ExpectAverage(triangle.Shell4Elements[0], 1, 15.5, 15.5 + Bottom);
   ExpectAverage(triangle.Shell3Elements[0], 0, 15.5, 15.5 + Bottom);
@@ -382,9 +382,9 @@ TEST(AverageStresses, ElementThatRepeatsANodeCountsWithItsFirstCorner) {
 // exceeds t_e / 10. Without thickness it is zero and the bound zero: faces swapped, 11 with 1020.
 TEST(AverageStresses, PerpendicularNormalsCountAsOpposite) {
   Model model;
-  for (const Node& node : MakeFold(0).Nodes) AddNode(model, node.x, node.y, node.z);
-  model.Nodes[4] = {0, 0, 1};  // exactly, which the cosine of 90 degrees is not
-  model.Nodes[5] = {0, 1, 1};
+  for (const Node& node : MakeFold(0).Tables.Nodes) AddNode(model, node.x, node.y, node.z);
+  model.Tables.Nodes[4] = {0, 0, 1};  // exactly, which the cosine of 90 degrees is not
+  model.Tables.Nodes[5] = {0, 1, 1};
   AddShell(model, {0, 1, 2, 3}, 0.0);
   AddShell(model, {1, 4, 5, 2}, 0.0);
   NumberAndAverage(model);
@@ -501,8 +501,8 @@ TEST(AverageStresses, OneCornerAloneCanBeAveraged) {
   for (Shell4Element& element : model.Shell4Elements) element.AvgStressTop = {};
   for (Shell3Element& element : model.Shell3Elements) element.AvgStressTop = {};
   NodeElements lists4, lists3;
-  ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
-  ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
+  ListNodeElements(model.Tables.Shell4Nodes, NodesPerShell4, model.Tables.NPOIN, lists4);
+  ListNodeElements(model.Tables.Shell3Nodes, NodesPerShell3, model.Tables.NPOIN, lists3);
   AverageShell4NodeStress(model, lists4, lists3, 1, 4);
   AverageShell3NodeStress(model, lists4, lists3, 1, 4);
   const StressVector average = Stress(156 * (1.0 / 5.0));
@@ -526,11 +526,11 @@ void SetFaces(Shell4Element& element, double top, double bottom) {
 // Averages corner by corner, each with a sum of its own.
 void AverageEachCorner(Model& model) {
   NodeElements lists4, lists3;
-  ListNodeElements(model.Shell4Nodes, NodesPerShell4, model.NPOIN, lists4);
-  ListNodeElements(model.Shell3Nodes, NodesPerShell3, model.NPOIN, lists3);
-  for (std::size_t p = 0; p < model.Shell4Nodes.size(); ++p) {
+  ListNodeElements(model.Tables.Shell4Nodes, NodesPerShell4, model.Tables.NPOIN, lists4);
+  ListNodeElements(model.Tables.Shell3Nodes, NodesPerShell3, model.Tables.NPOIN, lists3);
+  for (std::size_t p = 0; p < model.Tables.Shell4Nodes.size(); ++p) {
     AverageShell4NodeStress(model, lists4, lists3, static_cast<std::int32_t>(p / 4),
-                            model.Shell4Nodes[p]);
+                            model.Tables.Shell4Nodes[p]);
   }
 }
 
@@ -581,9 +581,9 @@ TEST(AverageStresses, ElementsWithoutRowsShareOneSum) {
   Model model;
   AddNode(model, 0, 0, 0);
   model.Shell4Elements.resize(Count);
-  model.Shell4Nodes.assign(Count * NodesPerShell4, 0);
+  model.Tables.Shell4Nodes.assign(Count * NodesPerShell4, 0);
   model.Shell3Elements.resize(Count);
-  model.Shell3Nodes.assign(Count * NodesPerShell3, 0);
+  model.Tables.Shell3Nodes.assign(Count * NodesPerShell3, 0);
   AverageNodeStresses(model);
   EXPECT_EQ(model.Shell4Elements.back().AvgStressTop[0], StressVector{});
 }
@@ -736,10 +736,10 @@ TEST(AverageStresses, RandomMeshesAgreeWithTheRuleOverAllPairs) {
     Generator random(seed);
     Model model = MakeRandomMesh(random);
     AverageNodeStresses(model);
-    CompareAll(model.Shell4Elements, model.Shell4Nodes, model.Shell3Elements, model.Shell3Nodes,
-               tally);
-    CompareAll(model.Shell3Elements, model.Shell3Nodes, model.Shell4Elements, model.Shell4Nodes,
-               tally);
+    CompareAll(model.Shell4Elements, model.Tables.Shell4Nodes, model.Shell3Elements,
+               model.Tables.Shell3Nodes, tally);
+    CompareAll(model.Shell3Elements, model.Tables.Shell3Nodes, model.Shell4Elements,
+               model.Tables.Shell4Nodes, tally);
   }
   // Some 48,000 pairs; each case has to be a good part of them for the comparison to mean anything.
   EXPECT_GT(tally.included, 5000);

@@ -310,22 +310,19 @@ TEST(CornerStress, EquivalentStressOfKnownStates) {
               EquivalentStress(local), 1e-13);  // rounding
 }
 
-// Both parts compare their node count with the record's.
-TEST(CornerStress, OtherNodeCountIsReportedByBothPartsAndIgnored) {
-  const auto expectReports = [](auto element, const auto& d) {
+TEST(CornerStress, OtherNodeCountIsIgnored) {
+  const auto expectSame = [](auto element, const auto& d) {
     const Faces faces = StressOf(element, d, 1);
     element.NodeCount = 5;
-    testing::internal::CaptureStdout();
     const Faces other = StressOf(element, d, 1);
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n\xB4\xED\xCE\xF3!\n");
     EXPECT_EQ(other.top, faces.top);
     EXPECT_EQ(other.bottom, faces.bottom);
   };
   const auto& placement = test::InObliquePlane;
-  expectReports(test::PlaceShape(test::DistortedQuad, placement),
-                test::DisplaceNodes(test::DistortedQuad, placement, Stretch));
-  expectReports(test::PlaceShape(test::ScaleneTriangle, placement),
-                test::DisplaceNodes(test::ScaleneTriangle, placement, Stretch));
+  expectSame(test::PlaceShape(test::DistortedQuad, placement),
+             test::DisplaceNodes(test::DistortedQuad, placement, Stretch));
+  expectSame(test::PlaceShape(test::ScaleneTriangle, placement),
+             test::DisplaceNodes(test::ScaleneTriangle, placement, Stretch));
 }
 
 }  // namespace

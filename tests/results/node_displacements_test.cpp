@@ -14,7 +14,7 @@ constexpr const char* Header =
 
 std::string Write(const Model& model) {
   const test::WorkingFolder folder;
-  WriteNodeDisplacements(model);
+  EXPECT_TRUE(WriteNodeDisplacements("Node_Dis.txt", model));
   return test::ReadFile("Node_Dis.txt");
 }
 
@@ -22,7 +22,7 @@ TEST(NodeDisplacements, WithoutNodesHoldsTheHeaderAlone) { EXPECT_EQ(Write(Model
 
 TEST(NodeDisplacements, NumbersInColumnsOfFifteen) {
   Model model;
-  model.NPOIN = 2;
+  model.Tables.NPOIN = 2;
   model.Displacements = {0, 1.23456789e-05, -1234567.0, 0.1,     -0.0, 1e-17, 1, 2,
                          3, -4.5,           1e5,        123456.5};
   EXPECT_EQ(Write(model),
@@ -36,7 +36,7 @@ TEST(NodeDisplacements, NumbersInColumnsOfFifteen) {
 // The node number's field is one place narrower and the colon follows without padding.
 TEST(NodeDisplacements, NodeNumberTakesFourteenPlacesAndAColon) {
   Model model;
-  model.NPOIN = 11;
+  model.Tables.NPOIN = 11;
   model.Displacements.assign(66, 0.0);
   const std::string file = Write(model);
   const std::string zeros =
@@ -50,7 +50,7 @@ TEST(NodeDisplacements, NodeNumberTakesFourteenPlacesAndAColon) {
 // than its column, so the columns always stand apart.
 TEST(NodeDisplacements, WidestValueKeepsItsColumn) {
   Model model;
-  model.NPOIN = 1;
+  model.Tables.NPOIN = 1;
   model.Displacements.assign(6, -1.234567e-300);
   const std::string file = Write(model);
   EXPECT_NE(file.find(":  -1.23457e-300  -1.23457e-300"), std::string::npos);

@@ -17,7 +17,7 @@ std::string WriteToText(const std::function<void(ResultFile&)>& write) {
   ResultFile file;
   OpenResultFile("result.txt", "", file);
   write(file);
-  CloseResultFile(file);
+  EXPECT_TRUE(CloseResultFile(file));
   return test::ReadFile("result.txt");
 }
 

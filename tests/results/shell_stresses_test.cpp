@@ -17,15 +17,15 @@ namespace {
 // is another.
 Model MakeModel() {
   Model model;
-  model.NPOIN = 7;
-  model.NELEM_S_4ND = 2;
-  model.NELEM_S_3ND = 2;
+  model.Tables.NPOIN = 7;
+  model.Tables.NELEM_S_4ND = 2;
+  model.Tables.NELEM_S_3ND = 2;
   model.Shell4Elements = {test::PlaceShape(test::UnitSquare, test::InObliquePlane),
                           test::PlaceShape(test::DistortedQuad, test::InObliquePlane)};
-  model.Shell4Nodes = {0, 1, 2, 3, 5, 2, 6, 0};
+  model.Tables.Shell4Nodes = {0, 1, 2, 3, 5, 2, 6, 0};
   model.Shell3Elements = {test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane),
                           test::PlaceShape(test::ScaleneTriangle, test::InObliquePlane)};
-  model.Shell3Nodes = {3, 4, 5, 6, 1, 4};
+  model.Tables.Shell3Nodes = {3, 4, 5, 6, 1, 4};
   for (std::size_t i = 0; i < 42; ++i)
     model.Displacements.push_back(std::sin(static_cast<double>(i * i)));
   return model;

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "shell/matrix.h"
+#include "base/matrix.h"
 #include "shell/quad_plate.h"
 #include "shell/tri_membrane.h"
 #include "support/same_bits.h"
@@ -140,7 +140,6 @@ TEST(ElementParts, LocalCoordinatesAreSummedFromXToZ) {
 TEST(ElementParts, PartGetsCoordinatesMaterialAndThickness) {
   const Shell4Element quad = test::PlaceShape(test::UnitSquare, test::InGlobalPlane);
   QuadPlate plate;
-  testing::internal::CaptureStdout();
   SetUpPart(quad, plate);
   EXPECT_EQ(plate.nodes, 4);
   EXPECT_EQ(plate.x, (std::array<double, 4>{0.0, 1.0, 1.0, 0.0}));
@@ -148,16 +147,14 @@ TEST(ElementParts, PartGetsCoordinatesMaterialAndThickness) {
   EXPECT_EQ(plate.E, test::ShapeE);
   EXPECT_EQ(plate.Mu, test::ShapeMu);
   EXPECT_EQ(plate.TK, test::ShapeTK);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(ElementParts, OtherNodeCountIsReportedAndThePartSetUp) {
+TEST(ElementParts, OtherNodeCountLeavesThePartAsItIs) {
   Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
   triangle.NodeCount = 4;
   TriMembrane membrane;
-  testing::internal::CaptureStdout();
   SetUpPart(triangle, membrane);
-  EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n");
+  EXPECT_EQ(membrane.nodes, 3);
   EXPECT_EQ(membrane.x, (std::array<double, 3>{0.0, 3.0, 1.0}));
   EXPECT_EQ(membrane.TK, test::ShapeTK);
 }

@@ -106,7 +106,7 @@ void SolveFold(const ModelText& text, Model& model) {
 // The largest size of a translation (part = 0) or rotation (part = 3).
 double FindLargest(const Model& model, std::size_t part) {
   double largest = 0.0;
-  for (int node = 0; node < model.NPOIN; ++node) {
+  for (int node = 0; node < model.Tables.NPOIN; ++node) {
     const auto u = NodeDisplacements(model, node);
     for (std::size_t d = part; d < part + 3; ++d) largest = std::max(largest, std::fabs(u[d]));
   }
@@ -127,7 +127,7 @@ TEST(TurnedShells, GiveTurnedDisplacements) {
   for (const std::size_t part : {0U, 3U}) {
     const double largest = FindLargest(before, part);
     ASSERT_GT(largest, 1e-6);
-    for (int node = 0; node < before.NPOIN; ++node) {
+    for (int node = 0; node < before.Tables.NPOIN; ++node) {
       const auto expected = TurnSix(NodeDisplacements(before, node));
       const auto computed = NodeDisplacements(after, node);
       for (std::size_t d = part; d < part + 3; ++d) {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "beamshell/beam_shell_model.h"
 #include "beamshell/section_profile.h"
+#include "model/beam_shell_model.h"
 #include "support/beam_sections.h"
 
 namespace korvex::test {

@@ -1,13 +1,16 @@
-// Checks that a piece of work ends the run with a notice.
+// Checks that a piece of work ends with a Stop.
 #pragma once
 
 #include <functional>
 #include <string>
 
+#include "report/stop.h"
+
 namespace korvex::test {
 
-// Runs `work` and expects that it shows the notice `text` and nothing else, and ends the run with
-// exit status 1.
-void ExpectStop(const std::function<void()>& work, const std::string& text);
+// Runs `work` and expects that it throws a Stop of this kind with this text, and that it says
+// nothing itself.
+void ExpectStop(const std::function<void()>& work, const std::string& text,
+                StopKind kind = StopKind::Notice);
 
 }  // namespace korvex::test

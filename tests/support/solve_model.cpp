@@ -1,15 +1,15 @@
-// The in-process runs of solve_model.h.
 #include "support/solve_model.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <sstream>
+#include <utility>
 
+#include "run/file_names.h"
+#include "run/stages.h"
+#include "skyline/solve_skyline.h"
 #include "support/keep_model.h"
 #include "support/temp_folder.h"
-#include "system/assemble_system.h"
-#include "system/solve_skyline.h"
 
 namespace korvex::test {
 
@@ -27,16 +27,19 @@ void KeepModelOfTest(const std::string& text) {
 }  // namespace
 
 void AssembleModel(const ModelText& text, Model& model) {
-  const WorkingFolder folder;
-  WriteFile("fem_solving.txt", WriteModel(text));
-  KeepModelOfTest(WriteModel(text));
-  std::ostringstream log;
-  AssembleSystem(model, log);
+  const TempFolder folder;
+  const std::string file = WriteModel(text);
+  WriteFile(folder.Path() / ModelFileName, file);
+  KeepModelOfTest(file);
+  Job job;
+  job.folder = folder.Path().string() + '/';
+  for (const Stage& stage : AssemblyStages) stage.work(job);
+  model = std::move(job.model);
 }
 
 void SolveModel(const ModelText& text, Model& model) {
   AssembleModel(text, model);
-  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, SolverProgress::Silent);
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, {});
 }
 
 }  // namespace korvex::test

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "beam/beam_line_load.h"
-#include "platform/stop_run.h"
+#include "report/stop.h"
 #include "shell/shell_loads.h"
 #include "support/expect_stop.h"
 
@@ -18,11 +18,11 @@ namespace {
 // Two nodes and a beam along X, orientation Z, of length 2.
 Model MakeModel() {
   Model model;
-  model.NPOIN = 2;
+  model.Tables.NPOIN = 2;
   model.NEQ = 12;
-  model.Nodes = {{0, 0, 0}, {2, 0, 0}};
-  model.NELEM_B = 1;
-  model.BeamNodes = {0, 1};
+  model.Tables.Nodes = {{0, 0, 0}, {2, 0, 0}};
+  model.Tables.NELEM_B = 1;
+  model.Tables.BeamNodes = {0, 1};
   model.BeamElements.resize(1);
   model.BeamElements[0].NodeJ = {2, 0, 0};
   model.BeamElements[0].RefPoint = {0, 0, 1};
@@ -30,13 +30,13 @@ Model MakeModel() {
 }
 
 void AddForce(Model& model, const NodalForce& force) {
-  model.NodalForces.push_back(force);
-  ++model.NFOR;
+  model.Tables.NodalForces.push_back(force);
+  ++model.Tables.NFOR;
 }
 
 void AddLoad(Model& model, const BeamLineLoad& load) {
-  model.BeamLineLoads.push_back(load);
-  ++model.NDL_B;
+  model.Tables.BeamLineLoads.push_back(load);
+  ++model.Tables.NDL_B;
 }
 
 TEST(LoadVector, WithoutLoadsIsZero) {
@@ -72,7 +72,7 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
                 std::vector<std::int32_t>& connectivity) {
   std::array<double, 3 * N> coordinates{};
   for (std::size_t k = 0; k < N; ++k) {
-    const Node& node = model.Nodes[static_cast<std::size_t>(nodes[k])];
+    const Node& node = model.Tables.Nodes[static_cast<std::size_t>(nodes[k])];
     coordinates[3 * k] = node.x;
     coordinates[3 * k + 1] = node.y;
     coordinates[3 * k + 2] = node.z;
@@ -89,18 +89,18 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
 //   0---1---2---3
 Model MakePlates() {
   Model model;
-  model.NPOIN = 8;
+  model.Tables.NPOIN = 8;
   model.NEQ = 48;
   for (const double y : {0.0, 6.0}) {
-    for (const double x : {0.0, 6.0, 12.0, 18.0}) model.Nodes.push_back({x, y, 0.0});
+    for (const double x : {0.0, 6.0, 12.0, 18.0}) model.Tables.Nodes.push_back({x, y, 0.0});
   }
-  AddElement(model, {0, 1, 5, 4}, model.Shell4Elements, model.Shell4Nodes);
-  AddElement(model, {1, 2, 6, 5}, model.Shell4Elements, model.Shell4Nodes);
-  AddElement(model, {2, 3, 7}, model.Shell3Elements, model.Shell3Nodes);
-  AddElement(model, {2, 7, 6}, model.Shell3Elements, model.Shell3Nodes);
-  model.NELEM_S_4ND = model.NELEM_S_3ND = 2;
-  model.NELEM_B = 1;
-  model.BeamNodes = {1, 2};
+  AddElement(model, {0, 1, 5, 4}, model.Shell4Elements, model.Tables.Shell4Nodes);
+  AddElement(model, {1, 2, 6, 5}, model.Shell4Elements, model.Tables.Shell4Nodes);
+  AddElement(model, {2, 3, 7}, model.Shell3Elements, model.Tables.Shell3Nodes);
+  AddElement(model, {2, 7, 6}, model.Shell3Elements, model.Tables.Shell3Nodes);
+  model.Tables.NELEM_S_4ND = model.Tables.NELEM_S_3ND = 2;
+  model.Tables.NELEM_B = 1;
+  model.Tables.BeamNodes = {1, 2};
   model.BeamElements.resize(1);
   model.BeamElements[0].NodeI = {6, 0, 0};
   model.BeamElements[0].NodeJ = {12, 0, 0};
@@ -109,13 +109,13 @@ Model MakePlates() {
 }
 
 void AddLoad4(Model& model, const ShellSurfaceLoad& load) {
-  model.Shell4SurfaceLoads.push_back(load);
-  ++model.NDL_S_4ND;
+  model.Tables.Shell4SurfaceLoads.push_back(load);
+  ++model.Tables.NDL_S_4ND;
 }
 
 void AddLoad3(Model& model, const ShellSurfaceLoad& load) {
-  model.Shell3SurfaceLoads.push_back(load);
-  ++model.NDL_S_3ND;
+  model.Tables.Shell3SurfaceLoads.push_back(load);
+  ++model.Tables.NDL_S_3ND;
 }
 
 // The square of 36 under 2 puts 18 on each of nodes 1, 2, 6, 5. Triangle 0 of 18 under 3 puts 18 on
@@ -158,25 +158,25 @@ void AddAt(const std::int32_t* nodes, const double* fe, std::size_t count, std::
 void AddKind(const Model& model, int kind, std::vector<double>& F) {
   std::array<double, 24> fe{};
   if (kind == 0) {
-    for (const NodalForce& force : model.NodalForces) {
+    for (const NodalForce& force : model.Tables.NodalForces) {
       AddAt(&force.node, force.components.data(), 6, F);
     }
   } else if (kind == 1) {
-    for (const ShellSurfaceLoad& load : model.Shell4SurfaceLoads) {
+    for (const ShellSurfaceLoad& load : model.Tables.Shell4SurfaceLoads) {
       const auto e = static_cast<std::size_t>(load.element);
       Shell4LoadVector(model.Shell4Elements[e], load, fe.data());
-      AddAt(&model.Shell4Nodes[4 * e], fe.data(), 24, F);
+      AddAt(&model.Tables.Shell4Nodes[4 * e], fe.data(), 24, F);
     }
   } else if (kind == 2) {
-    for (const ShellSurfaceLoad& load : model.Shell3SurfaceLoads) {
+    for (const ShellSurfaceLoad& load : model.Tables.Shell3SurfaceLoads) {
       const auto e = static_cast<std::size_t>(load.element);
       Shell3LoadVector(model.Shell3Elements[e], load, fe.data());
-      AddAt(&model.Shell3Nodes[3 * e], fe.data(), 18, F);
+      AddAt(&model.Tables.Shell3Nodes[3 * e], fe.data(), 18, F);
     }
   } else {
-    for (const BeamLineLoad& load : model.BeamLineLoads) {
+    for (const BeamLineLoad& load : model.Tables.BeamLineLoads) {
       BeamLineLoadVector(model.BeamElements[0], load, fe.data());
-      AddAt(model.BeamNodes.data(), fe.data(), 12, F);
+      AddAt(model.Tables.BeamNodes.data(), fe.data(), 12, F);
     }
   }
 }
@@ -228,8 +228,10 @@ TEST(LoadVector, LoadsOfAKindAreAddedInTableOrder) {
     AssembleLoadVector(model);
     EXPECT_EQ(model.LoadVector, AddUp(model, {0, 1, 2, 3}));
     Model reversed4 = model, reversed3 = model;
-    std::reverse(reversed4.Shell4SurfaceLoads.begin(), reversed4.Shell4SurfaceLoads.end());
-    std::reverse(reversed3.Shell3SurfaceLoads.begin(), reversed3.Shell3SurfaceLoads.end());
+    std::reverse(reversed4.Tables.Shell4SurfaceLoads.begin(),
+                 reversed4.Tables.Shell4SurfaceLoads.end());
+    std::reverse(reversed3.Tables.Shell3SurfaceLoads.begin(),
+                 reversed3.Tables.Shell3SurfaceLoads.end());
     if (model.LoadVector == AddUp(reversed4, {0, 1, 2, 3})) ++same4;
     if (model.LoadVector == AddUp(reversed3, {0, 1, 2, 3})) ++same3;
   }
@@ -257,12 +259,12 @@ TEST(LoadVector, ForceOnAMissingNodeStops) {
 
 TEST(LoadVector, LoadOnAMissingShellStops) {
   Model model = MakeModel();
-  model.Shell4SurfaceLoads = {{7, {1, 2, 3}}};
+  model.Tables.Shell4SurfaceLoads = {{7, {1, 2, 3}}};
   test::ExpectStop([&] { AssembleLoadVector(model); },
                    "Distributed load on four-node shell elements 0 refers to element 7; "
                    "there are 0 four-node shell elements.");
-  model.Shell4SurfaceLoads.clear();
-  model.Shell3SurfaceLoads = {{0, {1, 2, 3}}};
+  model.Tables.Shell4SurfaceLoads.clear();
+  model.Tables.Shell3SurfaceLoads = {{0, {1, 2, 3}}};
   test::ExpectStop([&] { AssembleLoadVector(model); },
                    "Distributed load on three-node shell elements 0 refers to element 0; "
                    "there are 0 three-node shell elements.");
@@ -290,13 +292,13 @@ TEST(LoadVector, LoadBesideTheShellTablesStops) {
 // One element of the kind and two of the other.
 TEST(LoadVector, ATableOfTheOtherKindDoesNotHelp) {
   Model quads = MakePlates();
-  quads.NELEM_S_4ND = 1;
+  quads.Shell4Elements.resize(1);
   AddLoad4(quads, {1, {1, 2, 3}});
   test::ExpectStop([&] { AssembleLoadVector(quads); },
                    "Distributed load on four-node shell elements 0 refers to element 1; "
                    "there are 1 four-node shell elements.");
   Model triangles = MakePlates();
-  triangles.NELEM_S_3ND = 1;
+  triangles.Shell3Elements.resize(1);
   AddLoad3(triangles, {1, {1, 2, 3}});
   test::ExpectStop([&] { AssembleLoadVector(triangles); },
                    "Distributed load on three-node shell elements 0 refers to element 1; "

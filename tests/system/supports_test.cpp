@@ -11,7 +11,7 @@ namespace {
 // One node whose six columns are full, all stored values 7.
 Model MakeModel() {
   Model model;
-  model.NPOIN = 1;
+  model.Tables.NPOIN = 1;
   model.NEQ = 6;
   SkylineMatrix& K = model.Stiffness;
   K.ColumnHeights = {1, 2, 3, 4, 5, 6};
@@ -23,8 +23,8 @@ Model MakeModel() {
 }
 
 void AddRestraint(Model& model, const NodalRestraint& restraint) {
-  model.NodalRestraints.push_back(restraint);
-  ++model.NRN;
+  model.Tables.NodalRestraints.push_back(restraint);
+  ++model.Tables.NRN;
 }
 
 // The diagonal of the six columns, and a check that nothing else has changed.

@@ -176,7 +176,7 @@ std::vector<Six> Solve(const ModelText& text) {
   Model model;
   test::SolveModel(text, model);
   std::vector<Six> table;
-  for (int n = 0; n < model.NPOIN; ++n) table.push_back(test::NodeDisplacements(model, n));
+  for (int n = 0; n < model.Tables.NPOIN; ++n) table.push_back(test::NodeDisplacements(model, n));
   return table;
 }
 

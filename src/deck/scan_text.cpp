@@ -1,0 +1,226 @@
+// Each number is first delimited character by character, as scanf does, with a single character of
+// look-ahead; only then its text is converted.
+#include "deck/scan_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <system_error>
+
+#include "report/check_memory.h"
+
+namespace korvex {
+
+namespace {
+
+constexpr int EndOfText = -1;  // outside the byte values 0 .. 255
+
+int PeekCharacter(const TextCursor& cursor) {
+  if (cursor.position >= cursor.text.size()) return EndOfText;
+  return static_cast<unsigned char>(cursor.text[cursor.position]);
+}
+
+// The classes of the "C" locale, spelled out for every byte value and for EndOfText.
+bool IsSpace(int c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsDigit(int c) { return c >= '0' && c <= '9'; }
+int LowerCase(int c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; }
+bool IsHexDigit(int c) { return IsDigit(c) || (LowerCase(c) >= 'a' && LowerCase(c) <= 'f'); }
+bool IsSign(int c) { return c == '+' || c == '-'; }
+
+void SkipSpace(TextCursor& cursor) {
+  while (IsSpace(PeekCharacter(cursor))) ++cursor.position;
+}
+
+// Takes the letters of `word` (lower case) in either case, and the first that does not fit as well:
+// the C library looks at it and does not put it back.
+bool TakeWord(TextCursor& cursor, const char* word) {
+  for (; *word != '\0'; ++word) {
+    const int c = PeekCharacter(cursor);
+    if (c != EndOfText) ++cursor.position;
+    if (LowerCase(c) != *word) return false;
+  }
+  return true;
+}
+
+// "%d": optional sign, decimal digits. A sign without digits is consumed and converts nothing.
+bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
+  SkipSpace(cursor);
+  const bool negative = PeekCharacter(cursor) == '-';
+  if (IsSign(PeekCharacter(cursor))) ++cursor.position;
+  if (!IsDigit(PeekCharacter(cursor))) return false;
+
+  constexpr std::uint64_t largest = std::numeric_limits<std::int64_t>::max();
+  const std::uint64_t limit = negative ? largest + 1 : largest;
+  std::uint64_t magnitude = 0;
+  for (int c = PeekCharacter(cursor); IsDigit(c); c = PeekCharacter(cursor)) {
+    const auto digit = static_cast<std::uint64_t>(c - '0');
+    magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
+    ++cursor.position;
+  }
+  const std::uint64_t bits = negative ? std::uint64_t{0} - magnitude : magnitude;
+  value = static_cast<std::int32_t>(static_cast<std::uint32_t>(bits));
+  return true;
+}
+
+// What ScanReal has found out about a number while delimiting it.
+struct RealText {
+  bool hexadecimal = false;
+  bool anyDigit = false;
+  bool nonzero = false;  // some digit is not 0
+  std::string mantissa;  // digits and point
+  std::string exponent;  // sign and digits; empty if there is none or it has no digit
+};
+
+constexpr const char* Digits = "the digits of a number";
+
+// Adds a character to a part of a number, which may be as long as the file.
+void AddCharacter(int c, std::string& part) {
+  if (part.size() == part.capacity()) {
+    const std::size_t size = 2 * part.size();
+    AllocateOrStop(Digits, size, 1, [&] { part.reserve(size); });
+  }
+  part += static_cast<char>(c);
+}
+
+// Takes digits and at most one point.
+void TakeMantissa(TextCursor& cursor, RealText& number) {
+  bool point = false;
+  for (int c = PeekCharacter(cursor);; c = PeekCharacter(cursor)) {
+    if (IsDigit(c) || (number.hexadecimal && IsHexDigit(c))) {
+      number.anyDigit = true;
+      if (c != '0') number.nonzero = true;
+    } else if (c == '.' && !point) {
+      point = true;
+    } else {
+      return;
+    }
+    AddCharacter(c, number.mantissa);
+    ++cursor.position;
+  }
+}
+
+// Takes an exponent if one begins here: its letter, an optional sign and digits. The letter and the
+// sign are consumed also when no digit follows.
+void TakeExponent(TextCursor& cursor, RealText& number) {
+  const char letter = number.hexadecimal ? 'p' : 'e';
+  if (!number.anyDigit || LowerCase(PeekCharacter(cursor)) != letter) return;
+  ++cursor.position;
+  bool negative = false;
+  if (IsSign(PeekCharacter(cursor))) {
+    negative = PeekCharacter(cursor) == '-';
+    ++cursor.position;
+  }
+  if (negative) number.exponent += '-';
+  bool anyDigit = false;
+  for (int c = PeekCharacter(cursor); IsDigit(c); c = PeekCharacter(cursor)) {
+    AddCharacter(c, number.exponent);
+    anyDigit = true;
+    ++cursor.position;
+  }
+  if (!anyDigit) number.exponent.clear();
+}
+
+// The nearest double; uses up the mantissa. For a number outside the range of doubles from_chars
+// says nothing but that; strtod tells infinity from zero. (libstdc++ 11 calls subnormal numbers out
+// of range, too; the strtod beneath it rounds them correctly.)
+double ConvertReal(RealText& number) {
+  if (!number.nonzero) return 0.0;
+  std::string& text = number.mantissa;
+  const std::size_t size = text.size() + number.exponent.size() + 3;  // "0x", "e"
+  if (size > text.capacity()) AllocateOrStop(Digits, size, 1, [&] { text.reserve(size); });
+  if (!number.exponent.empty()) {
+    text += number.hexadecimal ? 'p' : 'e';
+    text += number.exponent;
+  }
+  const auto format = number.hexadecimal ? std::chars_format::hex : std::chars_format::general;
+  double value = 0.0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value, format);
+  if (result.ec != std::errc::result_out_of_range) return value;
+  if (number.hexadecimal) text.insert(0, "0x");
+  return std::strtod(text.c_str(), nullptr);
+}
+
+bool ScanReal(TextCursor& cursor, double& value) {
+  SkipSpace(cursor);
+  const double sign = PeekCharacter(cursor) == '-' ? -1.0 : 1.0;
+  if (IsSign(PeekCharacter(cursor))) ++cursor.position;
+
+  if (LowerCase(PeekCharacter(cursor)) == 'n') {
+    if (!TakeWord(cursor, "nan")) return false;
+    value = std::copysign(std::numeric_limits<double>::quiet_NaN(), sign);
+    return true;
+  }
+  if (LowerCase(PeekCharacter(cursor)) == 'i') {
+    if (!TakeWord(cursor, "inf")) return false;
+    if (LowerCase(PeekCharacter(cursor)) == 'i' && !TakeWord(cursor, "inity")) return false;
+    value = std::copysign(std::numeric_limits<double>::infinity(), sign);
+    return true;
+  }
+
+  RealText number;
+  if (PeekCharacter(cursor) == '0') {
+    ++cursor.position;
+    number.hexadecimal = LowerCase(PeekCharacter(cursor)) == 'x';
+    if (number.hexadecimal) {
+      ++cursor.position;
+    } else {
+      number.anyDigit = true;
+      number.mantissa = "0";
+    }
+  }
+  TakeMantissa(cursor, number);
+  TakeExponent(cursor, number);
+  const bool zeroPrefix = number.hexadecimal && number.mantissa == ".";  // "0x." counts as its 0
+  if (!number.anyDigit && !zeroPrefix) return false;
+  value = std::copysign(ConvertReal(number), sign);
+  return true;
+}
+
+// One conversion of a format; `conversion` points behind the "%" and moves behind it.
+bool ScanConversion(TextCursor& cursor, const char*& conversion, const ScanField& field) {
+  if (*conversion == 'd') {
+    conversion += 1;
+    return ScanInteger(cursor, *field.integer);
+  }
+  conversion += 2;  // "lf"
+  return ScanReal(cursor, *field.real);
+}
+
+}  // namespace
+
+ScanResult ScanFormat(TextCursor& cursor, const char* format,
+                      std::initializer_list<ScanField> fields) {
+  ScanResult result;
+  const ScanField* field = fields.begin();
+  while (*format != '\0') {
+    const char* const directive = format;
+    if (IsSpace(*format)) {
+      SkipSpace(cursor);
+      ++format;
+    } else if (*format == '%') {
+      ++format;
+      if (!ScanConversion(cursor, format, *field)) {
+        result.awaited = directive;
+        return result;
+      }
+      ++field;
+      ++result.taken;
+    } else {
+      if (PeekCharacter(cursor) != static_cast<unsigned char>(*format)) {
+        result.awaited = directive;
+        return result;
+      }
+      ++cursor.position;
+      ++format;
+    }
+  }
+  return result;
+}
+
+void SkipLine(TextCursor& cursor) {
+  const std::size_t lineFeed = cursor.text.find('\n', cursor.position);
+  cursor.position = lineFeed == std::string::npos ? cursor.text.size() : lineFeed + 1;
+}
+
+}  // namespace korvex

@@ -1,0 +1,109 @@
+// Each item stands on a line of its own, a group code before each
+// value; the code that begins the next entity closes the one before.
+#include "results/line_drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "report/check_memory.h"
+#include "report/texts.h"
+#include "results/result_file.h"
+
+namespace korvex {
+
+namespace {
+
+void WriteEdge(ResultFile& file, const Vector3& a, const Vector3& b) {
+  Add(file, "LINE\n  8\n0\n");
+  AddLine(file, " 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2]);
+  AddLine(file, " 11\n", b[0], "\n 21\n", b[1], "\n 31\n", b[2]);
+  AddLine(file, "  0");
+}
+
+// The closed outline of each element.
+// connectivity: elements x nodesPerElement node indices, element-major; points: one per node.
+void WriteOutlines(ResultFile& file, const std::vector<std::int32_t>& connectivity,
+                   std::size_t nodesPerElement, const std::vector<Vector3>& points) {
+  for (std::size_t first = 0; first < connectivity.size(); first += nodesPerElement) {
+    for (std::size_t k = 0; k < nodesPerElement; ++k) {
+      const std::int32_t a = connectivity[first + k];
+      const std::int32_t b = connectivity[first + (k + 1) % nodesPerElement];
+      WriteEdge(file, points[static_cast<std::size_t>(a)], points[static_cast<std::size_t>(b)]);
+    }
+  }
+}
+
+// Draws all shell elements with their nodes at `points`.
+bool WriteDrawing(const std::string& fileName, const Model& model,
+                  const std::vector<Vector3>& points) {
+  ResultFile file;
+  OpenResultFile(fileName, DrawingFailed, file);
+  Add(file, "  0\nSECTION\n  2\nENTITIES\n  0\n");
+  WriteOutlines(file, model.Tables.Shell4Nodes, NodesPerShell4, points);
+  WriteOutlines(file, model.Tables.Shell3Nodes, NodesPerShell3, points);
+  Add(file, "ENDSEC\n  0\nEOF\n");
+  return CloseResultFile(file);
+}
+
+// Room for one point per node.
+void AllocatePoints(const Model& model, std::vector<Vector3>& points) {
+  AllocateItems("the drawing of " + std::to_string(model.Tables.NPOIN) + " nodal points",
+                model.Tables.Nodes.size(), points);
+}
+
+// The first of node n's three translations.
+const double* Translations(const Model& model, std::size_t n) {
+  return &model.Displacements[n * DofsPerNode];
+}
+
+double LargestTranslation(const Model& model) {
+  double largest = std::fabs(Translations(model, 0)[0]);
+  for (std::size_t n = 0; n < model.Tables.Nodes.size(); ++n) {
+    for (std::size_t d = 0; d < 3; ++d) {
+      largest = std::max(largest, std::fabs(Translations(model, n)[d]));
+    }
+  }
+  return largest;
+}
+
+double LargestExtent(const Model& model) {
+  Node low = model.Tables.Nodes.front();
+  Node high = low;
+  for (const Node& node : model.Tables.Nodes) {
+    low = {std::min(low.x, node.x), std::min(low.y, node.y), std::min(low.z, node.z)};
+    high = {std::max(high.x, node.x), std::max(high.y, node.y), std::max(high.z, node.z)};
+  }
+  return std::max({high.x - low.x, high.y - low.y, high.z - low.z});
+}
+
+}  // namespace
+
+bool WriteStructureDrawing(const std::string& fileName, const Model& model) {
+  std::vector<Vector3> points;
+  AllocatePoints(model, points);
+  for (std::size_t n = 0; n < model.Tables.Nodes.size(); ++n) {
+    const Node& node = model.Tables.Nodes[n];
+    points[n] = {node.x, node.y, node.z};
+  }
+  return WriteDrawing(fileName, model, points);
+}
+
+double ComputeDrawingScale(const Model& model) {
+  if (model.Tables.Nodes.empty()) return 0.0;
+  return LargestExtent(model) / LargestTranslation(model) * DrawnDisplacementShare;
+}
+
+bool WriteDeformationDrawing(const std::string& fileName, const Model& model) {
+  const double scale = ComputeDrawingScale(model);
+  std::vector<Vector3> points;
+  AllocatePoints(model, points);
+  for (std::size_t n = 0; n < model.Tables.Nodes.size(); ++n) {
+    const Node& node = model.Tables.Nodes[n];
+    const double* u = Translations(model, n);
+    points[n] = {node.x + scale * u[0], node.y + scale * u[1], node.z + scale * u[2]};
+  }
+  return WriteDrawing(fileName, model, points);
+}
+
+}  // namespace korvex

@@ -1,0 +1,146 @@
+// Order of a stage's output: its line before, the work, files that are incomplete, inconsistencies,
+// its report, its line behind.
+#include "run/run_driver.h"
+
+#include <cstdint>
+#include <fstream>
+#include <iostream>
+#include <new>
+#include <stdexcept>
+
+#include "deck/load_text.h"
+#include "platform/calc_log_file.h"
+#include "platform/clock.h"
+#include "platform/notice.h"
+#include "report/stop.h"
+#include "report/texts.h"
+#include "run/console.h"
+#include "run/file_names.h"
+#include "run/show_stop.h"
+#include "system/profile.h"
+
+namespace korvex {
+
+namespace {
+
+constexpr int FailureStatus = 1;
+constexpr const char* OutOfMemory = "Not enough memory.";
+
+// Warns of a missing model file. The run goes on: the reader fails on the same file and ends it.
+void ProbeInputFile() {
+  std::ifstream probe;
+  if (!OpenInputFile(ModelFileName, probe)) ShowNotice("File Read Error!");
+}
+
+// Each print but the last steps back over itself, so that the next overwrites it.
+void PrintProgress(int percent) {
+  if (percent == 100) {
+    PrintFormatted("%2d%%Completed.", percent);
+  } else {
+    PrintFormatted("%2d%%Completed.\b\b\b\b\b\b\b\b\b\b\b\b\b", percent);
+  }
+}
+
+void WriteMemoryEstimate(double gigabytes, std::ostream& stream) {
+  WriteText(stream, "The global stiffness matrix will occupy ");
+  stream << gigabytes;
+  WriteText(stream, " GB of memory space.");
+  WriteLineEnd(stream);
+}
+
+// The same line to the console and to the log. It comes before the allocation: it is the user's
+// only warning of a large matrix.
+void ReportMemoryEstimate(const Job& job, std::ostream& log) {
+  const double gigabytes = EstimateGigabytes(job.model.Stiffness);
+  WriteMemoryEstimate(gigabytes, std::cout);
+  WriteMemoryEstimate(gigabytes, log);
+}
+
+// Does the work of the solution; the console line holds the progress and ends with the time.
+void WorkTimed(const Stage& stage, Job& job, std::ostream& log) {
+  const std::int64_t frequency = ReadPerformanceFrequency();
+  const std::int64_t start = ReadPerformanceCounter();
+  PrintFormatted("Solute the equilibrium equations...");
+  stage.work(job);
+  const std::int64_t end = ReadPerformanceCounter();
+  const double seconds =
+      (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency);
+  PrintFormatted("(Solution time:%.2lf seconds)\n", seconds);
+
+  WriteText(log, "Solution time:");
+  log << seconds;
+  WriteText(log, " seconds.");
+  WriteLineEnd(log);
+}
+
+// Says what the stage has left in the job.
+void ReportFindings(std::size_t incompleteBefore, Job& job) {
+  for (std::size_t i = incompleteBefore; i < job.incompleteFiles.size(); ++i) {
+    ReportIncompleteFile(job.incompleteFiles[i]);
+  }
+  for (; job.inconsistencies > 0; --job.inconsistencies) ReportInconsistency();
+}
+
+void RunStage(const Stage& stage, Job& job, std::ostream& log) {
+  const std::size_t incompleteBefore = job.incompleteFiles.size();
+  if (stage.before != nullptr) WriteConsoleLine(stage.before);
+  if (stage.report == StageReport::SolutionTime) {
+    WorkTimed(stage, job, log);
+  } else {
+    stage.work(job);
+  }
+  ReportFindings(incompleteBefore, job);
+  if (stage.report == StageReport::MemoryEstimate) ReportMemoryEstimate(job, log);
+  if (stage.after != nullptr) WriteConsoleLine(stage.after);
+}
+
+void CloseLog(std::ofstream& log, Job& job) {
+  log.close();
+  if (log) return;
+  job.incompleteFiles.emplace_back(CalcLogName);
+  ReportIncompleteFile(CalcLogName);
+}
+
+void RunStages(Job& job, std::ostream& log) {
+  ProbeInputFile();
+  AssembleSystem(job, log);
+  RunStage(SolutionStage, job, log);
+  for (const Stage& stage : ResultStages) RunStage(stage, job, log);
+}
+
+// Returns the exit status.
+int RunLogged(std::ofstream& log) {
+  Job job;
+  job.progress = PrintProgress;
+  bool isStopped = false;
+  try {
+    RunStages(job, log);
+  } catch (const Stop& stop) {
+    ShowStop(stop);
+    isStopped = true;  // what stopped the run, a full disk perhaps, may have cut the log short too
+  }
+  CloseLog(log, job);
+  return isStopped || !job.incompleteFiles.empty() ? FailureStatus : 0;
+}
+
+}  // namespace
+
+void AssembleSystem(Job& job, std::ostream& log) {
+  for (const Stage& stage : AssemblyStages) RunStage(stage, job, log);
+}
+
+int RunKorvex() {
+  try {
+    std::ofstream CalcLog;
+    OpenCalcLog(CalcLog);
+    if (CalcLog.is_open()) return RunLogged(CalcLog);
+    ShowNotice(CalcLogFailed);
+  } catch (const std::bad_alloc&) {  // a block of a size that no file decides: see check_memory.h
+    ShowNotice(OutOfMemory);
+  } catch (const std::length_error&) {
+    ShowNotice(OutOfMemory);
+  }
+  return FailureStatus;
+}
+
+}  // namespace korvex

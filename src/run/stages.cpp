@@ -1,0 +1,109 @@
+// Each stage is a call or two of the folder that does the work. File names and console lines are
+// fixed: other programs read them.
+#include "run/stages.h"
+
+#include "beamshell/average_stress_file.h"
+#include "beamshell/generate_beam_shells.h"
+#include "model/read_input_file.h"
+#include "results/average_stresses.h"
+#include "results/line_drawing.h"
+#include "results/node_displacements.h"
+#include "results/shell_stresses.h"
+#include "results/stress_files.h"
+#include "run/file_names.h"
+#include "run/inconsistencies.h"
+#include "skyline/solve_skyline.h"
+#include "system/assemble_stiffness.h"
+#include "system/load_vector.h"
+#include "system/profile.h"
+#include "system/supports.h"
+
+namespace korvex {
+
+namespace {
+
+void Read(Job& job) {
+  ReadInputFile(job.folder + ModelFileName, job.model);
+  job.inconsistencies += CountOnReading(job.model);
+}
+
+void Number(Job& job) {
+  NumberEquations(job.model);
+  BuildProfile(job.model);
+  ComputeDiagonalAddresses(job.model.Stiffness);
+}
+
+void Allocate(Job& job) { AllocateStiffness(job.model.Stiffness); }
+
+void Assemble(Job& job) {
+  job.inconsistencies += CountOnForming(job.model);
+  AssembleStiffness(job.model);
+}
+
+void Load(Job& job) {
+  AssembleLoadVector(job.model);
+  job.inconsistencies += CountOnLoading(job.model);
+}
+
+void Support(Job& job) { ImposeSupports(job.model); }
+
+void Solve(Job& job) {
+  Model& model = job.model;
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, job.progress);
+}
+
+void RecoverStresses(Job& job) {
+  job.inconsistencies += CountOnRecovery(job.model);
+  RecoverShellStresses(job.model);
+}
+
+void AverageStresses(Job& job) { AverageNodeStresses(job.model); }
+
+void MakeDetailModels(Job& job) { GenerateBeamShells(job.model); }
+
+// Writes a file in the job's folder. write: returns false where it could not be written whole.
+void WriteFile(const char* name, bool (*write)(const std::string&, const Model&), Job& job) {
+  if (!write(job.folder + name, job.model)) job.incompleteFiles.push_back(job.folder + name);
+}
+
+void DrawStructure(Job& job) { WriteFile(StructureDrawingName, WriteStructureDrawing, job); }
+void WriteDisplacements(Job& job) { WriteFile(DisplacementFileName, WriteNodeDisplacements, job); }
+void DrawDeformation(Job& job) { WriteFile(DeformationDrawingName, WriteDeformationDrawing, job); }
+void WriteStresses(Job& job) { WriteFile(StressFileName, WriteElementNodeStresses, job); }
+void WriteAverages(Job& job) {
+  WriteFile(AverageNodeStressFileName, WriteAverageNodeStresses, job);
+}
+void WriteDetails(Job& job) { WriteFile(AverageStressFileName, WriteAverageStressFile, job); }
+
+}  // namespace
+
+const std::array<Stage, 7> AssemblyStages{{
+    {"read", Read, nullptr, nullptr},
+    {"number", Number, nullptr, nullptr, StageReport::MemoryEstimate},
+    {"allocate", Allocate, nullptr, nullptr},
+    {"structure drawing", DrawStructure, nullptr, nullptr},
+    {"assemble", Assemble, "Assembling the global stiffness matrix...", nullptr},
+    {"load", Load, nullptr, nullptr},
+    {"support", Support, nullptr, nullptr},
+}};
+
+// "Solute" is the word that readers of the console know.
+const Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::SolutionTime};
+
+const std::array<Stage, 9> ResultStages{{
+    {"displacement file", WriteDisplacements, "Post-processing in progress...",
+     "\tDeformation result file Node_Dis.txt, generated."},
+    {"deformation drawing", DrawDeformation, nullptr, nullptr},
+    {"stresses", RecoverStresses, nullptr, nullptr},
+    {"stress file", WriteStresses, nullptr, nullptr},
+    {"averages", AverageStresses, nullptr, nullptr},
+    {"average file", WriteAverages, nullptr, "\tShell element average node stress.txt, generated."},
+    {"detail models", MakeDetailModels,
+     "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount of "
+     "time. Please wait patiently...",
+     nullptr},
+    {"detail model file", WriteDetails, nullptr, nullptr},
+    {"release", [](Job& job) { ReleaseModel(job.model); }, nullptr, "Post-processing completed."},
+}};
+
+}  // namespace korvex

@@ -1,0 +1,12 @@
+// The panel routine in vectors of 256 bits, four numbers each. Compiled for processors that have
+// them.
+#include "skyline/panel/panel_kernel-inl.h"
+
+namespace korvex {
+
+void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
+                    std::int64_t sliceRows) {
+  FactorPanel<ShortVectors<4>>(K, first, work, sliceRows);
+}
+
+}  // namespace korvex

@@ -1,0 +1,19 @@
+// The panel routines for x86 processors: see panel_routine.h.
+#include "skyline/panel/panel_routine.h"
+
+namespace korvex {
+
+PanelRoutine FindPanelRoutine(int vectorBits) {
+  switch (vectorBits) {
+    case 128:
+      return FactorPanel128;
+    case 256:
+      return FactorPanel256;
+    case 512:
+      return FactorPanel512;
+    default:
+      return nullptr;
+  }
+}
+
+}  // namespace korvex

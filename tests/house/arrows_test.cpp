@@ -1,0 +1,145 @@
+// The plan of src: which folder may include which. Arrows run downward only.
+//
+// Every include of every source is looked at. The table below is the plan; a folder that includes
+// what stands beside or above it fails the test, and so does a permission that nothing uses.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder.h"
+
+namespace korvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Room {
+  std::string name;                // folder under src; "" are the files in src itself
+  std::vector<std::string> below;  // folders that it may include, besides its own
+};
+
+// From the ground upward: a room may include rooms that stand before it in this list, if it names
+// them.
+const std::vector<Room>& Rooms() {
+  static const std::vector<Room> rooms{
+      {"base", {}},
+      {"platform", {}},
+      {"report", {"platform"}},
+      {"beam", {"base"}},
+      {"shell", {"base"}},
+      {"deck", {"base", "report", "beam", "shell"}},
+      {"skyline/panel", {"platform"}},
+      {"skyline", {"base", "platform", "report", "skyline/panel"}},
+      {"model", {"base", "report", "beam", "shell", "deck", "skyline"}},
+      {"system", {"base", "report", "beam", "shell", "deck", "skyline", "model"}},
+      {"results", {"base", "report", "shell", "model"}},
+      {"beamshell", {"base", "report", "beam", "shell", "skyline", "model", "system", "results"}},
+      {"run", {"platform", "report", "deck", "skyline", "model", "system", "results", "beamshell"}},
+      {"", {"run"}},
+  };
+  return rooms;
+}
+
+// The folder of a path relative to src: "skyline/panel" of "skyline/panel/panel.h".
+std::string RoomOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "" : path.substr(0, slash);
+}
+
+// The included names: between quotes, or with `brackets` between angle brackets.
+std::vector<std::string> FindIncludes(const std::string& text, bool brackets) {
+  const std::string begin = brackets ? "#include <" : "#include \"";
+  std::vector<std::string> names;
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.rfind(begin, 0) != 0) continue;
+    const std::size_t end = line.find(brackets ? '>' : '"', begin.size());
+    names.push_back(line.substr(begin.size(), end - begin.size()));
+  }
+  return names;
+}
+
+// The sources by their path relative to src.
+std::map<std::string, std::string> ReadSources() {
+  const fs::path src = fs::path(KORVEX_SOURCE) / "src";
+  std::map<std::string, std::string> sources;
+  for (const auto& entry : fs::recursive_directory_iterator(src)) {
+    const std::string extension = entry.path().extension().string();
+    if (extension != ".h" && extension != ".cpp") continue;
+    sources[fs::relative(entry.path(), src).generic_string()] = ReadFile(entry.path());
+  }
+  return sources;
+}
+
+TEST(Arrows, ThePlanHasNoneGoingUp) {
+  std::set<std::string> before;
+  for (const Room& room : Rooms()) {
+    for (const std::string& name : room.below) {
+      EXPECT_EQ(before.count(name), 1U) << room.name << " -> " << name;
+    }
+    before.insert(room.name);
+  }
+}
+
+TEST(Arrows, EveryIncludeIsInThePlan) {
+  std::map<std::string, std::set<std::string>> used;
+  for (const auto& [path, text] : ReadSources()) {
+    const std::string room = RoomOf(path);
+    const auto plan = std::find_if(Rooms().begin(), Rooms().end(),
+                                   [&](const Room& other) { return other.name == room; });
+    ASSERT_NE(plan, Rooms().end()) << path << " stands in a folder that is not in the plan";
+    for (const std::string& name : FindIncludes(text, false)) {
+      const std::string to = RoomOf(name);
+      used[room].insert(to);
+      const bool isAllowed =
+          to == room || std::find(plan->below.begin(), plan->below.end(), to) != plan->below.end();
+      EXPECT_TRUE(isAllowed) << path << " includes " << name;
+    }
+  }
+  for (const Room& room : Rooms()) {
+    for (const std::string& name : room.below) {
+      EXPECT_EQ(used[room.name].count(name), 1U)
+          << "nothing in \"" << room.name << "\" includes " << name;
+    }
+  }
+}
+
+// What a user reads, hears or answers goes through the run, and where systems differ through the
+// notice. Everything else is silent: it has not even the headers to speak.
+TEST(Arrows, OnlyTheRunSpeaks) {
+  for (const auto& [path, text] : ReadSources()) {
+    const bool maySpeak =
+        path == "main.cpp" || RoomOf(path) == "run" || path.rfind("platform/notice", 0) == 0;
+    if (maySpeak) continue;
+    for (const std::string& name : FindIncludes(text, true)) {
+      EXPECT_TRUE(name != "iostream" && name != "cstdio" && name != "stdio.h" && name != "print")
+          << path << " includes <" << name << '>';
+    }
+    for (const char* word : {"std::cout", "std::cerr", "printf(", "puts(", "getchar("}) {
+      EXPECT_EQ(text.find(word), std::string::npos) << path << ": " << word;
+    }
+    if (path.rfind("platform/", 0) == 0) continue;
+    for (const char* word : {"std::exit(", "std::abort(", "std::terminate(", "std::system("}) {
+      EXPECT_EQ(text.find(word), std::string::npos) << path << ": " << word;
+    }
+  }
+}
+
+// The walk sees something: an empty list would pass all the tests above.
+TEST(Arrows, SourcesAreFound) {
+  const auto sources = ReadSources();
+  EXPECT_GT(sources.size(), 100U);
+  EXPECT_EQ(sources.count("run/run_driver.cpp"), 1U);
+  EXPECT_EQ(FindIncludes("#include \"a/b.h\"\n#include <c>\n", false),
+            std::vector<std::string>{"a/b.h"});
+  EXPECT_EQ(RoomOf("skyline/panel/panel.h"), "skyline/panel");
+}
+
+}  // namespace
+}  // namespace korvex::test

@@ -1,0 +1,372 @@
+// Model files that claim to be larger than they are, and files that are no model at all, through
+// the program as a process: it ends, says why, and takes no memory for rows that nobody wrote.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <filesystem>
+
+#include "model/model.h"
+#include "model/read_input_file.h"
+#include "platform/free_memory.h"
+#include "support/expect_stop.h"
+#include "support/model_text.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace korvex::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Section {
+  const char* key;
+  const char* rows;       // or a row, as notices call them
+  std::uint64_t rowSize;  // bytes of a row as it is stored
+};
+
+constexpr Section Sections[] = {
+    {"NMT", "materials", sizeof(Material)},
+    {"NTK", "shell thicknesses", sizeof(ShellThickness)},
+    {"NTBS", "T_beam sections", sizeof(BeamSection)},
+    {"NLBS", "L_beam sections", sizeof(BeamSection)},
+    {"NCBS", "C_beam sections", sizeof(CBeamSection)},
+    {"NPOIN", "nodal points", sizeof(Node)},
+    {"NELEM_S_4ND", "four-node shell elements", sizeof(Shell4Element)},
+    {"NELEM_S_3ND", "three-node shell elements", sizeof(Shell3Element)},
+    {"NELEM_B", "beam elements", sizeof(BeamElement)},
+    {"NRN", "restricted nodal points", sizeof(NodalRestraint)},
+    {"NFOR", "forces", sizeof(NodalForce)},
+    {"NDL_S_4ND", "distributed loads on four-node shell elements", sizeof(ShellSurfaceLoad)},
+    {"NDL_S_3ND", "distributed loads on three-node shell elements", sizeof(ShellSurfaceLoad)},
+    {"NDL_B", "distributed loads on beam elements", sizeof(BeamLineLoad)},
+};
+
+// A file without rows up to the count `key`, which is `count`, and the end.
+std::string EndAfterCount(const std::string& key, const std::string& count) {
+  const std::string empty = WriteModel(ModelText());
+  return empty.substr(0, empty.find(":" + key + "=") + key.size() + 2) + count;
+}
+
+#if defined(__SANITIZE_ADDRESS__)
+// The sanitizer needs terabytes of addresses, and writes a byte for every eight that are allocated.
+constexpr bool HasLimitedMemory = false;
+#else
+constexpr bool HasLimitedMemory = true;
+#endif
+
+std::uint64_t PeakOfChildren() {
+  struct rusage usage {};
+  getrusage(RUSAGE_CHILDREN, &usage);
+  return static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
+}
+
+// Two thousand million rows in a file of a few lines: what memory could hold is accepted, what it
+// could not is said, and neither touches a gigabyte.
+TEST(HostileModels, ACountFarBeyondTheFileTouchesNoMemory) {
+  const std::uint64_t before = PeakOfChildren();
+  for (const Section& section : Sections) {
+    SCOPED_TRACE(section.key);
+    const TempFolder folder;
+    WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount(section.key, "2000000000\n"));
+    const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+    const std::uint64_t bytes = 2000000000U * section.rowSize;
+    const std::string notice =
+        std::string("Warning!\nNot enough memory for 2000000000 ") + section.rows + ": ";
+    const bool isNoticed = run.err.compare(0, notice.size(), notice) == 0;
+    // What the program could have got is less than what this process sees, by its own size.
+    EXPECT_TRUE(isNoticed || bytes <= ReadFreeMemory()) << run.err;
+    if (isNoticed) {
+      EXPECT_EQ(run.exitStatus, 1);
+      EXPECT_EQ(run.out, "");
+    } else if (std::string(section.key) == "NPOIN") {
+      EXPECT_EQ(run.exitStatus, 1);  // its equations have no numbers
+    } else if (run.exitStatus != 0) {
+      // Loads that lead nowhere: the file ended before any node or element.
+      EXPECT_EQ(run.exitStatus, 1);
+      EXPECT_NE(run.err.find(" refers to "), std::string::npos) << run.err;
+    }
+  }
+  if (!HasLimitedMemory) return;
+  EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 30U);
+}
+
+// Elements are built row by row: of five million (6 GB of shells), the first without a node stops.
+TEST(HostileModels, ElementsBehindABadReferenceAreNotBuilt) {
+  const std::uint64_t before = PeakOfChildren();
+  const Section elements[] = {{"NELEM_S_4ND", "Four-node shell element", sizeof(Shell4Element)},
+                              {"NELEM_S_3ND", "Three-node shell element", sizeof(Shell3Element)},
+                              {"NELEM_B", "Beam element", sizeof(BeamElement)}};
+  for (const Section& section : elements) {
+    SCOPED_TRACE(section.key);
+    const TempFolder folder;
+    WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount(section.key, "5000000\n"));
+    const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+    EXPECT_EQ(run.exitStatus, 1);
+    if (run.err.find("Not enough memory for 5000000") != std::string::npos) continue;
+    EXPECT_EQ(run.err, std::string("Warning!\n") + section.rows +
+                           " 0 refers to node 0; there are 0 nodal points.\nPress Enter to "
+                           "continue.\n");
+  }
+  if (!HasLimitedMemory) return;
+  EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 29U);
+}
+
+// Fifty million nodes, of which the file has one and a piece of the next.
+TEST(HostileModels, RowsBehindTheEndOfTheFileAreZeros) {
+  Model model;
+  ReadInputText(EndAfterCount("NPOIN", "50000000\n0:1,2,3\n1:4"), model);
+  ASSERT_EQ(model.Tables.NPOIN, 50000000);
+  ASSERT_EQ(model.Tables.Nodes.size(), 50000000U);
+  EXPECT_EQ(model.Tables.Nodes[0].z, 3.0);
+  EXPECT_EQ(model.Tables.Nodes[1].x, 4.0);
+  EXPECT_EQ(model.Tables.Nodes[1].y, 0.0);
+  EXPECT_EQ(model.Tables.Nodes[49999999].x, 0.0);
+}
+
+// Rows that do not match take nothing of the text and leave their fields at zero, up to the last.
+TEST(HostileModels, RowsThatDoNotMatchAreZeros) {
+  Model model;
+  ReadInputText(EndAfterCount("NMT", "3\n#0:\nE=7\nMu=8\nDensity=9\nNot a row\nE=5\n"), model);
+  ASSERT_EQ(model.Tables.Materials.size(), 3U);
+  EXPECT_EQ(model.Tables.Materials[0].Density, 9.0);
+  EXPECT_EQ(model.Tables.Materials[1].E, 0.0);
+  EXPECT_EQ(model.Tables.Materials[2].E, 0.0);
+}
+
+// A row of which only the end matches takes text, and the one behind it is read from there.
+TEST(HostileModels, ARowAfterOneThatMatchesInPartIsRead) {
+  Model model;
+  ReadInputText(EndAfterCount("NMT", "3\nE=7\nMu=8\nDensity=9\n#1:\nE=1\nMu=2\nDensity=3\n"),
+                model);
+  EXPECT_EQ(model.Tables.Materials[0].E, 7.0);
+  EXPECT_EQ(model.Tables.Materials[1].E, 1.0);
+  EXPECT_EQ(model.Tables.Materials[1].Density, 3.0);
+  EXPECT_EQ(model.Tables.Materials[2].E, 0.0);
+}
+
+// 6 x 357913941 is 2147483646, the last number of equations that an int32 holds.
+TEST(HostileModels, MoreEquationsThanNumbersAreNoticed) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount("NPOIN", "357913942"));
+  const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+  EXPECT_EQ(run.exitStatus, 1);
+  if (run.err.find("Not enough memory for 357913942 nodal points") == std::string::npos) {
+    EXPECT_EQ(run.err,
+              "Warning!\n357913942 nodal points have 2147483652 equations; at most 2147483647 can "
+              "be numbered.\nPress Enter to continue.\n");
+  }
+  EXPECT_EQ(run.out, "");
+}
+
+// Runs the program with so many kilobytes of address space.
+ProgramRun RunWithin(int kilobytes, const TempFolder& folder) {
+  const TempFolder tools;
+  WriteFile(tools.Path() / "run", "#!/bin/sh\nulimit -v " + std::to_string(kilobytes) + "\nexec '" +
+                                      KORVEX_PROGRAM + "'\n");
+  fs::permissions(tools.Path() / "run", fs::perms::owner_all);
+  return RunProgram(tools.Path() / "run", folder.Path());
+}
+
+// Notices of the sizes, in turn: a table, the system, the matrix. 36 bytes per equation:
+// 6 x 10^6 x 36 / 2^30 = 0.201166.
+TEST(HostileModels, AMachineThatIsTooSmallSaysWhatForAndHowMuch) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount("NMT", "10000000"));
+  ProgramRun run = RunWithin(200000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err,
+            "Warning!\nNot enough memory for 10000000 materials: 0.223517 GB.\n"
+            "Press Enter to continue.\n");
+
+  WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount("NPOIN", "1000000"));
+  run = RunWithin(200000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err,
+            "Warning!\nNot enough memory for the system of 6000000 equations: 0.201166 GB.\n"
+            "Press Enter to continue.\n");
+}
+
+// Beams from the first node to the last of 4000: 24 columns of full height, about 24000 entries
+// each for six of them per beam. The estimate stands before the notice. Nodes 0 and 3999 make
+// columns 23994 to 23999 of heights 23995 to 24000, all others of height 1:
+// 23994 + 6 x 23997.5 = 167979 entries; a chain from node to node in the opposite order does the
+// rest: every node tied to node 0 by a beam has columns up to row 0. Heights 6 n + d + 1 for all
+// n >= 1, d, and 1 to 6 for node 0: 24000 x 24001 / 2 = 288012000 entries, 2.14585 GB.
+TEST(HostileModels, AMatrixThatIsTooLargeIsEstimatedBeforeTheNotice) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  ModelText text;
+  text.materials = {{1.0, 0.25, 0.0}};
+  text.tSections = {{1.0, 0.5, 0.0, 0.0}};
+  for (int n = 0; n < 4000; ++n) text.nodes.push_back({1.0 * n, 0.0, 0.0});
+  for (int n = 1; n < 4000; ++n) text.beams.push_back({0, n});
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+  const ProgramRun run = RunWithin(1000000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.out, "The global stiffness matrix will occupy 2.14586 GB of memory space.\n");
+  EXPECT_EQ(run.err,
+            "Warning!\nNot enough memory for the global stiffness matrix: 2.14586 GB.\n"
+            "Press Enter to continue.\n");
+  EXPECT_EQ(ReadFile(folder.Path() / LogPath()), run.out);
+}
+
+// A tube of radius 1e-4 and length 1000: steps of 2 R sin(pi / 8), 13 million of them, 8 shells of
+// a kilobyte each. Said before one of them is made.
+TEST(HostileModels, ADetailModelThatIsTooLargeIsNoticed) {
+  ModelText text;
+  text.materials = {{1.0, 0.25, 0.0}};
+  text.cSections = {{1e-4, 1e-5}};
+  text.nodes = {{0, 0, 0}, {1000, 0, 0}};
+  text.beams.resize(1);
+  text.beams[0].BeamSecType = 2;
+  text.restraints = {{0}};
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+  const std::uint64_t before = PeakOfChildren();
+  const ProgramRun run =
+      HasLimitedMemory ? RunWithin(4000000, folder) : RunProgram(KORVEX_PROGRAM, folder.Path());
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err.substr(0, 69),
+            "Warning!\nNot enough memory for the detail models of 1 beam elements: ");
+  EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 30U);
+}
+
+// 12 x 12 shells and a beam along one edge, loaded and held.
+std::string MakePlate() {
+  constexpr int Sides = 12;
+  ModelText text;
+  text.materials = {{1200.0, 0.25, 1.0}};
+  text.thicknesses = {0.5};
+  text.tSections = {{2.0, 0.5, 1.0, 0.5}};
+  for (int i = 0; i <= Sides; ++i) {
+    for (int j = 0; j <= Sides; ++j) text.nodes.push_back({2.0 * i, 2.0 * j, 0.0});
+  }
+  for (int i = 0; i < Sides; ++i) {
+    for (int j = 0; j < Sides; ++j) {
+      const int corner = i * (Sides + 1) + j;
+      text.shells4.push_back({{corner, corner + Sides + 1, corner + Sides + 2, corner + 1}});
+    }
+  }
+  text.beams.push_back({0, Sides});
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{Sides, {0, 0, -1, 0, 0, 0}}};
+  return WriteModel(text);
+}
+
+// From a limit at which the program can hardly be started up to one with which it completes: no run
+// ends otherwise than with a notice, and the notices say what for. Blocks of which none is said are
+// so small that they rarely ask the system: the C library does that for 132 kB at a time, and what
+// an exception needs is asked for at the very beginning. Each of them may end three limits.
+TEST(HostileModels, WhereverMemoryEndsANoticeSaysSo) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  constexpr int CannotBeLoaded = 127;
+  constexpr int Step = 50;  // kB
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", MakePlate());
+  int named = 0, withoutException = 0, unnamed = 0;
+  for (int kilobytes = 2000; kilobytes < 1000000; kilobytes += Step) {
+    const ProgramRun run = RunWithin(kilobytes, folder);
+    if (run.exitStatus == 0) break;
+    if (run.exitStatus == CannotBeLoaded) continue;
+    EXPECT_EQ(run.exitStatus, 1) << kilobytes << " kB\n" << run.err;
+    if (run.err.find("Warning!\nNot enough memory for ") == 0) {
+      ++named;
+    } else if (run.err == "Not enough memory.\n") {
+      ++withoutException;
+    } else {
+      EXPECT_EQ(run.err, "Warning!\nNot enough memory.\nPress Enter to continue.\n");
+      ++unnamed;
+    }
+  }
+  EXPECT_GT(named, 20);
+  EXPECT_LE(withoutException, 3);
+  EXPECT_LE(unnamed, 3);
+}
+
+// A number as long as its file: its digits are taken apart in a memory of their own.
+TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt",
+            EndAfterCount("NMT", "1\n#0:\nE=" + std::string(std::size_t{20} << 20U, '1')));
+  const ProgramRun run = RunWithin(60000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err.substr(0, 53), "Warning!\nNot enough memory for the digits of a number");
+}
+
+// A file without an end: memory is asked for before the text grows.
+TEST(HostileModels, AnEndlessModelFileIsNoticed) {
+  if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
+  if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no /dev/zero";
+  const TempFolder folder;
+  fs::create_symlink("/dev/zero", folder.Path() / "fem_solving.txt");
+  const ProgramRun run = RunWithin(100000, folder);
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err.substr(0, 57), "Warning!\nNot enough memory for the text of the model file");
+}
+
+// A file of 2^50 bytes, all of them a hole.
+TEST(HostileModels, AModelFileLargerThanMemoryIsNoticed) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", "### ");
+  std::error_code failed;
+  fs::resize_file(folder.Path() / "fem_solving.txt", std::uintmax_t{1} << 43U, failed);
+  if (failed) GTEST_SKIP() << "the file system has no files of this size";
+  const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+  EXPECT_EQ(run.exitStatus, 1);
+  EXPECT_EQ(run.err,
+            "Warning!\nNot enough memory for the text of the model file: 8192 GB.\n"
+            "Press Enter to continue.\n");
+}
+
+TEST(HostileModels, FilesThatAreNoModelStop) {
+  std::string bytes;
+  for (int i = 0; i < 100000; ++i) bytes += static_cast<char>(i * 7919 % 256);
+  for (const std::string& text : {std::string(), std::string(1, '\0'), bytes}) {
+    const TempFolder folder;
+    WriteFile(folder.Path() / "fem_solving.txt", text);
+    const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+    EXPECT_EQ(run.exitStatus, 1);
+    EXPECT_EQ(run.err, "Warning!\nRelease File Number error!\nPress Enter to continue.\n");
+  }
+}
+
+// The material comes first, then the section.
+TEST(HostileModels, OfTwoWrongReferencesTheFirstUsedIsNamed) {
+  for (const int type : {0, 1, 2}) {
+    ModelText text;
+    text.nodes = {{0, 0, 0}, {1, 0, 0}};
+    text.beams.resize(1);
+    text.beams[0].BeamSecType = type;
+    text.beams[0].BeamSecIndex = 5;
+    text.beams[0].material = 6;
+    const std::string file = WriteModel(text);
+    ExpectStop(
+        [&] {
+          Model model;
+          ReadInputText(file, model);
+        },
+        "Beam element 0 refers to material 6; there are 0 materials.");
+  }
+}
+
+// References that are never used are not looked at: those of a section type without a table, of a
+// restraint that fixes nothing.
+TEST(HostileModels, ReferencesThatAreNotUsedPass) {
+  ModelText text;
+  text.nodes = {{0, 0, 0}, {1, 0, 0}};
+  text.beams.resize(1);
+  text.beams[0].BeamSecType = 3;
+  text.beams[0].BeamSecIndex = 77;
+  text.beams[0].material = 88;
+  text.restraints = {{99, {0, 2, -1, 0, 0, 0}}};
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
+  const ProgramRun run = RunProgram(KORVEX_PROGRAM, folder.Path());
+  EXPECT_EQ(run.err, "Warning!\n梁截面类型数字错误!\nPress Enter to continue.\n");
+}
+
+}  // namespace
+}  // namespace korvex::test

@@ -1,0 +1,386 @@
+// Independent systems, solved apart: bit for bit what the plain solution of the whole gives, and
+// the whole untouched wherever that cannot be promised.
+#include "skyline/independent_systems.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+
+#include "skyline/coupled_dofs.h"
+#include "skyline/solve_skyline.h"
+#include "skyline/solve_skyline_plain.h"
+#include "support/same_bits.h"
+#include "support/shell_mesh.h"
+#include "support/solve_model.h"
+
+namespace korvex {
+namespace {
+
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
+
+struct System {
+  SkylineMatrix K;
+  std::vector<double> F, u;
+};
+
+// 0 .. count - 1.
+std::int32_t Pick(std::mt19937& random, std::int32_t count) {
+  return static_cast<std::int32_t>(random() % static_cast<std::uint32_t>(count));
+}
+
+double& Entry(SkylineMatrix& K, std::int32_t i, std::int32_t j) { return Column(K, j)[j - i]; }
+
+// Columns up to `reach` high, entries between equations of the same number in `sets` alone, and a
+// large diagonal. A third of the entries are +0 all the same, and of the load.
+System MakeSystem(const std::vector<std::int32_t>& sets, std::int32_t reach, std::mt19937& random) {
+  std::uniform_real_distribution<double> value(-1.0, 1.0);
+  const auto n = static_cast<std::int32_t>(sets.size());
+  System system;
+  InitColumnHeights(system.K, n);
+  for (std::int32_t j = 0; j < n; ++j) {
+    system.K.ColumnHeights[static_cast<std::size_t>(j)] = 1 + Pick(random, std::min(reach, j + 1));
+  }
+  ComputeDiagonalAddresses(system.K);
+  AllocateValues(system.K);
+  for (std::int32_t j = 0; j < n; ++j) {
+    for (auto i = static_cast<std::int32_t>(TopRow(system.K, j)); i < j; ++i) {
+      const bool isSame = sets[static_cast<std::size_t>(i)] == sets[static_cast<std::size_t>(j)];
+      if (isSame && Pick(random, 3) != 0) Entry(system.K, i, j) = value(random);
+    }
+    Entry(system.K, j, j) = 20.0 + value(random);
+    system.F.push_back(Pick(random, 3) == 0 ? 0.0 : value(random));
+  }
+  system.u.assign(sets.size(), -7.0);  // every entry must be written
+  return system;
+}
+
+// Equations of the two sets of a plate in the plane of the first two axes.
+std::vector<std::int32_t> PlateSets(std::size_t n) {
+  constexpr std::int32_t OfNode[] = {0, 0, 1, 1, 1, 0};
+  std::vector<std::int32_t> sets;
+  for (std::size_t i = 0; i < n; ++i) sets.push_back(OfNode[i % 6]);
+  return sets;
+}
+
+// Two full systems, entries 1 except on the diagonal, equations in turn.
+System MakeInterleaved(std::int32_t n) {
+  System system;
+  InitColumnHeights(system.K, n);
+  for (std::int32_t j = 0; j < n; ++j) system.K.ColumnHeights[static_cast<std::size_t>(j)] = j + 1;
+  ComputeDiagonalAddresses(system.K);
+  AllocateValues(system.K);
+  for (std::int32_t j = 0; j < n; ++j) {
+    for (std::int32_t i = j % 2; i < j; i += 2) Entry(system.K, i, j) = 1.0;
+    Entry(system.K, j, j) = 2.0 * n;
+  }
+  system.F.assign(static_cast<std::size_t>(n), 1.0);
+  system.u.assign(static_cast<std::size_t>(n), -7.0);
+  return system;
+}
+
+void SolveWhole(System& system) { SolveSkylinePlain(system.K, system.F, system.u, {}); }
+
+bool SolveApart(System& system, std::size_t maxEntries, ColumnCounter& columns) {
+  columns = {{}, static_cast<std::int64_t>(system.F.size())};
+  return SolveIndependentSystems(system.K, system.F, system.u, maxEntries, columns);
+}
+
+constexpr std::size_t AnyNumber = 1U << 30U;
+
+void ExpectBitsOfTheWhole(const System& system) {
+  System apart = system, whole = system;
+  ColumnCounter columns;
+  ASSERT_TRUE(SolveApart(apart, AnyNumber, columns));
+  SolveWhole(whole);
+  EXPECT_TRUE(test::SameBits(apart.F, whole.F));
+  EXPECT_TRUE(test::SameBits(apart.u, whole.u));
+  EXPECT_EQ(columns.done, columns.columns);
+}
+
+// Refused, and nothing is lost. done: the columns that have been counted.
+void ExpectRefusal(const System& system, std::int64_t done, std::size_t maxEntries = AnyNumber) {
+  System refused = system;
+  ColumnCounter columns;
+  EXPECT_FALSE(SolveApart(refused, maxEntries, columns));
+  EXPECT_TRUE(test::SameBits(refused.K.Values, system.K.Values));
+  EXPECT_EQ(refused.K.SkylineSize, system.K.SkylineSize);
+  EXPECT_TRUE(test::SameBits(refused.F, system.F));
+  EXPECT_EQ(columns.done, done);
+}
+void ExpectRefusalAtOnce(const System& system) { ExpectRefusal(system, 0); }
+// Refused when the first of two systems has been solved.
+void ExpectRefusalOnTheWay(const System& system) {
+  ExpectRefusal(system, static_cast<std::int64_t>(system.F.size()) / 2);
+}
+
+TEST(IndependentSystems, BitsOfTheWhole) {
+  std::mt19937 random(1);
+  for (int run = 0; run < 200; ++run) {
+    const std::int32_t n = 20 + Pick(random, 300);
+    const std::int32_t kinds = 2 + Pick(random, 6);
+    std::vector<std::int32_t> sets;
+    for (std::int32_t i = 0; i < n; ++i) sets.push_back(Pick(random, kinds));
+    SCOPED_TRACE(run);
+    ExpectBitsOfTheWhole(MakeSystem(sets, 10 + Pick(random, n), random));
+    if (HasFatalFailure() || HasNonfatalFailure()) return;
+  }
+}
+
+TEST(IndependentSystems, BitsOfAPlate) {
+  std::mt19937 random(2);
+  for (const std::size_t n : {24U, 600U, 1200U}) {
+    ExpectBitsOfTheWhole(MakeSystem(PlateSets(n), 150, random));
+  }
+}
+
+// Negative pivots give zeros of the other sign in the factor: they change nothing either.
+TEST(IndependentSystems, BitsOfTheWholeWithNegativePivots) {
+  std::mt19937 random(3);
+  for (int run = 0; run < 100; ++run) {
+    System system = MakeSystem(PlateSets(120), 60, random);
+    for (double& load : system.F) load += 2.0;  // no y is zero
+    for (std::int32_t j = 0; j < 120; ++j) {
+      // Positive to look at, negative when the terms of the column have been subtracted.
+      if (TopRow(system.K, j) + 12 < j) Entry(system.K, j, j) = 1e-3;
+    }
+    ExpectBitsOfTheWhole(system);
+  }
+}
+
+// Taken apart or not, nothing differs, whatever arises on the way: overflow, zeros of either sign,
+// infinities. With small values most systems are taken apart, with large ones few.
+TEST(IndependentSystems, BitsOfTheWholeWithAnyValues) {
+  constexpr double Specials[] = {0.0, -0.0, 1e-310, -1e-200, 1e-20, 1e20, -1e160, 1e300, Infinity};
+  std::mt19937 random(4);
+  int apart = 0, tooLate = 0;
+  for (int run = 0; run < 5000; ++run) {
+    System system = MakeSystem(PlateSets(30 + static_cast<std::size_t>(run % 7)), 30, random);
+    const std::int32_t kinds = 1 + run % 9;
+    for (int special = 0; special < 4; ++special) {
+      const auto j = Pick(random, 30);
+      const auto i = static_cast<std::int32_t>(TopRow(system.K, j));
+      const double value = Specials[Pick(random, kinds)];
+      if ((j - i) % 6 == 0) Entry(system.K, i, j) = value;
+      system.F[static_cast<std::size_t>(Pick(random, 30))] = Specials[Pick(random, kinds)];
+    }
+    System whole = system, either = system;
+    SolveWhole(whole);
+    ColumnCounter columns;
+    if (SolveApart(either, AnyNumber, columns)) {
+      ++apart;
+      ASSERT_TRUE(test::SameBits(either.F, whole.F)) << run;
+      ASSERT_TRUE(test::SameBits(either.u, whole.u)) << run;
+    } else {
+      if (columns.done > 0) ++tooLate;
+      ASSERT_TRUE(test::SameBits(either.K.Values, system.K.Values)) << run;
+      ASSERT_TRUE(test::SameBits(either.F, system.F)) << run;
+    }
+  }
+  EXPECT_GT(apart, 1000);
+  EXPECT_GT(tooLate, 100);
+}
+
+TEST(IndependentSystems, OneSetStaysWhole) {
+  System system = MakeInterleaved(12);
+  Entry(system.K, 4, 7) = 1.0;  // between the two
+  ExpectRefusalAtOnce(system);
+}
+
+// The coupling lies below the rows that the first look takes in.
+TEST(IndependentSystems, OneSetByALowEntryStaysWhole) {
+  System system = MakeInterleaved(60);
+  Entry(system.K, 50, 59) = 1e-300;
+  ExpectRefusalAtOnce(system);
+}
+
+// Of the 300 entries of a full matrix of 24 equations, systems of 3 and 21 have 6 + 231 = 237, of 4
+// and 20 they have 10 + 210 = 220: more and less than three quarters, 225.
+TEST(IndependentSystems, StaysWholeWhereLittleIsSaved) {
+  for (const std::int32_t small : {3, 4}) {
+    System system = MakeInterleaved(24);
+    for (std::int32_t j = 0; j < 24; ++j) {
+      for (std::int32_t i = 0; i < j; ++i) {
+        Entry(system.K, i, j) = (i < small) == (j < small) ? 1.0 : 0.0;
+      }
+    }
+    if (small == 3) {
+      ExpectRefusalAtOnce(system);
+    } else {
+      ExpectBitsOfTheWhole(system);
+    }
+  }
+}
+
+// Structures that share no node and no profile: each column has its own rows alone already.
+TEST(IndependentSystems, NeighboursStayWhole) {
+  System system = MakeInterleaved(24);
+  for (std::int32_t j = 0; j < 24; ++j) {
+    system.K.ColumnHeights[static_cast<std::size_t>(j)] = j % 12 + 1;
+  }
+  ComputeDiagonalAddresses(system.K);
+  AllocateValues(system.K);
+  system.K.Values.assign(system.K.Values.size(), 1.0);
+  for (std::int32_t j = 0; j < 24; ++j) Entry(system.K, j, j) = 50.0;
+  ExpectRefusalAtOnce(system);
+}
+
+TEST(IndependentSystems, StaysWholeWhereAValueIsNotFinite) {
+  for (const double value : {Infinity, -Infinity, NotANumber}) {
+    System system = MakeInterleaved(60);
+    Entry(system.K, 50, 58) = value;
+    ExpectRefusalAtOnce(system);
+  }
+}
+
+// -0 minus a term of another system may be +0.
+TEST(IndependentSystems, StaysWholeWhereAValueIsNegativeZero) {
+  System system = MakeInterleaved(60);
+  Entry(system.K, 50, 58) = -0.0;
+  ExpectRefusalAtOnce(system);
+  Entry(system.K, 50, 58) = 0.0;
+  system.F[30] = -0.0;
+  ExpectRefusalAtOnce(system);
+}
+
+// A zero pivot: in the whole, the other system's zeros are divided by it, too, and are no numbers.
+TEST(IndependentSystems, ZeroPivotsLeaveTheWhole) {
+  System system = MakeInterleaved(24);
+  Entry(system.K, 0, 0) = Entry(system.K, 2, 2) = 1.0;
+  ExpectRefusalOnTheWay(system);
+  SolveWhole(system);
+  EXPECT_TRUE(std::isnan(system.u[1]));
+}
+
+TEST(IndependentSystems, InfinitiesThatAriseLeaveTheWhole) {
+  System pivot = MakeInterleaved(24);
+  Entry(pivot.K, 0, 2) = 1e200;  // d2 = 48 - 1e400 / 48
+  ExpectRefusalOnTheWay(pivot);
+
+  System reduced = MakeInterleaved(24);
+  Entry(reduced.K, 0, 22) = 1e100;  // l = 2e98, d22 of the size of 1e198
+  reduced.F[0] = 1e250;             // y22 = -2e348
+  ExpectRefusalOnTheWay(reduced);
+
+  System solution = MakeInterleaved(24);  // equation 22 is the third system
+  for (std::int32_t i = 0; i < 22; ++i) Entry(solution.K, i, 22) = 0.0;
+  Entry(solution.K, 22, 22) = 1e-200;
+  solution.F[22] = 1e200;  // u22 = 1e400
+  ExpectRefusal(solution, 24);
+}
+
+// u(0) begins with y / d = 0 / d2 = -0 where d2 is negative. In the whole, -0 - (0 x u) follows: +0
+// if u is negative.
+TEST(IndependentSystems, NegativeZeroQuotientsLeaveTheWhole) {
+  System system = MakeInterleaved(24);
+  Entry(system.K, 0, 2) = 100.0;  // d2 = 48 - 100^2 / 48
+  for (std::size_t i = 0; i < 24; i += 2) system.F[i] = 0.0;
+  ExpectRefusalOnTheWay(system);
+}
+
+std::size_t CountEntries(const SkylineMatrix& K) {
+  return K.Values.size() -
+         static_cast<std::size_t>(std::count(K.Values.begin(), K.Values.end(), 0.0));
+}
+
+TEST(IndependentSystems, StaysWholeWhereTheListIsTooLong) {
+  System system = MakeInterleaved(60);
+  const std::size_t entries = CountEntries(system.K);
+  ExpectRefusal(system, 0, entries - 1);
+  ColumnCounter columns;
+  EXPECT_TRUE(SolveApart(system, entries, columns));
+}
+
+// A sixteenth of 3200 entries, and what half the memory holds beside 100 bytes for each of 10
+// equations, 16 bytes for an entry.
+TEST(IndependentSystems, MemoryLimitsTheList) {
+  SkylineMatrix K;
+  InitColumnHeights(K, 10);
+  K.SkylineSize = 3200;
+  EXPECT_EQ(FindMaxEntries(K, 1U << 30U), 200U);
+  EXPECT_EQ(FindMaxEntries(K, 2 * (1000 + 16 * 150)), 150U);
+  EXPECT_EQ(FindMaxEntries(K, 2 * (1000 + 16 * 150) - 2), 149U);
+  EXPECT_EQ(FindMaxEntries(K, 2 * 1000), 0U);
+  EXPECT_EQ(FindMaxEntries(K, 100), 0U);
+}
+
+test::ModelText MakePlate(test::Cells cells, bool isTurned) {
+  // Parallel to the plane of y and z, squares and rhombs in turn.
+  test::ModelText model = test::BuildGrid(40, 10, cells, [](double s, double t) {
+    return test::Point3{3.0, 4.0 * s + 0.02 * std::sin(40.0 * t), 2.0 * t};
+  });
+  model.materials = {{2.1e11, 0.3, 0.0}};
+  model.thicknesses = {0.01};
+  for (int i = 0; i <= 40; ++i) model.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
+  model.forces.push_back({200, {1e3, 2e3, -5e2, 0.0, 30.0, 0.0}});
+  return isTurned ? test::TurnModel(model) : model;
+}
+
+// The way of runs, which uses K up.
+TEST(IndependentSystems, PlatesOfShells) {
+  for (const test::Cells cells : {test::Cells::Quads, test::Cells::Triangles, test::Cells::Mixed}) {
+    Model model;
+    test::AssembleModel(MakePlate(cells, false), model);
+    const System plate = {model.Stiffness, model.LoadVector, model.Displacements};
+    EXPECT_TRUE(MayDecouple(plate.K));
+    ExpectBitsOfTheWhole(plate);
+    System whole = plate;
+    SolveWhole(whole);
+    SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, {});
+    EXPECT_TRUE(test::SameBits(model.Displacements, whole.u)) << cells;
+    EXPECT_FALSE(test::SameBits(model.Stiffness.Values, whole.K.Values)) << cells;
+  }
+}
+
+TEST(IndependentSystems, TurnedAndStiffenedPlatesStayWhole) {
+  Model turned, stiffened;
+  test::AssembleModel(MakePlate(test::Cells::Quads, true), turned);
+  EXPECT_FALSE(MayDecouple(turned.Stiffness));
+  ExpectRefusalAtOnce({turned.Stiffness, turned.LoadVector, turned.Displacements});
+
+  // A flat bar beside the plane, along one side of one cell.
+  test::ModelText text = MakePlate(test::Cells::Quads, false);
+  text.tSections = {{0.1, 0.01, 0.0, 0.0}};
+  test::ModelText::Beam bar;
+  bar.node1 = 210;
+  bar.node2 = 251;
+  bar.orientation = {1.0, 0.0, 0.0};
+  text.beams = {bar};
+  test::AssembleModel(text, stiffened);
+  EXPECT_FALSE(MayDecouple(stiffened.Stiffness));
+  ExpectRefusalAtOnce({stiffened.Stiffness, stiffened.LoadVector, stiffened.Displacements});
+}
+
+// Half of 700 full columns' entries are not zero: a list of them would take more memory than they.
+TEST(IndependentSystems, RunsListNoMoreThanASixteenthOfTheEntries) {
+  System run = MakeInterleaved(700), whole = run;
+  SolveSkyline(run.K, run.F, run.u, {});
+  SolveWhole(whole);
+  EXPECT_TRUE(test::SameBits(run.K.Values, whole.K.Values));  // factors of the whole
+}
+
+std::vector<int> ProgressOf(System system,
+                            void (*solve)(SkylineMatrix&, std::vector<double>&,
+                                          std::vector<double>&, const ProgressCallback&)) {
+  std::vector<int> told;
+  solve(system.K, system.F, system.u, [&told](int percent) { told.push_back(percent); });
+  return told;
+}
+
+// 700 full columns, of whose entries few are not zero.
+TEST(IndependentSystems, ProgressIsThatOfTheWhole) {
+  System system = MakeInterleaved(700);
+  for (std::int32_t j = 0; j < 700; ++j) {
+    for (std::int32_t i = 0; i < j - 20; ++i) Entry(system.K, i, j) = 0.0;
+  }
+  const std::vector<int> whole = ProgressOf(system, SolveSkylinePlain);
+  EXPECT_EQ(ProgressOf(system, SolveSkyline), whole);
+  Entry(system.K, 0, 0) = Entry(system.K, 2, 2) = 1.0;  // solved apart and then as a whole
+  EXPECT_EQ(ProgressOf(system, SolveSkyline), whole);
+}
+
+}  // namespace
+}  // namespace korvex
