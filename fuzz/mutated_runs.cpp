@@ -1,7 +1,11 @@
 // Runs the program on mutated models and tells how it ends: none may end by a signal, with another
 // status than 0 or 1, or after more time than its size explains.
 //
-//     mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED]
+//     mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED [REFERENCE]]
+//
+// REFERENCE is another build of the program. Each model is then run by both, and whatever differs
+// is a find: the status, what stands on the console and in notices, each file byte by byte. The
+// solution time is left out.
 //
 // Each run is a process of its own, with little memory, in a folder under TMPDIR. Model and
 // mutation follow from the seed, so that a find can be repeated; its model file is kept as well.
@@ -17,6 +21,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -86,11 +91,12 @@ void BecomeProgram(const char* program, const fs::path& folder) {
   setrlimit(RLIMIT_AS, &memory);
   setrlimit(RLIMIT_CPU, &time);
   setrlimit(RLIMIT_CORE, &core);
-  const int null = open("/dev/null", O_RDWR);
-  dup2(null, STDIN_FILENO);
-  dup2(null, STDOUT_FILENO);
-  const int notices = open((folder / "notices").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-  dup2(notices, STDERR_FILENO);
+  dup2(open("/dev/null", O_RDONLY), STDIN_FILENO);
+  const auto redirect = [&](const char* name, int descriptor) {
+    dup2(open((folder / name).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), descriptor);
+  };
+  redirect("console", STDOUT_FILENO);
+  redirect("notices", STDERR_FILENO);
   if (chdir(folder.c_str()) == 0) execl(program, program, static_cast<char*>(nullptr));
 }
 
@@ -138,17 +144,56 @@ bool IsAllowed(const Run& run) {
   return WIFEXITED(run.status) && WEXITSTATUS(run.status) <= 1 && run.seconds <= run.allowed;
 }
 
+// What a run has left in its folder, by name, and its status. The solution time becomes "#".
+std::map<std::string, std::string> CollectTraces(const Run& run, const fs::path& folder) {
+  static const std::regex time("Solution time:[-+.0-9e]* ");
+  std::map<std::string, std::string> traces{{"status", std::to_string(run.status)}};
+  for (const auto& entry : fs::directory_iterator(folder)) {
+    const std::string text = ReadText(entry.path());
+    const bool hasTime = text.size() < 10000 && text.find("Solution time:") != std::string::npos;
+    traces[entry.path().filename().string()] =
+        hasTime ? std::regex_replace(text, time, "Solution time:# ") : text;
+  }
+  return traces;
+}
+
+// The names of what differs between the two programs on a model, each with a blank before it.
+std::string CompareRuns(const char* program, const char* reference, const fs::path& folder,
+                        const std::string& text) {
+  auto ours = CollectTraces(RunModel(program, folder, text), folder);
+  auto theirs = CollectTraces(RunModel(reference, folder, text), folder);
+  std::string differences;
+  for (const auto& [name, trace] : theirs) {
+    if (ours.count(name) == 0 || ours[name] != trace) differences += " \"" + name + '"';
+    ours.erase(name);
+  }
+  for (const auto& [name, trace] : ours) differences += " \"" + name + '"';
+  return differences;
+}
+
+// Keeps the model and says why.
+void KeepFind(unsigned long long seed, const std::string& text, const Run& run,
+              const std::string& end, const std::string& differences) {
+  const std::string kept = "find-" + std::to_string(seed) + ".txt";
+  std::ofstream(kept, std::ios::binary) << text;
+  std::printf("seed %llu: %s after %.2f seconds, %.1f allowed;%s%s kept as %s\n", seed, end.c_str(),
+              run.seconds, run.allowed, differences.empty() ? "" : " other", differences.c_str(),
+              kept.c_str());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   if (argc < 4) {
-    std::fprintf(stderr, "usage: mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED]\n");
+    std::fprintf(stderr,
+                 "usage: mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED [REFERENCE]]\n");
     return 2;
   }
   const std::string program = fs::absolute(argv[1]);
   const std::vector<std::string> models = ReadModels(argv[2]);
   const unsigned long long count = std::strtoull(argv[3], nullptr, 10);
   const unsigned long long first = argc > 4 ? std::strtoull(argv[4], nullptr, 10) : 0;
+  const std::string reference = argc > 5 ? fs::absolute(argv[5]).string() : "";
   const fs::path folder =
       fs::temp_directory_path() / ("korvex-mutated-" + std::to_string(getpid()));
   if (models.empty()) return 2;
@@ -166,12 +211,14 @@ int main(int argc, char** argv) {
       std::printf("seed %llu: %.2f seconds, %.1f allowed\n", seed, run.seconds, run.allowed);
       std::fflush(stdout);
     }
-    if (IsAllowed(run)) continue;
+    const std::string end = NameEnd(run, folder);
+    std::string differences;
+    if (!reference.empty()) {
+      differences = CompareRuns(program.c_str(), reference.c_str(), folder, text);
+    }
+    if (IsAllowed(run) && differences.empty()) continue;
     ++finds;
-    const std::string kept = "find-" + std::to_string(seed) + ".txt";
-    std::ofstream(kept, std::ios::binary) << text;
-    std::printf("seed %llu: %s after %.2f seconds, %.1f allowed; kept as %s\n", seed,
-                NameEnd(run, folder).c_str(), run.seconds, run.allowed, kept.c_str());
+    KeepFind(seed, text, run, end, differences);
   }
   fs::remove_all(folder);
   for (const auto& [end, runs] : ends) std::printf("%8d  %s\n", runs, end.c_str());
