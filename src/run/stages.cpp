@@ -75,9 +75,11 @@ void WriteAverages(Job& job) {
 }
 void WriteDetails(Job& job) { WriteFile(AverageStressFileName, WriteAverageStressFile, job); }
 
+void Release(Job& job) { ReleaseModel(job.model); }
+
 }  // namespace
 
-const std::array<Stage, 7> AssemblyStages{{
+constexpr std::array<Stage, 7> AssemblyStages{{
     {"read", Read, nullptr, nullptr},
     {"number", Number, nullptr, nullptr, StageReport::MemoryEstimate},
     {"allocate", Allocate, nullptr, nullptr},
@@ -88,9 +90,9 @@ const std::array<Stage, 7> AssemblyStages{{
 }};
 
 // "Solute" is the word that readers of the console know.
-const Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::SolutionTime};
+constexpr Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::SolutionTime};
 
-const std::array<Stage, 9> ResultStages{{
+constexpr std::array<Stage, 9> ResultStages{{
     {"displacement file", WriteDisplacements, "Post-processing in progress...",
      "\tDeformation result file Node_Dis.txt, generated."},
     {"deformation drawing", DrawDeformation, nullptr, nullptr},
@@ -103,7 +105,7 @@ const std::array<Stage, 9> ResultStages{{
      "time. Please wait patiently...",
      nullptr},
     {"detail model file", WriteDetails, nullptr, nullptr},
-    {"release", [](Job& job) { ReleaseModel(job.model); }, nullptr, "Post-processing completed."},
+    {"release", Release, nullptr, "Post-processing completed."},
 }};
 
 }  // namespace korvex
