@@ -12,7 +12,8 @@ else()
 endif()
 
 install(TARGETS korvex_program RUNTIME DESTINATION ${program_folder})
-install(FILES README.md DESTINATION ${pages_folder})
+# The page that they begin with, and those that it leads to.
+install(FILES README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md DESTINATION ${pages_folder})
 install(
   DIRECTORY docs examples
   DESTINATION ${pages_folder}
