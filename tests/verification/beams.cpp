@@ -72,7 +72,7 @@ Measured MeasureSection(const TestSection& section) {
   return m;
 }
 
-std::string WriteSections() {
+std::string ComputeSections() {
   const std::array<double, 4> plates{0.3, 0.02, 0.16, 0.025};
   const std::vector<TestSection> sections{
       {"T 300 x 20 / 160 x 25", 0, plates, 0.0, false},
@@ -102,16 +102,7 @@ std::string WriteSections() {
     rows.push_back(closed);
     rows.push_back(ratios);
   }
-  return "### Section properties\n\n"
-         "What the tip of a cantilever of one element, 0.5 m long, says of its section under unit "
-         "loads, against the sums over the section's rectangles, or the circle's integrals. m, E "
-         "2.06e11 Pa, nu 0.3. J is the thin-walled sum of h t^3 / 3; shear is carried by the "
-         "web's area, by two thirds of a flat bar's and by half of a tube's. In bending about the "
-         "web (local x-y) T and L sections do not shear. ey, ez: centroid from the "
-         "node.\n\n"
-         "Source: closed forms; shares of the area that carry shear as documented in "
-         "[model-file.md](model-file.md).\n\n" +
-         FormatTable(rows) + "\n";
+  return FormatTable(rows);
 }
 
 // A slender tube: its shear and axial deformation are of the order of 1e-4 of what bending does.
@@ -252,19 +243,9 @@ Comparison OffsetBar() {
       P * e * L * L / (2 * E * I), Component(RunModel(model), tip, 2)};
 }
 
-std::string WriteFrames() {
-  return "### Frames, grillages and offsets\n\n"
-         "Tubes of R 10 mm, T 1 mm (the bar: 200 x 20 mm); m, N, E 2.06e11 Pa, nu 0.3. Beam on "
-         "two supports: L 8, q 1. Cantilever: L 5, q 1. Portal: h 4, L 6, P 1 in halves on both "
-         "corners. Crossed beams: 6 and 8 long, P 1. Angled cantilever: a 3, b 2, P 1. Offset "
-         "bar: L 3, P 1e5.\n\n"
-         "Source: Timoshenko & Gere (1972), Roark (1989); the portal's formula is for bending "
-         "alone.\n\n" +
-         WriteComparisons({LoadedBeam(), TriangularLoad(), Portal(), CrossedBeams(),
-                           AngledCantilever(), OffsetBar()}) +
-         "The two-node beam is exact for loads at its nodes, and line loads enter as its "
-         "fixed-end forces: one element a member is enough. The portal's beams stretch and shear "
-         "a little.\n\n";
+std::string ComputeFrames() {
+  return FormatComparisons(
+      {LoadedBeam(), TriangularLoad(), Portal(), CrossedBeams(), AngledCantilever(), OffsetBar()});
 }
 
 // A ring pinched by two opposite forces, a quarter of it in n straight beams; closes by
@@ -285,11 +266,6 @@ double PinchRing(int n) {
 
 ConvergenceCase Ring() {
   ConvergenceCase c;
-  c.title = "Pinched ring";
-  c.statement =
-      "A tube of R 10 mm, T 1 mm bent to a ring of radius 5 m, two opposite forces P; a quarter "
-      "in n straight beams. The ring closes by k P R^3 / (E I); the result is k.";
-  c.source = "k = pi/4 - 2/pi = 0.148778, Timoshenko & Gere (1972), bending alone.";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = NameCount;
   c.finestShort = 32;
@@ -315,31 +291,20 @@ double DeflectSplitBar(int n) {
 
 ConvergenceCase SplitBar() {
   ConvergenceCase c;
-  c.title = "Bar glued of two offset halves";
-  c.statement =
-      "A cantilever of 3 m, flat bar 300 x 30 mm, a force at its tip; modelled as two bars of 150 "
-      "x 30 on the same nodes, one offset by 150 mm, in n elements. Tip deflection over that of "
-      "the whole bar, P L^3 / (3 E I) + P L / (G As).";
-  c.source = "the whole bar.";
   c.meshes = {1, 2, 4, 8, 16};
   c.nameMesh = NameCount;
   c.finestShort = 16;
   c.quantities = {{"deflection", "1", DeflectSplitBar}};
-  c.comment =
-      "This is what an offset stiffener does on a plate. Both parts bend in a cubic, but the "
-      "stretch at the node line is constant over an element, so the couple of their axial forces "
-      "cannot follow a moment that changes along it: that share of the moment is left to the "
-      "halves' own bending, and between the nodes they slip. With a linear moment the excess is "
-      "(I / 2 Ihalf - 1) / (4 n^2) = 0.75 / n^2 of the deflection. A constant moment is exact. "
-      "Divide the span of an offset beam, or of a stiffened plate, into eight elements at least.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteBeams(Extent extent) {
-  return WriteSections() + WriteFrames() + WriteCase(Ring(), extent) +
-         WriteCase(SplitBar(), extent);
+Fillings ComputeBeams(Extent extent) {
+  return {{"table:section properties", ComputeSections()},
+          {"table:frames", ComputeFrames()},
+          {"table:pinched ring", ComputeTable(Ring(), extent)},
+          {"table:split bar", ComputeTable(SplitBar(), extent)}};
 }
 
 }  // namespace korvex::book

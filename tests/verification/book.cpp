@@ -101,8 +101,8 @@ bool Agrees(const std::string& line, const std::string& committed) {
       continue;
     }
     const Mark mark = ReadMark(line, i);
-    const std::size_t end =
-        std::min(committed.find_first_not_of("+-.0123456789e", k), committed.size());
+    std::size_t end = std::min(committed.find_first_not_of("+-.0123456789e", k), committed.size());
+    if (end > k && committed[end - 1] == '.') --end;  // the end of a sentence
     if (!Accepts(mark, committed.substr(k, end - k))) return false;
     k = end;
   }
@@ -158,33 +158,13 @@ std::string FindDifferences(const std::string& text, const std::string& committe
 std::string FormatTable(const std::vector<Row>& rows) {
   std::string table;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    table += '|';
+    table += i > 0 ? "\n|" : "|";
     for (const std::string& cell : rows[i]) table += ' ' + cell + (cell.empty() ? "|" : " |");
-    table += '\n';
     if (i > 0) continue;
-    table += '|';
+    table += "\n|";
     for (std::size_t k = 0; k < rows[i].size(); ++k) table += "---|";
-    table += '\n';
   }
   return table;
-}
-
-std::string WrapParagraphs(const std::string& text) {
-  constexpr std::size_t Columns = 100;
-  std::string wrapped;
-  for (const std::string& line : SplitLines(text)) {
-    const bool paragraph = line.size() > Columns && line[0] != '|' && line[0] != '#';
-    std::size_t column = 0;
-    std::istringstream words(paragraph ? line : "");
-    for (std::string word; words >> word; column += word.size()) {
-      const bool breaks = column > 0 && column + 1 + word.size() > Columns;
-      if (breaks) column = 0;
-      if (column > 0) ++column;
-      wrapped += (breaks ? "\n" : column > 0 ? " " : "") + word;
-    }
-    wrapped += (paragraph ? "" : line) + '\n';
-  }
-  return wrapped;
 }
 
 std::vector<Section> SplitSections(const std::string& document) {

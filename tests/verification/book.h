@@ -32,13 +32,9 @@ std::string Render(const std::string& text);
 // as it was printed.
 std::string FindDifferences(const std::string& text, const std::string& committed);
 
-// A table in Markdown, the first row its heading.
+// A table in Markdown, the first row its heading; without a line break at its end.
 using Row = std::vector<std::string>;
 std::string FormatTable(const std::vector<Row>& rows);
-
-// Breaks lines at 100 columns, but for headings and tables. Figures stand in tables alone: a mark
-// is longer than what it shows.
-std::string WrapParagraphs(const std::string& text);
 
 // One section of the document, from its heading "## ..." to the next.
 struct Section {

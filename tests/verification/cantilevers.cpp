@@ -69,17 +69,6 @@ double DeflectStraight(Shape shape, Load load, int k) {
 
 ConvergenceCase StraightCantilever() {
   ConvergenceCase c;
-  c.title = "Straight cantilever";
-  c.statement =
-      "6 x 0.2 x 0.1, E 1e7, nu 0.3, clamped at x = 0. Unit loads at the tip, spread over its "
-      "nodes: along the axis, across it in plane (over the height 0.2) and out of plane, and a "
-      "unit twisting moment of two opposite forces at the tip's corners. Displacement along the "
-      "load, mean of the tip's corners; twist from the difference of their deflections. Six "
-      "elements of size 1 x 0.2, as rectangles, as trapezoids (sides leaning by 45 degrees, in "
-      "turn) and as parallelograms (all to one side), then each divided into k x k.";
-  c.source =
-      "MacNeal & Harder (1985). Saint-Venant's torsion of the rectangle, J = 0.2287 w t^3, gives "
-      "a twist of 0.03411.";
   c.meshes = {1, 2, 4, 8};
   c.nameMesh = [](int k) { return std::to_string(Cells6 * k) + " x " + std::to_string(k); };
   c.finestShort = 8;
@@ -104,15 +93,6 @@ ConvergenceCase StraightCantilever() {
   }
   c.quantities.push_back({"in-plane shear, squares (30 k x k)", ".1081",
                           [](int k) { return DeflectStraight(Shape::Squares, Load::InPlane, k); }});
-  c.comment =
-      "Stretching, bending across the plane and twisting come out well on any of the meshes. "
-      "Bending in the plane does not, and is the worst that this membrane does: a bilinear "
-      "quadrilateral bends by shearing, the more so the longer it is, and the stiffness of the "
-      "drilling rotation, tied to the rotation of the plane, adds to it. Without that stiffness "
-      "the coarse meshes would have .0933, .0269 and .0342, the usual values of a bilinear "
-      "membrane. Square elements are much better than long ones: a girder's web wants eight of "
-      "them over its height. The reference for the twist lies below Saint-Venant's, to which the "
-      "fine meshes go.";
   return c;
 }
 
@@ -139,19 +119,12 @@ double DeflectCurved(Load load, int k) {
 
 ConvergenceCase CurvedCantilever() {
   ConvergenceCase c;
-  c.title = "Curved cantilever";
-  c.statement =
-      "A quarter of a circle, radii 4.12 and 4.32, t 0.1, E 1e7, nu 0.25, clamped at one end; a "
-      "unit force at the other, radial (in plane) or across the plane. Displacement along the "
-      "force, mean of the tip's corners.";
-  c.source = "0.08734 and 0.5022, MacNeal & Harder (1985).";
   c.meshes = {1, 2, 4, 8};
   c.nameMesh = [](int k) { return std::to_string(Cells6 * k) + " x " + std::to_string(k); };
   c.finestShort = 8;
   c.quantities = {
       {"in plane", "0.08734", [](int k) { return DeflectCurved(Load::InPlane, k); }},
       {"out of plane", "0.5022", [](int k) { return DeflectCurved(Load::OutOfPlane, k); }}};
-  c.comment = "In its plane as weak as the straight one, for the same reasons.";
   return c;
 }
 
@@ -189,29 +162,19 @@ double StressZSection(int n) {
 
 ConvergenceCase ZSection() {
   ConvergenceCase c;
-  c.title = "Z-section cantilever in torsion";
-  c.statement =
-      "Length 10 m, web 2 m, flanges 1 m, t 0.1 m, E 210 GPa, nu 0.3, clamped at one end; at the "
-      "other a torque of 1.2 MN m as two opposite shear forces of 0.6 MN in the flanges, spread "
-      "over their nodes. Axial membrane stress, in MPa, at the edge of the upper flange 2.5 m "
-      "from the clamped end: the mean of both faces in the file of the averaged stresses. Meshes "
-      "as elements along x over the whole section (a quarter of them on each flange).";
-  c.source = "-108 MPa, NAFEMS benchmark LE5 (1990).";
   c.meshes = {1, 2, 4, 8};
   c.nameMesh = [](int n) { return std::to_string(8 * n) + " x " + std::to_string(4 * n); };
   c.finestShort = 8;
   c.quantities = {{"quads", "-108", StressZSection}};
-  c.comment =
-      "The flanges bend in their planes, one element over the width on the coarsest mesh: the "
-      "membrane's weakness again, in a stress. The fine meshes go two percent beyond the target.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteCantilevers(Extent extent) {
-  return WriteCase(StraightCantilever(), extent) + WriteCase(CurvedCantilever(), extent) +
-         WriteCase(ZSection(), extent);
+Fillings ComputeCantilevers(Extent extent) {
+  return {{"table:straight cantilever", ComputeTable(StraightCantilever(), extent)},
+          {"table:curved cantilever", ComputeTable(CurvedCantilever(), extent)},
+          {"table:Z-section", ComputeTable(ZSection(), extent)}};
 }
 
 }  // namespace korvex::book

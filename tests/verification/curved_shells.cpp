@@ -52,16 +52,6 @@ double DeflectRoof(Cells cells, int n) {
 
 ConvergenceCase Roof() {
   ConvergenceCase c;
-  c.title = "Cylindrical roof under its own weight";
-  c.statement =
-      "R 25, length 50, half angle 40 degrees, t 0.25, E 4.32e8, nu 0, weight 90 per area, in "
-      "equal parts to the nodes of each element. A quarter: diaphragm at the end (the "
-      "displacements in its plane are held), symmetry at the middle and at the crown, free edge. "
-      "Downward deflection at the middle of the free edge.";
-  c.source =
-      "0.3024, MacNeal & Harder (1985); rows of Ko, Lee, Lee & Bathe (2017), whose element has "
-      "the same shear strains and a bilinear membrane but no drilling rotation. The shallow-shell "
-      "value of Scordelis & Lo (1964) is 0.3086.";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -70,12 +60,6 @@ ConvergenceCase Roof() {
                    [](int n) { return DeflectRoof(Cells::Quads, n); },
                    {".9432", ".9726", ".9886", ".9936", ".9955"}},
                   {"triangles", "0.3024", [](int n) { return DeflectRoof(Cells::Triangles, n); }}};
-  c.comment =
-      "Coarse meshes are stiffer than published, and the drilling rotation is why: along the fold "
-      "between two flat elements the drilling of one is bending of the other, and a stiffness of "
-      "ten times the shear modulus ties it to the rotation of a membrane that cannot follow. With "
-      "a thousandth of the shear modulus the rows would read .9418 .9739 .9913 .9971 (quads) and "
-      ".7345 .8737 .9575 .9843 (triangles).";
   return c;
 }
 
@@ -93,14 +77,6 @@ double DeflectCylinder(Cells cells, int n) {
 
 ConvergenceCase PinchedCylinder() {
   ConvergenceCase c;
-  c.title = "Cylinder pinched between its end diaphragms";
-  c.statement =
-      "R 300, length 600, t 3, E 3e6, nu 0.3, two opposite radial forces of 1 at the middle. An "
-      "eighth: diaphragm at the end, symmetry in the three planes through the middle, a quarter "
-      "of the force. Deflection under it.";
-  c.source =
-      "1.8248e-5, Fluegge's series as quoted by Belytschko et al. (1985); rows of Ko, Lee, Lee & "
-      "Bathe (2017).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -110,10 +86,6 @@ ConvergenceCase PinchedCylinder() {
        [](int n) { return DeflectCylinder(Cells::Quads, n); },
        {".3788", ".7469", ".9286", ".9871", "1.005"}},
       {"triangles", "1.8248e-5", [](int n) { return DeflectCylinder(Cells::Triangles, n); }}};
-  c.comment =
-      "As for the roof; with a drilling stiffness of a thousandth of the shear modulus .3711 "
-      ".7434 .9288 .9890 (quads). Under a point force no element is right on a mesh coarser than "
-      "the dent.";
   return c;
 }
 
@@ -139,14 +111,6 @@ double DeflectHemisphere(Cells cells, int n) {
 
 ConvergenceCase Hemisphere() {
   ConvergenceCase c;
-  c.title = "Hemisphere with a hole of 18 degrees";
-  c.statement =
-      "R 10, t 0.04, E 6.825e7, nu 0.3; free edges; four radial forces of 2 at the equator, in "
-      "turn outward and inward. A quarter with half of two forces; uz held at the outward one. "
-      "Displacement under that force.";
-  c.source =
-      "0.0930, Simo, Fox & Rifai (1989), with the rows of Ko, Lee, Lee & Bathe (2017); 0.0940, "
-      "MacNeal & Harder (1985).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -160,12 +124,6 @@ ConvergenceCase Hemisphere() {
                    [](int n) { return DeflectHemisphere(Cells::Triangles, n); },
                    {},
                    "0.0940"}};
-  c.comment =
-      "The worst case of the drilling stiffness: a doubly curved shell that bends without "
-      "stretching, on elements that are folded against each other both ways. The mesh must be so "
-      "fine that the fold from element to element is small: 32 elements a quarter are folded by "
-      "less than three degrees and reach two percent. With a drilling stiffness of a thousandth "
-      "of the shear modulus the rows would read .9956 .9964 .9985 1.003 (quads).";
   return c;
 }
 
@@ -193,12 +151,6 @@ double DeflectTwistedBeam(Cells cells, TipLoad load, int n) {
 
 ConvergenceCase TwistedBeam() {
   ConvergenceCase c;
-  c.title = "Twisted beam";
-  c.statement =
-      "Length 12, width 1.1, t 0.32, twisted by 90 degrees from the clamped end to the tip; E "
-      "29e6, nu 0.22; a unit force at the tip, along its width (in plane) or across it (out of "
-      "plane), spread over its nodes. Displacement of the tip's middle along the force.";
-  c.source = "5.424e-3 and 1.754e-3, MacNeal & Harder (1985).";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = [](int n) { return std::to_string(n) + " x " + std::to_string(6 * n); };
   c.finestShort = 16;
@@ -210,14 +162,6 @@ ConvergenceCase TwistedBeam() {
       {"quads, out of plane", "1.754e-3", solve(Cells::Quads, TipLoad::OutOfPlane)},
       {"triangles, in plane", "5.424e-3", solve(Cells::Triangles, TipLoad::InPlane)},
       {"triangles, out of plane", "1.754e-3", solve(Cells::Triangles, TipLoad::OutOfPlane)}};
-  c.comment =
-      "Here the quads fail: a seventh of the deflection on the coarse mesh, a third on the "
-      "second, still 3 and 4 percent missing on the finest. They are warped, and a warped quad is "
-      "projected onto the plane of three of its nodes: its corners stand off that plane, a rigid "
-      "rotation strains it, and its forces do not balance in moments (see the invariants). That "
-      "they grow towards the reference is owed to the drilling stiffness as much: with a "
-      "thousandth of the shear modulus they would pass it, to 1.230 and 1.160 on 16 x 96. "
-      "Triangles cannot warp, and converge as they should.";
   return c;
 }
 
@@ -253,15 +197,6 @@ double DeflectHook(Cells cells, double Mu, int n) {
 
 ConvergenceCase Hook() {
   ConvergenceCase c;
-  c.title = "Hook of two arcs under an end load";
-  c.statement =
-      "A strip of width 20, t 2: 60 degrees of radius 14 from the clamped end, then 150 degrees "
-      "of radius 46 bent the other way; E 3300, nu 0.3; a force of 1 along the width, spread over "
-      "the free end. Displacement of that end along the force.";
-  c.source =
-      "4.82482, Ko, Lee, Lee & Bathe (2017), nu 0.3. The problem was posed with nu 0.35 (Knight "
-      "1997), for which both 4.9352 and 5.027 are quoted. A curved beam (J of the open rectangle, "
-      "bending about its stiff axis and shear, no warping) gives 5.079 and 5.272.";
   c.meshes = {3, 6, 12, 24, 48};
   c.nameMesh = [](int n) { return std::to_string(n) + " x " + std::to_string(6 * n); };
   c.finestShort = 24;
@@ -273,21 +208,17 @@ ConvergenceCase Hook() {
        [](int n) { return DeflectHook(Cells::Quads, 0.35, n); },
        {},
        "5.027"}};
-  c.comment =
-      "The strip twists as it bends, and where its plates meet at a fold the twisting moment of "
-      "one has to be carried by the drilling rotation of the other. Here the stiff drilling "
-      "rotation is what is needed: with a thousandth of the shear modulus the quads would pass "
-      "the reference by 24 percent on 24 x 144, and go on. The triangles have no transverse "
-      "shear, which matters in this problem (Knight 1997), and stay 6 percent below.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteCurvedShells(Extent extent) {
-  return WriteCase(Roof(), extent) + WriteCase(PinchedCylinder(), extent) +
-         WriteCase(Hemisphere(), extent) + WriteCase(TwistedBeam(), extent) +
-         WriteCase(Hook(), extent);
+Fillings ComputeCurvedShells(Extent extent) {
+  return {{"table:roof", ComputeTable(Roof(), extent)},
+          {"table:pinched cylinder", ComputeTable(PinchedCylinder(), extent)},
+          {"table:hemisphere", ComputeTable(Hemisphere(), extent)},
+          {"table:twisted beam", ComputeTable(TwistedBeam(), extent)},
+          {"table:hook", ComputeTable(Hook(), extent)}};
 }
 
 }  // namespace korvex::book

@@ -217,28 +217,17 @@ Row CompareCase(const DetailCase& c) {
       RoundingFigure(CompareDisplacements(detail.displacements, hand.displacements), Agreement)};
 }
 
-std::string WriteHandModels() {
+std::string CompareHandModels() {
   std::vector<Row> rows{{"", "mesh", "largest stress, detail model", "the same, by hand",
                          "largest difference of a stress", "of a displacement"}};
   for (const DetailCase& c : AllCases()) rows.push_back(CompareCase(c));
-  return "### Detail model against the same shells by hand\n\n"
-         "N, mm, E 206000, nu 0.3. One beam, 1000 long, whose second end is moved by 0.1, 0.3, "
-         "-0.2 and turned by 1e-3, 5e-4, -2e-4. Its detail model, as the program writes it, "
-         "against the same mesh written by hand into a model file of shells: arms (tubes R 5, T 1 "
-         "of a material with E 2e14) join the end nodes to the outlines of the ends, the end "
-         "nodes are moved alike. Differences over all nodes, and over all corners, faces and "
-         "components of the averaged stresses, relative to the largest.\n\n"
-         "Source: the two models against each other.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "They are the same model: what remains is the strain of the arms by hand, which must be "
-         "far stiffer than the plates and far less stiff than the supports.\n\n";
+  return FormatTable(rows);
 }
 
 // A T beam as a cantilever of one element under a moment My that bends it in its web's plane: SX of
 // the flange above the web over M c / I, at the clamped end and in the middle.
 // c: to the flange's mid-plane.
-std::string WriteBeamTheory() {
+std::string CompareBeamTheory() {
   const std::array<double, 4> d{300.0, 10.0, 120.0, 12.0};
   TestSection section;
   section.dimensions = d;
@@ -275,22 +264,14 @@ std::string WriteBeamTheory() {
     rows.push_back({std::to_string(static_cast<int>(length)), Figure(exact), Figure(end),
                     Ratio(end / exact), Figure(middle), Ratio(middle / exact)});
   }
-  return "### Detail model against beam theory\n\n"
-         "N, mm, E 206000, nu 0.3. A cantilever of one beam T 300 x 10 / 120 x 12 under a moment "
-         "of 1e7 in its web's plane. SX of the flange above the web, mean of both faces, at the "
-         "clamped end and in the middle of the beam.\n\n"
-         "Source: M c / I with c to the flange's mid-plane.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "The arms at the ends hold the section's shape: there the flange cannot contract across "
-         "the beam, and its stress is raised by up to 1 / (1 - nu^2), a tenth. It is on the safe "
-         "side by that much at the ends of every detail model, and all along beams that are not "
-         "longer than their flange is wide. Three widths away from the ends less than one percent "
-         "is left.\n\n";
+  return FormatTable(rows);
 }
 
 }  // namespace
 
-std::string WriteDetailModels(Extent /*extent*/) { return WriteHandModels() + WriteBeamTheory(); }
+Fillings ComputeDetailModels(Extent /*extent*/) {
+  return {{"table:shells by hand", CompareHandModels()},
+          {"table:beam theory", CompareBeamTheory()}};
+}
 
 }  // namespace korvex::book

@@ -96,27 +96,14 @@ void AddPatch(Cells cells, const std::string& name, bool bending, std::vector<Ro
 
 }  // namespace
 
-std::string WritePatchTests(Extent /*extent*/) {
+Fillings ComputePatchTests(Extent /*extent*/) {
   std::vector<Row> rows{{"", "SX", "TXY", "largest error of a stress", "of a displacement"}};
   for (const bool bending : {false, true}) {
     AddPatch(Cells::Quads, "quads", bending, rows);
     AddPatch(Cells::Triangles, "triangles", bending, rows);
     AddPatch(Cells::Mixed, "both", bending, rows);
   }
-  return "A plate of 0.24 x 0.12, t 0.001, E 1e6, nu 0.25, with inner nodes at (.04, .02), (.18, "
-         ".03), (.16, .08) and (.08, .08): five quads, ten triangles, or three quads and four "
-         "triangles. The four corners are moved as u = 1e-3 (x + y/2), v = 1e-3 (y + x/2), or as "
-         "w = 1e-3 (x^2 + xy + y^2) / 2 with its slopes; the inner nodes must follow. Sizes of "
-         "the stresses over all corners and both faces; errors relative to the exact "
-         "values.\n\n"
-         "Source: MacNeal & Harder (1985): SX = SY = 1333, TXY = 400; bending 0.667 and "
-         "0.200.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "Errors below 1e-5 are the six digits of the result files. Quads beside triangles bend "
-         "exactly only in the limit of thin plates: along their common edge a constant twisting "
-         "moment reaches a quad as two moments and a triangle as two forces, and the difference "
-         "strains the quad's edge in shear. The error falls with the square of the thickness.\n\n";
+  return {{"table:patches", FormatTable(rows)}, {"value:file digits", Figure(FileDigits, 1)}};
 }
 
 }  // namespace korvex::book

@@ -54,19 +54,6 @@ double DeflectSquare(Edges edges, Cells cells, Division division, int n) {
 
 ConvergenceCase SquarePlates() {
   ConvergenceCase c;
-  c.title = "Square plate under uniform pressure";
-  c.statement =
-      "Side L, t/L = 1/1000, nu 0.3, pressure p; no units: the result is w D / (p L^4) at the "
-      "centre, D = E t^3 / (12 (1 - nu^2)). A quarter of the plate, planes of symmetry through "
-      "the centre; n elements a side of the quarter. Supported edges hold w and the rotation "
-      "about the edge's normal. On the distorted meshes the parts of each side are as 1 : 2 : ... "
-      ": n, in the sense of a walk round the quarter, and straight lines join them.";
-  c.source =
-      "1.267e-3 and 4.062e-3, Ko, Lee, Lee & Bathe (2017), with the rows of their four-node "
-      "element with assumed shear strains on the regular meshes. Timoshenko & Woinowsky-Krieger "
-      "(1959), tables 8 and 35, have 0.00406 and 0.00126. The second reference of the clamped "
-      "plate, 1.265319e-3, is a Ritz solution with polynomials (1 - X^2)^2 (1 - Y^2)^2 Pi(X) "
-      "Pj(Y), i, j < 14, made for this book; Taylor & Govindjee (2004) give 1.26532e-3.";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -94,11 +81,6 @@ ConvergenceCase SquarePlates() {
                    solve(Edges::Supported, Cells::Quads, Division::Distorted)},
                   {"supported, regular triangles", "4.062e-3",
                    solve(Edges::Supported, Cells::Triangles, Division::Regular)}};
-  c.comment =
-      "The published rows are met to the last digit. What the clamped plate converges to is the "
-      "Ritz value, not 1.267e-3, in the published rows too. Distorted meshes cost up to two and a "
-      "half percent on the coarsest mesh. Triangles are too soft on coarse meshes (their "
-      "deflections do not join in between the nodes) and converge from above.";
   return c;
 }
 
@@ -144,14 +126,6 @@ double DeflectDisc(Cells cells, int n) {
 
 ConvergenceCase CircularPlate() {
   ConvergenceCase c;
-  c.title = "Clamped circular plate under uniform pressure";
-  c.statement =
-      "Radius R, t/R = 1/1000, nu 0.3, pressure p; the result is 64 w D / (p R^4) at the centre. "
-      "A quarter of the plate in three blocks of n x n elements: a square round the centre (its "
-      "sides 0.5 R long, its corner at R/3, R/3) and two between it and the circle.";
-  c.source =
-      "p R^4 / (64 D), Timoshenko & Woinowsky-Krieger (1959), eq. 62; published rows of Ko, Lee, "
-      "Lee & Bathe (2017).";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = [](int n) { return "3 x " + NameSquare(n); };
   c.finestShort = 16;
@@ -160,14 +134,14 @@ ConvergenceCase CircularPlate() {
                    [](int n) { return DeflectDisc(Cells::Quads, n); },
                    {".9934", ".9986", ".9997", ".9999"}},
                   {"triangles", "1", [](int n) { return DeflectDisc(Cells::Triangles, n); }}};
-  c.comment = "With the inner square's corner at R/3 the published rows are met to the last digit.";
   return c;
 }
 
 }  // namespace
 
-std::string WritePlates(Extent extent) {
-  return WriteCase(SquarePlates(), extent) + WriteCase(CircularPlate(), extent);
+Fillings ComputePlates(Extent extent) {
+  return {{"table:square plate", ComputeTable(SquarePlates(), extent)},
+          {"table:circular plate", ComputeTable(CircularPlate(), extent)}};
 }
 
 }  // namespace korvex::book

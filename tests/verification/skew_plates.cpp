@@ -40,12 +40,6 @@ double DeflectSkewPlate(Skew skew, double degrees, int n) {
 
 ConvergenceCase SkewPlates() {
   ConvergenceCase c;
-  c.title = "Simply supported skew plates under uniform pressure";
-  c.statement =
-      "Rhombus of side 1 with the acute angle given, t 0.01, E 3e7, nu 0.3, p 1. Only w is held "
-      "on the edges; both rotations are free. The whole plate, n elements a side along the sides. "
-      "Deflection at the centre.";
-  c.source = "Morley (1963).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -61,12 +55,6 @@ ConvergenceCase SkewPlates() {
            [skew = skew, angle = angle](int n) { return DeflectSkewPlate(skew, angle, n); }});
     }
   }
-  c.comment =
-      "The moments are infinite in the obtuse corners, and the meshes are uniform: that is what "
-      "makes the sharp plates converge slowly, with any element. The quads pass the thin plate's "
-      "values by half a percent (80 degrees) to 1.7 (30 degrees), because with free edge "
-      "rotations a plate of t/L = 1/100 shears at its edges. Cut along the long diagonal, "
-      "triangles do badly in sharp corners; along the short one they do well on any mesh.";
   return c;
 }
 
@@ -84,16 +72,6 @@ double DeflectRhombus(int i, int j, int n) {
 
 ConvergenceCase RhombicCantilever() {
   ConvergenceCase c;
-  c.title = "Rhombic cantilever of triangles";
-  c.statement =
-      "Rhombus of side 12 with an acute angle of 45 degrees, clamped along one side, t 0.125, E "
-      "10.5e6, nu 0.3, uniform pressure 0.26066. n x n cells, each cut along its long diagonal. "
-      "Deflections at the free side's acute corner (1), middle (2) and obtuse corner (3), and "
-      "halfway between the clamped and the free side at the edge on the acute side (4), in the "
-      "middle (5), and at the other edge (6).";
-  c.source =
-      "computed rows of this triangle, the DKT element of Batoz, Bathe & Ho (1980), on 4 x 4 "
-      "cells; the second values are the measurements quoted there.";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -112,17 +90,14 @@ ConvergenceCase RhombicCantilever() {
                             {},
                             point.measured});
   }
-  c.comment =
-      "On the 4 x 4 mesh the references are met digit by digit: it is the same element. The finer "
-      "meshes show how far that mesh is from the solution: 6 percent at the tip, a fifth at point "
-      "6, where the plate hardly moves.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteSkewPlates(Extent extent) {
-  return WriteCase(SkewPlates(), extent) + WriteCase(RhombicCantilever(), extent);
+Fillings ComputeSkewPlates(Extent extent) {
+  return {{"table:simply supported plates", ComputeTable(SkewPlates(), extent)},
+          {"table:rhombic cantilever", ComputeTable(RhombicCantilever(), extent)}};
 }
 
 }  // namespace korvex::book

@@ -138,7 +138,7 @@ Panel SolveWithShells(int n) {
 
 }  // namespace
 
-std::string WriteStiffeners(Extent extent) {
+Fillings ComputeStiffeners(Extent extent) {
   const std::vector<int> meshes{4, 8, 16};
   constexpr int FinestShort = 8;
   std::vector<Row> rows{{"elements over half the width", "", "deflection at the stiffener, mm",
@@ -161,26 +161,7 @@ std::string WriteStiffeners(Extent extent) {
     }
     for (const Row& row : {beams, shells, ratios}) rows.push_back(row);
   }
-  return "### Plate with a T stiffener\n\n"
-         "N, mm. A plate of 2400 x 800 x 10, simply supported round its edges (uz), with a T "
-         "stiffener of 140 x 9 / 80 x 12 below its long centre line, under a pressure of 0.02; E "
-         "206000, nu 0.3. One half, cut at the middle. The stiffener as beams with the plate's "
-         "nodes (`BeamSecOz` = 5, half the plate), against web and flange as quads, from the "
-         "plate's mid-plane to the flange's (which counts 11 mm of web twice), n elements over the "
-         "web and n over the flange. "
-         "Deflections at the middle, at the stiffener and 200 mm beside it; mean of both faces of "
-         "SX at the middle, in the flange above the web (of the beams: from their detail models) "
-         "and in the plate.\n\n"
-         "Source: the two models against each other.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "Deflections and the plate's stress agree to a little more than one percent on the "
-         "finest mesh; on coarse meshes the web of few quads is the stiffer and poorer model (see "
-         "the straight cantilever), not the beam. The flange's stress of the detail models is 14 "
-         "percent above that of the shells: 10 of them are 1 / (1 - nu^2), because beams that are "
-         "as short as the flange is wide have ends that cannot contract (see the detail models "
-         "below), the rest is the shear of the web and the shear lag of the flange, which the "
-         "beam does not know.\n\n";
+  return {{"table:stiffened plate", FormatTable(rows)}};
 }
 
 }  // namespace korvex::book
