@@ -1,4 +1,3 @@
-// The marks of book.h: "\x02" kind " " value " " digits or bound "\x03".
 #include "verification/book.h"
 
 #include <algorithm>
@@ -11,6 +10,7 @@ namespace korvex::book {
 
 namespace {
 
+// Layout of a mark: MarkBegin kind " " value " " digits or bound MarkEnd.
 constexpr char MarkBegin = '\x02';
 constexpr char MarkEnd = '\x03';
 
@@ -29,7 +29,7 @@ std::string FormatMark(const Mark& mark) {
   return buffer;
 }
 
-// Reads the mark that begins at `place`, which moves behind it.
+// Reads the mark that begins at `place` and moves `place` behind it.
 Mark ReadMark(const std::string& text, std::size_t& place) {
   Mark mark;
   mark.kind = static_cast<Kind>(text[place + 1]);
@@ -46,7 +46,7 @@ std::string Print(const char* format, int digits, double value) {
   return buffer;
 }
 
-// Below this, and from 10^5 on, a figure has an exponent.
+// Sizes below the first and from the second on are printed with an exponent.
 constexpr double SmallestPlain = 0.01, LargestPlain = 1e5;
 
 // "e-3" for "e-03"
@@ -80,8 +80,8 @@ std::string RenderMark(const Mark& mark) {
   return "?";
 }
 
-// Whether the committed digits are those of the mark. No allowance for the edge between two digits:
-// with it, one committed digit in five could be changed by one unseen.
+// Whether the committed number is that of the mark. A value near the edge between two digits gets
+// no tolerance: one that suffices would let one wrong last digit in five pass.
 bool Accepts(const Mark& mark, const std::string& token) {
   if (!std::isfinite(mark.value)) return false;
   if (mark.kind == Kind::Digits || mark.kind == Kind::Ratio) return token == RenderMark(mark);
@@ -92,7 +92,7 @@ bool Accepts(const Mark& mark, const std::string& token) {
          (std::fabs(mark.value) <= mark.extra && std::fabs(committed) <= mark.extra);
 }
 
-// Whether the committed line is what `line` prints.
+// Whether the committed line agrees with `line`, mark by mark.
 bool Agrees(const std::string& line, const std::string& committed) {
   std::size_t i = 0, k = 0;
   while (i < line.size()) {

@@ -1,5 +1,5 @@
-// Curved shells of flat elements: the obstacle course's roof, cylinder and hemisphere, the twisted
-// beam, and the hook of two arcs.
+// Curved shells of flat elements: the roof, cylinder and hemisphere of the shell obstacle course
+// (Belytschko et al. 1985), the twisted beam, and the hook of two arcs.
 #include <cmath>
 
 #include "verification/chapters.h"
@@ -9,13 +9,16 @@ namespace korvex::book {
 
 namespace {
 
+// Components of loads, and dofs.
+constexpr std::size_t Fx = 0, Fy = 1, Fz = 2, Ux = 0, Uy = 1, Uz = 2;
+
 double Distance(const Point3& a, const Point3& b) {
   return std::sqrt((a[0] - b[0]) * (a[0] - b[0]) + (a[1] - b[1]) * (a[1] - b[1]) +
                    (a[2] - b[2]) * (a[2] - b[2]));
 }
 
-// The part of a cylinder along Y, from the crown (s = 0) to the angle `phi` and from Y = 0 to
-// `length`; outward normal.
+// The part of a cylinder with its axis along Y, from the crown (s = 0) to the angle `phi` and from
+// Y = 0 to `length`. Normals point outward.
 ModelText BuildCylinder(int n, Cells cells, double R, double phi, double length) {
   return test::BuildGrid(n, n, cells, [=](double s, double t) {
     return Point3{R * std::sin(phi * s), length * t, R * std::cos(phi * s)};
@@ -24,7 +27,8 @@ ModelText BuildCylinder(int n, Cells cells, double R, double phi, double length)
 
 // Diaphragm at y = 0, symmetry at the crown and at y = length.
 void SupportCylinder(ModelText& model, double length) {
-  FixWhere(model, [](const Point3& p) { return Same(p[1], 0.0); }, {1, 0, 1, 0, 0, 0});
+  FixWhere(
+      model, [](const Point3& p) { return Same(p[1], 0.0); }, Hold({Ux, Uz}));
   FixWhere(
       model, [=](const Point3& p) { return Same(p[1], length); }, MirrorY);
   FixWhere(
@@ -39,7 +43,7 @@ double DeflectRoof(Cells cells, int n) {
   SupportCylinder(model, halfLength);
   const double cell = Distance(model.nodes[0], model.nodes[1]) * halfLength / n * weight;
   const auto hang = [&model](int node, double force) {
-    model.forces.push_back({node, {0.0, 0.0, -force, 0.0, 0.0, 0.0}});
+    model.forces.push_back({node, SingleLoad(Fz, -force)});
   };
   for (const auto& shell : model.shells4) {
     for (const int node : shell.nodes) hang(node, cell / 4);
@@ -47,7 +51,7 @@ double DeflectRoof(Cells cells, int n) {
   for (const auto& shell : model.shells3) {
     for (const int node : shell.nodes) hang(node, cell / 2 / 3);
   }
-  return -RunModel(model).displacements.back()[2];
+  return -RunModel(model).displacements.back()[Uz];
 }
 
 ConvergenceCase Roof() {
@@ -71,8 +75,8 @@ double DeflectCylinder(Cells cells, int n) {
   FixWhere(
       model, [](const Point3& p) { return Same(p[2], 0.0); }, MirrorZ);
   const int loaded = test::GridNode(n, 0, n);
-  model.forces = {{loaded, {0.0, 0.0, -0.25, 0.0, 0.0, 0.0}}};
-  return -RunModel(model).displacements[static_cast<std::size_t>(loaded)][2];
+  model.forces = {{loaded, SingleLoad(Fz, -0.25)}};
+  return -RunModel(model).displacements[static_cast<std::size_t>(loaded)][Uz];
 }
 
 ConvergenceCase PinchedCylinder() {
@@ -89,8 +93,8 @@ ConvergenceCase PinchedCylinder() {
   return c;
 }
 
-// A quarter of the hemisphere from the equator (t = 0) to the hole. Its quads are flat: each is
-// symmetric about a meridian plane.
+// A quarter of the hemisphere from the equator (t = 0) to the hole. The quads are flat, because
+// each is symmetric about a meridian plane.
 double DeflectHemisphere(Cells cells, int n) {
   const double R = 10.0;
   ModelText model = test::BuildGrid(n, n, cells, [=](double s, double t) {
@@ -104,9 +108,9 @@ double DeflectHemisphere(Cells cells, int n) {
       model, [](const Point3& p) { return Same(p[0], 0.0); }, MirrorX);
   FixWhere(
       model, [](const Point3& p) { return Same(p[1], 0.0); }, MirrorY);
-  model.restraints.push_back({0, {0, 0, 1, 0, 0, 0}});
-  model.forces = {{0, {1.0, 0.0, 0.0, 0.0, 0.0, 0.0}}, {n, {0.0, -1.0, 0.0, 0.0, 0.0, 0.0}}};
-  return RunModel(model).displacements[0][0];
+  model.restraints.push_back({0, Hold({Uz})});
+  model.forces = {{0, SingleLoad(Fx, 1.0)}, {n, SingleLoad(Fy, -1.0)}};
+  return RunModel(model).displacements[0][Ux];
 }
 
 ConvergenceCase Hemisphere() {
@@ -141,12 +145,11 @@ double DeflectTwistedBeam(Cells cells, TipLoad load, int n) {
   model.thicknesses = {0.32};
   FixWhere(
       model, [](const Point3& p) { return Same(p[0], 0.0); }, Clamped);
-  const std::size_t d = load == TipLoad::InPlane ? 2 : 1;
-  Six force{};
-  force[d] = 1.0;
-  LoadEdge(model, test::GridNode(n, 0, 6 * n), test::GridNode(n, n, 6 * n), 1, force);
+  const bool inPlane = load == TipLoad::InPlane;
+  LoadEdge(model, test::GridNode(n, 0, 6 * n), test::GridNode(n, n, 6 * n), 1,
+           SingleLoad(inPlane ? Fz : Fy, 1.0));
   const int middle = test::GridNode(n, n / 2, 6 * n);
-  return RunModel(model).displacements[static_cast<std::size_t>(middle)][d];
+  return RunModel(model).displacements[static_cast<std::size_t>(middle)][inPlane ? Uz : Uy];
 }
 
 ConvergenceCase TwistedBeam() {
@@ -165,16 +168,16 @@ ConvergenceCase TwistedBeam() {
   return c;
 }
 
-// The hook's centre line in the XY plane at the fraction `t` of its elements: 60 degrees of radius
-// 14, then 150 degrees of radius 46 the other way round, from the clamped end at the origin. Of six
-// parts the first is the small arc.
+// The hook's centre line in the XY plane, from the clamped end at the origin: 60 degrees of radius
+// 14, then 150 degrees of radius 46, curved to the other side. `t` from 0 to 1 counts the elements:
+// a sixth of them is on the small arc.
 Point3 PlaceOnHook(double t) {
   constexpr double Small = 14.0, Large = 46.0, First = 1.0 / 6.0;
   if (t <= First) {
     const double angle = Pi / 3 * t / First;
     return {Small * (1 - std::cos(angle)), Small * std::sin(angle), 0.0};
   }
-  // Where the arcs meet, the centre of the large one lies on the other side.
+  // The centre of the large arc lies on the other side of the small one's end.
   const double angle = 5 * Pi / 6 * (t - First) / (1 - First) - Pi / 3;
   const double between = Small + Large;
   return {Small - between * std::cos(Pi / 3) + Large * std::cos(angle),
@@ -191,8 +194,8 @@ double DeflectHook(Cells cells, double Mu, int n) {
   model.thicknesses = {2.0};
   for (int i = 0; i <= n; ++i) model.restraints.push_back({i, Clamped});
   const int tip = test::GridNode(n, 0, 6 * n);
-  LoadEdge(model, tip, tip + n, 1, {0.0, 0.0, 1.0, 0.0, 0.0, 0.0});
-  return RunModel(model).displacements[static_cast<std::size_t>(tip)][2];
+  LoadEdge(model, tip, tip + n, 1, SingleLoad(Fz, 1.0));
+  return RunModel(model).displacements[static_cast<std::size_t>(tip)][Uz];
 }
 
 ConvergenceCase Hook() {

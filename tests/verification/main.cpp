@@ -27,7 +27,7 @@ namespace {
 Fillings ComputeNothing(Extent /*extent*/) { return {}; }
 
 struct Chapter {
-  std::string name;  // on the command line, and of its template
+  std::string name;  // on the command line; its template is templates/NAME.md
   Fillings (*compute)(Extent) = ComputeNothing;
 };
 
@@ -46,8 +46,8 @@ std::vector<Chapter> AllChapters() {
           {"sources"}};
 }
 
-// Keeps standard output silent: the invariants call the program's routines in this process, and
-// their progress lines would stand among those of the book.
+// Discards standard output while it lives: the invariants call the program's routines in this
+// process, and their progress lines would get between the lines of the book.
 class Silence {
  public:
   Silence() : kept_(std::cout.rdbuf(discarded_.rdbuf())) {}
@@ -88,7 +88,7 @@ std::string WriteSection(const Chapter& chapter, Extent extent) {
 
 std::string ReadDocument() { return test::ReadFile(KORVEX_DOCUMENT); }
 
-// The document's section with this heading; empty where there is none.
+// The body of the document's section with this heading; empty where there is none.
 std::string FindSection(const std::string& heading) {
   for (const Section& section : SplitSections(ReadDocument())) {
     if (section.heading == heading) return section.body;

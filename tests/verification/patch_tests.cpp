@@ -1,4 +1,5 @@
-// The patch tests of MacNeal & Harder: constant strain and constant curvature on a distorted patch.
+// The patch tests of MacNeal & Harder (1985): constant strain and constant curvature on a distorted
+// patch of quads, of triangles, or of both.
 #include <algorithm>
 #include <cmath>
 
@@ -10,6 +11,9 @@ namespace korvex::book {
 
 namespace {
 
+constexpr std::size_t SX = 0, SY = 1, TXY = 3;  // places among the six stresses
+
+// Displacements ux, uy, uz, rx, ry, rz at a place of the patch.
 using Field = Six (*)(double x, double y);
 
 // u = 1e-3 (x + y/2), v = 1e-3 (y + x/2)
@@ -23,7 +27,7 @@ Six BendingField(double x, double y) {
           0.0};
 }
 
-// Mixed: quads at the first, third and fifth cell.
+// With Cells::Mixed the first, third and fifth cell are quads.
 ModelText BuildPatch(Cells cells, Field field) {
   ModelText model;
   model.materials = {{1e6, 0.25, 0.0}};
@@ -40,12 +44,13 @@ ModelText BuildPatch(Cells cells, Field field) {
   return model;
 }
 
-// What the corners of all elements say of the size of one stress.
+// The absolute values of one stress over all corners and both faces.
 struct Range {
-  double lowest = 0.0, highest = 0.0, worst = 0.0;  // worst: the largest relative error
+  double lowest = 0.0, highest = 0.0;
+  double worst = 0.0;  // the largest relative error
 };
 
-// The upper and the lower face. `component`: 0 for SX, 1 for SY, 3 for TXY.
+// `component`: SX, SY or TXY. `exact`: its absolute value everywhere.
 Range FindRange(const Results& results, std::size_t component, double exact) {
   Range range{exact * 1e9, 0.0, 0.0};
   for (const Corners& shell : results.shells) {
@@ -61,7 +66,8 @@ Range FindRange(const Results& results, std::size_t component, double exact) {
   return range;
 }
 
-// The largest deviation of a displacement, relative to the field's largest of its kind.
+// The largest error of a displacement. Translations are relative to the largest translation of the
+// field, rotations to its largest rotation.
 double FindFieldError(const ModelText& model, const Results& results, Field field) {
   std::array<double, 2> sizes{}, errors{};
   for (std::size_t n = 0; n < model.nodes.size(); ++n) {
@@ -82,8 +88,8 @@ void AddPatch(Cells cells, const std::string& name, bool bending, std::vector<Ro
   const double sx = bending ? 2.0 / 3.0 : 4000.0 / 3.0, txy = bending ? 0.2 : 400.0;
   const ModelText model = BuildPatch(cells, field);
   const Results results = RunModel(model, Read::Stresses);
-  const Range x = FindRange(results, 0, sx), y = FindRange(results, 1, sx);
-  const Range xy = FindRange(results, 3, txy);
+  const Range x = FindRange(results, SX, sx), y = FindRange(results, SY, sx);
+  const Range xy = FindRange(results, TXY, txy);
   const double stressError = std::max({x.worst, y.worst, xy.worst});
   const double fieldError = FindFieldError(model, results, field);
   const bool exact = stressError < FileDigits;

@@ -9,19 +9,22 @@ namespace korvex::book {
 
 namespace {
 
-// A rhombus whose acute angle is `degrees`, one side along X.
+constexpr std::size_t Ux = 0, Uy = 1, Uz = 2, Rz = 5;  // dofs
+
+// The place (s, t) of the unit square, moved onto a rhombus with the acute angle `degrees` and one
+// side along X.
 Point3 PlaceSkew(double side, double degrees, double s, double t) {
   const double angle = degrees * Pi / 180.0;
   return {side * (s + t * std::cos(angle)), side * t * std::sin(angle), 0.0};
 }
 
-// What the cells of a skew mesh are: quads, or triangles cut along either diagonal.
+// The cells of a skew mesh: quads, or triangles cut along the longer or the shorter diagonal.
 enum class Skew { Quads, LongCut, ShortCut };
 
 double DeflectSkewPlate(Skew skew, double degrees, int n) {
   const bool mirrored = skew == Skew::ShortCut;
-  // A cell is cut along the diagonal from its first corner: the long one, unless s runs backwards,
-  // which turns the normal down.
+  // BuildGrid cuts a cell along the diagonal from its first corner, here the longer one. With s
+  // reversed it is the shorter one; the normals then point down.
   ModelText model = test::BuildGrid(
       n, n, skew == Skew::Quads ? Cells::Quads : Cells::Triangles,
       [=](double s, double t) { return PlaceSkew(1.0, degrees, mirrored ? 1 - s : s, t); });
@@ -30,12 +33,13 @@ double DeflectSkewPlate(Skew skew, double degrees, int n) {
   for (int j = 0; j <= n; ++j) {
     for (int i = 0; i <= n; ++i) {
       const bool edge = i == 0 || i == n || j == 0 || j == n;
-      model.restraints.push_back({test::GridNode(n, i, j), {1, 1, edge ? 1 : 0, 0, 0, 1}});
+      model.restraints.push_back(
+          {test::GridNode(n, i, j), edge ? Hold({Ux, Uy, Uz, Rz}) : PlateOnly});
     }
   }
   PressShells(model, mirrored ? -1.0 : 1.0);
   const int centre = test::GridNode(n, n / 2, n / 2);
-  return RunModel(model).displacements[static_cast<std::size_t>(centre)][2];
+  return RunModel(model).displacements[static_cast<std::size_t>(centre)][Uz];
 }
 
 ConvergenceCase SkewPlates() {
@@ -58,7 +62,8 @@ ConvergenceCase SkewPlates() {
   return c;
 }
 
-// The deflection at half (1) and whole (2) sides: i along the clamped side, j away from it.
+// The deflection at a point given in halves of the sides (0, 1, 2): i along the clamped side, j
+// away from it.
 double DeflectRhombus(int i, int j, int n) {
   ModelText model = test::BuildGrid(n, n, Cells::Triangles,
                                     [](double s, double t) { return PlaceSkew(12.0, 45.0, s, t); });
@@ -67,7 +72,7 @@ double DeflectRhombus(int i, int j, int n) {
   for (int k = 0; k <= n; ++k) model.restraints.push_back({k, Clamped});
   PressShells(model, 0.26066);
   const int node = test::GridNode(n, i * n / 2, j * n / 2);
-  return RunModel(model).displacements[static_cast<std::size_t>(node)][2];
+  return RunModel(model).displacements[static_cast<std::size_t>(node)][Uz];
 }
 
 ConvergenceCase RhombicCantilever() {
