@@ -7,7 +7,6 @@
 #include "support/beam_sections.h"
 #include "verification/book.h"
 #include "verification/chapters.h"
-#include "verification/comparison.h"
 #include "verification/meshes.h"
 
 namespace korvex::book {
