@@ -1,4 +1,3 @@
-// The marks of book.h: "\x02" kind " " value " " digits or bound "\x03".
 #include "verification/book.h"
 
 #include <algorithm>
@@ -11,6 +10,7 @@ namespace korvex::book {
 
 namespace {
 
+// Layout of a mark: MarkBegin kind " " value " " digits or bound MarkEnd.
 constexpr char MarkBegin = '\x02';
 constexpr char MarkEnd = '\x03';
 
@@ -29,7 +29,7 @@ std::string FormatMark(const Mark& mark) {
   return buffer;
 }
 
-// Reads the mark that begins at `place`, which moves behind it.
+// Reads the mark that begins at `place` and moves `place` behind it.
 Mark ReadMark(const std::string& text, std::size_t& place) {
   Mark mark;
   mark.kind = static_cast<Kind>(text[place + 1]);
@@ -46,7 +46,7 @@ std::string Print(const char* format, int digits, double value) {
   return buffer;
 }
 
-// Below this, and from 10^5 on, a figure has an exponent.
+// Sizes below the first and from the second on are printed with an exponent.
 constexpr double SmallestPlain = 0.01, LargestPlain = 1e5;
 
 // "e-3" for "e-03"
@@ -80,8 +80,8 @@ std::string RenderMark(const Mark& mark) {
   return "?";
 }
 
-// Whether the committed digits are those of the mark. No allowance for the edge between two digits:
-// with it, one committed digit in five could be changed by one unseen.
+// Whether the committed number is that of the mark. A value near the edge between two digits gets
+// no tolerance: one that suffices would let one wrong last digit in five pass.
 bool Accepts(const Mark& mark, const std::string& token) {
   if (!std::isfinite(mark.value)) return false;
   if (mark.kind == Kind::Digits || mark.kind == Kind::Ratio) return token == RenderMark(mark);
@@ -92,7 +92,7 @@ bool Accepts(const Mark& mark, const std::string& token) {
          (std::fabs(mark.value) <= mark.extra && std::fabs(committed) <= mark.extra);
 }
 
-// Whether the committed line is what `line` prints.
+// Whether the committed line agrees with `line`, mark by mark.
 bool Agrees(const std::string& line, const std::string& committed) {
   std::size_t i = 0, k = 0;
   while (i < line.size()) {
@@ -101,8 +101,8 @@ bool Agrees(const std::string& line, const std::string& committed) {
       continue;
     }
     const Mark mark = ReadMark(line, i);
-    const std::size_t end =
-        std::min(committed.find_first_not_of("+-.0123456789e", k), committed.size());
+    std::size_t end = std::min(committed.find_first_not_of("+-.0123456789e", k), committed.size());
+    if (end > k && committed[end - 1] == '.') --end;  // the end of a sentence
     if (!Accepts(mark, committed.substr(k, end - k))) return false;
     k = end;
   }
@@ -158,33 +158,13 @@ std::string FindDifferences(const std::string& text, const std::string& committe
 std::string FormatTable(const std::vector<Row>& rows) {
   std::string table;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    table += '|';
+    table += i > 0 ? "\n|" : "|";
     for (const std::string& cell : rows[i]) table += ' ' + cell + (cell.empty() ? "|" : " |");
-    table += '\n';
     if (i > 0) continue;
-    table += '|';
+    table += "\n|";
     for (std::size_t k = 0; k < rows[i].size(); ++k) table += "---|";
-    table += '\n';
   }
   return table;
-}
-
-std::string WrapParagraphs(const std::string& text) {
-  constexpr std::size_t Columns = 100;
-  std::string wrapped;
-  for (const std::string& line : SplitLines(text)) {
-    const bool paragraph = line.size() > Columns && line[0] != '|' && line[0] != '#';
-    std::size_t column = 0;
-    std::istringstream words(paragraph ? line : "");
-    for (std::string word; words >> word; column += word.size()) {
-      const bool breaks = column > 0 && column + 1 + word.size() > Columns;
-      if (breaks) column = 0;
-      if (column > 0) ++column;
-      wrapped += (breaks ? "\n" : column > 0 ? " " : "") + word;
-    }
-    wrapped += (paragraph ? "" : line) + '\n';
-  }
-  return wrapped;
 }
 
 std::vector<Section> SplitSections(const std::string& document) {

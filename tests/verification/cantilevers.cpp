@@ -1,5 +1,5 @@
-// Membrane bending: straight and curved cantilevers of one element over the height, and a folded
-// one in torsion.
+// Cantilevers of shells that bend in their plane: a straight and a curved one, with one element
+// over the height on the coarsest mesh, and a Z-section in torsion.
 #include <cmath>
 
 #include "verification/chapters.h"
@@ -9,31 +9,35 @@ namespace korvex::book {
 
 namespace {
 
+// Directions of forces and displacements.
+constexpr std::size_t X = 0, Y = 1, Z = 2;
+
 enum class Shape { Rectangles, Trapezoids, Parallelograms, Squares };
 
-constexpr double Length = 6.0, Width = 0.2, Thickness = 0.1;
-constexpr int Cells6 = 6;
+// Of the straight one; the curved one has the same thickness.
+constexpr double Width = 0.2, Thickness = 0.1;
+constexpr int CoarseCells = 6;  // along the coarsest mesh, each 1 long
 
-// The six elements of the coarse mesh; each is divided into k x k for a finer one. The lines
-// between them are upright, lean by 45 degrees in turn to one side and the other, or all to one
-// side.
+// The place (s, t) of the unit square on the straight cantilever. The lines between the six cells
+// of the coarsest mesh are upright, or inclined by 45 degrees: alternately to one side and to the
+// other (trapezoids), or all to one side (parallelograms).
 Point3 PlaceStraight(Shape shape, double s, double t) {
-  const double along = t * Cells6;
+  const double along = t * CoarseCells;
   const auto line = [shape, s](int i) {
-    if (shape == Shape::Rectangles || shape == Shape::Squares || i == 0 || i == Cells6)
+    if (shape == Shape::Rectangles || shape == Shape::Squares || i == 0 || i == CoarseCells)
       return static_cast<double>(i);
     const double lean = Width * (s - 0.5);
     return i + (shape == Shape::Trapezoids && i % 2 == 0 ? -lean : lean);
   };
-  const int i = along < Cells6 ? static_cast<int>(along) : Cells6 - 1;
+  const int i = along < CoarseCells ? static_cast<int>(along) : CoarseCells - 1;
   return {line(i) + (line(i + 1) - line(i)) * (along - i), Width * (1 - s), 0.0};
 }
 
 enum class Load { Extension, InPlane, OutOfPlane, Twist };
 
-// k elements over the height, 6 k along, or 30 k squares.
+// k elements over the height and 6 k along the cantilever, or 30 k squares.
 double DeflectStraight(Shape shape, Load load, int k) {
-  const int along = shape == Shape::Squares ? 30 * k : Cells6 * k;
+  const int along = shape == Shape::Squares ? 30 * k : CoarseCells * k;
   ModelText model = test::BuildGrid(
       k, along, Cells::Quads, [shape](double s, double t) { return PlaceStraight(shape, s, t); });
   model.materials = {{1e7, 0.3, 0.0}};
@@ -41,121 +45,82 @@ double DeflectStraight(Shape shape, Load load, int k) {
   FixWhere(
       model, [](const Point3& p) { return Same(p[0], 0.0); }, Clamped);
   const int upper = test::GridNode(k, 0, along), lower = upper + k;
-  Six force{};
-  std::size_t read = 0;
-  switch (load) {
-    case Load::Extension:
-      force[0] = 1.0, read = 0;
-      break;
-    case Load::InPlane:
-      force[1] = 1.0, read = 1;
-      break;
-    case Load::OutOfPlane:
-      force[2] = 1.0, read = 2;
-      break;
-    case Load::Twist:
-      // A couple of forces at the corners.
-      model.forces = {{upper, {0.0, 0.0, 1.0 / Width, 0.0, 0.0, 0.0}},
-                      {lower, {0.0, 0.0, -1.0 / Width, 0.0, 0.0, 0.0}}};
-      break;
+  const std::size_t direction = load == Load::Extension ? X : load == Load::InPlane ? Y : Z;
+  if (load == Load::Twist) {
+    // A couple of forces at the corners.
+    model.forces = {{upper, SingleLoad(Z, 1.0 / Width)}, {lower, SingleLoad(Z, -1.0 / Width)}};
+  } else {
+    LoadEdge(model, upper, lower, 1, SingleLoad(direction, 1.0));
   }
-  if (load != Load::Twist) LoadEdge(model, upper, lower, 1, force);
   const Results results = RunModel(model);
   const Six& a = results.displacements[static_cast<std::size_t>(upper)];
   const Six& b = results.displacements[static_cast<std::size_t>(lower)];
-  if (load == Load::Twist) return (a[2] - b[2]) / Width;
-  return (a[read] + b[read]) / 2;
+  if (load == Load::Twist) return (a[Z] - b[Z]) / Width;
+  return (a[direction] + b[direction]) / 2;
 }
 
 ConvergenceCase StraightCantilever() {
   ConvergenceCase c;
-  c.title = "Straight cantilever";
-  c.statement =
-      "6 x 0.2 x 0.1, E 1e7, nu 0.3, clamped at x = 0. Unit loads at the tip, spread over its "
-      "nodes: along the axis, across it in plane (over the height 0.2) and out of plane, and a "
-      "unit twisting moment of two opposite forces at the tip's corners. Displacement along the "
-      "load, mean of the tip's corners; twist from the difference of their deflections. Six "
-      "elements of size 1 x 0.2, as rectangles, as trapezoids (sides leaning by 45 degrees, in "
-      "turn) and as parallelograms (all to one side), then each divided into k x k.";
-  c.source =
-      "MacNeal & Harder (1985). Saint-Venant's torsion of the rectangle, J = 0.2287 w t^3, gives "
-      "a twist of 0.03411.";
   c.meshes = {1, 2, 4, 8};
-  c.nameMesh = [](int k) { return std::to_string(Cells6 * k) + " x " + std::to_string(k); };
+  c.nameMesh = [](int k) { return std::to_string(CoarseCells * k) + " x " + std::to_string(k); };
   c.finestShort = 8;
   const std::vector<std::pair<Shape, std::string>> shapes{
       {Shape::Rectangles, "rectangles"},
       {Shape::Trapezoids, "trapezoids"},
       {Shape::Parallelograms, "parallelograms"}};
-  struct Row {
+  struct LoadCase {
     Load load;
     std::string name, reference;
   };
-  const std::vector<Row> loads{{Load::Extension, "extension", "3.0e-5"},
-                               {Load::InPlane, "in-plane shear", ".1081"},
-                               {Load::OutOfPlane, "out-of-plane shear", ".4321"},
-                               {Load::Twist, "twist", ".03208"}};
-  for (const Row& row : loads) {
+  const std::vector<LoadCase> loads{{Load::Extension, "extension", "3.0e-5"},
+                                    {Load::InPlane, "in-plane shear", ".1081"},
+                                    {Load::OutOfPlane, "out-of-plane shear", ".4321"},
+                                    {Load::Twist, "twist", ".03208"}};
+  for (const LoadCase& loadCase : loads) {
     for (const auto& [shape, name] : shapes) {
-      c.quantities.push_back(
-          {row.name + ", " + name, row.reference,
-           [load = row.load, shape = shape](int k) { return DeflectStraight(shape, load, k); }});
+      c.quantities.push_back({loadCase.name + ", " + name, loadCase.reference,
+                              [load = loadCase.load, shape = shape](int k) {
+                                return DeflectStraight(shape, load, k);
+                              }});
     }
   }
   c.quantities.push_back({"in-plane shear, squares (30 k x k)", ".1081",
                           [](int k) { return DeflectStraight(Shape::Squares, Load::InPlane, k); }});
-  c.comment =
-      "Stretching, bending across the plane and twisting come out well on any of the meshes. "
-      "Bending in the plane does not, and is the worst that this membrane does: a bilinear "
-      "quadrilateral bends by shearing, the more so the longer it is, and the stiffness of the "
-      "drilling rotation, tied to the rotation of the plane, adds to it. Without that stiffness "
-      "the coarse meshes would have .0933, .0269 and .0342, the usual values of a bilinear "
-      "membrane. Square elements are much better than long ones: a girder's web wants eight of "
-      "them over its height. The reference for the twist lies below Saint-Venant's, to which the "
-      "fine meshes go.";
   return c;
 }
 
 double DeflectCurved(Load load, int k) {
   const double inner = 4.12, outer = 4.32;
-  ModelText model = test::BuildGrid(k, Cells6 * k, Cells::Quads, [=](double s, double t) {
+  ModelText model = test::BuildGrid(k, CoarseCells * k, Cells::Quads, [=](double s, double t) {
     const double r = inner + (outer - inner) * s, angle = Pi / 2 * t;
     return Point3{r * std::cos(angle), r * std::sin(angle), 0.0};
   });
   model.materials = {{1e7, 0.25, 0.0}};
   model.thicknesses = {Thickness};
   for (int i = 0; i <= k; ++i) model.restraints.push_back({i, Clamped});
-  const int tip = test::GridNode(k, 0, Cells6 * k);
+  const int tip = test::GridNode(k, 0, CoarseCells * k);
   // At the tip the radius points along Y.
-  const std::size_t d = load == Load::InPlane ? 1 : 2;
-  Six force{};
-  force[d] = 1.0;
-  LoadEdge(model, tip, tip + k, 1, force);
+  const std::size_t direction = load == Load::InPlane ? Y : Z;
+  LoadEdge(model, tip, tip + k, 1, SingleLoad(direction, 1.0));
   const Results results = RunModel(model);
-  return (results.displacements[static_cast<std::size_t>(tip)][d] +
-          results.displacements[static_cast<std::size_t>(tip + k)][d]) /
+  return (results.displacements[static_cast<std::size_t>(tip)][direction] +
+          results.displacements[static_cast<std::size_t>(tip + k)][direction]) /
          2;
 }
 
 ConvergenceCase CurvedCantilever() {
   ConvergenceCase c;
-  c.title = "Curved cantilever";
-  c.statement =
-      "A quarter of a circle, radii 4.12 and 4.32, t 0.1, E 1e7, nu 0.25, clamped at one end; a "
-      "unit force at the other, radial (in plane) or across the plane. Displacement along the "
-      "force, mean of the tip's corners.";
-  c.source = "0.08734 and 0.5022, MacNeal & Harder (1985).";
   c.meshes = {1, 2, 4, 8};
-  c.nameMesh = [](int k) { return std::to_string(Cells6 * k) + " x " + std::to_string(k); };
+  c.nameMesh = [](int k) { return std::to_string(CoarseCells * k) + " x " + std::to_string(k); };
   c.finestShort = 8;
   c.quantities = {
       {"in plane", "0.08734", [](int k) { return DeflectCurved(Load::InPlane, k); }},
       {"out of plane", "0.5022", [](int k) { return DeflectCurved(Load::OutOfPlane, k); }}};
-  c.comment = "In its plane as weak as the straight one, for the same reasons.";
   return c;
 }
 
-// n elements over each flange, 2 n over the web, 8 n along; nodes station by station.
+// The membrane stress, in MPa. n elements over each flange, 2 n over the web, 8 n along; nodes are
+// numbered cross-section by cross-section.
 double StressZSection(int n) {
   const double length = 10.0, flange = 1.0, web = 2.0;
   const int across = 4 * n;
@@ -170,8 +135,8 @@ double StressZSection(int n) {
   FixWhere(
       model, [](const Point3& p) { return Same(p[0], 0.0); }, Clamped);
   const int tip = test::GridNode(across, 0, 8 * n);
-  LoadEdge(model, tip, tip + n, 1, {0.0, -0.6e6, 0.0, 0.0, 0.0, 0.0});
-  LoadEdge(model, tip + 3 * n, tip + 4 * n, 1, {0.0, 0.6e6, 0.0, 0.0, 0.0, 0.0});
+  LoadEdge(model, tip, tip + n, 1, SingleLoad(Y, -0.6e6));
+  LoadEdge(model, tip + 3 * n, tip + 4 * n, 1, SingleLoad(Y, 0.6e6));
   const Results results = RunModel(model, Read::Stresses);
   // The corner at the flange's edge, a quarter of the length from the clamped end.
   const int point = test::GridNode(across, 0, 2 * n);
@@ -180,7 +145,7 @@ double StressZSection(int n) {
   for (const Corners& shell : results.averaged) {
     for (const Corner& corner : shell) {
       if (corner.node != point) continue;
-      sum += (corner.top[0] + corner.bottom[0]) / 2;
+      sum += MembraneSX(corner);
       ++count;
     }
   }
@@ -189,29 +154,19 @@ double StressZSection(int n) {
 
 ConvergenceCase ZSection() {
   ConvergenceCase c;
-  c.title = "Z-section cantilever in torsion";
-  c.statement =
-      "Length 10 m, web 2 m, flanges 1 m, t 0.1 m, E 210 GPa, nu 0.3, clamped at one end; at the "
-      "other a torque of 1.2 MN m as two opposite shear forces of 0.6 MN in the flanges, spread "
-      "over their nodes. Axial membrane stress, in MPa, at the edge of the upper flange 2.5 m "
-      "from the clamped end: the mean of both faces in the file of the averaged stresses. Meshes "
-      "as elements along x over the whole section (a quarter of them on each flange).";
-  c.source = "-108 MPa, NAFEMS benchmark LE5 (1990).";
   c.meshes = {1, 2, 4, 8};
   c.nameMesh = [](int n) { return std::to_string(8 * n) + " x " + std::to_string(4 * n); };
   c.finestShort = 8;
   c.quantities = {{"quads", "-108", StressZSection}};
-  c.comment =
-      "The flanges bend in their planes, one element over the width on the coarsest mesh: the "
-      "membrane's weakness again, in a stress. The fine meshes go two percent beyond the target.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteCantilevers(Extent extent) {
-  return WriteCase(StraightCantilever(), extent) + WriteCase(CurvedCantilever(), extent) +
-         WriteCase(ZSection(), extent);
+Fillings ComputeCantilevers(Extent extent) {
+  return {{"table:straight cantilever", ComputeTable(StraightCantilever(), extent)},
+          {"table:curved cantilever", ComputeTable(CurvedCantilever(), extent)},
+          {"table:Z-section", ComputeTable(ZSection(), extent)}};
 }
 
 }  // namespace korvex::book

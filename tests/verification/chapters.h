@@ -1,28 +1,23 @@
-// The chapters of the book.
+// The chapters of the book: what is computed for each.
 //
-// Each routine computes its chapter as far as `extent` goes and returns its text, with figures as
-// marks (book.h).
+// Each routine computes the tables and figures of its chapter, as far as `extent` goes, and returns
+// them for the placeholders of templates/CHAPTER.md, with figures as marks (book.h). Throws
+// std::runtime_error where a run of the program fails.
 #pragma once
 
-#include <string>
-
 #include "verification/convergence.h"
+#include "verification/template.h"
 
 namespace korvex::book {
 
-std::string WritePatchTests(Extent extent);
-std::string WritePlates(Extent extent);
-std::string WriteSkewPlates(Extent extent);
-std::string WriteCurvedShells(Extent extent);
-std::string WriteCantilevers(Extent extent);
-std::string WriteBeams(Extent extent);
-std::string WriteStiffeners(Extent extent);
-std::string WriteDetailModels(Extent extent);
-std::string WriteInvariants(Extent extent);
-
-// What has no figures: the words before the first chapter, and the last two chapters.
-std::string WriteIntroduction();
-std::string WriteAdvice(Extent extent);
-std::string WriteSources(Extent extent);
+Fillings ComputePatchTests(Extent extent);
+Fillings ComputePlates(Extent extent);
+Fillings ComputeSkewPlates(Extent extent);
+Fillings ComputeCurvedShells(Extent extent);
+Fillings ComputeCantilevers(Extent extent);
+Fillings ComputeBeams(Extent extent);
+Fillings ComputeStiffeners(Extent extent);
+Fillings ComputeDetailModels(Extent extent);
+Fillings ComputeInvariants(Extent extent);
 
 }  // namespace korvex::book

@@ -1,4 +1,4 @@
-// Results beside closed forms, without a row of meshes.
+// A table of results beside closed forms, each on one mesh.
 #pragma once
 
 #include <string>
@@ -12,7 +12,7 @@ struct Comparison {
   double result = 0.0;
 };
 
-// A table: name, reference, result, result / reference.
-std::string WriteComparisons(const std::vector<Comparison>& comparisons);
+// The table in Markdown (FormatTable): name, reference, result, result / reference.
+std::string FormatComparisons(const std::vector<Comparison>& comparisons);
 
 }  // namespace korvex::book

@@ -1,5 +1,3 @@
-// The table of a case: one column for each mesh, and for each quantity a row of results, one of
-// result / reference, and one of published ratios where there are any.
 #include "verification/convergence.h"
 
 #include <cstdlib>
@@ -44,16 +42,13 @@ void AddRows(const ConvergenceCase& c, const Quantity& quantity, Extent extent,
 
 }  // namespace
 
-std::string WriteCase(const ConvergenceCase& c, Extent extent) {
+std::string ComputeTable(const ConvergenceCase& c, Extent extent) {
   std::vector<Row> rows{{"", "reference"}};
   for (const int mesh : c.meshes) {
     rows[0].push_back(c.nameMesh(mesh) + (mesh > c.finestShort ? " \\*" : ""));
   }
   for (const Quantity& quantity : c.quantities) AddRows(c, quantity, extent, rows);
-  std::string text = "### " + c.title + "\n\n" + c.statement + "\n\nSource: " + c.source + "\n\n" +
-                     FormatTable(rows) + "\n";
-  if (!c.comment.empty()) text += c.comment + "\n\n";
-  return text;
+  return FormatTable(rows);
 }
 
 }  // namespace korvex::book

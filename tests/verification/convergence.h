@@ -1,5 +1,7 @@
-// A case of the book: what is computed, where the reference comes from, and rows of results on
-// finer and finer meshes.
+// A convergence table: quantities on finer and finer meshes, beside their references.
+//
+// One column for each mesh. Each quantity has a row of results, a row of result / reference, a row
+// for its second reference if it has one, and a row of published ratios if there are any.
 #pragma once
 
 #include <functional>
@@ -8,31 +10,27 @@
 
 namespace korvex::book {
 
-// Whether the fine meshes are computed as well.
+// Short leaves out the fine meshes.
 enum class Extent { Short, Full };
 
-// One quantity on all meshes of a case.
+// One quantity on all meshes of a table.
 struct Quantity {
   std::string name;
-  std::string reference;                    // as the source gives it; its value is the divisor
+  std::string reference;                    // as its source prints it; results are divided by it
   std::function<double(int mesh)> solve;    // the result on a mesh
-  std::vector<std::string> published = {};  // ratios of another program, by mesh
-  std::string otherReference = {};          // a second value for the same quantity, if there is one
+  std::vector<std::string> published = {};  // result / reference of another element, by mesh
+  std::string otherReference = {};          // a second reference; empty where there is none
 };
 
 struct ConvergenceCase {
-  std::string title;
-  std::string statement;    // geometry, load, units, supports, where the result is read
-  std::string source;       // of the reference
   std::vector<int> meshes;  // as `solve` takes them
   std::function<std::string(int)> nameMesh;
-  int finestShort = 0;  // meshes beyond this one belong to the long run
+  int finestShort = 0;  // meshes beyond this one are computed with Extent::Full alone
   std::vector<Quantity> quantities;
-  std::string comment;  // what the rows show; may be empty
 };
 
-// The case with its figures, computed as far as `extent` goes.
-std::string WriteCase(const ConvergenceCase& c, Extent extent);
+// Solves the case as far as `extent` goes. Returns the table in Markdown (FormatTable).
+std::string ComputeTable(const ConvergenceCase& c, Extent extent);
 
 // "8"; "8 x 8"
 std::string NameCount(int mesh);

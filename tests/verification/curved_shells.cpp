@@ -1,5 +1,5 @@
-// Curved shells of flat elements: the obstacle course's roof, cylinder and hemisphere, the twisted
-// beam, and the hook of two arcs.
+// Curved shells of flat elements: the roof, cylinder and hemisphere of the shell obstacle course
+// (Belytschko et al. 1985), the twisted beam, and the hook of two arcs.
 #include <cmath>
 
 #include "verification/chapters.h"
@@ -9,13 +9,16 @@ namespace korvex::book {
 
 namespace {
 
+// Components of loads, and dofs.
+constexpr std::size_t Fx = 0, Fy = 1, Fz = 2, Ux = 0, Uy = 1, Uz = 2;
+
 double Distance(const Point3& a, const Point3& b) {
   return std::sqrt((a[0] - b[0]) * (a[0] - b[0]) + (a[1] - b[1]) * (a[1] - b[1]) +
                    (a[2] - b[2]) * (a[2] - b[2]));
 }
 
-// The part of a cylinder along Y, from the crown (s = 0) to the angle `phi` and from Y = 0 to
-// `length`; outward normal.
+// The part of a cylinder with its axis along Y, from the crown (s = 0) to the angle `phi` and from
+// Y = 0 to `length`. Normals point outward.
 ModelText BuildCylinder(int n, Cells cells, double R, double phi, double length) {
   return test::BuildGrid(n, n, cells, [=](double s, double t) {
     return Point3{R * std::sin(phi * s), length * t, R * std::cos(phi * s)};
@@ -24,7 +27,8 @@ ModelText BuildCylinder(int n, Cells cells, double R, double phi, double length)
 
 // Diaphragm at y = 0, symmetry at the crown and at y = length.
 void SupportCylinder(ModelText& model, double length) {
-  FixWhere(model, [](const Point3& p) { return Same(p[1], 0.0); }, {1, 0, 1, 0, 0, 0});
+  FixWhere(
+      model, [](const Point3& p) { return Same(p[1], 0.0); }, Hold({Ux, Uz}));
   FixWhere(
       model, [=](const Point3& p) { return Same(p[1], length); }, MirrorY);
   FixWhere(
@@ -39,7 +43,7 @@ double DeflectRoof(Cells cells, int n) {
   SupportCylinder(model, halfLength);
   const double cell = Distance(model.nodes[0], model.nodes[1]) * halfLength / n * weight;
   const auto hang = [&model](int node, double force) {
-    model.forces.push_back({node, {0.0, 0.0, -force, 0.0, 0.0, 0.0}});
+    model.forces.push_back({node, SingleLoad(Fz, -force)});
   };
   for (const auto& shell : model.shells4) {
     for (const int node : shell.nodes) hang(node, cell / 4);
@@ -47,21 +51,11 @@ double DeflectRoof(Cells cells, int n) {
   for (const auto& shell : model.shells3) {
     for (const int node : shell.nodes) hang(node, cell / 2 / 3);
   }
-  return -RunModel(model).displacements.back()[2];
+  return -RunModel(model).displacements.back()[Uz];
 }
 
 ConvergenceCase Roof() {
   ConvergenceCase c;
-  c.title = "Cylindrical roof under its own weight";
-  c.statement =
-      "R 25, length 50, half angle 40 degrees, t 0.25, E 4.32e8, nu 0, weight 90 per area, in "
-      "equal parts to the nodes of each element. A quarter: diaphragm at the end (the "
-      "displacements in its plane are held), symmetry at the middle and at the crown, free edge. "
-      "Downward deflection at the middle of the free edge.";
-  c.source =
-      "0.3024, MacNeal & Harder (1985); rows of Ko, Lee, Lee & Bathe (2017), whose element has "
-      "the same shear strains and a bilinear membrane but no drilling rotation. The shallow-shell "
-      "value of Scordelis & Lo (1964) is 0.3086.";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -70,12 +64,6 @@ ConvergenceCase Roof() {
                    [](int n) { return DeflectRoof(Cells::Quads, n); },
                    {".9432", ".9726", ".9886", ".9936", ".9955"}},
                   {"triangles", "0.3024", [](int n) { return DeflectRoof(Cells::Triangles, n); }}};
-  c.comment =
-      "Coarse meshes are stiffer than published, and the drilling rotation is why: along the fold "
-      "between two flat elements the drilling of one is bending of the other, and a stiffness of "
-      "ten times the shear modulus ties it to the rotation of a membrane that cannot follow. With "
-      "a thousandth of the shear modulus the rows would read .9418 .9739 .9913 .9971 (quads) and "
-      ".7345 .8737 .9575 .9843 (triangles).";
   return c;
 }
 
@@ -87,20 +75,12 @@ double DeflectCylinder(Cells cells, int n) {
   FixWhere(
       model, [](const Point3& p) { return Same(p[2], 0.0); }, MirrorZ);
   const int loaded = test::GridNode(n, 0, n);
-  model.forces = {{loaded, {0.0, 0.0, -0.25, 0.0, 0.0, 0.0}}};
-  return -RunModel(model).displacements[static_cast<std::size_t>(loaded)][2];
+  model.forces = {{loaded, SingleLoad(Fz, -0.25)}};
+  return -RunModel(model).displacements[static_cast<std::size_t>(loaded)][Uz];
 }
 
 ConvergenceCase PinchedCylinder() {
   ConvergenceCase c;
-  c.title = "Cylinder pinched between its end diaphragms";
-  c.statement =
-      "R 300, length 600, t 3, E 3e6, nu 0.3, two opposite radial forces of 1 at the middle. An "
-      "eighth: diaphragm at the end, symmetry in the three planes through the middle, a quarter "
-      "of the force. Deflection under it.";
-  c.source =
-      "1.8248e-5, Fluegge's series as quoted by Belytschko et al. (1985); rows of Ko, Lee, Lee & "
-      "Bathe (2017).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -110,15 +90,11 @@ ConvergenceCase PinchedCylinder() {
        [](int n) { return DeflectCylinder(Cells::Quads, n); },
        {".3788", ".7469", ".9286", ".9871", "1.005"}},
       {"triangles", "1.8248e-5", [](int n) { return DeflectCylinder(Cells::Triangles, n); }}};
-  c.comment =
-      "As for the roof; with a drilling stiffness of a thousandth of the shear modulus .3711 "
-      ".7434 .9288 .9890 (quads). Under a point force no element is right on a mesh coarser than "
-      "the dent.";
   return c;
 }
 
-// A quarter of the hemisphere from the equator (t = 0) to the hole. Its quads are flat: each is
-// symmetric about a meridian plane.
+// A quarter of the hemisphere from the equator (t = 0) to the hole. The quads are flat, because
+// each is symmetric about a meridian plane.
 double DeflectHemisphere(Cells cells, int n) {
   const double R = 10.0;
   ModelText model = test::BuildGrid(n, n, cells, [=](double s, double t) {
@@ -132,21 +108,13 @@ double DeflectHemisphere(Cells cells, int n) {
       model, [](const Point3& p) { return Same(p[0], 0.0); }, MirrorX);
   FixWhere(
       model, [](const Point3& p) { return Same(p[1], 0.0); }, MirrorY);
-  model.restraints.push_back({0, {0, 0, 1, 0, 0, 0}});
-  model.forces = {{0, {1.0, 0.0, 0.0, 0.0, 0.0, 0.0}}, {n, {0.0, -1.0, 0.0, 0.0, 0.0, 0.0}}};
-  return RunModel(model).displacements[0][0];
+  model.restraints.push_back({0, Hold({Uz})});
+  model.forces = {{0, SingleLoad(Fx, 1.0)}, {n, SingleLoad(Fy, -1.0)}};
+  return RunModel(model).displacements[0][Ux];
 }
 
 ConvergenceCase Hemisphere() {
   ConvergenceCase c;
-  c.title = "Hemisphere with a hole of 18 degrees";
-  c.statement =
-      "R 10, t 0.04, E 6.825e7, nu 0.3; free edges; four radial forces of 2 at the equator, in "
-      "turn outward and inward. A quarter with half of two forces; uz held at the outward one. "
-      "Displacement under that force.";
-  c.source =
-      "0.0930, Simo, Fox & Rifai (1989), with the rows of Ko, Lee, Lee & Bathe (2017); 0.0940, "
-      "MacNeal & Harder (1985).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -160,12 +128,6 @@ ConvergenceCase Hemisphere() {
                    [](int n) { return DeflectHemisphere(Cells::Triangles, n); },
                    {},
                    "0.0940"}};
-  c.comment =
-      "The worst case of the drilling stiffness: a doubly curved shell that bends without "
-      "stretching, on elements that are folded against each other both ways. The mesh must be so "
-      "fine that the fold from element to element is small: 32 elements a quarter are folded by "
-      "less than three degrees and reach two percent. With a drilling stiffness of a thousandth "
-      "of the shear modulus the rows would read .9956 .9964 .9985 1.003 (quads).";
   return c;
 }
 
@@ -183,22 +145,15 @@ double DeflectTwistedBeam(Cells cells, TipLoad load, int n) {
   model.thicknesses = {0.32};
   FixWhere(
       model, [](const Point3& p) { return Same(p[0], 0.0); }, Clamped);
-  const std::size_t d = load == TipLoad::InPlane ? 2 : 1;
-  Six force{};
-  force[d] = 1.0;
-  LoadEdge(model, test::GridNode(n, 0, 6 * n), test::GridNode(n, n, 6 * n), 1, force);
+  const bool inPlane = load == TipLoad::InPlane;
+  LoadEdge(model, test::GridNode(n, 0, 6 * n), test::GridNode(n, n, 6 * n), 1,
+           SingleLoad(inPlane ? Fz : Fy, 1.0));
   const int middle = test::GridNode(n, n / 2, 6 * n);
-  return RunModel(model).displacements[static_cast<std::size_t>(middle)][d];
+  return RunModel(model).displacements[static_cast<std::size_t>(middle)][inPlane ? Uz : Uy];
 }
 
 ConvergenceCase TwistedBeam() {
   ConvergenceCase c;
-  c.title = "Twisted beam";
-  c.statement =
-      "Length 12, width 1.1, t 0.32, twisted by 90 degrees from the clamped end to the tip; E "
-      "29e6, nu 0.22; a unit force at the tip, along its width (in plane) or across it (out of "
-      "plane), spread over its nodes. Displacement of the tip's middle along the force.";
-  c.source = "5.424e-3 and 1.754e-3, MacNeal & Harder (1985).";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = [](int n) { return std::to_string(n) + " x " + std::to_string(6 * n); };
   c.finestShort = 16;
@@ -210,27 +165,19 @@ ConvergenceCase TwistedBeam() {
       {"quads, out of plane", "1.754e-3", solve(Cells::Quads, TipLoad::OutOfPlane)},
       {"triangles, in plane", "5.424e-3", solve(Cells::Triangles, TipLoad::InPlane)},
       {"triangles, out of plane", "1.754e-3", solve(Cells::Triangles, TipLoad::OutOfPlane)}};
-  c.comment =
-      "Here the quads fail: a seventh of the deflection on the coarse mesh, a third on the "
-      "second, still 3 and 4 percent missing on the finest. They are warped, and a warped quad is "
-      "projected onto the plane of three of its nodes: its corners stand off that plane, a rigid "
-      "rotation strains it, and its forces do not balance in moments (see the invariants). That "
-      "they grow towards the reference is owed to the drilling stiffness as much: with a "
-      "thousandth of the shear modulus they would pass it, to 1.230 and 1.160 on 16 x 96. "
-      "Triangles cannot warp, and converge as they should.";
   return c;
 }
 
-// The hook's centre line in the XY plane at the fraction `t` of its elements: 60 degrees of radius
-// 14, then 150 degrees of radius 46 the other way round, from the clamped end at the origin. Of six
-// parts the first is the small arc.
+// The hook's centre line in the XY plane, from the clamped end at the origin: 60 degrees of radius
+// 14, then 150 degrees of radius 46, curved to the other side. `t` from 0 to 1 counts the elements:
+// a sixth of them is on the small arc.
 Point3 PlaceOnHook(double t) {
   constexpr double Small = 14.0, Large = 46.0, First = 1.0 / 6.0;
   if (t <= First) {
     const double angle = Pi / 3 * t / First;
     return {Small * (1 - std::cos(angle)), Small * std::sin(angle), 0.0};
   }
-  // Where the arcs meet, the centre of the large one lies on the other side.
+  // The centre of the large arc lies on the other side of the small one's end.
   const double angle = 5 * Pi / 6 * (t - First) / (1 - First) - Pi / 3;
   const double between = Small + Large;
   return {Small - between * std::cos(Pi / 3) + Large * std::cos(angle),
@@ -247,21 +194,12 @@ double DeflectHook(Cells cells, double Mu, int n) {
   model.thicknesses = {2.0};
   for (int i = 0; i <= n; ++i) model.restraints.push_back({i, Clamped});
   const int tip = test::GridNode(n, 0, 6 * n);
-  LoadEdge(model, tip, tip + n, 1, {0.0, 0.0, 1.0, 0.0, 0.0, 0.0});
-  return RunModel(model).displacements[static_cast<std::size_t>(tip)][2];
+  LoadEdge(model, tip, tip + n, 1, SingleLoad(Fz, 1.0));
+  return RunModel(model).displacements[static_cast<std::size_t>(tip)][Uz];
 }
 
 ConvergenceCase Hook() {
   ConvergenceCase c;
-  c.title = "Hook of two arcs under an end load";
-  c.statement =
-      "A strip of width 20, t 2: 60 degrees of radius 14 from the clamped end, then 150 degrees "
-      "of radius 46 bent the other way; E 3300, nu 0.3; a force of 1 along the width, spread over "
-      "the free end. Displacement of that end along the force.";
-  c.source =
-      "4.82482, Ko, Lee, Lee & Bathe (2017), nu 0.3. The problem was posed with nu 0.35 (Knight "
-      "1997), for which both 4.9352 and 5.027 are quoted. A curved beam (J of the open rectangle, "
-      "bending about its stiff axis and shear, no warping) gives 5.079 and 5.272.";
   c.meshes = {3, 6, 12, 24, 48};
   c.nameMesh = [](int n) { return std::to_string(n) + " x " + std::to_string(6 * n); };
   c.finestShort = 24;
@@ -273,21 +211,17 @@ ConvergenceCase Hook() {
        [](int n) { return DeflectHook(Cells::Quads, 0.35, n); },
        {},
        "5.027"}};
-  c.comment =
-      "The strip twists as it bends, and where its plates meet at a fold the twisting moment of "
-      "one has to be carried by the drilling rotation of the other. Here the stiff drilling "
-      "rotation is what is needed: with a thousandth of the shear modulus the quads would pass "
-      "the reference by 24 percent on 24 x 144, and go on. The triangles have no transverse "
-      "shear, which matters in this problem (Knight 1997), and stay 6 percent below.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteCurvedShells(Extent extent) {
-  return WriteCase(Roof(), extent) + WriteCase(PinchedCylinder(), extent) +
-         WriteCase(Hemisphere(), extent) + WriteCase(TwistedBeam(), extent) +
-         WriteCase(Hook(), extent);
+Fillings ComputeCurvedShells(Extent extent) {
+  return {{"table:roof", ComputeTable(Roof(), extent)},
+          {"table:pinched cylinder", ComputeTable(PinchedCylinder(), extent)},
+          {"table:hemisphere", ComputeTable(Hemisphere(), extent)},
+          {"table:twisted beam", ComputeTable(TwistedBeam(), extent)},
+          {"table:hook", ComputeTable(Hook(), extent)}};
 }
 
 }  // namespace korvex::book

@@ -1,12 +1,12 @@
-// The detail model of a beam against the same plates modelled by hand as shells of the structure,
-// and against beam theory.
+// Detail models of beams against the same meshes written by hand as models of shells, and against
+// beam theory. N, mm.
 #include <algorithm>
 #include <cmath>
 
+#include "deck/model_tables.h"
 #include "support/beam_sections.h"
 #include "verification/book.h"
 #include "verification/chapters.h"
-#include "verification/comparison.h"
 #include "verification/meshes.h"
 
 namespace korvex::book {
@@ -15,9 +15,13 @@ namespace {
 
 using test::TestSection;
 
-constexpr double E = 206000.0, Mu = 0.3;  // N, mm
+constexpr double E = 206000.0, Mu = 0.3;
 
-// A cross-section's mid-lines, as the detail models divide them: points (y, z) and segments.
+constexpr std::size_t My = 4;          // component of a load
+constexpr std::size_t Ux = 0, Rx = 3;  // the first translation and rotation of six displacements
+
+// The mid-lines of a cross-section, divided as detail models divide them: points (y, z), segments
+// between two points, and the thicknesses that the segments refer to.
 struct Outline {
   std::vector<std::array<double, 2>> points;
   struct Segment {
@@ -25,7 +29,7 @@ struct Outline {
   };
   std::vector<Segment> segments;
   std::vector<double> thicknesses;
-  int steps = 0;  // along the beam
+  int steps = 0;  // divisions along the beam
 };
 
 struct DetailCase {
@@ -34,7 +38,7 @@ struct DetailCase {
   Outline outline;
 };
 
-// Three segments over the web, one to each side of a T flange, or one over an L flange's width.
+// Three segments over the web, and one to each side of it in the flange.
 Outline OutlineOfT(double Hw, double Tw, double Bf, double Tf, int steps) {
   const double top = Hw + Tf / 2;
   return {{{0.0, 0.0}, {0.0, Hw / 3}, {0.0, 2 * Hw / 3}, {0.0, top}, {-Bf / 2, top}, {Bf / 2, top}},
@@ -43,7 +47,8 @@ Outline OutlineOfT(double Hw, double Tw, double Bf, double Tf, int steps) {
           steps};
 }
 
-// `reach`: the flange's width, negative where it is mirrored.
+// Three segments over the web and one over the flange. `reach`: the flange's width, negative where
+// the section is mirrored.
 Outline OutlineOfL(double Hw, double Tw, double reach, double Tf, int steps) {
   const double top = Hw + Tf / 2;
   return {{{0.0, 0.0}, {0.0, Hw / 3}, {0.0, 2 * Hw / 3}, {0.0, top}, {reach, top}},
@@ -75,23 +80,23 @@ std::vector<DetailCase> AllCases() {
     c.outline = outline;
     cases.push_back(c);
   };
-  // The steps along the beam are the length over the longest segment, cut to a whole number: 106 of
-  // the T and L webs, 76.5 of the tube's strips.
-  add("T 300 x 10 / 120 x 12", 0, {300.0, 10.0, 120.0, 12.0},
+  // The steps along the beam are the length divided by that of the longest segment, rounded down.
+  // Longest are the upper segment of T and L webs, 106, and a strip of the tube, 76.5.
+  add("T 300 x 10 / 120 x 12", BeamSecTypeT, {300.0, 10.0, 120.0, 12.0},
       OutlineOfT(300.0, 10.0, 120.0, 12.0, 9));
-  add("L 300 x 10 / 100 x 12", 1, {300.0, 10.0, 100.0, 12.0},
+  add("L 300 x 10 / 100 x 12", BeamSecTypeL, {300.0, 10.0, 100.0, 12.0},
       OutlineOfL(300.0, 10.0, 100.0, 12.0, 9));
-  add("the same, mirrored, offset by 50", 1, {300.0, 10.0, 100.0, 12.0},
+  add("the same, mirrored, offset by 50", BeamSecTypeL, {300.0, 10.0, 100.0, 12.0},
       OutlineOfL(300.0, 10.0, -100.0, 12.0, 9));
   cases.back().section.mirrored = true;
   cases.back().section.BeamSecOz = 50.0;
   for (auto& point : cases.back().outline.points) point[1] += 50.0;
-  add("tube R 100, T 8", 2, {100.0, 8.0, 0.0, 0.0}, OutlineOfTube(100.0, 8.0, 13));
+  add("tube R 100, T 8", BeamSecTypeC, {100.0, 8.0, 0.0, 0.0}, OutlineOfTube(100.0, 8.0, 13));
   return cases;
 }
 
-// Both ends are moved, by round numbers: the six digits in which the file of displacements hands
-// them on to the model by hand lose nothing.
+// Prescribed displacements of both ends. They are round numbers, so the six digits of the result
+// file, from which the model by hand takes them, are exact.
 constexpr Six FirstEnd{0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
 constexpr Six LastEnd{0.1, 0.3, -0.2, 1e-3, 5e-4, -2e-4};
 
@@ -107,9 +112,9 @@ ModelText BuildBeam(const DetailCase& c) {
   return model;
 }
 
-// The same plates, and arms from the end nodes to the ends' outlines, tubes of a material so stiff
-// that no plate bends them; the ends are moved by `u1` and `u2`. Nodes in the order of the detail
-// model: first end, station by station, last end.
+// The same plates as shells, and arms from the end nodes to the outlines of the ends: tubes of a
+// material that is far stiffer than the plates. The ends are moved by `u1` and `u2`. The nodes have
+// the order of the detail model: first end, cross-section by cross-section, last end.
 ModelText BuildShells(const DetailCase& c, const Six& u1, const Six& u2) {
   constexpr double ArmE = 2e14;
   const Outline& outline = c.outline;
@@ -139,14 +144,14 @@ ModelText BuildShells(const DetailCase& c, const Six& u1, const Six& u2) {
     for (int i = 0; i < points; ++i) {
       const auto& p = outline.points[static_cast<std::size_t>(i)];
       if (p[0] == 0.0 && p[1] == 0.0) {
-        test::Prescribe(model, first + i, u);  // an arm without length
+        test::Prescribe(model, first + i, u);  // it coincides with the end node
         continue;
       }
       ModelText::Beam arm;
       arm.node1 = end, arm.node2 = first + i;
       arm.orientation = {1.0, 0.0, 0.0};
       arm.material = 1;
-      arm.BeamSecType = 2;
+      arm.BeamSecType = BeamSecTypeC;
       model.beams.push_back(arm);
     }
   };
@@ -155,6 +160,7 @@ ModelText BuildShells(const DetailCase& c, const Six& u1, const Six& u2) {
   return model;
 }
 
+// The largest absolute value in the columns from..to - 1.
 double Largest(const std::vector<Six>& table, std::size_t from, std::size_t to) {
   double largest = 0.0;
   for (const Six& row : table) {
@@ -163,12 +169,13 @@ double Largest(const std::vector<Six>& table, std::size_t from, std::size_t to) 
   return largest;
 }
 
-// The largest difference over the nodes, relative to the largest displacement, or rotation.
+// The largest difference over the nodes. Translations are relative to the largest translation of
+// `b`, rotations to its largest rotation.
 double CompareDisplacements(const std::vector<Six>& a, const std::vector<Six>& b) {
   double worst = 0.0;
   for (std::size_t n = 0; n < a.size(); ++n) {
     for (std::size_t d = 0; d < 6; ++d) {
-      const double size = d < 3 ? Largest(b, 0, 3) : Largest(b, 3, 6);
+      const double size = d < Rx ? Largest(b, Ux, Rx) : Largest(b, Rx, 6);
       worst = std::max(worst, std::fabs(a[n][d] - b[n][d]) / size);
     }
   }
@@ -176,10 +183,11 @@ double CompareDisplacements(const std::vector<Six>& a, const std::vector<Six>& b
 }
 
 struct StressComparison {
-  double largestA = 0.0, largestB = 0.0;  // of any component
-  double difference = 0.0;                // relative to the largest
+  double largestA = 0.0, largestB = 0.0;  // absolute values of any component
+  double difference = 0.0;                // the largest one, relative to largestB
 };
 
+// Over all shells, corners, faces and components.
 StressComparison CompareStresses(const std::vector<Corners>& a, const std::vector<Corners>& b) {
   StressComparison c;
   for (std::size_t e = 0; e < a.size(); ++e) {
@@ -197,8 +205,8 @@ StressComparison CompareStresses(const std::vector<Corners>& a, const std::vecto
   return c;
 }
 
-// Both models' files have six digits. The arms by hand are less stiff than those of the detail
-// models, by far not as stiff as the supports: their strain is the rest.
+// The files of both models have six digits, which is 1e-5 at most. The rest is the strain of the
+// arms by hand: they must be far less stiff than the supports, so they cannot be rigid.
 constexpr double Agreement = 5e-4;
 
 Row CompareCase(const DetailCase& c) {
@@ -217,30 +225,20 @@ Row CompareCase(const DetailCase& c) {
       RoundingFigure(CompareDisplacements(detail.displacements, hand.displacements), Agreement)};
 }
 
-std::string WriteHandModels() {
+std::string CompareHandModels() {
   std::vector<Row> rows{{"", "mesh", "largest stress, detail model", "the same, by hand",
                          "largest difference of a stress", "of a displacement"}};
   for (const DetailCase& c : AllCases()) rows.push_back(CompareCase(c));
-  return "### Detail model against the same shells by hand\n\n"
-         "N, mm, E 206000, nu 0.3. One beam, 1000 long, whose second end is moved by 0.1, 0.3, "
-         "-0.2 and turned by 1e-3, 5e-4, -2e-4. Its detail model, as the program writes it, "
-         "against the same mesh written by hand into a model file of shells: arms (tubes R 5, T 1 "
-         "of a material with E 2e14) join the end nodes to the outlines of the ends, the end "
-         "nodes are moved alike. Differences over all nodes, and over all corners, faces and "
-         "components of the averaged stresses, relative to the largest.\n\n"
-         "Source: the two models against each other.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "They are the same model: what remains is the strain of the arms by hand, which must be "
-         "far stiffer than the plates and far less stiff than the supports.\n\n";
+  return FormatTable(rows);
 }
 
-// A T beam as a cantilever of one element under a moment My that bends it in its web's plane: SX of
-// the flange above the web over M c / I, at the clamped end and in the middle.
-// c: to the flange's mid-plane.
-std::string WriteBeamTheory() {
+// A T beam as a cantilever of one element under a moment My, which bends it in the plane of its
+// web. SX of the flange where it meets the web is compared with M c / I, at the clamped end and in
+// the middle. c is the distance from the centroid to the flange's mid-plane.
+std::string CompareBeamTheory() {
   const std::array<double, 4> d{300.0, 10.0, 120.0, 12.0};
   TestSection section;
+  section.BeamSecType = BeamSecTypeT;
   section.dimensions = d;
   const test::SectionNumbers numbers = test::ComputeNumbers(section);
   const double M = 1e7, c = d[0] + d[3] / 2 - static_cast<double>(numbers.ez);
@@ -254,18 +252,18 @@ std::string WriteBeamTheory() {
     model.beams = {{}};
     test::UseSection(section, model, model.beams[0]);
     model.restraints = {{0, Clamped}};
-    model.forces = {{1, {0.0, 0.0, 0.0, 0.0, M, 0.0}}};
+    model.forces = {{1, SingleLoad(My, M)}};
     const Results results = RunModel(model, Read::Details);
     const Detail& detail = results.details[0];
     const auto stressAt = [&](double x) {
       double sum = 0.0;
       int count = 0;
       for (std::size_t e = 0; e < detail.shells.size(); ++e) {
-        if (e % 5 < 3) continue;  // the web's segments
+        if (e % 5 < 3) continue;  // of five shells at each step the first three are the web
         for (const Corner& corner : detail.shells[e]) {
           const Point3& p = detail.nodes[static_cast<std::size_t>(corner.node)];
           if (std::fabs(p[0] - x) > 0.1 || std::fabs(p[1]) > 0.1) continue;
-          sum += (corner.top[0] + corner.bottom[0]) / 2;
+          sum += MembraneSX(corner);
           ++count;
         }
       }
@@ -275,22 +273,14 @@ std::string WriteBeamTheory() {
     rows.push_back({std::to_string(static_cast<int>(length)), Figure(exact), Figure(end),
                     Ratio(end / exact), Figure(middle), Ratio(middle / exact)});
   }
-  return "### Detail model against beam theory\n\n"
-         "N, mm, E 206000, nu 0.3. A cantilever of one beam T 300 x 10 / 120 x 12 under a moment "
-         "of 1e7 in its web's plane. SX of the flange above the web, mean of both faces, at the "
-         "clamped end and in the middle of the beam.\n\n"
-         "Source: M c / I with c to the flange's mid-plane.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "The arms at the ends hold the section's shape: there the flange cannot contract across "
-         "the beam, and its stress is raised by up to 1 / (1 - nu^2), a tenth. It is on the safe "
-         "side by that much at the ends of every detail model, and all along beams that are not "
-         "longer than their flange is wide. Three widths away from the ends less than one percent "
-         "is left.\n\n";
+  return FormatTable(rows);
 }
 
 }  // namespace
 
-std::string WriteDetailModels(Extent /*extent*/) { return WriteHandModels() + WriteBeamTheory(); }
+Fillings ComputeDetailModels(Extent /*extent*/) {
+  return {{"table:shells by hand", CompareHandModels()},
+          {"table:beam theory", CompareBeamTheory()}};
+}
 
 }  // namespace korvex::book

@@ -1,4 +1,5 @@
-// The verification program: computes the book and compares it with the committed document.
+// The verification program: fills the templates of the book with what it computes and compares the
+// result with the committed document.
 //
 //   korvex_verification                     lists the chapters
 //   korvex_verification CHAPTER [--full]    computes a chapter and compares it with its section of
@@ -12,6 +13,7 @@
 #include <exception>
 #include <iostream>
 #include <sstream>
+#include <stdexcept>
 
 #include "support/temp_folder.h"
 #include "verification/book.h"
@@ -21,29 +23,31 @@ namespace korvex::book {
 
 namespace {
 
+// For a chapter of words alone.
+Fillings ComputeNothing(Extent /*extent*/) { return {}; }
+
 struct Chapter {
-  std::string name;  // on the command line
-  std::string heading;
-  std::string (*write)(Extent extent);  // what stands below the heading
+  std::string name;  // on the command line; its template is templates/NAME.md
+  Fillings (*compute)(Extent) = ComputeNothing;
 };
 
 // In the order of the document.
 std::vector<Chapter> AllChapters() {
-  return {{"patch-tests", "Patch tests", WritePatchTests},
-          {"plates", "Plates", WritePlates},
-          {"skew-plates", "Skew plates", WriteSkewPlates},
-          {"curved-shells", "Curved shells", WriteCurvedShells},
-          {"cantilevers", "Cantilevers", WriteCantilevers},
-          {"beams", "Beams", WriteBeams},
-          {"stiffeners", "Stiffened plates", WriteStiffeners},
-          {"detail-models", "Detail models of beams", WriteDetailModels},
-          {"invariants", "Invariants", WriteInvariants},
-          {"advice", "What to expect and what to avoid", WriteAdvice},
-          {"sources", "Sources", WriteSources}};
+  return {{"patch-tests", ComputePatchTests},
+          {"plates", ComputePlates},
+          {"skew-plates", ComputeSkewPlates},
+          {"curved-shells", ComputeCurvedShells},
+          {"cantilevers", ComputeCantilevers},
+          {"beams", ComputeBeams},
+          {"stiffeners", ComputeStiffeners},
+          {"detail-models", ComputeDetailModels},
+          {"invariants", ComputeInvariants},
+          {"advice"},
+          {"sources"}};
 }
 
-// Keeps standard output silent: the invariants call the program's routines in this process, and
-// their progress lines would stand among those of the book.
+// Discards standard output while it lives: the invariants call the program's routines in this
+// process, and their progress lines would get between the lines of the book.
 class Silence {
  public:
   Silence() : kept_(std::cout.rdbuf(discarded_.rdbuf())) {}
@@ -56,14 +60,35 @@ class Silence {
   std::streambuf* kept_;
 };
 
+std::string ReadTemplate(const std::string& name) {
+  const std::string file = KORVEX_TEMPLATES "/" + name + ".md";
+  const std::string text = test::ReadFile(file);
+  if (text.empty()) throw std::runtime_error(file + ": no template");
+  return text;
+}
+
+// What stands before the first chapter: the template "introduction", which has no placeholders.
+std::string WriteIntroduction() { return FillTemplate(ReadTemplate("introduction"), {}) + '\n'; }
+
+// The heading of a chapter is the first line of its template.
+std::string ReadHeading(const Chapter& chapter) {
+  const std::vector<Section> sections = SplitSections(ReadTemplate(chapter.name));
+  if (sections.size() != 2 || !sections[0].body.empty()) {
+    throw std::runtime_error("template " + chapter.name + ": not one section that begins with ##");
+  }
+  return sections[1].heading;
+}
+
+// The section of a chapter: its template filled, and the blank line before the next section.
 std::string WriteSection(const Chapter& chapter, Extent extent) {
   const Silence silence;
-  return "## " + chapter.heading + "\n\n" + WrapParagraphs(chapter.write(extent));
+  const bool last = chapter.name == AllChapters().back().name;
+  return FillTemplate(ReadTemplate(chapter.name), chapter.compute(extent)) + (last ? "" : "\n");
 }
 
 std::string ReadDocument() { return test::ReadFile(KORVEX_DOCUMENT); }
 
-// The document's section with this heading; empty where there is none.
+// The body of the document's section with this heading; empty where there is none.
 std::string FindSection(const std::string& heading) {
   for (const Section& section : SplitSections(ReadDocument())) {
     if (section.heading == heading) return section.body;
@@ -79,7 +104,7 @@ int Report(const std::string& differences) {
 
 int CheckOutline() {
   std::string printed = WriteIntroduction(), committed;
-  for (const Chapter& chapter : AllChapters()) printed += "## " + chapter.heading + '\n';
+  for (const Chapter& chapter : AllChapters()) printed += "## " + ReadHeading(chapter) + '\n';
   for (const Section& section : SplitSections(ReadDocument())) {
     committed += section.heading.empty() ? section.body : "## " + section.heading + '\n';
   }
@@ -89,7 +114,7 @@ int CheckOutline() {
 int WriteDocument() {
   std::string document = WriteIntroduction();
   for (const Chapter& chapter : AllChapters()) {
-    std::cout << chapter.heading << std::endl;
+    std::cout << chapter.name << std::endl;
     document += Render(WriteSection(chapter, Extent::Full));
   }
   test::WriteFile(KORVEX_DOCUMENT, document);
@@ -116,7 +141,7 @@ int Run(std::vector<std::string> arguments) {
   for (const Chapter& chapter : AllChapters()) {
     if (chapter.name != arguments[0]) continue;
     const std::string text = WriteSection(chapter, extent);
-    if (!print) return Report(FindDifferences(text, FindSection(chapter.heading)));
+    if (!print) return Report(FindDifferences(text, FindSection(ReadHeading(chapter))));
     std::cout << Render(text);
     return 0;
   }

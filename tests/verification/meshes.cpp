@@ -1,4 +1,3 @@
-// The model parts of meshes.h.
 #include "verification/meshes.h"
 
 #include <algorithm>
@@ -26,6 +25,18 @@ void ReplaceNodes(ModelText& model, const std::vector<int>& number) {
 }
 
 }  // namespace
+
+Fixed Hold(std::initializer_list<std::size_t> dofs) {
+  Fixed fixed{};
+  for (const std::size_t dof : dofs) fixed[dof] = 1;
+  return fixed;
+}
+
+Six SingleLoad(std::size_t component, double value) {
+  Six load{};
+  load[component] = value;
+  return load;
+}
 
 void FixWhere(ModelText& model, const Where& where, const Fixed& fixed) {
   for (std::size_t n = 0; n < model.nodes.size(); ++n) {
@@ -61,8 +72,8 @@ void LoadEdge(ModelText& model, int from, int to, int step, const Six& force) {
 }
 
 void MergeNodes(ModelText& model) {
-  // Coinciding nodes agree but for rounding: the shift keeps round coordinates off the steps'
-  // edges.
+  // Nodes are joined where their coordinates round to the same steps. Coinciding nodes may differ
+  // by rounding errors; the shift keeps round coordinates away from the limits between two steps.
   constexpr double Step = 1e-5, Shift = 0.2718281828;
   std::map<std::array<long, 3>, int> numbers;
   std::vector<int> number;

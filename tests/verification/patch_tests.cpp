@@ -1,4 +1,5 @@
-// The patch tests of MacNeal & Harder: constant strain and constant curvature on a distorted patch.
+// The patch tests of MacNeal & Harder (1985): constant strain and constant curvature on a distorted
+// patch of quads, of triangles, or of both.
 #include <algorithm>
 #include <cmath>
 
@@ -10,6 +11,9 @@ namespace korvex::book {
 
 namespace {
 
+constexpr std::size_t SX = 0, SY = 1, TXY = 3;  // places among the six stresses
+
+// Displacements ux, uy, uz, rx, ry, rz at a place of the patch.
 using Field = Six (*)(double x, double y);
 
 // u = 1e-3 (x + y/2), v = 1e-3 (y + x/2)
@@ -23,7 +27,7 @@ Six BendingField(double x, double y) {
           0.0};
 }
 
-// Mixed: quads at the first, third and fifth cell.
+// With Cells::Mixed the first, third and fifth cell are quads.
 ModelText BuildPatch(Cells cells, Field field) {
   ModelText model;
   model.materials = {{1e6, 0.25, 0.0}};
@@ -40,12 +44,13 @@ ModelText BuildPatch(Cells cells, Field field) {
   return model;
 }
 
-// What the corners of all elements say of the size of one stress.
+// The absolute values of one stress over all corners and both faces.
 struct Range {
-  double lowest = 0.0, highest = 0.0, worst = 0.0;  // worst: the largest relative error
+  double lowest = 0.0, highest = 0.0;
+  double worst = 0.0;  // the largest relative error
 };
 
-// The upper and the lower face. `component`: 0 for SX, 1 for SY, 3 for TXY.
+// `component`: SX, SY or TXY. `exact`: its absolute value everywhere.
 Range FindRange(const Results& results, std::size_t component, double exact) {
   Range range{exact * 1e9, 0.0, 0.0};
   for (const Corners& shell : results.shells) {
@@ -61,7 +66,8 @@ Range FindRange(const Results& results, std::size_t component, double exact) {
   return range;
 }
 
-// The largest deviation of a displacement, relative to the field's largest of its kind.
+// The largest error of a displacement. Translations are relative to the largest translation of the
+// field, rotations to its largest rotation.
 double FindFieldError(const ModelText& model, const Results& results, Field field) {
   std::array<double, 2> sizes{}, errors{};
   for (std::size_t n = 0; n < model.nodes.size(); ++n) {
@@ -82,8 +88,8 @@ void AddPatch(Cells cells, const std::string& name, bool bending, std::vector<Ro
   const double sx = bending ? 2.0 / 3.0 : 4000.0 / 3.0, txy = bending ? 0.2 : 400.0;
   const ModelText model = BuildPatch(cells, field);
   const Results results = RunModel(model, Read::Stresses);
-  const Range x = FindRange(results, 0, sx), y = FindRange(results, 1, sx);
-  const Range xy = FindRange(results, 3, txy);
+  const Range x = FindRange(results, SX, sx), y = FindRange(results, SY, sx);
+  const Range xy = FindRange(results, TXY, txy);
   const double stressError = std::max({x.worst, y.worst, xy.worst});
   const double fieldError = FindFieldError(model, results, field);
   const bool exact = stressError < FileDigits;
@@ -96,27 +102,14 @@ void AddPatch(Cells cells, const std::string& name, bool bending, std::vector<Ro
 
 }  // namespace
 
-std::string WritePatchTests(Extent /*extent*/) {
+Fillings ComputePatchTests(Extent /*extent*/) {
   std::vector<Row> rows{{"", "SX", "TXY", "largest error of a stress", "of a displacement"}};
   for (const bool bending : {false, true}) {
     AddPatch(Cells::Quads, "quads", bending, rows);
     AddPatch(Cells::Triangles, "triangles", bending, rows);
     AddPatch(Cells::Mixed, "both", bending, rows);
   }
-  return "A plate of 0.24 x 0.12, t 0.001, E 1e6, nu 0.25, with inner nodes at (.04, .02), (.18, "
-         ".03), (.16, .08) and (.08, .08): five quads, ten triangles, or three quads and four "
-         "triangles. The four corners are moved as u = 1e-3 (x + y/2), v = 1e-3 (y + x/2), or as "
-         "w = 1e-3 (x^2 + xy + y^2) / 2 with its slopes; the inner nodes must follow. Sizes of "
-         "the stresses over all corners and both faces; errors relative to the exact "
-         "values.\n\n"
-         "Source: MacNeal & Harder (1985): SX = SY = 1333, TXY = 400; bending 0.667 and "
-         "0.200.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "Errors below 1e-5 are the six digits of the result files. Quads beside triangles bend "
-         "exactly only in the limit of thin plates: along their common edge a constant twisting "
-         "moment reaches a quad as two moments and a triangle as two forces, and the difference "
-         "strains the quad's edge in shear. The error falls with the square of the thickness.\n\n";
+  return {{"table:patches", FormatTable(rows)}, {"value:file digits", Figure(FileDigits, 1)}};
 }
 
 }  // namespace korvex::book

@@ -1,4 +1,4 @@
-// Square and circular plates under uniform pressure, as quarters cut out by symmetry.
+// Square and circular plates under uniform pressure; symmetry leaves a quarter of each.
 #include <cmath>
 
 #include "verification/chapters.h"
@@ -8,18 +8,21 @@ namespace korvex::book {
 
 namespace {
 
-constexpr double E = 1e7, Mu = 0.3, Thickness = 1e-3;  // a plate of side, or radius, 1
+constexpr double E = 1e7, Mu = 0.3, Thickness = 1e-3;  // plates of side, or radius, 1
+
+constexpr std::size_t Uz = 2, Rx = 3, Ry = 4;  // dofs
 
 constexpr double Rigidity() { return E * Thickness * Thickness * Thickness / (12 * (1 - Mu * Mu)); }
 
 enum class Edges { Clamped, Supported };
 enum class Division { Regular, Distorted };
 
-// A fraction s = i/n of a side whose n parts are as 1 : 2 : ... : n.
+// The place of the division point i = s n on a side of length 1 whose n parts are in the ratios
+// 1 : 2 : ... : n.
 double Grade(double s, int n) { return s * (s * n + 1) / (n + 1); }
 
-// Where the lines cross that join the divisions of opposite sides. The parts of each side grow in
-// the sense of a walk round the square (Ko, Lee, Lee & Bathe 2017).
+// The crossing of the two lines that join division points of opposite sides of the unit square. The
+// parts of all sides grow in the same direction round the square (Ko, Lee, Lee & Bathe 2017).
 Point3 PlaceDistorted(double s, double t, int n) {
   const double lower = Grade(s, n), upper = 1 - Grade(1 - s, n);
   const double right = Grade(t, n), left = 1 - Grade(1 - t, n);
@@ -27,7 +30,8 @@ Point3 PlaceDistorted(double s, double t, int n) {
   return {x, left + (right - left) * x, 0.0};
 }
 
-// The quarter 0 <= x, y <= 1/2 of a plate whose centre is the origin: w D / (p L^4) there.
+// w D / (p L^4) at the centre. The model is the quarter 0 <= x, y <= 1/2 of a plate whose centre is
+// the origin.
 double DeflectSquare(Edges edges, Cells cells, Division division, int n) {
   ModelText model = test::BuildGrid(n, n, cells, [=](double s, double t) {
     const Point3 p = division == Division::Regular ? Point3{s, t, 0.0} : PlaceDistorted(s, t, n);
@@ -43,30 +47,15 @@ double DeflectSquare(Edges edges, Cells cells, Division division, int n) {
       model, [](const Point3& p) { return Same(p[1], 0.0); }, MirrorY);
   const bool clamped = edges == Edges::Clamped;
   FixWhere(
-      model, [](const Point3& p) { return Same(p[0], 0.5); },
-      clamped ? Clamped : Fixed{0, 0, 1, 1, 0, 0});
+      model, [](const Point3& p) { return Same(p[0], 0.5); }, clamped ? Clamped : Hold({Uz, Rx}));
   FixWhere(
-      model, [](const Point3& p) { return Same(p[1], 0.5); },
-      clamped ? Clamped : Fixed{0, 0, 1, 0, 1, 0});
+      model, [](const Point3& p) { return Same(p[1], 0.5); }, clamped ? Clamped : Hold({Uz, Ry}));
   PressShells(model, 1.0);
-  return RunModel(model).displacements[0][2] * Rigidity();
+  return RunModel(model).displacements[0][Uz] * Rigidity();
 }
 
 ConvergenceCase SquarePlates() {
   ConvergenceCase c;
-  c.title = "Square plate under uniform pressure";
-  c.statement =
-      "Side L, t/L = 1/1000, nu 0.3, pressure p; no units: the result is w D / (p L^4) at the "
-      "centre, D = E t^3 / (12 (1 - nu^2)). A quarter of the plate, planes of symmetry through "
-      "the centre; n elements a side of the quarter. Supported edges hold w and the rotation "
-      "about the edge's normal. On the distorted meshes the parts of each side are as 1 : 2 : ... "
-      ": n, in the sense of a walk round the quarter, and straight lines join them.";
-  c.source =
-      "1.267e-3 and 4.062e-3, Ko, Lee, Lee & Bathe (2017), with the rows of their four-node "
-      "element with assumed shear strains on the regular meshes. Timoshenko & Woinowsky-Krieger "
-      "(1959), tables 8 and 35, have 0.00406 and 0.00126. The second reference of the clamped "
-      "plate, 1.265319e-3, is a Ritz solution with polynomials (1 - X^2)^2 (1 - Y^2)^2 Pi(X) "
-      "Pj(Y), i, j < 14, made for this book; Taylor & Govindjee (2004) give 1.26532e-3.";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -94,17 +83,13 @@ ConvergenceCase SquarePlates() {
                    solve(Edges::Supported, Cells::Quads, Division::Distorted)},
                   {"supported, regular triangles", "4.062e-3",
                    solve(Edges::Supported, Cells::Triangles, Division::Regular)}};
-  c.comment =
-      "The published rows are met to the last digit. What the clamped plate converges to is the "
-      "Ritz value, not 1.267e-3, in the published rows too. Distorted meshes cost up to two and a "
-      "half percent on the coarsest mesh. Triangles are too soft on coarse meshes (their "
-      "deflections do not join in between the nodes) and converge from above.";
   return c;
 }
 
-// Three blocks of n x n cells: a square round the centre and two between it and the circle.
+// Three blocks of n x n cells: a four-sided one at the centre, and two
+// between it and the circle of radius 1.
 ModelText BuildQuarterDisc(int n, Cells cells) {
-  // With this corner the rows of the publication come out, which does not give its mesh.
+  // The publication does not give its mesh; with this corner its rows are reproduced.
   constexpr double Side = 0.5, Corner = 1.0 / 3;
   const auto inner = [](double s, double t) {
     return Point3{Side * s * (1 - t) + Corner * s * t, Side * t * (1 - s) + Corner * s * t, 0.0};
@@ -124,7 +109,7 @@ ModelText BuildQuarterDisc(int n, Cells cells) {
   return model;
 }
 
-// w 64 D / (p R^4) at the centre.
+// 64 w D / (p R^4) at the centre.
 double DeflectDisc(Cells cells, int n) {
   ModelText model = BuildQuarterDisc(n, cells);
   model.materials = {{E, Mu, 0.0}};
@@ -139,19 +124,11 @@ double DeflectDisc(Cells cells, int n) {
       model, [](const Point3& p) { return Same(p[0] * p[0] + p[1] * p[1], 1.0); }, Clamped);
   PressShells(model, 1.0);
   const int centre = NodeAt(model, {0.0, 0.0, 0.0});
-  return RunModel(model).displacements[static_cast<std::size_t>(centre)][2] * 64 * Rigidity();
+  return RunModel(model).displacements[static_cast<std::size_t>(centre)][Uz] * 64 * Rigidity();
 }
 
 ConvergenceCase CircularPlate() {
   ConvergenceCase c;
-  c.title = "Clamped circular plate under uniform pressure";
-  c.statement =
-      "Radius R, t/R = 1/1000, nu 0.3, pressure p; the result is 64 w D / (p R^4) at the centre. "
-      "A quarter of the plate in three blocks of n x n elements: a square round the centre (its "
-      "sides 0.5 R long, its corner at R/3, R/3) and two between it and the circle.";
-  c.source =
-      "p R^4 / (64 D), Timoshenko & Woinowsky-Krieger (1959), eq. 62; published rows of Ko, Lee, "
-      "Lee & Bathe (2017).";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = [](int n) { return "3 x " + NameSquare(n); };
   c.finestShort = 16;
@@ -160,14 +137,14 @@ ConvergenceCase CircularPlate() {
                    [](int n) { return DeflectDisc(Cells::Quads, n); },
                    {".9934", ".9986", ".9997", ".9999"}},
                   {"triangles", "1", [](int n) { return DeflectDisc(Cells::Triangles, n); }}};
-  c.comment = "With the inner square's corner at R/3 the published rows are met to the last digit.";
   return c;
 }
 
 }  // namespace
 
-std::string WritePlates(Extent extent) {
-  return WriteCase(SquarePlates(), extent) + WriteCase(CircularPlate(), extent);
+Fillings ComputePlates(Extent extent) {
+  return {{"table:square plate", ComputeTable(SquarePlates(), extent)},
+          {"table:circular plate", ComputeTable(CircularPlate(), extent)}};
 }
 
 }  // namespace korvex::book

@@ -1,4 +1,3 @@
-// The process and the files of run_model.h.
 #include "verification/run_model.h"
 
 #include <cmath>
@@ -14,13 +13,13 @@ namespace korvex::book {
 
 namespace {
 
-// A result file, read number by number.
+// Reads a result file number by number.
 class NumberReader {
  public:
   explicit NumberReader(const std::filesystem::path& file)
       : name_(file.filename().string()), text_(test::ReadFile(file)), at_(text_.c_str()) {}
 
-  // The next number; what stands before it is `separators` alone.
+  // The next number. Only `separators` may stand before it.
   double Next(const char* separators = " \n:,()") {
     at_ += std::strspn(at_, separators);
     char* end = nullptr;
@@ -67,9 +66,9 @@ std::vector<Six> ReadDisplacements(const std::filesystem::path& file, std::size_
   return displacements;
 }
 
-// Six stresses and the equivalent stress of von Mises, which must be theirs.
+// Reads six stresses and the equivalent stress of von Mises, which must follow from the six.
 Six NextStresses(NumberReader& reader) {
-  constexpr double FileDigits = 1e-5;  // of the six components, added up
+  constexpr double FileDigits = 1e-5;  // six digits, relative to the sum of the six components
   const Six s = NextSix(reader);
   const double SE = reader.Next();
   double size = 0.0;
@@ -83,7 +82,7 @@ Six NextStresses(NumberReader& reader) {
   return s;
 }
 
-// A face of a stress file: the node and its stresses.
+// Reads one face of a corner: its node number and its stresses.
 Six NextFace(NumberReader& reader, int& node) {
   node = reader.NextInt();
   return NextStresses(reader);

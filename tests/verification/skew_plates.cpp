@@ -9,19 +9,22 @@ namespace korvex::book {
 
 namespace {
 
-// A rhombus whose acute angle is `degrees`, one side along X.
+constexpr std::size_t Ux = 0, Uy = 1, Uz = 2, Rz = 5;  // dofs
+
+// The place (s, t) of the unit square, moved onto a rhombus with the acute angle `degrees` and one
+// side along X.
 Point3 PlaceSkew(double side, double degrees, double s, double t) {
   const double angle = degrees * Pi / 180.0;
   return {side * (s + t * std::cos(angle)), side * t * std::sin(angle), 0.0};
 }
 
-// What the cells of a skew mesh are: quads, or triangles cut along either diagonal.
+// The cells of a skew mesh: quads, or triangles cut along the longer or the shorter diagonal.
 enum class Skew { Quads, LongCut, ShortCut };
 
 double DeflectSkewPlate(Skew skew, double degrees, int n) {
   const bool mirrored = skew == Skew::ShortCut;
-  // A cell is cut along the diagonal from its first corner: the long one, unless s runs backwards,
-  // which turns the normal down.
+  // BuildGrid cuts a cell along the diagonal from its first corner, here the longer one. With s
+  // reversed it is the shorter one; the normals then point down.
   ModelText model = test::BuildGrid(
       n, n, skew == Skew::Quads ? Cells::Quads : Cells::Triangles,
       [=](double s, double t) { return PlaceSkew(1.0, degrees, mirrored ? 1 - s : s, t); });
@@ -30,22 +33,17 @@ double DeflectSkewPlate(Skew skew, double degrees, int n) {
   for (int j = 0; j <= n; ++j) {
     for (int i = 0; i <= n; ++i) {
       const bool edge = i == 0 || i == n || j == 0 || j == n;
-      model.restraints.push_back({test::GridNode(n, i, j), {1, 1, edge ? 1 : 0, 0, 0, 1}});
+      model.restraints.push_back(
+          {test::GridNode(n, i, j), edge ? Hold({Ux, Uy, Uz, Rz}) : PlateOnly});
     }
   }
   PressShells(model, mirrored ? -1.0 : 1.0);
   const int centre = test::GridNode(n, n / 2, n / 2);
-  return RunModel(model).displacements[static_cast<std::size_t>(centre)][2];
+  return RunModel(model).displacements[static_cast<std::size_t>(centre)][Uz];
 }
 
 ConvergenceCase SkewPlates() {
   ConvergenceCase c;
-  c.title = "Simply supported skew plates under uniform pressure";
-  c.statement =
-      "Rhombus of side 1 with the acute angle given, t 0.01, E 3e7, nu 0.3, p 1. Only w is held "
-      "on the edges; both rotations are free. The whole plate, n elements a side along the sides. "
-      "Deflection at the centre.";
-  c.source = "Morley (1963).";
   c.meshes = {4, 8, 16, 32, 64};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -61,16 +59,11 @@ ConvergenceCase SkewPlates() {
            [skew = skew, angle = angle](int n) { return DeflectSkewPlate(skew, angle, n); }});
     }
   }
-  c.comment =
-      "The moments are infinite in the obtuse corners, and the meshes are uniform: that is what "
-      "makes the sharp plates converge slowly, with any element. The quads pass the thin plate's "
-      "values by half a percent (80 degrees) to 1.7 (30 degrees), because with free edge "
-      "rotations a plate of t/L = 1/100 shears at its edges. Cut along the long diagonal, "
-      "triangles do badly in sharp corners; along the short one they do well on any mesh.";
   return c;
 }
 
-// The deflection at half (1) and whole (2) sides: i along the clamped side, j away from it.
+// The deflection at a point given in halves of the sides (0, 1, 2): i along the clamped side, j
+// away from it.
 double DeflectRhombus(int i, int j, int n) {
   ModelText model = test::BuildGrid(n, n, Cells::Triangles,
                                     [](double s, double t) { return PlaceSkew(12.0, 45.0, s, t); });
@@ -79,21 +72,11 @@ double DeflectRhombus(int i, int j, int n) {
   for (int k = 0; k <= n; ++k) model.restraints.push_back({k, Clamped});
   PressShells(model, 0.26066);
   const int node = test::GridNode(n, i * n / 2, j * n / 2);
-  return RunModel(model).displacements[static_cast<std::size_t>(node)][2];
+  return RunModel(model).displacements[static_cast<std::size_t>(node)][Uz];
 }
 
 ConvergenceCase RhombicCantilever() {
   ConvergenceCase c;
-  c.title = "Rhombic cantilever of triangles";
-  c.statement =
-      "Rhombus of side 12 with an acute angle of 45 degrees, clamped along one side, t 0.125, E "
-      "10.5e6, nu 0.3, uniform pressure 0.26066. n x n cells, each cut along its long diagonal. "
-      "Deflections at the free side's acute corner (1), middle (2) and obtuse corner (3), and "
-      "halfway between the clamped and the free side at the edge on the acute side (4), in the "
-      "middle (5), and at the other edge (6).";
-  c.source =
-      "computed rows of this triangle, the DKT element of Batoz, Bathe & Ho (1980), on 4 x 4 "
-      "cells; the second values are the measurements quoted there.";
   c.meshes = {2, 4, 8, 16, 32};
   c.nameMesh = NameSquare;
   c.finestShort = 32;
@@ -112,17 +95,14 @@ ConvergenceCase RhombicCantilever() {
                             {},
                             point.measured});
   }
-  c.comment =
-      "On the 4 x 4 mesh the references are met digit by digit: it is the same element. The finer "
-      "meshes show how far that mesh is from the solution: 6 percent at the tip, a fifth at point "
-      "6, where the plate hardly moves.";
   return c;
 }
 
 }  // namespace
 
-std::string WriteSkewPlates(Extent extent) {
-  return WriteCase(SkewPlates(), extent) + WriteCase(RhombicCantilever(), extent);
+Fillings ComputeSkewPlates(Extent extent) {
+  return {{"table:simply supported plates", ComputeTable(SkewPlates(), extent)},
+          {"table:rhombic cantilever", ComputeTable(RhombicCantilever(), extent)}};
 }
 
 }  // namespace korvex::book

@@ -1,6 +1,8 @@
-// A plate with one T stiffener under pressure: the stiffener as an offset beam and as shells.
+// A plate with one T stiffener under pressure, the stiffener modelled as an offset beam and as
+// shells. N, mm.
 #include <cmath>
 
+#include "deck/model_tables.h"
 #include "verification/book.h"
 #include "verification/chapters.h"
 #include "verification/meshes.h"
@@ -9,17 +11,20 @@ namespace korvex::book {
 
 namespace {
 
-// N, mm. Half of the plate along the stiffener, cut at its middle x = 0.
+// Half of the plate's length is modelled, from the plane of symmetry at x = 0.
 constexpr double HalfLength = 1200.0, HalfWidth = 400.0, Plate = 10.0;
 constexpr double Hw = 140.0, Tw = 9.0, Bf = 80.0, Tf = 12.0;
 constexpr double Pressure = 0.02;
 
-// n elements over half the width (along y), 3 n along x; nodes along y first.
+constexpr std::size_t Uy = 1, Uz = 2;  // dofs
+
+// The plate: n elements over half the width (along y), 3 n along x. Nodes are numbered along y
+// first.
 ModelText BuildPlate(int n) {
   ModelText model = test::BuildGrid(2 * n, 3 * n, Cells::Quads, [](double s, double t) {
     return Point3{HalfLength * t, HalfWidth * (1 - 2 * s), 0.0};
   });
-  // Along y downwards and along x: the normal is +z.
+  // s runs along -y and t along x, so the normal is +z.
   model.materials = {{206000.0, 0.3, 0.0}};
   model.thicknesses = {Plate, Tw, Tf};
   PressShells(model, -Pressure);
@@ -33,12 +38,13 @@ void SupportPlate(ModelText& model) {
     return Same(p[2], 0.0) &&
            (Same(p[0], HalfLength) || Same(p[1], HalfWidth) || Same(p[1], -HalfWidth));
   };
-  FixWhere(model, edges, {0, 0, 1, 0, 0, 0});
-  model.restraints.push_back({NodeAt(model, {0.0, 0.0, 0.0}), {0, 1, 0, 0, 0, 0}});
-  model.restraints.push_back({NodeAt(model, {HalfLength, 0.0, 0.0}), {0, 1, 0, 0, 0, 0}});
+  FixWhere(model, edges, Hold({Uz}));
+  model.restraints.push_back({NodeAt(model, {0.0, 0.0, 0.0}), Hold({Uy})});
+  model.restraints.push_back({NodeAt(model, {HalfLength, 0.0, 0.0}), Hold({Uy})});
 }
 
-// The web from the plate's mid-plane to the flange's, both cut along the plate's own lines.
+// The web reaches from the plate's mid-plane to the flange's. Web and flange are divided along x as
+// the plate is.
 void AddStiffenerShells(ModelText& model, int n) {
   const double depth = Plate / 2 + Hw + Tf / 2;
   const int web = n, flange = n;
@@ -58,13 +64,14 @@ void AddStiffenerShells(ModelText& model, int n) {
   SortNodes(model, [](const Point3& p) { return p[0]; });
 }
 
-// The web hangs below the plate: local z is -Z, and the offset is half the plate.
+// The web hangs below the plate: local z is -Z, and the offset is half the plate's thickness.
 void AddStiffenerBeams(ModelText& model, int n) {
   model.tSections = {{Hw, Tw, Bf, Tf}};
   for (int j = 0; j < 3 * n; ++j) {
     ModelText::Beam beam;
     beam.node1 = test::GridNode(2 * n, n, j);
     beam.node2 = test::GridNode(2 * n, n, j + 1);
+    beam.BeamSecType = BeamSecTypeT;
     beam.orientation = {0.0, 0.0, -1.0};
     beam.BeamSecOz = Plate / 2;
     model.beams.push_back(beam);
@@ -72,12 +79,12 @@ void AddStiffenerBeams(ModelText& model, int n) {
 }
 
 struct Panel {
-  double atStiffener, besideIt;  // deflections at the middle, and halfway to the edge
-  double flange;                 // membrane stress SX of the flange above the web, at the middle
-  double plate;                  // membrane stress SX of the plate beside it
+  double atStiffener, besideIt;  // deflections at x = 0: at y = 0, and halfway to the edge
+  double flange;  // membrane stress SX of the flange at x = 0, where it meets the web
+  double plate;   // membrane stress SX of the plate at x = 0, y = 0
 };
 
-// The mean of both faces of SX over all corners at a place of shells that `keep` selects.
+// The mean membrane stress SX over the corners at `place` of those shells that `keep` selects.
 double MeanStress(const std::vector<Corners>& shells, const std::vector<Point3>& nodes,
                   const Point3& place, const std::function<bool(std::size_t)>& keep) {
   double sum = 0.0;
@@ -91,7 +98,7 @@ double MeanStress(const std::vector<Corners>& shells, const std::vector<Point3>&
           0.1) {
         continue;
       }
-      sum += (corner.top[0] + corner.bottom[0]) / 2;
+      sum += MembraneSX(corner);
       ++count;
     }
   }
@@ -100,7 +107,7 @@ double MeanStress(const std::vector<Corners>& shells, const std::vector<Point3>&
 
 Panel ReadPanel(const ModelText& model, const Results& results) {
   const auto deflection = [&](double y) {
-    return results.displacements[static_cast<std::size_t>(NodeAt(model, {0.0, y, 0.0}))][2];
+    return results.displacements[static_cast<std::size_t>(NodeAt(model, {0.0, y, 0.0}))][Uz];
   };
   Panel panel{};
   panel.atStiffener = deflection(0.0);
@@ -119,7 +126,7 @@ Panel SolveWithBeams(int n) {
   const Results results = RunModel(model, Read::Details);
   Panel panel = ReadPanel(model, results);
   const Detail& detail = results.details[0];
-  // Of a detail model's five segments to a station the last two are the flange.
+  // A detail model of a T has five shells at each step along the beam; the last two are the flange.
   panel.flange = MeanStress(detail.shells, detail.nodes, FlangeMiddle,
                             [](std::size_t e) { return e % 5 >= 3; });
   return panel;
@@ -138,7 +145,7 @@ Panel SolveWithShells(int n) {
 
 }  // namespace
 
-std::string WriteStiffeners(Extent extent) {
+Fillings ComputeStiffeners(Extent extent) {
   const std::vector<int> meshes{4, 8, 16};
   constexpr int FinestShort = 8;
   std::vector<Row> rows{{"elements over half the width", "", "deflection at the stiffener, mm",
@@ -161,26 +168,7 @@ std::string WriteStiffeners(Extent extent) {
     }
     for (const Row& row : {beams, shells, ratios}) rows.push_back(row);
   }
-  return "### Plate with a T stiffener\n\n"
-         "N, mm. A plate of 2400 x 800 x 10, simply supported round its edges (uz), with a T "
-         "stiffener of 140 x 9 / 80 x 12 below its long centre line, under a pressure of 0.02; E "
-         "206000, nu 0.3. One half, cut at the middle. The stiffener as beams with the plate's "
-         "nodes (`BeamSecOz` = 5, half the plate), against web and flange as quads, from the "
-         "plate's mid-plane to the flange's (which counts 11 mm of web twice), n elements over the "
-         "web and n over the flange. "
-         "Deflections at the middle, at the stiffener and 200 mm beside it; mean of both faces of "
-         "SX at the middle, in the flange above the web (of the beams: from their detail models) "
-         "and in the plate.\n\n"
-         "Source: the two models against each other.\n\n" +
-         FormatTable(rows) +
-         "\n"
-         "Deflections and the plate's stress agree to a little more than one percent on the "
-         "finest mesh; on coarse meshes the web of few quads is the stiffer and poorer model (see "
-         "the straight cantilever), not the beam. The flange's stress of the detail models is 14 "
-         "percent above that of the shells: 10 of them are 1 / (1 - nu^2), because beams that are "
-         "as short as the flange is wide have ends that cannot contract (see the detail models "
-         "below), the rest is the shear of the web and the shear lag of the flange, which the "
-         "beam does not know.\n\n";
+  return {{"table:stiffened plate", FormatTable(rows)}};
 }
 
 }  // namespace korvex::book
