@@ -5,8 +5,8 @@
 #include <string>
 
 #include "beamshell/average_corners.h"
-#include "beamshell/extrude_profile.h"
-#include "beamshell/section_profile.h"
+#include "beamshell/extrude_outline.h"
+#include "beamshell/section_outline.h"
 #include "beamshell/solve_beam_shell.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
@@ -29,24 +29,24 @@ void DescribeBeam(const BeamElement& beam, std::int32_t meshLevel, BeamShellMode
   detail.Tolerance = Length(Subtract(detail.EndPoint2, detail.EndPoint1)) / ToleranceDivisor;
 }
 
-// The profile of the section that `ref` leads to, with its offset.
-void BuildSectionProfile(const Model& model, const BeamSectionRef& ref, SectionProfile& profile) {
+// The outline of the section that `ref` leads to, with its offset.
+void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionOutline& outline) {
   const auto row = static_cast<std::size_t>(ref.BeamSecIndex);
   switch (ref.BeamSecType) {
     case BeamSecTypeT:
-      BuildTProfile(model.Tables.TBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildTOutline(model.Tables.TBeamSections[row], model.BeamShellMeshLevel, outline);
       break;
     case BeamSecTypeL:
-      BuildLProfile(model.Tables.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
-                    profile);
+      BuildLOutline(model.Tables.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
+                    outline);
       break;
     case BeamSecTypeC:
-      BuildCProfile(model.Tables.CBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildCOutline(model.Tables.CBeamSections[row], model.BeamShellMeshLevel, outline);
       break;
     default:
       throw Stop{StopKind::Notice, SectionTypeFailed};
   }
-  ShiftProfile(ref.BeamSecOz, profile);
+  ShiftOutline(ref.BeamSecOz, outline);
 }
 
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
@@ -57,15 +57,15 @@ void DescribeBeams(Model& model) {
   const std::string what =
       "the detail models of " + std::to_string(model.Tables.NELEM_B) + " beam elements";
   AllocateItems(what, static_cast<std::size_t>(model.Tables.NELEM_B), model.BeamShellModels);
-  SectionProfile profile;
+  SectionOutline outline;
   std::uint64_t bytes = 0;
   for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, model.BeamShellModels[row]);
     const BeamSectionRef& ref = model.Tables.BeamSectionRefs[row];
     if (!HasSectionTable(ref.BeamSecType)) break;  // the run will end here
-    BuildSectionProfile(model, ref, profile);
-    bytes = std::min(bytes + CountDetailBytes(profile, b, model.BeamShellModels[row]),
+    BuildSectionOutline(model, ref, outline);
+    bytes = std::min(bytes + CountDetailBytes(outline, b, model.BeamShellModels[row]),
                      MoreThanAnyMemory);
   }
   CheckMemory(what, bytes, 1);
@@ -94,14 +94,14 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 void GenerateBeamShells(Model& model) {
   if (model.Tables.NELEM_B < 1) return;
   DescribeBeams(model);
-  SectionProfile profile;
+  SectionOutline outline;
   BeamShellModel spare;  // holds the memory of the systems between two beams
   for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     BeamShellModel& detail = model.BeamShellModels[row];
-    BuildSectionProfile(model, model.Tables.BeamSectionRefs[row], profile);
+    BuildSectionOutline(model, model.Tables.BeamSectionRefs[row], outline);
     ReuseMemory(spare, detail);
-    ExtrudeProfile(profile, b, detail);
+    ExtrudeOutline(outline, b, detail);
     SolveBeamShell(NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam]),
                    NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam + 1]),
                    detail);

@@ -3,7 +3,7 @@
 // C libraries differ in the last bits of sin and cos, and result files must not. The angle is
 // reduced by multiples of pi / 2 and the Taylor series are summed in double-double arithmetic,
 // about 32 digits (Dekker 1971; Knuth 1998, sec. 4.2.2), to 29 digits; the head of the sum is the
-// rounded value. It is slow, and meant for the few angles of a profile.
+// rounded value. It is slow, and meant for the few angles of an outline.
 #pragma once
 
 namespace korvex {

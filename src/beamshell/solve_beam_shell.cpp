@@ -1,4 +1,4 @@
-// The stages of SolveBeamShell. Notation: P profile points, end 1 and end 2 of the beam.
+// The stages of SolveBeamShell. Notation: P outline points, end 1 and end 2 of the beam.
 #include "beamshell/solve_beam_shell.h"
 
 #include <string>

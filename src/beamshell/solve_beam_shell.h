@@ -2,8 +2,8 @@
 //
 // The end nodes take their displacements from a penalty on the diagonal and the matching load
 // (Bathe 1996, sec. 3.4.1), the links carry them to the outline of the end stations, and nothing
-// else holds the model. A profile node that lies on the beam's end point has a link without length:
-// that link is left out, and the node gets the end node's displacements directly.
+// else holds the model. An outline node that lies on the beam's end point has a link without
+// length: that link is left out, and the node gets the end node's displacements directly.
 #pragma once
 
 #include "model/beam_shell_model.h"

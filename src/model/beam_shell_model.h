@@ -1,7 +1,7 @@
 // The detail model of one beam: its cross-section as flat shells, extruded along the axis.
 //
-// Nodes, global axes: node 0 is the beam's first end, then the profile's P points at station 0, at
-// station 1, and so on to station n, and last the beam's second end. Each segment of the profile
+// Nodes, global axes: node 0 is the beam's first end, then the outline's P points at station 0, at
+// station 1, and so on to station n, and last the beam's second end. Each segment of the outline
 // makes one four-node shell from station to station; links, which are very stiff beams, tie each
 // end node to the P nodes of its end station. Equation of dof d of node i: i * DofsPerNode + d.
 #pragma once
@@ -41,7 +41,7 @@ struct BeamShellModel {
   std::vector<double> Displacements;     // [NEQ]
 
   // What the solution needs and the results do not; the next beam's model takes over its memory.
-  std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, profile node
+  std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, outline node
   std::vector<BeamElement> Links;       // [LinkCount], those of the first end, then of the second
   SkylineMatrix Stiffness;              // NEQ columns; holds the factors after the solution
   std::vector<double> LoadVector;       // [NEQ]

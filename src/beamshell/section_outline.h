@@ -1,4 +1,4 @@
-// The profile of a beam's cross-section: its plates' mid-lines as points and straight segments.
+// The outline of a beam's cross-section: its plates' mid-lines as points and straight segments.
 //
 // Section axes (those of the beam): x along the beam, y and z across it, z the web direction. The
 // origin is the node line. A web stands on it and rises to Hw; where there is a flange, the topmost
@@ -22,32 +22,32 @@
 
 namespace korvex {
 
-struct ProfileSegment {
+struct OutlineSegment {
   std::array<std::int32_t, 2> points{};  // indices of its ends
   double thickness = 0.0;
 };
 
-struct SectionProfile {
+struct SectionOutline {
   std::vector<Vector3> points;           // section axes, x = 0
-  std::vector<ProfileSegment> segments;  // in the order in which their shells are numbered
+  std::vector<OutlineSegment> segments;  // in the order in which their shells are numbered
 };
 
-// Each fills `profile` anew, without the offset BeamSecOz. A zero Bf or Tf leaves the web alone.
+// Each fills `outline` anew, without the offset BeamSecOz. A zero Bf or Tf leaves the web alone.
 
 // Points: web from below, flange from the web to its -y tip, flange from the web to its +y tip.
-void BuildTProfile(const BeamSection& section, std::int32_t meshLevel, SectionProfile& profile);
+void BuildTOutline(const BeamSection& section, std::int32_t meshLevel, SectionOutline& outline);
 
 // Points: web from below, flange from the web to its tip, on the +y side or, if mirrored, the -y.
-void BuildLProfile(const BeamSection& section, bool mirrored, std::int32_t meshLevel,
-                   SectionProfile& profile);
+void BuildLOutline(const BeamSection& section, bool mirrored, std::int32_t meshLevel,
+                   SectionOutline& outline);
 
 // Points: round the mid-circle from +y towards +z. The last segment closes the ring.
-void BuildCProfile(const CBeamSection& section, std::int32_t meshLevel, SectionProfile& profile);
+void BuildCOutline(const CBeamSection& section, std::int32_t meshLevel, SectionOutline& outline);
 
 // Moves all points by BeamSecOz along z.
-void ShiftProfile(double BeamSecOz, SectionProfile& profile);
+void ShiftOutline(double BeamSecOz, SectionOutline& outline);
 
 // The length of the longest segment; 0 where no length is greater than 0, as with NaNs.
-double LongestSegment(const SectionProfile& profile);
+double LongestSegment(const SectionOutline& outline);
 
 }  // namespace korvex
