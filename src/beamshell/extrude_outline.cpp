@@ -1,5 +1,6 @@
-// The stages of ExtrudeOutline. Notation: P outline points, n steps, d the vector from the first to
-// the second end; outline point i at station s is node 1 + s P + i.
+// Notation: P outline points, n steps, d = EndPoint2 - EndPoint1. Outline point i (x_i, y_i, z_i)
+// at station s is node 1 + s P + i, at
+//   EndPoint1 + x_i e1 + y_i e2 + z_i e3 + s d / n    (e1, e2, e3: beam axes, beam/beam_frame.h).
 #include "beamshell/extrude_outline.h"
 
 #include <algorithm>
@@ -17,13 +18,14 @@ namespace korvex {
 
 namespace {
 
-// Links: so stiff that no plate bends them, and so short of the penalty on the end nodes that those
-// still rule.
+// Links: much stiffer than any plate, so that they act as rigid arms, and much softer than the
+// penalty on the end nodes (solve_beam_shell.cpp), so that they do not change the end
+// displacements.
 constexpr Material LinkMaterial{1e20, 0.3, 0.0};
 constexpr CBeamSection LinkSection{5.0, 1.0};
 
-// Kept for each node: position and displacements. For each shell: the record, its nodes and its
-// four corners in the grid of average_corners.h, which has up to four entries for each.
+// Memory that stays in use after the solution. Per node: position and displacements. Per shell: the
+// record, its nodes, and its four corners in the averaging, with a position and four indices each.
 constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
 constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
                                         4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
@@ -35,7 +37,8 @@ constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::
   throw Stop{StopKind::Notice, text.str()};
 }
 
-// L / the longest segment, truncated, but at least 1; 1 also where the quotient is not finite.
+// Returns n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.
+// Throws a Stop where the equations could not be numbered.
 std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
                         const BeamShellModel& model) {
   const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
@@ -58,14 +61,14 @@ void CountItems(const SectionOutline& outline, std::int32_t n, BeamShellModel& m
   model.LinkCount = 2 * model.ProfileNodeCount;
 }
 
-// Empties `items` and makes room for `count` of them.
+// Empties `items` and reserves room for `count` items.
 template <typename Vector>
 void Empty(std::size_t count, Vector& items) {
   items.clear();
   items.reserve(count);
 }
 
-// Empties the tables of nodes, shells and links and makes room for those that are counted.
+// Empties the tables of nodes, shells and links and reserves room for the counts in `model`.
 void EmptyTables(std::int32_t beam, BeamShellModel& model) {
   const auto nodes = static_cast<std::size_t>(model.NodeCount);
   const auto shells = static_cast<std::size_t>(model.ShellCount);
@@ -122,7 +125,7 @@ void AddShells(const SectionOutline& outline, std::int32_t n, BeamShellModel& mo
   }
 }
 
-// Adds the links from node `end` to the P nodes from `firstNode` on.
+// Adds the links from node `end` to the P nodes of its station, which begin at `firstNode`.
 void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
   const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
   const Vector3& nodeI = model.NodeCoords[static_cast<std::size_t>(end)];

@@ -1,4 +1,3 @@
-// The outlines of section_outline.h.
 #include "beamshell/section_outline.h"
 
 #include <cmath>
@@ -9,11 +8,11 @@ namespace korvex {
 
 namespace {
 
-// How finely a mesh level divides the sections.
+// The divisions of the sections at one mesh level.
 struct OutlineDivisions {
   std::int32_t web;
-  std::int32_t flange;  // a T flange on each side, an L flange over its whole width
-  std::int32_t circle;
+  std::int32_t flange;  // each side of a T flange, or the whole width of an L flange
+  std::int32_t circle;  // points of a tube
 };
 
 OutlineDivisions DivisionsOf(std::int32_t meshLevel) {
@@ -24,7 +23,7 @@ OutlineDivisions DivisionsOf(std::int32_t meshLevel) {
 
 bool HasFlange(const BeamSection& section) { return section.Bf != 0.0 && section.Tf != 0.0; }
 
-// Begins an outline with the points and segments of a web whose topmost point lies at `top`.
+// Begins an outline with the points and segments of a web; the topmost point has z = top.
 void BuildWeb(const BeamSection& section, std::int32_t divisions, double top,
               SectionOutline& outline) {
   outline.points.clear();
@@ -33,10 +32,11 @@ void BuildWeb(const BeamSection& section, std::int32_t divisions, double top,
     outline.points.push_back({0.0, 0.0, j * section.Hw / divisions});
     outline.segments.push_back({{j, j + 1}, section.Tw});
   }
-  outline.points.push_back({0.0, 0.0, top});  // given, because Dw Hw / Dw may miss Hw by a bit
+  outline.points.push_back({0.0, 0.0, top});  // not computed: Dw Hw / Dw may differ from Hw
 }
 
-// Adds a flange of `divisions` segments from web point `webTop` to its tip at y = `reach`.
+// Adds a flange of `divisions` segments from the web point with index webTop to the tip at
+// y = reach.
 void AddFlange(const BeamSection& section, std::int32_t webTop, double reach,
                std::int32_t divisions, SectionOutline& outline) {
   std::int32_t before = webTop;

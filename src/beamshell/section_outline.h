@@ -1,10 +1,11 @@
-// The outline of a beam's cross-section: its plates' mid-lines as points and straight segments.
+// The outline of a beam's cross-section: the mid-lines of its plates as points and straight
+// segments.
 //
 // Section axes (those of the beam): x along the beam, y and z across it, z the web direction. The
-// origin is the node line. A web stands on it and rises to Hw; where there is a flange, the topmost
-// web point lies in the flange's mid-plane at Hw + Tf / 2, so that the topmost web segment is
-// longer than the others by Tf / 2. An L flange begins at the web's mid-plane, unlike that of the
-// section properties, which begins at the web's outer face: mid-lines have to meet.
+// origin is the node line; a web reaches from there to z = Hw. With a flange, the topmost web point
+// is in the flange's mid-plane at Hw + Tf / 2, so the topmost web segment is longer by Tf / 2 than
+// the others. An L flange begins at the web's mid-plane, because the mid-lines must meet; in the
+// section properties it begins at the web's face.
 //
 //   mesh level                          0 (and any other)    1     2
 //   divisions of a web, Dw                      3            6    12
@@ -32,22 +33,25 @@ struct SectionOutline {
   std::vector<OutlineSegment> segments;  // in the order in which their shells are numbered
 };
 
-// Each fills `outline` anew, without the offset BeamSecOz. A zero Bf or Tf leaves the web alone.
+// The routines replace the contents of `outline`. They do not apply the offset BeamSecOz. With
+// Bf = 0 or Tf = 0 the outline is that of the web. meshLevel: as in the table above.
 
-// Points: web from below, flange from the web to its -y tip, flange from the web to its +y tip.
+// T section. Points: web from below, flange from the web to its -y tip, flange from the web to its
+// +y tip.
 void BuildTOutline(const BeamSection& section, std::int32_t meshLevel, SectionOutline& outline);
 
-// Points: web from below, flange from the web to its tip, on the +y side or, if mirrored, the -y.
+// L section. Points: web from below, flange from the web to its tip, which is on the +y side, or on
+// the -y side if mirrored.
 void BuildLOutline(const BeamSection& section, bool mirrored, std::int32_t meshLevel,
                    SectionOutline& outline);
 
-// Points: round the mid-circle from +y towards +z. The last segment closes the ring.
+// Tube. Points: on the mid-circle from +y towards +z. The last segment closes the ring.
 void BuildCOutline(const CBeamSection& section, std::int32_t meshLevel, SectionOutline& outline);
 
 // Moves all points by BeamSecOz along z.
 void ShiftOutline(double BeamSecOz, SectionOutline& outline);
 
-// The length of the longest segment; 0 where no length is greater than 0, as with NaNs.
+// Returns the length of the longest segment; 0 if no length is greater than 0, as with NaNs.
 double LongestSegment(const SectionOutline& outline);
 
 }  // namespace korvex
