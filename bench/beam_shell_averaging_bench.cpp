@@ -7,7 +7,7 @@
 #include <cstdio>
 
 #include "beamshell/average_corners.h"
-#include "beamshell/extrude_profile.h"
+#include "beamshell/extrude_outline.h"
 
 namespace {
 
@@ -31,9 +31,9 @@ void AddBeam(const Vector3& end1, const Vector3& axis, std::vector<BeamShellMode
   model.EndPoint1 = end1;
   for (std::size_t i = 0; i < 3; ++i) model.EndPoint2[i] = end1[i] + Span * axis[i];
   model.OrientVector = {0.0, 0.0, 1.0};
-  korvex::SectionProfile profile;
-  BuildTProfile(Section, model.MeshLevel, profile);
-  ExtrudeProfile(profile, 0, model);
+  korvex::SectionOutline outline;
+  BuildTOutline(Section, model.MeshLevel, outline);
+  ExtrudeOutline(outline, 0, model);
   for (std::size_t e = 0; e < model.Shells.size(); ++e) {
     for (std::size_t k = 0; k < 4; ++k) {
       const auto stress = static_cast<double>((models.size() + e + k) % 1000);

@@ -8,8 +8,8 @@
 #include <random>
 #include <utility>
 
-#include "beamshell/extrude_profile.h"
-#include "beamshell/section_profile.h"
+#include "beamshell/extrude_outline.h"
+#include "beamshell/section_outline.h"
 #include "beamshell/solve_beam_shell.h"
 #include "deck/write_tables.h"
 #include "model/read_input_file.h"
@@ -167,10 +167,10 @@ SkylineSystem MakeDetailModels(int copies) {
   model.EndPoint2 = {2150.0, 0.0, 0.0};
   model.OrientVector = {0.0, 0.0, 1.0};
   model.Tolerance = 0.215;
-  SectionProfile profile;
-  BuildTProfile({300.0, 10.0, 150.0, 12.0}, model.MeshLevel, profile);
-  ShiftProfile(0.0, profile);
-  ExtrudeProfile(profile, 0, model);
+  SectionOutline outline;
+  BuildTOutline({300.0, 10.0, 150.0, 12.0}, model.MeshLevel, outline);
+  ShiftOutline(0.0, outline);
+  ExtrudeOutline(outline, 0, model);
   BuildBeamShellProfile(model);
   AssembleBeamShell(model);
   constexpr double Still[6] = {}, Moved[6] = {0.0, 0.0, 1.0, 0.0, 0.0, 0.0};

@@ -1,4 +1,3 @@
-// The shared part of fuzz_target.h.
 #include "fuzz_target.h"
 
 #include <algorithm>
@@ -11,18 +10,19 @@
 
 namespace korvex {
 
-// In place of the library's own, which stays out of the program because this one is found first.
+// Replaces the function of the library: the linker takes this one, because it finds it first.
 std::uint64_t ReadFreeMemory() { return fuzz::TargetMemory; }
 
 }  // namespace korvex
 
-// Notices wait for an answer; the end of the input is one.
+// Notices wait for a line on standard input; the end of the input counts as a line.
 int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
   if (std::freopen("/dev/null", "r", stdin) == nullptr) std::abort();
   return 0;
 }
 
-// Every fourth change is one of the fuzzer's own, which know what comparisons have failed.
+// Every fourth change is made by the fuzzer itself, which uses the comparisons seen in earlier
+// runs.
 std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t size, std::size_t maxSize,
                                     unsigned int seed) {
   if (seed % 4 == 0) return LLVMFuzzerMutate(data, size, maxSize);

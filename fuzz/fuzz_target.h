@@ -1,4 +1,5 @@
-// What both fuzz targets share: the mutator, a machine with little memory, and no answers.
+// The common part of both fuzz targets: the mutator, a small free memory, and an empty standard
+// input.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +7,8 @@
 
 namespace korvex::fuzz {
 
-// The memory of the machine that the targets run on, in bytes. Little, so that a count that is
-// accepted makes a model that is solved in milliseconds.
+// The free memory that the targets report, in bytes. It is small, so that only models are accepted
+// that are solved in milliseconds.
 inline constexpr std::uint64_t TargetMemory = std::uint64_t{2} << 20U;
 
 }  // namespace korvex::fuzz

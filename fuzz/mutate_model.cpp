@@ -1,4 +1,4 @@
-// The changes of mutate_model.h. All choices come from one sequence of random numbers.
+// All choices come from one sequence of random numbers.
 #include "mutate_model.h"
 
 #include <algorithm>
@@ -10,7 +10,8 @@ namespace korvex::fuzz {
 
 namespace {
 
-// splitmix64 (Steele, Lea & Flood 2014): the same everywhere, unlike the library's distributions.
+// splitmix64 (Steele, Lea & Flood 2014): the same numbers on every platform, unlike the standard
+// library's distributions.
 std::uint64_t Draw(std::uint64_t& state) {
   state += 0x9E3779B97F4A7C15U;
   std::uint64_t bits = state;
@@ -35,8 +36,8 @@ bool IsNumberCharacter(char c) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// All numbers of the text, those in words such as "4ND" included. afterEquals: only those behind a
-// "=" are wanted, which are the counts and properties.
+// Returns all numbers of the text, also those in words such as "4ND". afterEquals: only numbers
+// after a "=", which are the counts and properties.
 std::vector<Span> FindNumbers(const std::string& text, bool afterEquals) {
   std::vector<Span> numbers;
   for (std::size_t i = 0; i < text.size();) {
@@ -51,7 +52,7 @@ std::vector<Span> FindNumbers(const std::string& text, bool afterEquals) {
   return numbers;
 }
 
-// Lines with their line feeds.
+// Returns the lines with their line feeds.
 std::vector<Span> FindLines(const std::string& text) {
   std::vector<Span> lines;
   for (std::size_t i = 0; i < text.size();) {
@@ -67,7 +68,7 @@ std::string Cut(const std::string& text, const Span& span) {
   return text.substr(span.begin, span.end - span.begin);
 }
 
-// Ends of the number ranges, what lies just outside them, and texts that are hardly numbers.
+// Limits of number ranges, values just outside them, and texts that are barely numbers.
 constexpr std::array<std::string_view, 34> Numbers{"0",
                                                    "-0",
                                                    "1",
@@ -103,7 +104,7 @@ constexpr std::array<std::string_view, 34> Numbers{"0",
                                                    "1e+",
                                                    ""};
 
-// Replaces a number by one of the list, by another number of the file, or by its neighbour.
+// Replaces a number by one of the list, by another number of the file, or changes its last digit.
 void ReplaceNumber(std::string& text, bool afterEquals, std::uint64_t& state) {
   const std::vector<Span> numbers = FindNumbers(text, afterEquals);
   if (numbers.empty()) return;
@@ -125,7 +126,7 @@ void ReplaceNumber(std::string& text, bool afterEquals, std::uint64_t& state) {
   text.replace(at.begin, at.end - at.begin, number);
 }
 
-// Removes, doubles or moves a line.
+// Removes a line, copies it to another place, or exchanges two lines.
 void ChangeLines(std::string& text, std::uint64_t& state) {
   const std::vector<Span> lines = FindLines(text);
   if (lines.empty()) return;
@@ -141,7 +142,8 @@ void ChangeLines(std::string& text, std::uint64_t& state) {
       break;
     default: {
       const std::string otherContent = Cut(text, other);
-      const bool isBefore = line.begin < other.begin;  // the later one first: places stay right
+      // The later line is replaced first, so that the positions of the earlier one stay valid.
+      const bool isBefore = line.begin < other.begin;
       const Span& later = isBefore ? other : line;
       const Span& earlier = isBefore ? line : other;
       text.replace(later.begin, later.end - later.begin, isBefore ? content : otherContent);

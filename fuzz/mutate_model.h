@@ -1,7 +1,7 @@
-// Changes model files the way other programs and transfers spoil them: wrong counts, references
-// and numbers, lines that are missing, doubled or in another order, a cut-off end, stray bytes.
+// Damages model files as faulty programs and transfers do: wrong counts, references and numbers,
+// lines that are missing, repeated or in another order, a cut-off end, wrong bytes.
 //
-// Random bytes would hardly get past the header; these changes leave most of the file readable.
+// Random bytes would fail at the header; after these changes most of the file can still be read.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace korvex::fuzz {
 
-// Applies one to four changes to `text`. The same seed makes the same changes.
+// Applies one to four changes to `text`. The same seed gives the same changes.
 void MutateModel(std::string& text, std::uint64_t seed);
 
 }  // namespace korvex::fuzz

@@ -1,5 +1,5 @@
-// Runs the program on mutated models and tells how it ends: none may end by a signal, with another
-// status than 0 or 1, or after more time than its size explains.
+// Runs the program on mutated models and counts how the runs end. An end by a signal, an exit
+// status other than 0 or 1, or more time than the size of the model explains is an error, a "find".
 //
 //     mutated_runs PROGRAM CORPUS_FOLDER COUNT [FIRST_SEED [REFERENCE]]
 //
@@ -7,8 +7,8 @@
 // is a find: the status, what stands on the console and in notices, each file byte by byte. The
 // solution time is left out.
 //
-// Each run is a process of its own, with little memory, in a folder under TMPDIR. Model and
-// mutation follow from the seed, so that a find can be repeated; its model file is kept as well.
+// Each run is a separate process with little memory, in a folder under TMPDIR. Model and mutation
+// depend on the seed only, so a find can be repeated; its model file is kept as well.
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -31,12 +31,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr rlim_t AddressLimit = rlim_t{48} << 20U;  // bytes; sizes beyond it are noticed
-constexpr rlim_t TimeLimit = 100;                   // seconds of processor time; a hang ends here
+constexpr rlim_t AddressLimit = rlim_t{48} << 20U;  // bytes; the program stops at larger models
+constexpr rlim_t TimeLimit = 100;                   // seconds of processor time, against hangs
 
-// What a run may take: to start, for each byte that it writes, for each row that it claims, and for
-// each pair of beams: where their rows are missing they have no length, and each corner of their
-// detail models is averaged over all of them. A machine at its normal load needs a tenth of it.
+// The time that a run may take: for its start, for each written byte, for each row by its counts,
+// and for each pair of beams. (Beams without rows have no length, and each corner of their detail
+// models is averaged over all of them.) A machine at normal load needs a tenth of this.
 constexpr double StartSeconds = 1.0;
 constexpr double SecondsPerByte = 1e-6;
 constexpr double SecondsPerRow = 3e-5;
@@ -53,7 +53,7 @@ std::string ReadText(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-// In the order of their names: the same on every machine.
+// Returns the models in the order of their file names, which is the same on every machine.
 std::vector<std::string> ReadModels(const fs::path& corpus) {
   std::vector<fs::path> names;
   for (const auto& entry : fs::directory_iterator(corpus)) names.push_back(entry.path());
@@ -63,7 +63,7 @@ std::vector<std::string> ReadModels(const fs::path& corpus) {
   return models;
 }
 
-// The sum of the counts that can be read behind `title`, as far as memory could hold their rows.
+// Returns the sum of the counts after `title`, limited to the rows that the memory can hold.
 double CountRows(const std::string& text, const char* title) {
   constexpr double RowsAtMost = AddressLimit / 500.0;  // of elements; all others take no time
   double rows = 0.0;
@@ -85,7 +85,7 @@ double CountWritten(const fs::path& folder) {
   return bytes;
 }
 
-// The child's part; it returns only where the program cannot be started.
+// Runs in the child process. Returns only if the program cannot be started.
 void BecomeProgram(const char* program, const fs::path& folder) {
   const struct rlimit memory { AddressLimit, AddressLimit }, time{TimeLimit, TimeLimit}, core{0, 0};
   setrlimit(RLIMIT_AS, &memory);
@@ -122,8 +122,8 @@ Run RunModel(const char* program, const fs::path& folder, const std::string& tex
   return run;
 }
 
-// "status 1: Warning! ... refers to node ..." with all numbers as "#": what the ends are counted
-// by.
+// Returns the key by which the ends of runs are counted: exit status or signal, and the text of the
+// notice with "#" for each number.
 std::string NameEnd(const Run& run, const fs::path& folder) {
   if (WIFSIGNALED(run.status)) return "signal " + std::to_string(WTERMSIG(run.status));
   std::string name = "status " + std::to_string(WEXITSTATUS(run.status));

@@ -13,7 +13,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   korvex::Model model;
   try {
     korvex::ReadInputText(std::string(data, data + size), model);
-  } catch (const korvex::Stop&) {  // a notice is an answer
+  } catch (const korvex::Stop&) {  // a correct end for a wrong file
     return 0;
   }
   const std::string written = korvex::WriteTables(model.Tables);

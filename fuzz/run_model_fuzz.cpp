@@ -1,4 +1,6 @@
-// Fuzz target of the whole run: any bytes as the model file of a folder of its own.
+// Fuzz target of the whole run: any bytes as the model file.
+//
+// The run takes place in a temporary folder and must end with the status 0 or 1.
 #include <unistd.h>
 
 #include <cstdlib>
@@ -13,18 +15,19 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A folder for this process; under TMPDIR, which may be one in memory.
+// Makes a folder for this process under TMPDIR, which may be in memory.
 fs::path MakeFolder() {
   std::string name = (fs::temp_directory_path() / "korvex-fuzz-XXXXXX").string();
   if (mkdtemp(name.data()) == nullptr) std::abort();
   return name;
 }
 
-const fs::path folder = MakeFolder();  // NOLINT(cert-err58-cpp): a target without it is no use
+const fs::path folder = MakeFolder();  // NOLINT(cert-err58-cpp): without it the target cannot run
 
 }  // namespace
 
-// The fuzzer itself stays where it was started: its corpus may have a relative name.
+// The directory is changed only during the run, because the fuzzer's corpus may have a relative
+// name.
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const fs::path home = fs::current_path();
   fs::current_path(folder);

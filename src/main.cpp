@@ -1,4 +1,7 @@
-// The program: solves the model in the current directory.
+// The program korvex: solves the model in the current directory. No arguments, no options.
+//
+// The run itself and its errors are in run/run_driver.h. This file handles only the last resort: the
+// end of the program where there is no memory for an exception.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -7,8 +10,8 @@
 
 namespace {
 
-// Where memory does not even hold an exception, the library ends the program here, without one.
-// What is left to do needs no memory.
+// The standard library calls this for an exception that nothing catches, and where it has no memory
+// to make an exception: then there is no current one. The message is written without memory.
 [[noreturn]] void EndWithoutMemory() {
   if (std::current_exception() != nullptr) std::abort();  // uncaught: a bug
   std::fputs("Not enough memory.\n", stderr);

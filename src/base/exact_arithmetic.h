@@ -1,8 +1,8 @@
 // Sums and products of two doubles without rounding: the rounded result and its error.
 //
 // Dekker (1971) for the product, Knuth (1998, sec. 4.2.2, theorem B) for the sum. Exact as long as
-// nothing overflows and no product falls below 1e-290. Needs every operation rounded on its own:
-// contraction into fused operations, or reordering, would lose the error.
+// nothing overflows and no product falls below 1e-290. Each operation must be rounded separately:
+// a compiler that fuses or reorders operations loses the error.
 #pragma once
 
 namespace korvex {
@@ -20,7 +20,7 @@ inline DoubleDouble AddExactly(double a, double b) {
   return {sum, (a - (sum - partOfB)) + (b - partOfB)};
 }
 
-// The upper and lower half of a's digits.
+// a = head + tail, the upper and the lower half of its digits.
 inline DoubleDouble SplitDigits(double a) {
   constexpr double Splitter = 134217729.0;  // 2^27 + 1: two halves of at most 26 bits
   const double scaled = Splitter * a;

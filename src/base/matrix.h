@@ -1,9 +1,9 @@
 // Small dense matrices, row-major: entry (i, j) of an m x n matrix is at index i * n + j.
 //
-// Every routine writes into storage of the caller; none allocates. A size below 1 makes a routine
-// do nothing. Sums run over the inner index in ascending order, starting from 0.0: the results are
-// compared bit for bit, so another order is another result. All are inline, because their sizes are
-// constants where they are called: the compiler then lays whole rows side by side.
+// The caller owns all arrays; no routine allocates. With a size below 1 a routine does nothing.
+// Sums run over the inner index in ascending order, starting from 0.0: another order would change
+// the last bits. All routines are inline, because callers pass constant sizes: the compiler can
+// then compute several entries of a row with one instruction.
 #pragma once
 
 #include <cstdint>
@@ -23,7 +23,7 @@ inline void MatMultiply(double* C, const double* A, const double* B, std::int32_
   if (n < 1) return;
   for (std::int32_t i = 0; i < m; ++i) {
     for (std::int32_t j = 0; j < p; ++j) C[i * p + j] = 0.0;
-    // The sums of a row run side by side, each over k ascending.
+    // All sums of row i grow together, each over k ascending.
     for (std::int32_t k = 0; k < n; ++k) {
       for (std::int32_t j = 0; j < p; ++j) C[i * p + j] += A[i * n + k] * B[k * p + j];
     }

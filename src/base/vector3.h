@@ -1,7 +1,7 @@
 // Three-vectors in global axes: the few operations that element frames are made of.
 //
-// Each sum runs over x, y, z in this order, and a length is the square root of the sum of squares;
-// hypot would differ in the last bit, and between C libraries.
+// Each sum runs over x, y, z in this order. A length is the square root of the sum of squares, not
+// hypot, whose last bit differs between C libraries.
 #pragma once
 
 #include <array>

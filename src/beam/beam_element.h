@@ -25,8 +25,8 @@ struct CBeamSection {
   double T = 0.0;  // wall thickness
 };
 
-// The properties of one element's cross-section. They belong to the element and not to the section
-// because the two shear parameters depend on its length and material.
+// The properties of one element's cross-section. Each element has its own, because the two shear
+// parameters depend on its length and material.
 struct SectionProperties {
   double A = 0.0;             // area
   double Iy = 0.0;            // about local y through the centroid: bending in the x-z plane
@@ -43,10 +43,11 @@ struct SectionProperties {
   double Ez = 0.0;            // centroid relative to the node along local z, BeamSecOz included
 };
 
-// Carried by every beam element as a property of its geometry; no beam routine compares with it.
+// The value of BeamElement::Tolerance; the record's fixed layout has it, no beam routine reads it.
 inline constexpr double BeamTolerance = 1e-15;
 
-// One beam element with everything that its routines read.
+// One beam element with all data that its routines read. The last three fields belong to the fixed
+// layout of the record; no routine reads them.
 struct BeamElement {
   Vector3 NodeI{};     // global position of the first node
   Vector3 NodeJ{};     // global position of the second node
@@ -55,7 +56,7 @@ struct BeamElement {
   double E = 0.0;                // Young's modulus
   double Mu = 0.0;               // Poisson's ratio
   double BeamSecOz = 0.0;        // offset of the section along local z
-  bool BeamSecMirrored = false;  // flange of an L section towards -y; set for L sections only
+  bool BeamSecMirrored = false;  // L sections only: flange towards -y
   SectionProperties Section;
   std::int32_t NodesPerBeam = 2;
   std::int32_t DofsPerNode = 6;

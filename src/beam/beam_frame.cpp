@@ -1,4 +1,3 @@
-// The frame of beam_frame.h.
 #include "beam/beam_frame.h"
 
 #include <algorithm>

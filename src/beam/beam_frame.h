@@ -22,14 +22,15 @@ using BeamMatrix = std::array<double, 144>;
 // |NodeJ - NodeI|.
 double BeamLength(const BeamElement& beam);
 
-// Fills `frame` from the vector d along the axis and the orientation vector v.
+// Fills `frame` from the vector d along the axis and the orientation vector v, both global.
 void ComputeBeamFrame(const Vector3& d, const Vector3& v, BeamFrame& frame);
 
 // The same from NodeI, NodeJ and RefPoint.
 void ComputeBeamFrame(const BeamElement& beam, BeamFrame& frame);
 
-// T: 12 x 12, zero but for four diagonal blocks equal to `frame`, so that local = T * global for
-// the twelve degrees of freedom u, v, w, rx, ry, rz of the first and then of the second node.
+// T: 12 x 12, row-major, written completely: four diagonal blocks equal to `frame`, zeros
+// elsewhere. local = T * global for the dofs u, v, w, rx, ry, rz of the first, then of the second
+// node.
 void BuildBeamRotation(const BeamFrame& frame, BeamMatrix& T);
 
 }  // namespace korvex

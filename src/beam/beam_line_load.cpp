@@ -1,4 +1,6 @@
-// The load vector of beam_line_load.h.
+// Local axes, with q = q1 at the first and q2 at the second node:
+//   Fz1 = (7 q1 + 3 q2) L / 20      My1 = -(3 q1 + 2 q2) L^2 / 60
+//   Fz2 = (3 q1 + 7 q2) L / 20      My2 =  (2 q1 + 3 q2) L^2 / 60
 #include "beam/beam_line_load.h"
 
 #include <array>

@@ -1,9 +1,8 @@
 // The equivalent nodal loads of a trapezoidal line load on a beam element.
 //
 // Fixed-end values of a slender beam under a load in local z that varies linearly from q1 to q2
-// (Roark 1989, table 3, case 2d). They are used for every
-// section, whatever its shear deformation, and act at the nodes: deliberately, the offset from node
-// to centroid that the stiffness knows is not applied to them.
+// (Roark 1989, table 3, case 2d). Shear deformation does not enter them. They act at the nodes: the
+// offset from node to centroid, which the stiffness includes, is deliberately not applied.
 #pragma once
 
 #include "beam/beam_element.h"

@@ -1,4 +1,3 @@
-// The stages of BeamStiffness: local matrix, eccentricity, rotation.
 #include "beam/beam_stiffness.h"
 
 #include <algorithm>
@@ -36,7 +35,7 @@ void BuildLocalStiffness(const BeamElement& beam, BeamMatrix& k) {
   set(5, 5, (Pz + 4.0) * bz * (L * L)), set(11, 11, (Pz + 4.0) * bz * (L * L));
   set(5, 11, (2.0 - Pz) * bz * (L * L));
 
-  // bending in the x-z plane: w and ry, whose positive sense turns z towards x
+  // bending in the x-z plane: w and ry; positive ry turns z towards x
   set(2, 2, 12.0 * by), set(8, 8, 12.0 * by), set(2, 8, -12.0 * by);
   set(2, 4, -6.0 * by * L), set(2, 10, -6.0 * by * L);
   set(4, 8, 6.0 * by * L), set(8, 10, 6.0 * by * L);
@@ -48,8 +47,8 @@ void BuildLocalStiffness(const BeamElement& beam, BeamMatrix& k) {
   }
 }
 
-// B: 12 x 12, row-major: displacements of the centroid from those of the node,
-// u_centroid = u_node + theta x e, in local axes.
+// B: 12 x 12, row-major, local axes, written completely: the displacements of the centroids from
+// those of the nodes, u_centroid = u_node + theta x e.
 void EccentricityMatrix(const SectionProperties& section, BeamMatrix& B) {
   B.fill(0.0);
   for (std::size_t i = 0; i < Dofs; ++i) B[i * Dofs + i] = 1.0;
@@ -65,7 +64,7 @@ void EccentricityMatrix(const SectionProperties& section, BeamMatrix& B) {
   }
 }
 
-// K: 12 x 12 <- X^T K X with X: 12 x 12, both row-major.
+// K = X^T K X. K, X: 12 x 12, row-major.
 void TransformCongruently(const BeamMatrix& X, BeamMatrix& K) {
   BeamMatrix Xt, XtK;
   MatTranspose(Xt.data(), X.data(), Dofs, Dofs);

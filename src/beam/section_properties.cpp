@@ -1,5 +1,4 @@
-// The section routines of section_properties.h. Powers are written as products: pow differs in its
-// last bit between C libraries.
+// Powers are written as products, because pow differs in its last bit between C libraries.
 #include "beam/section_properties.h"
 
 #include <cmath>
@@ -10,11 +9,11 @@ namespace korvex {
 
 namespace {
 
-// Share of a rectangle's area that carries shear (5/6 is the usual value for bending of a solid
-// rectangle; 2/3 relates the mean shear stress to its maximum).
+// Shear area of a rectangle / its area. The usual value for bending of a solid rectangle is 5/6;
+// 2/3 is the mean shear stress divided by the maximum.
 constexpr double RectangleShearShare = 0.6666666666666666;
 
-// Share of a thin tube's area that carries shear (Cowper 1966, thin-walled limit for nu = 0).
+// Shear area of a thin tube / its area (Cowper 1966, thin-walled limit for nu = 0).
 constexpr double TubeShearShare = 0.5;
 
 double Cube(double a) { return a * a * a; }
@@ -30,8 +29,8 @@ double ShearParameter(const BeamElement& element, double I, double As) {
 
 bool HasFlange(double Bf, double Tf) { return Bf != 0.0 && Tf != 0.0; }
 
-// The web alone. Unlike the webs of flanged sections it carries shear on two thirds of its area
-// only; the jump between the two is intended.
+// A web without flange. Its shear area is two thirds of its area, whereas the web of a flanged
+// section carries shear on its whole area; this jump is intended.
 SectionProperties RectangleProperties(const BeamElement& element, double Hw, double Tw,
                                       double BeamSecOz) {
   SectionProperties p;
@@ -47,8 +46,8 @@ SectionProperties RectangleProperties(const BeamElement& element, double Hw, dou
   return p;
 }
 
-// What T and L sections with a flange share: everything that does not depend on where the flange
-// stands sideways.
+// The properties that T and L sections with a flange have in common: all that do not depend on the
+// flange's position along y.
 SectionProperties FlangedProperties(const BeamElement& element, double Hw, double Tw, double Bf,
                                     double Tf, double BeamSecOz) {
   const double Aw = Hw * Tw;
@@ -87,7 +86,7 @@ SectionProperties SectionPropertiesL(const BeamElement& element, double Hw, doub
   const double yf = Bf / 2.0 - Tw / 2.0;  // flange centroid from the web's centre line
   const double yc = Af * yf / p.A;
   p.Iz = Tf * Cube(Bf) / 12.0 + Af * (yf * yf) + Hw * Cube(Tw) / 12.0 - p.A * (yc * yc);
-  // Both extents count from the web's centre line, not from the centroid: deliberately so.
+  // Both extents are deliberately measured from the web's centre line, not from the centroid.
   const double flangeSide = Bf - Tw / 2.0;
   const double webSide = Tw / 2.0;
   p.CyPos = mirrored ? webSide : flangeSide;

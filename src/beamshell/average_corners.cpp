@@ -1,10 +1,11 @@
-// The search and the sums of average_corners.h.
+// Nodes are numbered through all models. A spatial grid finds the nodes near a point, and with them
+// the corners of the shells there.
 //
-// Nodes are numbered through all models; a search finds nodes, and with them the corners that
-// shells have there. The rule excludes a corner whose distance is greater than the tolerance; a
-// distance that is not a number excludes nothing. A corner without finite coordinates, as a beam
-// without length has them, is therefore averaged with all corners of its own model and of those
-// that share an end. No grid can hold it: nodes of that kind are listed, and compared with all.
+// A corner is excluded if its distance is greater than the tolerance. A distance that is NaN is not
+// greater, so it excludes nothing: a corner with a NaN coordinate, as in the model of a beam
+// without length, is averaged with all corners of its own model and of the models that share an
+// end. Nodes without finite coordinates cannot be in the grid; they are listed and compared with
+// every point.
 #include "beamshell/average_corners.h"
 
 #include <algorithm>
@@ -20,25 +21,25 @@ namespace {
 
 using Numbers = std::vector<std::size_t>;
 
-// The nodes of all models, by number, the corners at them, and what finds them.
+// The nodes of all models, the corners at each node, and the grids that find them.
 struct CornerTable {
   Numbers firstNode;            // [models + 1] each model's first node
   std::vector<Vector3> points;  // [nodes] positions
   Numbers firstCorner;          // [nodes + 1] where a node's corners begin in `corners`
-  Numbers corners;              // 4 shell + k of its model, node after node, ascending at each
+  Numbers corners;              // 4 * shell + k in its model, node after node, ascending per node
   PointGrid grid;               // of `points`
-  Numbers nonFinite;            // nodes that the grid does not hold, ascending
-  PointGrid ends;               // of the models' end points: 2 m and 2 m + 1 are those of model m
+  Numbers nonFinite;            // nodes that are not in the grid, ascending
+  PointGrid ends;               // end points of the models: 2 * m and 2 * m + 1 for model m
 };
 
-// A model and those that share an end with it.
+// A model and the models that share an end with it.
 struct Family {
   std::size_t own = 0;
   Numbers others;     // ascending
-  Numbers nonFinite;  // nodes of all of them that the grid does not hold
+  Numbers nonFinite;  // nodes of all these models that are not in the grid
 };
 
-// A corner of a model's shell: position 4 shell + k.
+// Corner k of a shell of a model: position = 4 * shell + k.
 struct Corner {
   std::size_t model, position;
 };
@@ -74,7 +75,8 @@ void BuildCornerTable(const std::vector<BeamShellModel>& models, CornerTable& ta
   BuildPointGrid(ends, table.ends);
 }
 
-// Ends closer than the tolerance are one. At the tolerance they are not, unlike corners.
+// Two ends coincide if their distance is less than the tolerance. (Corners coincide also at a
+// distance equal to the tolerance.)
 bool ShareEnd(const BeamShellModel& a, const BeamShellModel& b) {
   for (const Vector3& endA : {a.EndPoint1, a.EndPoint2}) {
     for (const Vector3& endB : {b.EndPoint1, b.EndPoint2}) {
@@ -84,7 +86,8 @@ bool ShareEnd(const BeamShellModel& a, const BeamShellModel& b) {
   return false;
 }
 
-void SortOut(Numbers& numbers) {
+// Sorts the numbers and removes duplicates.
+void SortUnique(Numbers& numbers) {
   std::sort(numbers.begin(), numbers.end());
   numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
 }
@@ -97,7 +100,7 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
     if (HasPlace(end)) FindNear(table.ends, end, family.others);
   }
   for (std::size_t& end : family.others) end /= 2;
-  SortOut(family.others);
+  SortUnique(family.others);
   const auto isStranger = [&](std::size_t m) {
     return m == own || !ShareEnd(models[m], models[own]);
   };
@@ -115,8 +118,8 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
   for (const std::size_t m : family.others) addNonFinite(m);
 }
 
-// found: the numbers of all nodes that may coincide with `point`, and others; a number may occur
-// more than once.
+// found: a superset of the family's nodes that coincide with `point`; a number may occur more than
+// once.
 void FindCandidates(const CornerTable& table, const Family& family, const Vector3& point,
                     Numbers& found) {
   found.clear();
@@ -132,12 +135,12 @@ void FindCandidates(const CornerTable& table, const Family& family, const Vector
   for (const std::size_t m : family.others) addAll(m);
 }
 
-// coincident: the family's corners at `point`, its own model's first, then ascending.
-// candidates: nodes, in any order on entry.
+// coincident: the family's corners at `point`; first those of the own model, then those of the
+// other models, ascending. candidates: node numbers from FindCandidates; they are sorted.
 void FindCoincident(const CornerTable& table, const Family& family, const Vector3& point,
                     Numbers& candidates, std::vector<Corner>& coincident) {
   coincident.clear();
-  SortOut(candidates);
+  SortUnique(candidates);
   for (const std::size_t node : candidates) {
     if (Length(Subtract(table.points[node], point)) > CoincidenceTolerance) continue;
     const auto next = std::upper_bound(table.firstNode.begin(), table.firstNode.end(), node);
@@ -155,7 +158,7 @@ void FindCoincident(const CornerTable& table, const Family& family, const Vector
   });
 }
 
-// Averages corner k of `shell` over the coincident corners that lie in its surface.
+// Averages corner k of `shell` over the coincident corners in its surface (corner_sum.h).
 void AverageCorner(const std::vector<BeamShellModel>& models, const std::vector<Corner>& coincident,
                    std::size_t k, Shell4Element& shell) {
   CornerSum sum;
@@ -164,29 +167,31 @@ void AverageCorner(const std::vector<BeamShellModel>& models, const std::vector<
   for (const Corner& corner : coincident) {
     AddCorner(models[corner.model].Shells[corner.position / 4], corner.position % 4, sum);
   }
-  // Divided, not multiplied by the reciprocal: that would change the last bit.
+  // A multiplication by 1 / count would change the last bit.
   for (std::size_t i = 0; i < sum.top.size(); ++i) {
     shell.AvgStressTop[k][i] = sum.top[i] / sum.count;
     shell.AvgStressBottom[k][i] = sum.bottom[i] / sum.count;
   }
 }
 
-// Whether a coordinate is not a number: all corners of the family coincide with such a point.
+// Whether a coordinate is NaN. Then all corners of the family coincide with the point.
 bool IsEverywhere(const Vector3& point) {
   return std::isnan(point[0]) || std::isnan(point[1]) || std::isnan(point[2]);
 }
 
-// Averages the corners at one node, at positions[0 .. count - 1] of model `own`.
+// Averages the corners at one node of model `own`.
+// coincident: the corners that coincide with the node; positions: `count` positions (4 * shell + k)
+// of the node's corners.
 void AverageNode(const std::vector<Corner>& coincident, const std::size_t* positions,
                  std::size_t count, std::size_t own, std::vector<BeamShellModel>& models) {
   BeamShellModel& model = models[own];
-  const Shell4Element* before = nullptr;  // the last one averaged
+  const Shell4Element* before = nullptr;  // the shell averaged last
   std::size_t beforeK = 0;
   for (std::size_t c = 0; c < count; ++c) {
     Shell4Element& shell = model.Shells[positions[c] / 4];
     const std::size_t k = positions[c] % 4;
     if (before != nullptr && LieAlike(shell, *before)) {
-      // The same terms in the same order: the same sum, bit for bit.
+      // The same terms in the same order give the same sum, bit for bit.
       shell.AvgStressTop[k] = before->AvgStressTop[beforeK];
       shell.AvgStressBottom[k] = before->AvgStressBottom[beforeK];
     } else {
@@ -207,8 +212,8 @@ void AverageBeamShellStresses(std::vector<BeamShellModel>& models) {
   std::vector<Corner> coincident;
   for (std::size_t own = 0; own < models.size(); ++own) {
     FindFamily(models, table, own, family);
-    bool hasAll = false;  // `coincident` are all corners of the family
-    // Node by node: all corners at a node have the same coincident ones.
+    bool hasAll = false;  // whether `coincident` has all corners of the family
+    // Node by node, because all corners at a node have the same coincident corners.
     for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
       const std::size_t begin = table.firstCorner[node], end = table.firstCorner[node + 1];
       if (begin == end) continue;

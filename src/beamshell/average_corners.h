@@ -1,9 +1,9 @@
 // Corner stresses of all detail models averaged over coincident corners of the same plate.
 //
-// A corner is averaged with every corner within 0.001 (model units) that lies in its surface
-// (corner_sum.h): corners of its own model, its own included, and those of models whose beams share
-// an end point with its own, ends closer than 0.001 counting as one. Beams that merely cross or
-// overlap stay apart.
+// A corner is averaged with all corners at a distance up to 0.001 (model units) that lie in its
+// surface (corner_sum.h). They belong to its own detail model, the corner itself included, and to
+// the detail models of beams that share an end point with its beam (distance less than 0.001).
+// Corners of beams that cross or overlap without a common end point are not averaged together.
 #pragma once
 
 #include <vector>
@@ -13,7 +13,7 @@
 namespace korvex {
 
 // Fills AvgStressTop and AvgStressBottom of all shells from NodeStressTop and NodeStressBottom.
-// Sums run over the own model and then over the others in table order, shell by shell, corner by
+// A sum runs over the own model, then over the others in table order, shell by shell, corner by
 // corner.
 void AverageBeamShellStresses(std::vector<BeamShellModel>& models);
 

@@ -8,7 +8,7 @@ namespace korvex {
 
 namespace {
 
-// One line of `count` values.
+// Writes one line of `count` values.
 template <typename Value>
 void WriteRow(ResultFile& file, const Value* values, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
@@ -18,7 +18,7 @@ void WriteRow(ResultFile& file, const Value* values, std::size_t count) {
   AddLine(file);
 }
 
-// displacements: DofsPerNode for each node.
+// displacements: DofsPerNode per node, node by node.
 void WriteDisplacements(ResultFile& file, const std::vector<double>& displacements) {
   for (std::size_t first = 0; first < displacements.size(); first += DofsPerNode) {
     WriteRow(file, &displacements[first], DofsPerNode);
@@ -46,7 +46,7 @@ void WriteShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shell
   }
 }
 
-// A point behind its key, in brackets.
+// Writes a point as key(x,y,z).
 void WritePoint(ResultFile& file, const char* key, const Vector3& point) {
   AddLine(file, key, '(', point[0], ',', point[1], ',', point[2], ')');
 }

@@ -1,14 +1,14 @@
-// The file of the whole structure's averaged stresses, beams in detail included, for
-// post-processors that draw it.
+// The file of averaged stresses, of the global shells and of all detail models, for
+// post-processors.
 //
-// Values are separated by commas, without blanks, six significant digits, 0-based numbers, global
-// axes. In turn:
-//   NPOIN=, the nodes' x,y,z, their six displacements;
-//   NELEM_S_4ND=, for each shell its nodes, and for each corner the upper and the lower face;
-//   NELEM_S_3ND=, the same;
-//   NELEM_B=, for each beam BEI= its number, SND( ) and END( ) its end points, and its detail
-//   model: NPOIN=, nodes, displacements, NELEM=, shells as above. Links are not written.
-// A face is SX, SY, SZ, TXY, TXZ, TYZ and the von Mises stress.
+// Values are separated by commas without blanks; six significant digits, 0-based numbers, global
+// axes, model units. A stress line has SX, SY, SZ, TXY, TXZ, TYZ and the von Mises stress. In
+// order:
+//   NPOIN=        x,y,z of all nodes, then their six displacements
+//   NELEM_S_4ND=  per shell: its nodes; per corner: the upper and the lower face, one line each
+//   NELEM_S_3ND=  the same
+//   NELEM_B=      per beam: BEI= its number, its end points as SND(x,y,z) and END(x,y,z), and its
+//                 detail model: NPOIN= and NELEM= as above. Links are not written.
 #pragma once
 
 #include <string>
@@ -17,7 +17,8 @@
 
 namespace korvex {
 
-// Returns false where the file could not be written whole. Throws a Stop where it cannot be opened.
+// Returns false if the file could not be written completely. Throws a Stop where it cannot be
+// opened.
 bool WriteAverageStressFile(const std::string& fileName, const Model& model);
 
 }  // namespace korvex

@@ -1,12 +1,11 @@
-// The loop over the beams of generate_beam_shells.h.
 #include "beamshell/generate_beam_shells.h"
 
 #include <algorithm>
 #include <string>
 
 #include "beamshell/average_corners.h"
-#include "beamshell/extrude_profile.h"
-#include "beamshell/section_profile.h"
+#include "beamshell/extrude_outline.h"
+#include "beamshell/section_outline.h"
 #include "beamshell/solve_beam_shell.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
@@ -18,7 +17,7 @@ namespace {
 
 constexpr double ToleranceDivisor = 10000.0;  // of the beam's length
 
-// Copies what the detail model takes over from its beam.
+// Copies the beam's data to its detail model.
 void DescribeBeam(const BeamElement& beam, std::int32_t meshLevel, BeamShellModel& detail) {
   detail.MeshLevel = meshLevel;
   detail.E = beam.E;
@@ -29,50 +28,51 @@ void DescribeBeam(const BeamElement& beam, std::int32_t meshLevel, BeamShellMode
   detail.Tolerance = Length(Subtract(detail.EndPoint2, detail.EndPoint1)) / ToleranceDivisor;
 }
 
-// The profile of the section that `ref` leads to, with its offset.
-void BuildSectionProfile(const Model& model, const BeamSectionRef& ref, SectionProfile& profile) {
+// Builds the outline of the section that `ref` selects, shifted by its offset. Throws a Stop where
+// the section type has no table.
+void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionOutline& outline) {
   const auto row = static_cast<std::size_t>(ref.BeamSecIndex);
   switch (ref.BeamSecType) {
     case BeamSecTypeT:
-      BuildTProfile(model.Tables.TBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildTOutline(model.Tables.TBeamSections[row], model.BeamShellMeshLevel, outline);
       break;
     case BeamSecTypeL:
-      BuildLProfile(model.Tables.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
-                    profile);
+      BuildLOutline(model.Tables.LBeamSections[row], ref.BeamSecMirrored, model.BeamShellMeshLevel,
+                    outline);
       break;
     case BeamSecTypeC:
-      BuildCProfile(model.Tables.CBeamSections[row], model.BeamShellMeshLevel, profile);
+      BuildCOutline(model.Tables.CBeamSections[row], model.BeamShellMeshLevel, outline);
       break;
     default:
       throw Stop{StopKind::Notice, SectionTypeFailed};
   }
-  ShiftProfile(ref.BeamSecOz, profile);
+  ShiftOutline(ref.BeamSecOz, outline);
 }
 
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
-// Describes all detail models and throws a Stop where memory cannot hold them together. Each is
-// small, but a section much smaller than its beam makes many shells, and so do many beams.
+// Fills the beams' data into all detail models. Throws a Stop where the memory is too small for all
+// of them. One model is usually small, but a section much smaller than its beam needs many shells.
 void DescribeBeams(Model& model) {
   const std::string what =
       "the detail models of " + std::to_string(model.Tables.NELEM_B) + " beam elements";
   AllocateItems(what, static_cast<std::size_t>(model.Tables.NELEM_B), model.BeamShellModels);
-  SectionProfile profile;
+  SectionOutline outline;
   std::uint64_t bytes = 0;
   for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, model.BeamShellModels[row]);
     const BeamSectionRef& ref = model.Tables.BeamSectionRefs[row];
-    if (!HasSectionTable(ref.BeamSecType)) break;  // the run will end here
-    BuildSectionProfile(model, ref, profile);
-    bytes = std::min(bytes + CountDetailBytes(profile, b, model.BeamShellModels[row]),
+    if (!HasSectionTable(ref.BeamSecType)) break;  // the run will stop at this beam
+    BuildSectionOutline(model, ref, outline);
+    bytes = std::min(bytes + CountDetailBytes(outline, b, model.BeamShellModels[row]),
                      MoreThanAnyMemory);
   }
   CheckMemory(what, bytes, 1);
 }
 
-// Averages the stresses at the corners of all detail models: position, list and place in the grid
-// for each node, and a number for each corner.
+// Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
+// and four indices; per corner: one index.
 void AverageDetailStresses(std::vector<BeamShellModel>& details) {
   constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 4 * sizeof(std::size_t);
   std::uint64_t bytes = 0;
@@ -94,14 +94,14 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 void GenerateBeamShells(Model& model) {
   if (model.Tables.NELEM_B < 1) return;
   DescribeBeams(model);
-  SectionProfile profile;
-  BeamShellModel spare;  // holds the memory of the systems between two beams
+  SectionOutline outline;
+  BeamShellModel spare;  // keeps the memory of one beam's system for the next beam
   for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
     BeamShellModel& detail = model.BeamShellModels[row];
-    BuildSectionProfile(model, model.Tables.BeamSectionRefs[row], profile);
+    BuildSectionOutline(model, model.Tables.BeamSectionRefs[row], outline);
     ReuseMemory(spare, detail);
-    ExtrudeProfile(profile, b, detail);
+    ExtrudeOutline(outline, b, detail);
     SolveBeamShell(NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam]),
                    NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam + 1]),
                    detail);

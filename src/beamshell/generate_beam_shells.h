@@ -1,14 +1,17 @@
-// The detail models of all beams: each stiffener rebuilt as shells, driven by its solved end
-// displacements, and its plates' stresses.
+// The detail models of all beams: each beam is rebuilt as flat shells along its outline, loaded by
+// its solved end displacements and solved.
+//
+// Per beam: outline (section_outline.h), extrusion (extrude_outline.h), solution
+// (solve_beam_shell.h); after the last beam the corner stresses are averaged (average_corners.h).
 #pragma once
 
 #include "model/model.h"
 
 namespace korvex {
 
-// Fills `model.BeamShellModels` from the beams and the displacements, beam by beam, and averages
-// the corner stresses of all. Does nothing where there is no beam. Throws a Stop at a beam whose
-// BeamSecType has no section table.
+// Fills model.BeamShellModels from the beams and the displacements, in table order. Does nothing if
+// there is no beam. Throws a Stop where a beam's BeamSecType has no section table, where a detail
+// model has too many equations, and where the memory is too small.
 void GenerateBeamShells(Model& model);
 
 }  // namespace korvex

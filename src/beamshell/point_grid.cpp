@@ -1,4 +1,3 @@
-// The cells and buckets of point_grid.h.
 #include "beamshell/point_grid.h"
 
 #include <array>
@@ -10,23 +9,26 @@ namespace korvex {
 
 namespace {
 
-// Half the edge of the box that a search covers. It exceeds the tolerance by more than all
-// roundings: where a coordinate's last digit is coarser than that, near points are equal in it.
+// Half the edge of the box that a search covers: the tolerance and a margin for rounding. For
+// coordinates so large that their last digit exceeds the margin, near points have equal
+// coordinates.
 constexpr double Reach = 1.5 * CoincidenceTolerance;
 
-// The edge of a cell, wider than the box, so that the box touches at most two cells in a direction.
+// The edge of a cell. It is larger than the box, so the box touches at most two cells per
+// direction.
 constexpr double CellSize = 10.0 * CoincidenceTolerance;
 
-// Coordinates are mostly round numbers. This share of a cell keeps them off the cells' faces, where
-// a search would have to look at both sides. It is a matter of speed alone: any share finds the
-// same points, and one half, too, keeps off multiples of a cell, but not their halves.
+// Shifts the cells, as a fraction of a cell. Coordinates are mostly round numbers; without the
+// shift they would lie on cell faces, and a search would need the cells on both sides. Any value
+// finds the same points. 0.382 is better than 0.5, which puts multiples of half a cell on the
+// faces.
 constexpr double CellShift = 0.382;
 
 // The cell of a coordinate. A double, because an integer would overflow for large coordinates.
 double CellOf(double x) { return std::floor(x / CellSize + CellShift); }
 
-// The finaliser of a 64-bit mixing function (Steele, Lea & Flood 2014, splitmix64): every bit of
-// the cell's number reaches every bit of the result.
+// The final step of splitmix64 (Steele, Lea & Flood 2014): every bit of the argument changes about
+// half of the bits of the result.
 std::uint64_t Mix(std::uint64_t bits) {
   bits = (bits ^ (bits >> 30U)) * 0xBF58476D1CE4E5B9U;
   bits = (bits ^ (bits >> 27U)) * 0x94D049BB133111EBU;

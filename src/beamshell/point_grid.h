@@ -1,8 +1,8 @@
-// A spatial hash: finds the few among many points that may lie near a given one.
+// A spatial hash: finds the points that may lie near a given point.
 //
-// Space is cut into cubic cells, the cells are hashed into buckets, and each bucket lists its
-// points. A search looks into the cells that a small box around the given point touches. It may
-// also return points that are not near, because cells share buckets: the caller measures.
+// Space is divided into cubic cells, the cells are hashed into buckets, and each bucket lists its
+// points. A search examines the cells that a small box around the given point touches. It may also
+// return points that are not near, because cells share buckets: the caller checks the distance.
 #pragma once
 
 #include <cstddef>
@@ -17,17 +17,18 @@ struct PointGrid {
   std::vector<std::size_t> points;  // point indices, bucket after bucket
 };
 
-// Whether all three coordinates are finite. Other points have no place in a grid.
+// Whether all three coordinates are finite. Other points cannot be in a grid.
 bool HasPlace(const Vector3& point);
 
-// Sorts those of `points` that have a place into `grid`.
+// Fills `grid` with all points that have a place.
 void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid);
 
-// Appends to `found` the indices of all points within CoincidenceTolerance of `point`, which must
-// have a place, and perhaps of others; in no order, and an index may occur more than once.
+// Appends to `found` the indices of all points within CoincidenceTolerance of `point`, and perhaps
+// of other points. The order is not defined, and an index may occur more than once. `point` must
+// have a place.
 void FindNear(const PointGrid& grid, const Vector3& point, std::vector<std::size_t>& found);
 
-// Points closer than this are one. In model units, whatever these are.
+// Points closer than this coincide. In model units: it is not scaled with the model.
 inline constexpr double CoincidenceTolerance = 0.001;
 
 }  // namespace korvex

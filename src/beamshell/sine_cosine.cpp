@@ -1,4 +1,5 @@
-// The double-double arithmetic of sine_cosine.h. The tails are rounding errors, recovered exactly.
+// A DoubleDouble is an unevaluated sum head + tail; the tail is the rounding error of the head
+// (base/exact_arithmetic.h).
 #include "beamshell/sine_cosine.h"
 
 #include <cmath>
@@ -26,8 +27,8 @@ DoubleDouble Divide(const DoubleDouble& a, double b) {
   return AddExactly(quotient, remainder / b);
 }
 
-// angle - k pi / 2. Three parts of pi / 2: next to a multiple the first cancels, and one digit
-// beyond the double nearest to the multiple it is the third that rounds.
+// Returns angle - k pi / 2. pi / 2 is the sum of three doubles. Near a multiple of pi / 2 the first
+// one cancels, so the result has the precision of the second and third.
 DoubleDouble Reduce(double angle, int k) {
   constexpr double HalfPi[3] = {1.5707963267948966, 6.123233995736766e-17, -1.4973849048591833e-33};
   DoubleDouble r{angle, 0.0};
@@ -35,9 +36,9 @@ DoubleDouble Reduce(double angle, int k) {
   return r;
 }
 
-// first - first r^2 / ((m+1)(m+2)) + ...: the series of the sine (first = r, m = 1) or of the
-// cosine (first = 1, m = 0), for |r| <= pi / 4. The first term left out, (pi / 4)^26 / 26!, is
-// below 5e-30; with it goes all that remains.
+// Returns first - first r^2 / ((m+1)(m+2)) + ...: the series of the sine (first = r, m = 1) or of
+// the cosine (first = 1, m = 0), for |r| <= pi / 4. The largest neglected term is
+// (pi / 4)^26 / 26! < 5e-30; all later terms together are smaller.
 double SumSeries(const DoubleDouble& r, const DoubleDouble& first, int m) {
   constexpr int Terms = 13;
   const DoubleDouble square = Multiply(r, r);
@@ -54,7 +55,8 @@ double SumSeries(const DoubleDouble& r, const DoubleDouble& first, int m) {
 
 SineCosine ComputeSineCosine(double angle) {
   const double halfPi = std::acos(-1.0) / 2.0;
-  // Where the sum rounds up just below a half, r is next to pi / 4 on the other side: as good.
+  // The nearest k. Rounding of the sum may give the next k; then |r| exceeds pi / 4 by a rounding
+  // error only, which does no harm.
   const int k = static_cast<int>(angle / halfPi + 0.5);  // NOLINT(bugprone-incorrect-roundings)
   const DoubleDouble r = Reduce(angle, k);
   const double sine = SumSeries(r, r, 1);

@@ -1,4 +1,3 @@
-// The stages of SolveBeamShell. Notation: P profile points, end 1 and end 2 of the beam.
 #include "beamshell/solve_beam_shell.h"
 
 #include <string>
@@ -18,15 +17,15 @@ namespace korvex {
 
 namespace {
 
-// The square of the factor below. So far above the links' stiffness that an end node follows its
-// displacement to the last digits.
+// The square of PenaltyFactor. So much larger than the links' stiffness that an end node follows
+// its given displacement to the last digit.
 constexpr double PenaltyDiagonal = 1e40;
 
-// Applied twice to a displacement to make its load: two products of 1e20 are rounded otherwise than
-// one of 1e40.
+// load = displacement * PenaltyFactor * PenaltyFactor. Two products with 1e20 round differently
+// from one product with 1e40.
 constexpr double PenaltyFactor = 1e20;
 
-// Gives `node` the displacements u (6).
+// Imposes the displacements u on `node`. u: 6, ux, uy, uz, rx, ry, rz, global.
 void DriveNode(std::int32_t node, const double* u, BeamShellModel& model) {
   for (std::size_t d = 0; d < 6; ++d) {
     const std::size_t equation = static_cast<std::size_t>(node) * 6 + d;
@@ -36,7 +35,8 @@ void DriveNode(std::int32_t node, const double* u, BeamShellModel& model) {
   }
 }
 
-// Drives end node `end` and those of the P nodes from `firstNode` on that lie on it.
+// Imposes u on end node `end` and on the nodes of its station that coincide with it.
+// firstNode: the first of the station's P nodes; u: as above.
 void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShellModel& model) {
   DriveNode(end, u, model);
   const Vector3& endPoint = model.NodeCoords[static_cast<std::size_t>(end)];
@@ -56,7 +56,7 @@ void BuildBeamShellProfile(BeamShellModel& model) {
   RaiseElementColumns(model.ShellNodes, model.NodesPerShell, model.Stiffness);
   RaiseElementColumns(model.LinkNodes, model.NodesPerLink, model.Stiffness);
   ComputeDiagonalAddresses(model.Stiffness);
-  // The model before may have handed on room enough.
+  // The memory handed over from the beam before may be large enough.
   const auto entries = static_cast<std::uint64_t>(model.Stiffness.SkylineSize);
   const bool hasRoom = entries <= model.Stiffness.Values.capacity();
   AllocateOrStop("the stiffness matrix of " + equations, hasRoom ? 0 : entries, sizeof(double),

@@ -1,5 +1,5 @@
-// Files are opened in binary mode, so that the same bytes are seen on every system: to the reader a
-// carriage return is white space.
+// Files are opened in binary mode, so that the reader gets the same bytes on every system. The
+// reader takes a carriage return as white space.
 #include "deck/load_text.h"
 
 #include "report/check_memory.h"
@@ -14,12 +14,11 @@ constexpr const char* Failure = "Preprocessor file read error!";
 // The file is read in blocks of this size.
 constexpr std::size_t BlockSize = std::size_t{1} << 16U;
 
-// Makes room for `size` bytes of the file.
 void ReserveText(std::size_t size, std::string& text) {
   AllocateOrStop("the text of the model file", size, 1, [&] { text.reserve(size); });
 }
 
-// The size that the file has; 0 for a file without one, such as a device.
+// Returns the size of the file in bytes; 0 for a file without a size, such as a device.
 std::size_t FindSize(std::ifstream& stream) {
   stream.seekg(0, std::ios::end);
   const std::streamoff size = stream.tellg();
@@ -38,7 +37,7 @@ bool OpenInputFile(const std::string& fileName, std::ifstream& stream) {
   return !stream.bad();
 }
 
-// A device may go on for ever: memory is asked for before each doubling of the text.
+// The text's capacity is doubled with a check of the memory: a device may never end.
 void LoadText(const std::string& fileName, std::string& text) {
   std::ifstream stream;
   if (!OpenInputFile(fileName, stream)) throw Stop{StopKind::Notice, Failure};

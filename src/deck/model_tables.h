@@ -1,8 +1,8 @@
-// The tables of a model file, as they stand in it: row k of the file is entry k here.
+// The tables of a model file: row k of a section is entry k of its table.
 //
-// Counts carry the names that they have in the file. All references are 0-based and used as they
-// stand; nothing is checked or converted, units are those of the file. What is built from the
-// tables, elements and equations, is the Model's (model/model.h).
+// Counts have their names from the file. All references are 0-based. Nothing is checked or
+// converted; units are those of the file. Elements and equations, which are made from the tables,
+// are in the Model (model/model.h).
 #pragma once
 
 #include <array>
@@ -18,7 +18,7 @@
 
 namespace korvex {
 
-// The one release of the file format that is read and written.
+// The release of the file format; no other is accepted.
 inline constexpr double ModelFileRelease = 3.0;
 
 struct ShellThickness {
@@ -29,14 +29,14 @@ struct Node {
   double x = 0.0, y = 0.0, z = 0.0;  // global
 };
 
-// What a shell's row says besides its nodes.
+// The references in a shell's row, except its nodes.
 struct ShellRowProperties {
   std::int32_t material = 0;   // row of Materials
   std::int32_t thickness = 0;  // row of ShellThicknesses
 };
 
-// The values of BeamSecType that have a section table. A beam of another type is read all the same;
-// its detail model then ends the run.
+// The values of BeamSecType that have a section table. A beam of another type is read without
+// error; the run stops later, when its detail model is made.
 inline constexpr std::int32_t BeamSecTypeT = 0;
 inline constexpr std::int32_t BeamSecTypeL = 1;
 inline constexpr std::int32_t BeamSecTypeC = 2;
@@ -52,7 +52,7 @@ struct BeamSectionRef {
   bool BeamSecMirrored = false;
 };
 
-// What a beam's row says besides its nodes and its section.
+// The data in a beam's row, except its nodes and its section.
 struct BeamRowProperties {
   Vector3 orientation{};      // orientation vector, global
   std::int32_t material = 0;  // row of Materials
@@ -68,7 +68,7 @@ struct NodalForce {
   std::array<double, 6> components{};  // Fx, Fy, Fz, Mx, My, Mz, global
 };
 
-// A table has as many rows as its count says, or none where the count is negative.
+// A table has as many rows as its count, or none if the count is negative.
 struct ModelTables {
   std::int32_t NMT = 0;          // materials
   std::int32_t NTK = 0;          // shell thicknesses

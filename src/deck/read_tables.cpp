@@ -1,7 +1,8 @@
-// The sections of the model file in the order in which they stand.
+// The sections of the model file in the order of the file. One row may be read with several
+// formats.
 //
-// A format's trailing "\n" takes any white space, line ends and the next line's indentation
-// included; a literal must match exactly. A row may take several formats.
+// The "\n" at the end of a format matches any white space, also further line ends and the
+// indentation of the next line. A literal must match exactly.
 #include "deck/read_tables.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ namespace korvex {
 
 namespace {
 
-// A place that moves through the text, forward only, and counts lines on its way.
+// A position that moves forward through the text and counts lines.
 struct PlaceCounter {
   std::size_t byte = 0;
   std::size_t line = 1;
@@ -37,7 +38,7 @@ TextPlace MoveTo(std::size_t byte, const std::string& text, PlaceCounter& counte
   return {counter.line, byte - counter.lineBegin + 1};
 }
 
-// The text, the tables that it fills, and what the listener is told of the row being read.
+// The text, the tables that it fills, and the data about the present row for the listener.
 struct Reader {
   TextCursor cursor;
   const RowListener& listener;
@@ -54,7 +55,7 @@ void BeginRow(Section section, std::int32_t row, Reader& reader) {
   reader.reading.place = MoveTo(reader.cursor.position, reader.cursor.text, reader.places);
 }
 
-// Reads one format of the row.
+// Reads one format of the row. The first format that does not match decides `awaited` and `stop`.
 void Take(Reader& reader, const char* format, std::initializer_list<ScanField> fields) {
   const ScanResult result = ScanFormat(reader.cursor, format, fields);
   RowReading& reading = reader.reading;
@@ -72,14 +73,14 @@ void EndRow(const Reader& reader) {
 }
 
 void ReadHeader(Reader& reader) {
-  double release = 0.0;  // differs from every accepted release, so a header unread is a wrong one
+  double release = 0.0;  // not an accepted release: a header that cannot be read is a wrong one
   BeginRow(Section::Header, TitleRow, reader);
   Take(reader, "### Toln_Korvex release=%lf ###\n", {&release});
   EndRow(reader);
   if (release != ModelFileRelease) throw Stop{StopKind::Notice, "Release File Number error!"};
 }
 
-// How a section begins, and what it and its rows are called.
+// The first line of a section, and the names of the section and its rows.
 struct SectionTitle {
   Section section;
   const char* format;  // of the line with the count
@@ -88,7 +89,7 @@ struct SectionTitle {
   bool isAlwaysAllocated;
 };
 
-// What `count` rows are called where memory cannot hold them.
+// The name of `count` rows in the notice about too little memory.
 std::string Describe(std::size_t count, const char* rows) {
   return std::to_string(count) + " " + rows;
 }
@@ -98,15 +99,16 @@ std::size_t ReadCount(Reader& reader, const SectionTitle& title, std::int32_t& c
   BeginRow(title.section, TitleRow, reader);
   Take(reader, title.format, {&count});
   EndRow(reader);
-  // A table of a negative size cannot be allocated; one that is allocated for rows alone is none.
+  // Some tables are always allocated: a negative count is an error. The others are allocated only
+  // if they have rows: a negative count acts as 0.
   if (title.isAlwaysAllocated) CheckCount(title.key, count);
   if (reader.listener.makeRoom) reader.listener.makeRoom(title.section, count);
   return static_cast<std::size_t>(std::max(count, 0));
 }
 
-// Reads a section into a table that gets all its rows, zeros, at once. A row that takes nothing of
-// the text stores nothing, and so would all that follow it: they stay zeros, and a count far beyond
-// the file's end costs no time.
+// Reads a section into a table that gets all its rows, filled with zeros, at once. If a row reads
+// nothing from the text, no later row of the section could read anything: all of them stay zeros,
+// and the loop ends. A count far beyond the end of the file therefore takes no time.
 template <typename Record, typename TakeRow>
 void ReadTable(Reader& reader, const SectionTitle& title, std::int32_t& count,
                ZeroedTable<Record>& table, TakeRow takeRow) {
@@ -143,7 +145,7 @@ void ReadThicknesses(Reader& reader) {
             });
 }
 
-// Reads a T_beam or L_beam section table. A section's label is any text to the end of its line.
+// Reads a T_beam or L_beam section table. The label of a section is any text up to the line's end.
 void ReadBeamSections(Reader& reader, const SectionTitle& title, std::int32_t& count,
                       ZeroedTable<BeamSection>& sections) {
   ReadTable(reader, title, count, sections, [&](BeamSection& section) {
@@ -184,9 +186,9 @@ void ReadNodes(Reader& reader) {
             });
 }
 
-// Reads an element section's count and makes room for the elements' nodes. Elements get their rows
-// one by one: of a count far beyond the file's end, nothing is made behind the row at which the
-// listener stops.
+// Reads the count of an element section and reserves room for the elements' nodes; returns the
+// number of rows. The rows are added one by one, because the listener may stop the reading: with a
+// count far beyond the end of the file, no row after the stop is made.
 std::size_t ReadElementCount(Reader& reader, const SectionTitle& title, std::size_t nodes,
                              std::int32_t& count, std::vector<std::int32_t>& connectivity) {
   const std::size_t rows = ReadCount(reader, title, count);
@@ -194,7 +196,7 @@ std::size_t ReadElementCount(Reader& reader, const SectionTitle& title, std::siz
   return rows;
 }
 
-// Reads a section of shells. format: of a row behind its running number.
+// Reads a section of shells. takeRow: reads the nodes and properties after the running number.
 template <std::size_t Nodes, typename TakeRow>
 void ReadShells(Reader& reader, const SectionTitle& title, std::int32_t& count,
                 std::vector<std::int32_t>& connectivity,
@@ -264,7 +266,8 @@ void ReadBeams(Reader& reader) {
   }
 }
 
-// The flags are separated by white space only; a comma ends the parsing of the row.
+// The flags are separated by white space only. At a comma the next reads fail, and the rest of the
+// file is misread; this is the format.
 void ReadRestraints(Reader& reader) {
   ReadTable(reader,
             {Section::Restraints, "Number of restricted nodal points:NRN=%d\n", "NRN",

@@ -1,9 +1,8 @@
-// The one reader of model files: text -> tables.
+// The reader of model files: text -> tables.
 //
-// One pass with formatted reads in the manner of scanf (scan_text.h), whose results decide nothing:
-// a read that fails leaves its fields at 0, and the next read goes on where it stopped. Every
-// section stands in its fixed place, with a count of 0 where it is empty. A listener hears of each
-// row as it is read.
+// One pass with formatted reads as by scanf (scan_text.h). Their results are not checked: a read
+// that fails leaves its fields at 0, and the next read begins where it stopped. All sections are
+// present in a fixed order; an empty one has the count 0. A listener is called after each row.
 #pragma once
 
 #include <string>
@@ -13,10 +12,10 @@
 
 namespace korvex {
 
-// Fills `tables`, which are empty, from the text of a model file. Throws a Stop where the release
-// differs from ModelFileRelease, the count of a table that is always allocated (materials,
-// thicknesses, nodal points, restraints) is negative, or memory cannot hold a table. Other negative
-// counts are kept and act as 0.
+// Fills `tables`, which must be empty, from the text of a model file. Throws a Stop where the
+// release differs from ModelFileRelease, where the memory is too small for a table, and where the
+// count of materials, thicknesses, nodal points or restraints is negative. Other negative counts
+// are stored and act as 0.
 void ReadTables(std::string text, const RowListener& listener, ModelTables& tables);
 
 }  // namespace korvex

@@ -1,8 +1,8 @@
-// What the reader of a model file tells while it reads: each row, where it stands, how much of it
-// was taken, and where and why the reading of the row stopped.
+// The reader's report about each row of a model file: its position, how many of its numbers were
+// read, and where and why the reading of the row stopped.
 //
-// The reader goes on in any case, as its format demands. A listener may build something from the
-// row, collect findings, or end the reading with a Stop.
+// The reader itself always goes on, as the file format demands. A listener may build something from
+// the row, collect errors of the file, or end the reading by throwing a Stop.
 #pragma once
 
 #include <cstddef>
@@ -36,29 +36,29 @@ struct TextPlace {
   std::size_t column = 1;  // 1-based, in bytes
 };
 
-// The row number of a section's first line, which holds its count, and of the header.
+// The row number of the header and of a section's first line, which holds the count.
 inline constexpr std::int32_t TitleRow = -1;
 
 struct RowReading {
   Section section = Section::Header;
   std::int32_t row = TitleRow;  // 0-based in its table
-  TextPlace place;              // where the row begins: behind what the row before has taken
-  int fieldsExpected = 0;       // numbers that the row should have, its running number included
-  int fieldsTaken = 0;          // those that were there
+  TextPlace place;              // begin of the row: after the last byte read for the row before
+  int fieldsExpected = 0;       // numbers that the row should have, with its running number
+  int fieldsTaken = 0;          // numbers that were read
 
   // The rest of the format from the first directive that did not match, such as ",%lf,%lf\n"; null
-  // where the row was taken whole.
+  // if the whole row was read.
   const char* awaited = nullptr;
-  TextPlace stop;            // where that was; behind the last byte where the text ends there
-  std::size_t stopByte = 0;  // the same place as a position in the text
+  TextPlace stop;            // where it did not match; one past the last byte at the text's end
+  std::size_t stopByte = 0;  // the same position, 0-based, in the text
 };
 
 struct RowListener {
-  // A section's count has been read; its table gets room for that many rows next.
+  // Called after a section's count has been read, before its table is allocated.
   std::function<void(Section section, std::int32_t count)> makeRoom;
 
-  // A row has been read and stored in its table. A row that takes nothing of the text is told;
-  // those behind it in its section are zeros like it, and of them only elements are told.
+  // Called after a row has been read and stored in its table. After the first row of a section that
+  // reads nothing from the text, all rows are zeros; the calls then go on for elements only.
   std::function<void(const RowReading& reading)> row;
 };
 

@@ -1,5 +1,5 @@
-// Each number is first delimited character by character, as scanf does, with a single character of
-// look-ahead; only then its text is converted.
+// As in scanf, the end of each number is found character by character, with one character of
+// look-ahead. Then the text of the number is converted.
 #include "deck/scan_text.h"
 
 #include <charconv>
@@ -32,8 +32,8 @@ void SkipSpace(TextCursor& cursor) {
   while (IsSpace(PeekCharacter(cursor))) ++cursor.position;
 }
 
-// Takes the letters of `word` (lower case) in either case, and the first that does not fit as well:
-// the C library looks at it and does not put it back.
+// Reads the letters of `word` (given in lower case) in either case. The first letter that does not
+// match is consumed too: the C library reads it and does not put it back.
 bool TakeWord(TextCursor& cursor, const char* word) {
   for (; *word != '\0'; ++word) {
     const int c = PeekCharacter(cursor);
@@ -63,7 +63,7 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
   return true;
 }
 
-// What ScanReal has found out about a number while delimiting it.
+// The parts of a number, as ScanReal finds them.
 struct RealText {
   bool hexadecimal = false;
   bool anyDigit = false;
@@ -74,7 +74,7 @@ struct RealText {
 
 constexpr const char* Digits = "the digits of a number";
 
-// Adds a character to a part of a number, which may be as long as the file.
+// Adds a character to a part of a number. A number may be as long as the file.
 void AddCharacter(int c, std::string& part) {
   if (part.size() == part.capacity()) {
     const std::size_t size = 2 * part.size();
@@ -83,7 +83,7 @@ void AddCharacter(int c, std::string& part) {
   part += static_cast<char>(c);
 }
 
-// Takes digits and at most one point.
+// Reads digits and at most one point.
 void TakeMantissa(TextCursor& cursor, RealText& number) {
   bool point = false;
   for (int c = PeekCharacter(cursor);; c = PeekCharacter(cursor)) {
@@ -100,8 +100,8 @@ void TakeMantissa(TextCursor& cursor, RealText& number) {
   }
 }
 
-// Takes an exponent if one begins here: its letter, an optional sign and digits. The letter and the
-// sign are consumed also when no digit follows.
+// Reads an exponent, if there is one: its letter, an optional sign and digits. The letter and the
+// sign are consumed even if no digit follows.
 void TakeExponent(TextCursor& cursor, RealText& number) {
   const char letter = number.hexadecimal ? 'p' : 'e';
   if (!number.anyDigit || LowerCase(PeekCharacter(cursor)) != letter) return;
@@ -121,9 +121,9 @@ void TakeExponent(TextCursor& cursor, RealText& number) {
   if (!anyDigit) number.exponent.clear();
 }
 
-// The nearest double; uses up the mantissa. For a number outside the range of doubles from_chars
-// says nothing but that; strtod tells infinity from zero. (libstdc++ 11 calls subnormal numbers out
-// of range, too; the strtod beneath it rounds them correctly.)
+// Returns the nearest double; changes number.mantissa. For a number outside the range of doubles
+// from_chars gives no value, but strtod gives infinity or zero. (In libstdc++ 11, from_chars also
+// reports subnormal numbers as out of range; strtod rounds them correctly.)
 double ConvertReal(RealText& number) {
   if (!number.nonzero) return 0.0;
   std::string& text = number.mantissa;
@@ -177,7 +177,7 @@ bool ScanReal(TextCursor& cursor, double& value) {
   return true;
 }
 
-// One conversion of a format; `conversion` points behind the "%" and moves behind it.
+// Reads one conversion. conversion: points after the "%"; moves to the end of the conversion.
 bool ScanConversion(TextCursor& cursor, const char*& conversion, const ScanField& field) {
   if (*conversion == 'd') {
     conversion += 1;

@@ -1,5 +1,5 @@
-// The sections of the model file in the order in which the reader expects them. Rows get their
-// running numbers, beam sections a label, both for people alone.
+// The sections of the model file in the order that the reader expects. The running numbers of the
+// rows and the labels of the beam sections are for people; the reader ignores them.
 #include "deck/write_tables.h"
 
 #include <array>
@@ -23,7 +23,6 @@ void AddAll(std::string& out, const Items&... items) {
   (Add(items, out), ...);
 }
 
-// Values with a separator between each two.
 template <typename Number>
 void AddList(const Number* values, std::size_t count, const char* separator, std::string& out) {
   for (std::size_t i = 0; i < count; ++i) AddAll(out, i > 0 ? separator : "", values[i]);

@@ -1,7 +1,7 @@
 // The writer of model files: tables -> text.
 //
-// Each number is the shortest text that reads back as the same double, so that written tables read
-// back bit for bit (of a NaN, its sign alone).
+// Each number is written as the shortest text that gives the same double when it is read. Tables
+// that are written and read again have the same bits (a NaN keeps only its sign).
 #pragma once
 
 #include <string>
@@ -10,9 +10,9 @@
 
 namespace korvex {
 
-// The text of a model file with these tables. A count is that of the table's rows; the counts in
-// `tables` are not looked at. An element kind must have as many nodes, sections and properties as
-// it has elements.
+// Returns the text of a model file with these tables. The counts in the text are the sizes of the
+// tables; the counts in `tables` are ignored. The tables of one element kind must have matching
+// sizes.
 std::string WriteTables(const ModelTables& tables);
 
 }  // namespace korvex

@@ -1,8 +1,8 @@
-// A table of records that are all zero until a row is read into them, however many there are.
+// A table of records, all zero until a row is read into them.
 //
-// The C library takes large blocks fresh from the system, which hands out zeros and gives a page of
-// memory only where it is written to. A count far beyond the rows that a file holds therefore costs
-// addresses, not memory. A vector of the usual kind would write all its zeros first.
+// calloc gets large blocks directly from the system. They contain zeros, and a page uses memory
+// only after it is written. A count far beyond the rows of a file therefore costs addresses, not
+// memory. A usual vector would write zeros to the whole block first.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace korvex {
 
-// Gives zeroed memory, and leaves it as it is where an item is to be constructed without a value.
+// Allocates zeroed memory; the construction of an item without a value writes nothing.
 template <typename Record>
 struct ZeroedAllocator {
   static_assert(std::is_trivially_copyable_v<Record>, "zeroed memory must be a record");
@@ -43,8 +43,8 @@ bool operator!=(const ZeroedAllocator<A>&, const ZeroedAllocator<B>&) {
   return false;
 }
 
-// All fields of `Record` must be 0 by default. A table gets all its rows at once, by AllocateItems:
-// resized twice, its rows would hold what stood in the memory before.
+// All fields of `Record` must be 0 by default. AllocateItems makes all rows of a table at once. Do
+// not resize a table: rows in memory that was used before would keep its old contents.
 template <typename Record>
 using ZeroedTable = std::vector<Record, ZeroedAllocator<Record>>;
 

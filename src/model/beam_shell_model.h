@@ -1,9 +1,11 @@
-// The detail model of one beam: its cross-section as flat shells, extruded along the axis.
+// The detail model of one beam: the outline of its cross-section as flat shells, extruded along the
+// axis.
 //
-// Nodes, global axes: node 0 is the beam's first end, then the profile's P points at station 0, at
-// station 1, and so on to station n, and last the beam's second end. Each segment of the profile
-// makes one four-node shell from station to station; links, which are very stiff beams, tie each
-// end node to the P nodes of its end station. Equation of dof d of node i: i * DofsPerNode + d.
+// Nodes, global axes: node 0 is the beam's first end; then follow the P outline points of station
+// 0, of station 1 and so on to station n; the last node is the beam's second end. Each outline
+// segment makes one four-node shell between two stations. Links, which are very stiff beams,
+// connect each end node with the P nodes of its end station. Equation of dof d of node i: i *
+// DofsPerNode + d.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +19,15 @@
 namespace korvex {
 
 struct BeamShellModel {
-  std::int32_t MeshLevel = 0;  // BeamShellMeshLevel when it was made
+  std::int32_t MeshLevel = 0;  // copy of Model::BeamShellMeshLevel
   double E = 0.0;              // Young's modulus of the beam
   double Mu = 0.0;             // Poisson's ratio of the beam
   Vector3 EndPoint1{};         // global position of the beam's first node
   Vector3 EndPoint2{};         // global position of the beam's second node
   Vector3 OrientVector{};      // the beam's orientation vector: a direction, not a point
   double Tolerance = 0.0;      // length of the beam / 10000
+
+  // MeshLevel and some of these counts are not read: they belong to the record's fixed layout.
   std::int32_t NodesPerShell = 4;
   std::int32_t NodesPerLink = 2;
   std::int32_t DofsPerNode = 6;
@@ -40,8 +44,8 @@ struct BeamShellModel {
   std::int32_t LinkCount = 0;            // 2 P
   std::vector<double> Displacements;     // [NEQ]
 
-  // What the solution needs and the results do not; the next beam's model takes over its memory.
-  std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, profile node
+  // Needed for the solution only. Afterwards the memory passes to the next beam's model.
+  std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, outline node
   std::vector<BeamElement> Links;       // [LinkCount], those of the first end, then of the second
   SkylineMatrix Stiffness;              // NEQ columns; holds the factors after the solution
   std::vector<double> LoadVector;       // [NEQ]

@@ -12,8 +12,8 @@ namespace {
 
 constexpr const char* BeamRow = "Beam element";
 
-// The row of `table` that row `row` of the `rowKind` table refers to.
-// field, tableName: what the reference and the table's rows are called in notices.
+// Returns the row of `table` that row `row` of the kind `rowKind` refers to.
+// tableName, field: the names of the table's rows and of the reference in notices.
 template <typename Record>
 const Record& Fetch(const ZeroedTable<Record>& table, const char* tableName, const char* rowKind,
                     std::int32_t row, const char* field, std::int32_t reference) {
@@ -22,7 +22,6 @@ const Record& Fetch(const ZeroedTable<Record>& table, const char* tableName, con
   return table[static_cast<std::size_t>(reference)];
 }
 
-// The position of a node.
 Vector3 FetchNode(const ModelTables& tables, const char* rowKind, std::int32_t row,
                   std::int32_t node) {
   const Node& point = Fetch(tables.Nodes, "nodal points", rowKind, row, "node", node);
@@ -59,7 +58,7 @@ void BuildShell(const ModelTables& tables, const char* rowKind, std::int32_t row
   SetGeometry(element, coordinates.data(), Nodes, material.E, material.Mu, thickness.TK);
 }
 
-// The two nodes of a beam and the point that its orientation vector leads to from the first.
+// The two nodes of a beam, and the first node plus the orientation vector.
 struct BeamPoints {
   Vector3 nodeI, nodeJ, refPoint;
 };
@@ -74,7 +73,7 @@ BeamPoints FetchPoints(const ModelTables& tables, std::int32_t row) {
   return points;
 }
 
-// Sets up a T or L beam: everything but its section properties.
+// Fills a T or L beam, except its section properties and the mirrored flag.
 void FillBeam(const BeamPoints& points, const Material& material, double BeamSecOz,
               BeamElement& beam) {
   beam.NodeI = points.nodeI;

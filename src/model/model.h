@@ -1,8 +1,8 @@
-// Everything that a run knows: the tables of the model file, the elements built from them, the
-// equation system, the displacements, the detail models.
+// All data of a run: the tables of the model file, the elements made from them, the equation
+// system, the displacements, the detail models.
 //
-// There is one Model in a run; whoever needs it gets it by reference. Entry k of an element table
-// is row k of the file. Units are those of the file: nothing is converted.
+// A run has one Model; routines get it by reference. Entry k of an element table is row k of the
+// file. Units are those of the file: nothing is converted.
 #pragma once
 
 #include <cstdint>
@@ -28,13 +28,13 @@ struct Model {
   std::vector<double> LoadVector;     // [NEQ]; forward-reduced after the solution
   std::vector<double> Displacements;  // [NEQ], written by the solution
 
-  // How finely the detail models divide their sections: 0, 1 or 2. Neither the model file nor an
-  // option sets it; it belongs to the detail models' fixed interface.
+  // The refinement of the detail models' sections: 0, 1 or 2. Neither the model file nor an option
+  // sets it; it belongs to the fixed interface of the detail models.
   std::int32_t BeamShellMeshLevel = 0;
   std::vector<BeamShellModel> BeamShellModels;  // [NELEM_B]
 };
 
-// Frees every table and array; a second release is harmless.
+// Frees all tables and arrays; a second call does nothing.
 inline void ReleaseModel(Model& model) { model = Model(); }
 
 }  // namespace korvex

@@ -1,4 +1,3 @@
-// The reader of the tables (deck/read_tables.h) with a listener that builds the elements.
 #include "model/read_input_file.h"
 
 #include <algorithm>
@@ -13,7 +12,7 @@ namespace korvex {
 
 namespace {
 
-// rows: what the elements are called where memory cannot hold them.
+// rows: the name of the elements in the notice about too little memory.
 template <typename Element>
 void ReserveElements(std::int32_t count, const char* rows, std::vector<Element>& elements) {
   const std::int32_t room = std::max(count, 0);

@@ -1,7 +1,7 @@
 // Reads a model file into the Model: its tables, and the elements that its rows describe.
 //
-// Each element is built as soon as its row is read, so that a run stops at the first row that
-// refers to nothing.
+// A listener of the reader (deck/row_listener.h) makes each element as soon as its row is read. So
+// the run stops at the first row with a wrong reference.
 #pragma once
 
 #include <string>
@@ -10,12 +10,12 @@
 
 namespace korvex {
 
-// Fills `model`, which is empty, from the file. Throws a Stop where the file cannot be read, for
-// all that ReadTables stops for, where a reference that is used leads outside its table, and where
-// memory cannot hold the elements.
+// Fills `model`, which must be empty, from the file. Throws a Stop where the file cannot be read,
+// where ReadTables throws one, where a reference of an element leads outside its table, and where
+// the memory is too small for the elements.
 void ReadInputFile(const std::string& fileName, Model& model);
 
-// The same from the text of the file.
+// The same from the text of a model file.
 void ReadInputText(std::string text, Model& model);
 
 }  // namespace korvex

@@ -8,7 +8,7 @@ namespace korvex {
 
 namespace {
 
-// "计算日志.txt"; spelled byte by byte, because compilers expect UTF-8 in their sources.
+// "计算日志.txt" in GBK; as escapes, because the source itself is UTF-8.
 constexpr const char* GbkName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
 
 }  // namespace
@@ -16,7 +16,7 @@ constexpr const char* GbkName = "\xBC\xC6\xCB\xE3\xC8\xD5\xD6\xBE.txt";
 void OpenCalcLog(std::ofstream& log) {
   log.open(GbkName, std::ios::out | std::ios::trunc);
   if (!log.is_open()) return;
-  // A link left by an earlier run makes this call fail, and is the link that is wanted.
+  // If the link exists from an earlier run, the call fails and the link stays: that is right.
   const int linked = symlink(GbkName, CalcLogName);
   static_cast<void>(linked);
 }

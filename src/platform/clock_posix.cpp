@@ -1,4 +1,3 @@
-// The counter of clock.h on the monotonic system clock, in nanoseconds.
 #include <chrono>
 #include <cstdint>
 

@@ -1,4 +1,3 @@
-// The counter of clock.h on the Windows performance counter.
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>

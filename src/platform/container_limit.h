@@ -1,4 +1,8 @@
 // The memory limit of the container that the process runs in (Linux control groups).
+//
+// A line of the list of groups is "number:controllers:path". Version 2 has one line "0::path"; its
+// limit is in "path/memory.max". Version 1 has a line whose controllers include "memory"; its limit
+// is in "memory/path/memory.limit_in_bytes".
 #pragma once
 
 #include <cstdint>
@@ -6,9 +10,10 @@
 
 namespace korvex {
 
-// The smallest limit of the process's groups and of those around them, in bytes; UnknownMemory
-// where none is set. groupsFile: the list of the process's groups, "/proc/self/cgroup"; root: where
-// the groups' folders begin, "/sys/fs/cgroup". Version 1 and version 2 groups are looked at.
+// Returns the smallest limit of the process's groups and their parent groups, in bytes;
+// UnknownMemory where no limit is set.
+// groupsFile: the list of the process's groups, "/proc/self/cgroup"; root: the folder of all
+// groups, "/sys/fs/cgroup".
 std::uint64_t ReadContainerLimit(const std::string& groupsFile, const std::string& root);
 
 }  // namespace korvex

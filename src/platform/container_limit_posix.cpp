@@ -1,6 +1,3 @@
-// The limits of container_limit.h. A line of the list is "number:controllers:path". Version 2 has
-// the one line "0::path" and keeps its limit in "path/memory.max"; version 1 has a line whose
-// controllers include "memory", and "memory/path/memory.limit_in_bytes".
 #include <algorithm>
 #include <fstream>
 
@@ -11,15 +8,16 @@ namespace korvex {
 
 namespace {
 
-// Version 2 writes "max" where there is no limit, which reads as no number.
+// Version 2 writes "max" where there is no limit; reading it as a number fails.
 std::uint64_t ReadLimit(const std::string& file) {
   std::ifstream stream(file);
   std::uint64_t bytes = 0;
   return stream >> bytes ? bytes : UnknownMemory;
 }
 
-// The smallest limit of a group and of those around it. A path that a container does not see is
-// passed by on the way up to its root.
+// The smallest limit of a group and its parent groups. Inside a container some folders of the path
+// may not be visible; a file that cannot be read sets no limit.
+// base: the folder of all groups; file: the name of the file with a group's limit.
 std::uint64_t ReadLimits(const std::string& base, std::string path, const char* file) {
   std::uint64_t limit = ReadLimit(base + "/" + file);
   while (path.size() > 1) {

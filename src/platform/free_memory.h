@@ -1,9 +1,10 @@
-// How much memory this process can still get, so that a size that cannot be held is recognised
-// before any of it is touched.
+// How much memory this process can still get. A request that is too large is thus recognised before
+// any of its memory is used.
 //
-// POSIX (Linux): the least of what the machine has available, swap space included, and of what the
-// container and the limit of the address space leave beyond what the process has. A system that
-// promises more than that would kill the process that fills it. Windows: the commit charge left.
+// POSIX (Linux): the smallest of three values: the available memory of the machine with its free
+// swap space; the container's limit minus the memory in use; the address-space limit minus the
+// addresses in use. Linux may grant a larger request and kill the process later, when it uses the
+// memory. Windows: the rest of the commit limit or of the address space.
 #pragma once
 
 #include <cstdint>
@@ -13,7 +14,7 @@ namespace korvex {
 
 inline constexpr std::uint64_t UnknownMemory = std::numeric_limits<std::uint64_t>::max();
 
-// In bytes; UnknownMemory where the system does not tell.
+// Returns bytes; UnknownMemory where the system gives no figure.
 std::uint64_t ReadFreeMemory();
 
 }  // namespace korvex

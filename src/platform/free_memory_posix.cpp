@@ -1,4 +1,3 @@
-// The memory of free_memory.h on Linux.
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -13,7 +12,7 @@ namespace korvex {
 
 namespace {
 
-// What the process has got so far, in bytes; zeros where the system does not tell.
+// The memory that the process has now, in bytes; zeros where the system gives no figure.
 struct ProcessSize {
   std::uint64_t addresses = 0;  // reserved, touched or not
   std::uint64_t resident = 0;   // in physical memory
@@ -27,8 +26,8 @@ ProcessSize ReadProcessSize() {
   return {pages.addresses * pageSize, pages.resident * pageSize};
 }
 
-// What the kernel expects to be able to give without taking it from others, and free swap space. A
-// line of the file is "MemAvailable:   16000000 kB".
+// The kernel's estimate of the memory available without swapping, plus the free swap space, in
+// bytes. A line of the file is "MemAvailable:   16000000 kB".
 std::uint64_t ReadMachineMemory() {
   std::ifstream stream("/proc/meminfo");
   std::uint64_t sum = 0, kilobytes = 0;

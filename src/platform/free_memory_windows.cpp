@@ -1,4 +1,4 @@
-// The memory of free_memory.h on Windows, which never promises more than it can commit.
+// Windows grants no request beyond its commit limit, so this limit is the memory that is free.
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>

@@ -1,8 +1,8 @@
 // The blocking notice that tells a user why the run cannot go on.
 //
 // Windows: a modal message box without owner window, titled "Warning!", with an OK button only.
-// POSIX: the title, the text and a line asking to press Enter, as UTF-8 on standard error; the
-// call returns after a line on standard input. The end of the input counts as dismissed.
+// POSIX: the title, the text and a request to press Enter, in UTF-8 on standard error. The call
+// returns after a line on standard input; the end of the input counts as a line.
 #pragma once
 
 #include <string>

@@ -1,4 +1,3 @@
-// The notice of notice.h on a terminal: standard error for the text, standard input for the answer.
 #include <cstdio>
 #include <string>
 
@@ -7,7 +6,7 @@
 namespace korvex {
 
 void ShowNotice(const std::string& text) {
-  std::fflush(stdout);  // what was printed before the notice must stand before it
+  std::fflush(stdout);  // so that earlier console lines appear before the notice
   std::fprintf(stderr, "%s\n%s\nPress Enter to continue.\n", NoticeTitle, text.c_str());
   std::fflush(stderr);
   int character = std::getchar();

@@ -1,4 +1,4 @@
-// The notice of notice.h as a message box. Its texts are UTF-16, whatever the code page.
+// The texts go to the message box in UTF-16, because 8-bit texts would depend on the code page.
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX
 #include <windows.h>

@@ -1,16 +1,16 @@
-// Gets the memory of a large block from the system at once.
+// Gets all memory pages of a large block from the system with one call.
 //
-// Pages are otherwise given one by one, each when it is first touched: an interruption for every
-// 4 kB, which takes longer than clearing them does. (Large pages would be fewer, but on a virtual
-// machine they may have to come from its host, which takes many times longer.)
+// Otherwise the system provides each page of 4 kB when it is first used: one interrupt per page,
+// which takes longer than writing the zeros. (Large pages would need fewer interrupts. But on a
+// virtual machine they may have to come from the host, which takes many times longer.)
 #pragma once
 
 #include <cstddef>
 
 namespace korvex {
 
-// block: memory that nothing has touched yet and that will all be needed. Its contents stay as they
-// are, and so does everything else where the system cannot do it: only speed depends on it.
+// block: `bytes` bytes of memory, not used yet, all of which will be needed. Its contents do not
+// change. Where the system has no such call, nothing happens: only the speed depends on it.
 void PrefaultMemory(void* block, std::size_t bytes);
 
 }  // namespace korvex

@@ -1,4 +1,4 @@
-// The request of prefault_memory.h to Linux, since its version 5.14.
+// The call exists since Linux 5.14. Older systems refuse it, and the pages come one by one.
 #include "platform/prefault_memory.h"
 
 #include <sys/mman.h>
@@ -10,7 +10,7 @@ namespace korvex {
 
 void PrefaultMemory(void* block, std::size_t bytes) {
 #ifdef MADV_POPULATE_WRITE
-  // Whole pages are asked for: those that lie in the block.
+  // The system takes whole pages only: those inside the block.
   const auto page = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const auto address = reinterpret_cast<std::uintptr_t>(block);
   const std::uintptr_t begin = (address + page - 1) / page * page;

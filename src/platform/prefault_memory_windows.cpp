@@ -1,4 +1,4 @@
-// Windows gives pages on touch alone.
+// Windows has no such call: it provides each page when it is first used.
 #include "platform/prefault_memory.h"
 
 namespace korvex {

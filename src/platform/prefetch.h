@@ -1,9 +1,11 @@
-// A hint to the processor's caches.
+// A hint to the processor's caches: memory that will be read soon.
+//
+// The hint changes only the time. GCC and Clang have it; other compilers do nothing.
 #pragma once
 
 namespace korvex {
 
-// Asks for the cache line at `address`, which will be read soon. Changes nothing but the time.
+// Requests the cache line at `address`.
 inline void Prefetch(const void* address) {
 #if defined(__GNUC__)
   __builtin_prefetch(address);

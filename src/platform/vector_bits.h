@@ -1,10 +1,13 @@
-// The vector registers of the processor the program runs on.
+// The vector registers of the processor that the program runs on.
+//
+// x86: SSE2 (128 bits, on every 64-bit processor), AVX (256) and AVX-512 (512). Other processors
+// and compilers: none.
 #pragma once
 
 namespace korvex {
 
-// The length, in bits, of the longest vectors of doubles that the processor and the operating
-// system offer and the program knows: 128, 256, 512, or 0 for none.
+// Returns the length in bits of the longest vectors of doubles that the program can use here: the
+// processor and the operating system must support them. 128, 256, 512, or 0 for none.
 int WidestVectorBits();
 
 }  // namespace korvex

@@ -1,4 +1,4 @@
-// No vectors: a processor or compiler for which there are no routines.
+// For processors and compilers without vector routines.
 #include "platform/vector_bits.h"
 
 namespace korvex {

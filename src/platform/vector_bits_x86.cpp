@@ -1,4 +1,3 @@
-// SSE2, which every 64-bit x86 processor has, AVX and AVX-512.
 #include "platform/vector_bits.h"
 
 namespace korvex {

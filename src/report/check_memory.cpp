@@ -13,7 +13,7 @@ namespace {
 
 constexpr double BytesPerGigabyte = 1073741824.0;  // 2^30
 
-// Below this the system is not asked: nothing of this size fails, and a run has many of it.
+// Smaller requests are not checked: they do not fail, and a run has many of them.
 constexpr std::uint64_t SmallSize = std::uint64_t{1} << 20U;
 
 }  // namespace

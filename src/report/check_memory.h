@@ -1,11 +1,11 @@
-// Allocations whose size the model file decides: what memory cannot hold ends the run with a notice
-// that says what was to be allocated and how large it is.
+// Allocations whose size depends on the model file. If the memory is too small, the run ends with a
+// notice that names what was to be allocated and its size.
 //
-// The size alone tells, before anything is touched: systems that promise more memory than there is
-// would otherwise let the process fill it and then kill it.
+// The size is compared with the free memory before the allocation, because some systems grant more
+// memory than they have and kill the process when it uses the memory.
 //
-// What is left out are the blocks of a few kilobytes that every run takes, of streams and texts.
-// They fail only where a limit leaves nothing for any model; the run driver then says just that.
+// Blocks of a few kilobytes, for streams and texts, are not checked here. They fail only where no
+// model could be solved; the run driver then reports "Not enough memory."
 #pragma once
 
 #include <cstddef>
@@ -16,16 +16,17 @@
 
 namespace korvex {
 
-// Throws a Stop: "Not enough memory for 2000000000 nodal points: 44.7035 GB." `what` are `count`
-// items of `itemSize` bytes; a GB has 2^30 bytes.
+// Throws a Stop: "Not enough memory for 2000000000 nodal points: 44.7035 GB."
+// what: the name of the items; count: their number; itemSize: bytes of one item. A GB has 2^30
+// bytes.
 [[noreturn]] void StopOutOfMemory(const std::string& what, std::uint64_t count,
                                   std::uint64_t itemSize);
 
-// Throws a Stop unless memory can hold the items.
+// Throws a Stop where the free memory is smaller than the items. Arguments as above.
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize);
 
-// Runs `allocate`, which is about to allocate the items, where memory can hold them; throws a Stop
-// where it cannot or the allocation fails.
+// Checks the memory and calls `allocate`, which allocates the items. Throws a Stop where the memory
+// is too small or the allocation fails. Arguments as above.
 template <typename Allocation>
 void AllocateOrStop(const std::string& what, std::uint64_t count, std::uint64_t itemSize,
                     Allocation allocate) {
@@ -39,13 +40,15 @@ void AllocateOrStop(const std::string& what, std::uint64_t count, std::uint64_t 
   }
 }
 
-// Makes room for `count` items in `items`, which is empty; no memory is touched.
+// Reserves capacity for `count` items in `items`, an empty vector; no item is made yet. Throws a
+// Stop where the memory is too small.
 template <typename Vector>
 void ReserveItems(const std::string& what, std::size_t count, Vector& items) {
   AllocateOrStop(what, count, sizeof(typename Vector::value_type), [&] { items.reserve(count); });
 }
 
-// Gives `items`, a vector, `count` items as its allocator makes them, in place of what it held.
+// Replaces the contents of `items`, a vector, by `count` items that its allocator makes. Throws a
+// Stop where the memory is too small.
 template <typename Vector>
 void AllocateItems(const std::string& what, std::size_t count, Vector& items) {
   AllocateOrStop(what, count, sizeof(typename Vector::value_type),

@@ -1,7 +1,7 @@
 // What ends a run early, as data: the kind of failure and its text.
 //
-// Whoever cannot go on throws a Stop. Only the run, or another program that calls the same
-// routines, catches it, shows it and chooses the exit status. Unwinding closes every open file.
+// A routine that cannot go on throws a Stop. Only the run driver, or another program that calls the
+// routines, catches it, shows it and chooses the exit status. On the way all open files are closed.
 #pragma once
 
 #include <string>

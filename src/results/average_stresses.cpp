@@ -1,5 +1,5 @@
-// The averages of average_stresses.h. Sums run over the own element, the others of its kind and
-// then those of the other kind, in table order.
+// Order of a sum: the corner's own element, the other elements of its kind, then those of the other
+// kind, each in table order. Another order would change the last bits.
 #include "results/average_stresses.h"
 
 #include <algorithm>
@@ -12,7 +12,8 @@ namespace korvex {
 
 namespace {
 
-// The first corner of element e at `node`. connectivity: element-major, Nodes per element.
+// Returns the first corner of element e at `node`.
+// connectivity: elements x Nodes node indices, element-major.
 template <std::int32_t Nodes>
 std::size_t FindCorner(const std::vector<std::int32_t>& connectivity, std::int32_t e,
                        std::int32_t node) {
@@ -20,9 +21,9 @@ std::size_t FindCorner(const std::vector<std::int32_t>& connectivity, std::int32
   return static_cast<std::size_t>(std::find(begin, begin + Nodes, node) - begin);
 }
 
-constexpr std::int32_t NoElement = -1;  // skips none
+constexpr std::int32_t NoElement = -1;  // no element is skipped
 
-// Adds the corners at `node` of all listed elements but `skipped`.
+// Adds the corners at `node` of all listed elements except `skipped`.
 template <std::int32_t Nodes>
 void AddNeighbours(const std::vector<ShellElement<Nodes>>& elements,
                    const std::vector<std::int32_t>& connectivity, const NodeElements& lists,
@@ -35,13 +36,13 @@ void AddNeighbours(const std::vector<ShellElement<Nodes>>& elements,
   }
 }
 
-// Begins a sum with corner k of `element` itself.
+// Returns a sum with corner k of `element` as its first term.
 template <std::int32_t Nodes>
 CornerSum BeginSum(const ShellElement<Nodes>& element, std::size_t k) {
   return {element.NodeStressTop[k], element.NodeStressBottom[k], 1.0, Normal(element), element.TK};
 }
 
-// Stores the average as corner k's.
+// Stores the average of corner k.
 template <std::int32_t Nodes>
 void StoreAverage(const CornerSum& sum, std::size_t k, ShellElement<Nodes>& element) {
   const double share = 1.0 / sum.count;
@@ -51,8 +52,8 @@ void StoreAverage(const CornerSum& sum, std::size_t k, ShellElement<Nodes>& elem
   }
 }
 
-// Whether corner k of element a and corner m of element b have the same bits in all that an average
-// is made of.
+// Whether corner k of element a and corner m of element b give the same average, bit for bit:
+// normal, thickness and stresses are equal in every bit.
 template <std::int32_t Nodes>
 bool AreAlike(const ShellElement<Nodes>& a, std::size_t k, const ShellElement<Nodes>& b,
               std::size_t m) {
@@ -61,10 +62,10 @@ bool AreAlike(const ShellElement<Nodes>& a, std::size_t k, const ShellElement<No
          HaveEqualBits(&a.NodeStressBottom[k], &b.NodeStressBottom[m], sizeof(StressVector));
 }
 
-// Where the corner of element e at `node` is like that of the element listed before it, takes over
-// its average: both sums have the same terms in the same order. Tells whether it was so.
-// Each corner's sum takes as many steps as there are corners at its node. A file of a few lines may
-// claim millions of elements, all of zeros and all at node 0: they have one sum, not millions.
+// If the corner of element e at `node` equals that of the element listed before it (AreAlike),
+// copies that element's average and returns true: both sums have the same terms in the same order.
+// Why: a sum takes one step per corner at the node. A file with a wrong count may have millions of
+// elements, all zeros and all at node 0; with the copies only one sum is formed for them.
 template <std::int32_t Nodes>
 bool CopyAverage(const NodeElements& lists, const std::vector<std::int32_t>& connectivity,
                  std::int32_t e, std::int32_t node, std::vector<ShellElement<Nodes>>& elements) {
@@ -88,7 +89,7 @@ bool CopyAverage(const NodeElements& lists, const std::vector<std::int32_t>& con
 void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_t nodesPerElement,
                       std::int32_t nodeCount, NodeElements& lists) {
   const auto step = static_cast<std::size_t>(nodesPerElement);
-  // Tells whether the node at `position` stands in its element's row for the first time.
+  // Whether `position` is the first at which its element has this node.
   const auto isFirst = [&](std::size_t position) {
     const auto row = connectivity.begin() + static_cast<std::ptrdiff_t>(position / step * step);
     const auto here = connectivity.begin() + static_cast<std::ptrdiff_t>(position);
@@ -131,7 +132,8 @@ void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const Nod
 
 void AverageNodeStresses(Model& model) {
   NodeElements lists4, lists3;
-  // Where each list begins, twice while it is filled, and an entry for each corner.
+  // Per node and list: the begin of the node's elements, in two arrays. Per corner: half an entry,
+  // because element indices have 4 bytes.
   AllocateOrStop(
       "the elements at " + std::to_string(model.Tables.NPOIN) + " nodal points",
       (static_cast<std::uint64_t>(model.Tables.NPOIN) + 1) * 4 +

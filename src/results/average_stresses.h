@@ -1,7 +1,8 @@
 // Corner stresses averaged over neighbouring shell elements.
 //
-// Kept per element corner, not per node: a corner is averaged with those corners at the same node
-// that lie in nearly the same surface (corner_sum.h).
+// Each element corner has its own average: over the corners at the same node that lie in nearly the
+// same surface (corner_sum.h). At a fold or a junction of plates one node thus has several
+// averages.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +18,14 @@ struct NodeElements {
   std::vector<std::int32_t> elements;  // element indices, node after node
 };
 
-// connectivity: elements x nodesPerElement node indices, element-major.
+// Fills `lists` for one element kind.
+// connectivity: elements x nodesPerElement node indices, element-major; nodeCount: of the model.
 void ListNodeElements(const std::vector<std::int32_t>& connectivity, std::int32_t nodesPerElement,
                       std::int32_t nodeCount, NodeElements& lists);
 
-// Averages the corner of four-node element e at `node`, one of its nodes, and stores it in the
-// element's AvgStressTop and AvgStressBottom. lists4, lists3: the four-node and three-node elements
-// at each node.
+// Averages the corner of four-node element e at `node`, one of its nodes. The result is stored in
+// the element's AvgStressTop and AvgStressBottom.
+// lists4, lists3: the four-node and three-node elements at each node.
 void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
                              std::int32_t e, std::int32_t node);
 
@@ -31,7 +33,8 @@ void AverageShell4NodeStress(Model& model, const NodeElements& lists4, const Nod
 void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const NodeElements& lists3,
                              std::int32_t e, std::int32_t node);
 
-// All corners of all shell elements.
+// Averages all corners of all shell elements. Throws a Stop where the memory is too small for the
+// lists.
 void AverageNodeStresses(Model& model);
 
 }  // namespace korvex

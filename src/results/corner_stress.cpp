@@ -1,4 +1,3 @@
-// The stresses of corner_stress.h.
 #include "results/corner_stress.h"
 
 #include <algorithm>
@@ -15,16 +14,17 @@ namespace korvex {
 
 namespace {
 
-using Plane3 = std::array<double, 3>;  // of x, y and xy
+using Plane3 = std::array<double, 3>;  // components x, y, xy
 
-// The element's displacements in local axes, sorted by part.
+// The element's displacements in local axes, separated into the dofs of its two parts.
 template <std::int32_t Nodes>
 struct LocalDisplacements {
   std::array<double, static_cast<std::size_t>(Nodes) * 2> membrane{};  // u, v per node
   std::array<double, static_cast<std::size_t>(Nodes) * 3> plate{};     // w, rx, ry per node
 };
 
-// displacements: 6 Nodes, global. The drilling rotations do not enter the stresses.
+// displacements: 6 * Nodes, global, element dof order. The drilling rotations are left out: they do
+// not enter the stresses.
 template <std::int32_t Nodes>
 void SortDisplacements(const ElementFrame& frame, const double* displacements,
                        LocalDisplacements<Nodes>& d) {
@@ -37,7 +37,7 @@ void SortDisplacements(const ElementFrame& frame, const double* displacements,
   }
 }
 
-// D B d.  D: 3 x 3, B: 3 x n, d: n.
+// Returns D (B d). D: 3 x 3; B: 3 x n; d: n.
 Plane3 MultiplyThrough(const double* D, const double* B, const double* d, std::int32_t n) {
   Plane3 Bd{}, DBd{};
   MatMultiply(Bd.data(), B, d, 3, n, 1);
@@ -45,12 +45,13 @@ Plane3 MultiplyThrough(const double* D, const double* B, const double* d, std::i
   return DBd;
 }
 
-// Both faces, global, from the membrane stresses and the moments per length, local.
+// top, bottom: the stresses of both faces, global, from the membrane stresses and the moments per
+// length, both local.
 void FormFaces(const ElementFrame& frame, double TK, const Plane3& membrane, const Plane3& moment,
                StressVector& top, StressVector& bottom) {
   const double factor = 6.0 / TK / TK;
   StressVector upper{}, lower{};
-  constexpr std::array<std::size_t, 3> slot{0, 1, 3};  // of x, y and xy
+  constexpr std::array<std::size_t, 3> slot{0, 1, 3};  // positions of SX, SY, TXY
   for (std::size_t i = 0; i < 3; ++i) {
     upper[slot[i]] = membrane[i] + factor * moment[i];
     lower[slot[i]] = membrane[i] - factor * moment[i];

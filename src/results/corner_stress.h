@@ -9,21 +9,23 @@
 
 namespace korvex {
 
-// top, bottom: written completely. displacements: 24, global axes, element dof order.
-// xi, eta: natural coordinates.
+// The stresses of a four-node element.
+// top, bottom: written completely; displacements: 24, global axes, element dof order; xi, eta:
+// natural coordinates of the point.
 void Shell4CornerStress(const Shell4Element& element, StressVector& top, StressVector& bottom,
                         const double* displacements, double xi, double eta);
 
-// top, bottom: written completely. displacements: 18, global axes, element dof order.
-// L: area coordinates.
+// The stresses of a three-node element.
+// top, bottom: written completely; displacements: 18, global axes, element dof order; L: area
+// coordinates of the point.
 void Shell3CornerStress(const Shell3Element& element, StressVector& top, StressVector& bottom,
                         const double* displacements, const std::array<double, 3>& L);
 
-// R sigma R^T for a stress in the local axes of `frame`, R being the frame: its columns are the
-// local axes.
+// Returns R sigma R^T, the stress `local` (SX .. TYZ in the local axes) in global axes. R is the
+// frame: its columns are the local axes.
 StressVector StressToGlobal(const ElementFrame& frame, const StressVector& local);
 
-// The von Mises stress.
+// Returns the von Mises stress.
 double EquivalentStress(const StressVector& stress);
 
 }  // namespace korvex

@@ -1,11 +1,10 @@
-// The test and the sums of corner_sum.h.
 #include "results/corner_sum.h"
 
 namespace korvex {
 
 namespace {
 
-// Share of the own element's thickness by which the upper faces' offsets may differ.
+// The offsets of the upper faces may differ by the own element's thickness divided by this.
 constexpr double OffsetDivisor = 10.0;
 
 void AddTo(StressVector& sum, const StressVector& stress) {

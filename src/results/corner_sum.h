@@ -1,10 +1,10 @@
-// The sum behind an averaged corner stress: which corners lie in the own surface, and their faces.
+// The sum for an averaged corner stress, and the test which corners enter it.
 //
-// With unit normals n and thicknesses t of the own element (e) and another (f), n_f reversed where
-// the two face opposite ways, f lies in the surface of e unless
+// e is the corner's own element, f another one, with unit normals n and thicknesses t; n_f is
+// reversed if the two normals point to opposite sides. f lies in the surface of e unless
 //   | (t_f / 2) n_f - (t_e / 2) n_e | > t_e / 10.
-// The bound is the own element's, so that of two elements one may include the other and not the
-// reverse. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
+// The limit depends on t_e only: with different thicknesses, e may include f while f does not
+// include e. Elements of equal thickness are averaged up to a fold of 2 asin(1/10) = 11.48 degrees.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@
 
 namespace korvex {
 
-// What has been summed up for a corner, and the element that it belongs to.
+// The sums for a corner, and the normal and thickness of its own element.
 struct CornerSum {
   StressVector top{}, bottom{};
   double count = 0.0;
@@ -28,18 +28,19 @@ Vector3 Normal(const ShellElement<Nodes>& element) {
   return {element.Frame[2], element.Frame[5], element.Frame[8]};
 }
 
-// Adds the faces `top` and `bottom` of a corner whose element has this normal and thickness, if the
-// element lies in the surface of the sum's own; the faces change places where the two elements face
-// opposite ways.
+// Adds the stresses `top` and `bottom` of a corner to the sum, if the corner's element, with this
+// normal and thickness, lies in the surface of the sum's own element. The two faces are exchanged
+// if the normals point to opposite sides.
 void AddCorner(const StressVector& top, const StressVector& bottom, Vector3 normal, double TK,
                CornerSum& sum);
 
-// Compares bits, not values: a NaN is like itself, and 0 is not -0, whose sums may differ.
+// Compares bits, not values: a NaN equals itself, and 0 differs from -0, whose sums may differ.
 inline bool HaveEqualBits(const void* a, const void* b, std::size_t bytes) {
   return std::memcmp(a, b, bytes) == 0;
 }
 
-// Whether the sums of two elements take the same corners: normal and thickness agree in every bit.
+// Whether the same corners enter the sums of two elements: normal and thickness are equal in every
+// bit.
 template <std::int32_t Nodes>
 bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
   const Vector3 normalA = Normal(a), normalB = Normal(b);
@@ -47,7 +48,7 @@ bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
          HaveEqualBits(&a.TK, &b.TK, sizeof a.TK);
 }
 
-// Adds corner k of `element` in the same way.
+// The same for corner k of `element`.
 template <std::int32_t Nodes>
 void AddCorner(const ShellElement<Nodes>& element, std::size_t k, CornerSum& sum) {
   AddCorner(element.NodeStressTop[k], element.NodeStressBottom[k], Normal(element), element.TK,

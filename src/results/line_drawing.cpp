@@ -1,5 +1,5 @@
-// Each item stands on a line of its own, a group code before each
-// value; the code that begins the next entity closes the one before.
+// Each item has a line of its own, and a group code precedes each value. The code "  0" after an
+// entity belongs to the next one.
 #include "results/line_drawing.h"
 
 #include <algorithm>
@@ -21,10 +21,10 @@ void WriteEdge(ResultFile& file, const Vector3& a, const Vector3& b) {
   AddLine(file, "  0");
 }
 
-// The closed outline of each element.
+// Writes the edges of each element: node 1-2, 2-3 and so on, and from the last node to node 1.
 // connectivity: elements x nodesPerElement node indices, element-major; points: one per node.
-void WriteOutlines(ResultFile& file, const std::vector<std::int32_t>& connectivity,
-                   std::size_t nodesPerElement, const std::vector<Vector3>& points) {
+void WriteEdges(ResultFile& file, const std::vector<std::int32_t>& connectivity,
+                std::size_t nodesPerElement, const std::vector<Vector3>& points) {
   for (std::size_t first = 0; first < connectivity.size(); first += nodesPerElement) {
     for (std::size_t k = 0; k < nodesPerElement; ++k) {
       const std::int32_t a = connectivity[first + k];
@@ -34,19 +34,18 @@ void WriteOutlines(ResultFile& file, const std::vector<std::int32_t>& connectivi
   }
 }
 
-// Draws all shell elements with their nodes at `points`.
+// Draws all shell elements. points: one position per node. Returns whether the file is complete.
 bool WriteDrawing(const std::string& fileName, const Model& model,
                   const std::vector<Vector3>& points) {
   ResultFile file;
   OpenResultFile(fileName, DrawingFailed, file);
   Add(file, "  0\nSECTION\n  2\nENTITIES\n  0\n");
-  WriteOutlines(file, model.Tables.Shell4Nodes, NodesPerShell4, points);
-  WriteOutlines(file, model.Tables.Shell3Nodes, NodesPerShell3, points);
+  WriteEdges(file, model.Tables.Shell4Nodes, NodesPerShell4, points);
+  WriteEdges(file, model.Tables.Shell3Nodes, NodesPerShell3, points);
   Add(file, "ENDSEC\n  0\nEOF\n");
   return CloseResultFile(file);
 }
 
-// Room for one point per node.
 void AllocatePoints(const Model& model, std::vector<Vector3>& points) {
   AllocateItems("the drawing of " + std::to_string(model.Tables.NPOIN) + " nodal points",
                 model.Tables.Nodes.size(), points);

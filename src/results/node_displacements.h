@@ -1,8 +1,8 @@
 // The nodal displacement file.
 //
 // A header line, then one line per node in index order: the 0-based node number right-aligned in 14
-// columns, a colon, and dx, dy, dz, rx, ry, rz right-aligned in 15 each, six significant digits,
-// global axes, model units. A fixed dof shows its support force / 1e20, not zero.
+// columns, a colon, and dx, dy, dz, rx, ry, rz right-aligned in 15 columns each. Six significant
+// digits, global axes, model units. A fixed dof is not zero: it has its force / 1e20 (supports.h).
 #pragma once
 
 #include <string>
@@ -11,7 +11,8 @@
 
 namespace korvex {
 
-// Returns false where the file could not be written whole. Throws a Stop where it cannot be opened.
+// Returns false if the file could not be written completely. Throws a Stop where it cannot be
+// opened.
 bool WriteNodeDisplacements(const std::string& fileName, const Model& model);
 
 }  // namespace korvex

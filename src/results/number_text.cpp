@@ -1,4 +1,5 @@
-// The digits and notations of number_text.h.
+// Six digits from one product: value x 10^(5 - exponent) lies between 100000 and 1000000. The sign
+// of its rounding error decides where the product alone would be a tie.
 #include "results/number_text.h"
 
 #include <charconv>
@@ -12,11 +13,11 @@ namespace {
 
 constexpr int SignificantDigits = 6;
 
-// 10^0 to 10^22: those powers that are doubles exactly.
+// 10^0 to 10^22: the powers of ten that are exact doubles.
 constexpr std::array<double, 23> PowersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                              1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                              1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr double SmallestDirect = 1e-16, LargestDirect = 1e27;  // one decade inside the powers
+constexpr double SmallestDirect = 1e-16, LargestDirect = 1e27;  // one decade within the powers
 
 // digits x 10^(exponent - 5), with 100000 <= digits <= 999999.
 struct Decimal {
@@ -24,7 +25,8 @@ struct Decimal {
   std::int32_t exponent;
 };
 
-// value x 10^k, exactly: a rounded head and a tail that has at least the sign of the error.
+// Returns value x 10^k: the rounded product and its error. For k < 0 only the sign of the error is
+// exact; more is not needed.
 DoubleDouble ScaleByPowerOfTen(double value, std::int32_t k) {
   if (k >= 0) return MultiplyExactly(value, PowersOfTen[static_cast<std::size_t>(k)]);
   const double power = PowersOfTen[static_cast<std::size_t>(-k)];
@@ -38,7 +40,7 @@ Decimal RoundToSixDigits(double value) {
   int binaryExponent = 0;
   std::frexp(value, &binaryExponent);
   constexpr double LogOfTwo = 0.30102999566398120;  // decimal
-  // Right, or one too large.
+  // The decimal exponent, or one more.
   auto exponent = static_cast<std::int32_t>(std::floor(binaryExponent * LogOfTwo));
   DoubleDouble scaled = ScaleByPowerOfTen(value, SignificantDigits - 1 - exponent);
   if (scaled.head < 1e5 || (scaled.head == 1e5 && scaled.tail < 0.0)) {
@@ -54,7 +56,7 @@ Decimal RoundToSixDigits(double value) {
   return {digits, exponent};
 }
 
-// Writes the six digits, at least `kept` of them, without trailing zeros; returns how many.
+// Writes the six digits without trailing zeros, but at least `kept` digits. Returns their number.
 int WriteDigits(std::int32_t digits, int kept, char* out) {
   for (int i = SignificantDigits - 1; i >= 0; --i) {
     out[i] = static_cast<char>('0' + digits % 10);
@@ -65,7 +67,7 @@ int WriteDigits(std::int32_t digits, int kept, char* out) {
   return count;
 }
 
-// The notation "d.ddddde+xx"; two digits of exponent suffice here. Returns the end.
+// Writes the notation "d.ddddde+xx"; here the exponent has two digits. Returns the end.
 char* WriteScientific(const Decimal& decimal, char* out) {
   char digits[SignificantDigits];
   const int count = WriteDigits(decimal.digits, 1, digits);
@@ -80,7 +82,7 @@ char* WriteScientific(const Decimal& decimal, char* out) {
   return out;
 }
 
-// The notation without exponent, for exponents from -4 to 5. Returns the end.
+// Writes the notation without exponent, for exponents from -4 to 5. Returns the end.
 char* WriteFixed(const Decimal& decimal, char* out) {
   char digits[SignificantDigits];
   const int count = WriteDigits(decimal.digits, decimal.exponent + 1, digits);

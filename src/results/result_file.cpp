@@ -15,7 +15,7 @@ void AddRightAligned(ResultFile& file, std::string_view item, std::size_t width)
   file.text.append(item);
 }
 
-// Writing block by block saves a call for each line, and keeps the text within the cache.
+// Large blocks need fewer write calls than single lines, and 64 kB stay in the cache.
 constexpr std::size_t BlockSize = std::size_t{1} << 16U;
 
 void WriteBlock(ResultFile& file) {
@@ -35,7 +35,7 @@ void OpenResultFile(const std::string& name, const char* failure, ResultFile& fi
 
 bool CloseResultFile(ResultFile& file) {
   WriteBlock(file);
-  file.stream.close();  // keeps a failure of any block before
+  file.stream.close();  // the stream remembers a failure of any earlier block
   return static_cast<bool>(file.stream);
 }
 

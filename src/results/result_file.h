@@ -1,7 +1,7 @@
-// A result file being written: text in the form of a stream's default notation, much faster.
+// Output of a result file: the same text as that of a stream in its default notation, but faster.
 //
-// Numbers are those of number_text.h. Text is gathered and written in large blocks; CloseResultFile
-// writes the last one.
+// Numbers have six significant digits (number_text.h). Text is collected and written in large
+// blocks; CloseResultFile writes the last block.
 #pragma once
 
 #include <cstdint>
@@ -15,14 +15,15 @@ namespace korvex {
 struct ResultFile {
   std::string name;
   std::ofstream stream;
-  std::string text;  // what the stream has not got yet
+  std::string text;  // collected, not yet written to the stream
 };
 
-// Opens the file for writing, truncated. Where that fails, throws a Stop of the kind ResultFile
-// with the text `failure`.
+// Opens the file for writing and truncates it. Throws a Stop of the kind ResultFile with the text
+// `failure` where it cannot be opened, and a notice where the memory is too small for a block.
 void OpenResultFile(const std::string& name, const char* failure, ResultFile& file);
 
-// Writes what is left and closes the file. Returns false where the file could not be written whole.
+// Writes the last block and closes the file. Returns false if the file could not be written
+// completely.
 bool CloseResultFile(ResultFile& file);
 
 // Each adds one item.
@@ -42,8 +43,8 @@ void AddLine(ResultFile& file, const Items&... items) {
   Add(file, '\n');
 }
 
-// The columns of a table are fifteen characters wide and right-aligned; longer items take what they
-// need. The first column may hold a node number in fourteen and a colon.
+// The columns of a table have 15 characters, right-aligned; a longer item makes its column wider.
+// The first column may be a node number in 14 characters and a colon.
 void AddColumn(ResultFile& file, double number);
 void AddNodeColumn(ResultFile& file, std::int32_t node);
 void AddTitles(ResultFile& file, std::initializer_list<std::string_view> titles);  // a whole line

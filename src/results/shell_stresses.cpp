@@ -1,4 +1,3 @@
-// The stress recovery of shell_stresses.h.
 #include "results/shell_stresses.h"
 
 #include <algorithm>
@@ -9,7 +8,8 @@ namespace korvex {
 
 namespace {
 
-// d: 6 nodes, written completely. nodes: the element's node indices.
+// d: 6 * nodeCount, element dof order, written completely.
+// displacements: six per node, global; nodes: the element's nodeCount node indices.
 void GatherDisplacements(const std::vector<double>& displacements, const std::int32_t* nodes,
                          std::size_t nodeCount, double* d) {
   for (std::size_t k = 0; k < nodeCount; ++k) {
@@ -22,7 +22,7 @@ void GatherDisplacements(const std::vector<double>& displacements, const std::in
 constexpr std::array<double, 4> CornerXi{-1.0, 1.0, 1.0, -1.0};
 constexpr std::array<double, 4> CornerEta{-1.0, -1.0, 1.0, 1.0};
 
-// Where a triangle's stresses are taken for all of its corners.
+// Area coordinates of the point whose stresses all corners of a triangle get: corner 1.
 constexpr std::array<double, 3> TrianglePoint{1.0, 0.0, 0.0};
 
 }  // namespace

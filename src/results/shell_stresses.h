@@ -1,4 +1,7 @@
-// The stress recovery of all shell elements, of the model and of detail models.
+// The stress recovery of all shell elements, for the global model and for detail models.
+//
+// Element by element: gather the displacements of its nodes, then compute both faces at each corner
+// (corner_stress.h). Nothing is extrapolated from integration points.
 #pragma once
 
 #include "model/model.h"
@@ -6,13 +9,13 @@
 namespace korvex {
 
 // Fills NodeStressTop and NodeStressBottom of four-node elements, at each corner.
-// connectivity: element-major, four node indices each; displacements: six per node, global.
+// displacements: six per node, global; connectivity: elements x 4 node indices, element-major.
 void RecoverShell4Stresses(const std::vector<double>& displacements,
                            const std::vector<std::int32_t>& connectivity,
                            std::vector<Shell4Element>& elements);
 
-// Fills NodeStressTop and NodeStressBottom of every shell element from the displacements: at each
-// corner of a four-node element; for a triangle the values at its first corner in all three slots.
+// Fills NodeStressTop and NodeStressBottom of all shell elements from model.Displacements. All
+// three corners of a three-node element get the values at its first corner.
 void RecoverShellStresses(Model& model);
 
 }  // namespace korvex

@@ -8,11 +8,11 @@ namespace korvex {
 
 namespace {
 
-// What makes the difference between the two files.
+// The differences between the two files.
 struct StressFile {
   const char* title4;  // before a four-node element's number
   const char* title3;  // before a three-node element's number
-  bool averaged;       // which slots are written
+  bool averaged;       // whether the averages are written or the stresses as recovered
 };
 
 constexpr StressFile ElementFile{"Four-nodes shell element:", "Three-nodes shell element:", false};

@@ -1,5 +1,5 @@
-// Stream and printf output share one buffer because the standard streams stay synchronised with the
-// C library (their default, never switched off here).
+// The standard streams are synchronised with the C library, which is their default. Stream and
+// printf output therefore keep their order.
 #include "run/console.h"
 
 #include <cstdarg>

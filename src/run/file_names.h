@@ -1,5 +1,7 @@
-// The names of the files in a run's folder. The calculation log has its own,
-// platform/calc_log_file.h.
+// The names of the files in the folder of a run: the model file and the output files, in the order
+// in which they are written. Other programs read these files, so the names are fixed.
+//
+// The name of the calculation log depends on the platform: platform/calc_log_file.h.
 #pragma once
 
 namespace korvex {

@@ -1,7 +1,7 @@
-// The Chinese texts that go to the console, as GBK bytes.
+// The Chinese texts for the console, as GBK bytes.
 //
-// They are spelled byte by byte, because compilers expect UTF-8 in their sources; the reading
-// stands beside each.
+// They are written as escapes, because the source itself is UTF-8. The comment before each shows
+// its text.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace korvex {
 
-// An inconsistency that does not stop the run: "错误!" (error!).
+// "错误!" (error!): an inconsistency that does not stop the run.
 inline constexpr const char* GbkError = "\xB4\xED\xCE\xF3!";
 
 struct ConsoleText {

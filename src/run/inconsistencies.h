@@ -1,17 +1,17 @@
-// How often the stages meet a shell record whose node count is not that of its kind.
+// Counts how often a stage sets up a part of a shell whose NodeCount is not that of its kind.
 //
-// The count is a field of the record, set when it is made; nothing here changes it. The fixed
-// interface demands a line on the console wherever a part of such an element is set up, and that
-// the run goes on.
+// The construction of the record sets NodeCount, and no routine changes it, so the counts are zero
+// in a run. But the fixed interface demands a line on the console wherever a part of such an
+// element is set up, and that the run goes on.
 #pragma once
 
 #include "model/model.h"
 
 namespace korvex {
 
-int CountOnReading(const Model& model);   // once a shell
-int CountOnForming(const Model& model);   // its membrane and its plate part
-int CountOnLoading(const Model& model);   // once a load on a shell
-int CountOnRecovery(const Model& model);  // both parts at each corner
+int CountOnReading(const Model& model);   // reading: once per shell
+int CountOnForming(const Model& model);   // stiffness: membrane and plate part
+int CountOnLoading(const Model& model);   // loads: once per load on a shell
+int CountOnRecovery(const Model& model);  // stresses: both parts at each corner
 
 }  // namespace korvex

@@ -1,5 +1,5 @@
-// Order of a stage's output: its line before, the work, files that are incomplete, inconsistencies,
-// its report, its line behind.
+// Output of a stage, in order: its line before, the work, the names of incomplete files, the
+// inconsistencies, its report, its line after.
 #include "run/run_driver.h"
 
 #include <cstdint>
@@ -32,7 +32,8 @@ void ProbeInputFile() {
   if (!OpenInputFile(ModelFileName, probe)) ShowNotice("File Read Error!");
 }
 
-// Each print but the last steps back over itself, so that the next overwrites it.
+// After each text but the last, backspaces move the cursor back, so that the next text overwrites
+// it.
 void PrintProgress(int percent) {
   if (percent == 100) {
     PrintFormatted("%2d%%Completed.", percent);
@@ -48,15 +49,15 @@ void WriteMemoryEstimate(double gigabytes, std::ostream& stream) {
   WriteLineEnd(stream);
 }
 
-// The same line to the console and to the log. It comes before the allocation: it is the user's
-// only warning of a large matrix.
+// Writes the same line to the console and to the log. This is done before the allocation: the line
+// warns the user of a large matrix.
 void ReportMemoryEstimate(const Job& job, std::ostream& log) {
   const double gigabytes = EstimateGigabytes(job.model.Stiffness);
   WriteMemoryEstimate(gigabytes, std::cout);
   WriteMemoryEstimate(gigabytes, log);
 }
 
-// Does the work of the solution; the console line holds the progress and ends with the time.
+// Does the work of the solution. Its console line shows the progress and ends with the time.
 void WorkTimed(const Stage& stage, Job& job, std::ostream& log) {
   const std::int64_t frequency = ReadPerformanceFrequency();
   const std::int64_t start = ReadPerformanceCounter();
@@ -73,7 +74,8 @@ void WorkTimed(const Stage& stage, Job& job, std::ostream& log) {
   WriteLineEnd(log);
 }
 
-// Says what the stage has left in the job.
+// Reports the incomplete files and inconsistencies of the stage; clears the inconsistencies.
+// incompleteBefore: the number of incomplete files before the stage.
 void ReportFindings(std::size_t incompleteBefore, Job& job) {
   for (std::size_t i = incompleteBefore; i < job.incompleteFiles.size(); ++i) {
     ReportIncompleteFile(job.incompleteFiles[i]);
@@ -117,9 +119,9 @@ int RunLogged(std::ofstream& log) {
     RunStages(job, log);
   } catch (const Stop& stop) {
     ShowStop(stop);
-    isStopped = true;  // what stopped the run, a full disk perhaps, may have cut the log short too
+    isStopped = true;
   }
-  CloseLog(log, job);
+  CloseLog(log, job);  // also after a Stop: a full disk may have cut off the log too
   return isStopped || !job.incompleteFiles.empty() ? FailureStatus : 0;
 }
 
@@ -135,7 +137,7 @@ int RunKorvex() {
     OpenCalcLog(CalcLog);
     if (CalcLog.is_open()) return RunLogged(CalcLog);
     ShowNotice(CalcLogFailed);
-  } catch (const std::bad_alloc&) {  // a block of a size that no file decides: see check_memory.h
+  } catch (const std::bad_alloc&) {  // a small block, not checked before: see check_memory.h
     ShowNotice(OutOfMemory);
   } catch (const std::length_error&) {
     ShowNotice(OutOfMemory);

@@ -1,7 +1,8 @@
-// The run: all stages in order, what is said between them, the calculation log, and how it ends.
+// The run: all stages in order, the console lines between them, the calculation log, and the exit
+// status.
 //
-// Only here is a user spoken to: lines on standard output, notices, one line on standard error for
-// a file that could not be written whole, and the exit status.
+// Only this folder writes to the user: lines on standard output, notices, and one line on standard
+// error for each file that could not be written completely.
 #pragma once
 
 #include <ostream>
@@ -10,12 +11,12 @@
 
 namespace korvex {
 
-// Solves the model in the current directory and returns the process's exit status: 0 after a
-// complete run, 1 where it ended early or a file is incomplete.
+// Solves the model in the current directory. Returns the exit status of the process: 0 after a
+// complete run, 1 if the run stopped early or a file is incomplete.
 int RunKorvex();
 
-// The front half: from "fem_solving.txt" to the assembled, loaded and supported system, with the
-// lines that the console and the log get. log: the calculation log.
+// The first half: from "fem_solving.txt" to the assembled, loaded and supported system, with its
+// lines on the console and in the log. log: the calculation log. Throws a Stop where a stage does.
 void AssembleSystem(Job& job, std::ostream& log);
 
 }  // namespace korvex

@@ -10,7 +10,7 @@ namespace korvex {
 
 namespace {
 
-// The bytes that the console gets for a text; a text without GBK bytes goes there as it is.
+// Returns the GBK bytes of a text for the console; a text without GBK bytes is not changed.
 const char* EncodeForConsole(const std::string& utf8) {
   for (const ConsoleText& text : ConsoleTexts) {
     if (utf8 == text.utf8) return text.gbk;
@@ -30,7 +30,7 @@ void ShowStop(const Stop& stop) {
 }
 
 void ReportIncompleteFile(const std::string& name) {
-  std::fflush(stdout);  // what was printed before must stand before it
+  std::fflush(stdout);  // so that earlier console lines appear before this one
   std::fprintf(stderr, "%s is incomplete: writing it failed.\n", name.c_str());
 }
 

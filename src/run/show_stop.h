@@ -1,4 +1,7 @@
-// How a run tells its user what has stopped it, or what it could not finish.
+// Messages to the user: what stopped the run, and which files are incomplete.
+//
+// Notices go to a message box or to standard error (platform/notice.h). Texts about result files
+// that cannot be opened go to standard output in GBK.
 #pragma once
 
 #include <string>
@@ -7,15 +10,14 @@
 
 namespace korvex {
 
-// Shows the stop and waits until the user has answered. A notice blocks as platform/notice.h says;
-// a result file's text goes to standard output in GBK, with a line end, and one character of
-// standard input answers it.
+// Shows the text of `stop` and waits for the user: until the notice is dismissed, or, for a result
+// file, for one character on standard input.
 void ShowStop(const Stop& stop);
 
-// One line on standard error: the output file `name` (UTF-8) could not be written whole.
+// Writes one line to standard error: the output file `name` (UTF-8) is incomplete.
 void ReportIncompleteFile(const std::string& name);
 
-// "错误!" and a line end on standard output: the counts of a record disagree; the run goes on.
+// Writes "错误!" and a line end to standard output: the counts of a record differ; the run goes on.
 void ReportInconsistency();
 
 }  // namespace korvex

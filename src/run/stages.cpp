@@ -1,5 +1,5 @@
-// Each stage is a call or two of the folder that does the work. File names and console lines are
-// fixed: other programs read them.
+// Each stage calls one or two routines of the folder that does the work. File names and console
+// lines are fixed, because other programs read them.
 #include "run/stages.h"
 
 #include "beamshell/average_stress_file.h"
@@ -61,7 +61,7 @@ void AverageStresses(Job& job) { AverageNodeStresses(job.model); }
 
 void MakeDetailModels(Job& job) { GenerateBeamShells(job.model); }
 
-// Writes a file in the job's folder. write: returns false where it could not be written whole.
+// Writes a file in the job's folder. write: returns false if the file is incomplete.
 void WriteFile(const char* name, bool (*write)(const std::string&, const Model&), Job& job) {
   if (!write(job.folder + name, job.model)) job.incompleteFiles.push_back(job.folder + name);
 }
@@ -89,7 +89,8 @@ constexpr std::array<Stage, 7> AssemblyStages{{
     {"support", Support, nullptr, nullptr},
 }};
 
-// "Solute" is the word that readers of the console know.
+// The console line of this stage begins with the word "Solute" (run_driver.cpp). It is part of the
+// fixed interface; other programs read it.
 constexpr Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::SolutionTime};
 
 constexpr std::array<Stage, 9> ResultStages{{

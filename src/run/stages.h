@@ -1,8 +1,8 @@
-// The stages of a run, in order: what is done to a model between its file and its result files.
+// The stages of a run, in order, from the model file to the result files.
 //
-// A stage neither prints, waits nor changes the directory; what it has to say stands in the job.
-// The run goes through these lists and speaks between the stages; tests and measurements go through
-// them in silence.
+// A stage does not print, wait or change the directory; its findings are stored in the job. The run
+// driver goes through these lists and prints between the stages; tests and benchmarks use the same
+// lists without output.
 #pragma once
 
 #include <array>
@@ -14,23 +14,23 @@
 
 namespace korvex {
 
-// A model on its way through the stages.
+// A model and the findings of the stages.
 struct Job {
-  std::string folder;  // stands before each file name; empty, or ends with a slash
+  std::string folder;  // precedes each file name; empty, or ends with a slash
   Model model;
-  ProgressCallback progress;                 // hears of the factorisation; may be empty
-  std::vector<std::string> incompleteFiles;  // output files that could not be written whole
-  int inconsistencies = 0;                   // records whose counts disagree, as often as seen
+  ProgressCallback progress;                 // called during the factorisation; may be empty
+  std::vector<std::string> incompleteFiles;  // output files that could not be written completely
+  int inconsistencies = 0;                   // lines to be printed (inconsistencies.h)
 };
 
-// What the run adds to a stage besides its fixed lines.
+// The report that the run driver prints for a stage, besides its fixed lines.
 enum class StageReport { None, MemoryEstimate, SolutionTime };
 
 struct Stage {
   const char* name;        // for tables of times
-  void (*work)(Job& job);  // throws a Stop where the job cannot go on
-  const char* before;      // line on the console before the stage; null: none
-  const char* after;       // line on the console behind it; null: none
+  void (*work)(Job& job);  // throws a Stop where the run cannot go on
+  const char* before;      // console line before the stage; null: none
+  const char* after;       // console line after the stage; null: none
   StageReport report = StageReport::None;
 };
 

@@ -1,4 +1,3 @@
-// The map of bilinear_map.h.
 #include "shell/bilinear_map.h"
 
 #include "base/matrix.h"

@@ -24,9 +24,9 @@ void BilinearFunctions(double xi, double eta, Array4& N);
 void BilinearDerivatives(double xi, double eta, Matrix2x4& dN);
 
 // The Jacobian of the map and the derivatives to x and y.
-// dN: 2 x 4; x, y: local node coordinates.
-// J, Jinv: 2 x 2, row-major, J = d(x, y) / d(xi, eta); detJ is signed; dNdx: 2 x 4 = Jinv dN.
-// A degenerate element (detJ = 0) leaves non-finite values.
+// dN: 2 x 4; x, y: 4 each, local node coordinates.
+// J, Jinv: 2 x 2, row-major; row 0 of J is dx/dxi, dy/dxi, row 1 is dx/deta, dy/deta. detJ is
+// signed. dNdx: 2 x 4 = Jinv dN. A degenerate element (detJ = 0) gives non-finite values.
 void BilinearJacobian(const Matrix2x4& dN, const Array4& x, const Array4& y, Array4& J,
                       double& detJ, Array4& Jinv, Matrix2x4& dNdx);
 

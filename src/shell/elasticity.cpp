@@ -1,4 +1,3 @@
-// The matrices of elasticity.h.
 #include "shell/elasticity.h"
 
 #include "base/matrix.h"

@@ -1,4 +1,3 @@
-// The frame of element_frame.h.
 #include "shell/element_frame.h"
 
 namespace korvex {

@@ -3,7 +3,7 @@
 //   a = P2 - P1,  b = Plast - P1;   e1 = a / |a|,  e3 = (a x b) / |a x b|,  e2 = (n x a) / |n x a|
 //
 // with n = a x b; Plast is the fourth node of a quadrilateral and the third of a triangle. Nothing
-// is tested: coincident nodes divide by zero and leave non-finite entries.
+// is checked: coincident nodes give non-finite entries.
 #pragma once
 
 #include <array>

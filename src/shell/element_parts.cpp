@@ -1,6 +1,6 @@
-// The coordinates and rotations of element_parts.h. Sums run over the inner index in ascending
-// order from 0.0, as in the full products that they stand for; begun otherwise, a zero could be
-// negative.
+// The rotations multiply block by block and give the same bits as the full matrix products: each
+// sum starts at 0.0 and runs over the inner index in ascending order. Without the 0.0 a sum could
+// be -0 instead of 0.
 #include "shell/element_parts.h"
 
 #include "base/matrix.h"
@@ -17,7 +17,7 @@ void ComputeLocalCoordinates(const double* coordinates, std::int32_t nodes,
 }
 
 void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double* K) {
-  const auto& R = frame;  // its columns are the local axes, so it is L^T as it stands
+  const auto& R = frame;  // L^T, because its columns are the local axes
   const std::size_t n = 6 * static_cast<std::size_t>(nodes);
   for (std::size_t row = 0; row < n; row += 3) {
     double *k0 = K + row * n, *k1 = k0 + n, *k2 = k1 + n;
@@ -38,7 +38,7 @@ void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double*
 
 namespace {
 
-// f <- rotation f for each of the triples of f: 6 nodes.
+// Multiplies each triple of f by `rotation` in place. rotation: 3 x 3, row-major; f: 6 nodes.
 void RotateTriples(const std::array<double, 9>& rotation, std::int32_t nodes, double* f) {
   std::array<double, 3> rotated{};
   for (double* triple = f; triple != f + 6 * nodes; triple += 3) {

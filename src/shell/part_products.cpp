@@ -1,4 +1,3 @@
-// The sums of part_products.h.
 #include "shell/part_products.h"
 
 namespace korvex {

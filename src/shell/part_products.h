@@ -1,4 +1,7 @@
-// The sums that the stiffness of a membrane or plate part is made of.
+// The sums that form the stiffness of a membrane or plate part.
+//
+// All matrices are row-major, in the part's local dofs: u, v, drilling or w, rx, ry per node. A
+// part adds one product per integration point.
 #pragma once
 
 #include <array>
@@ -8,7 +11,7 @@
 
 namespace korvex {
 
-// K: Columns x Columns += s B^T D B, formed as s (B^T (D B)). B: Rows x Columns, D: Rows x Rows.
+// K += s B^T D B, formed as s (B^T (D B)). K: Columns x Columns; B: Rows x Columns; D: Rows x Rows.
 template <std::int32_t Rows, std::int32_t Columns>
 void AddStiffnessProduct(const double* B, const double* D, double s, double* K) {
   std::array<double, static_cast<std::size_t>(Rows) * Columns> Bt, DB;
@@ -20,18 +23,18 @@ void AddStiffnessProduct(const double* B, const double* D, double s, double* K) 
   MatAdd(K, K, BtDB.data(), Columns, Columns);
 }
 
-// K: n x n += s b^T b. b: n.
+// K += s b^T b. K: n x n; b: n.
 void AddOuterProduct(const double* b, std::int32_t n, double s, double* K);
 
-// Multiple of the shear modulus times the thickness that penalises the difference between the
-// drilling rotation and the rotation of the plane. The usual choice is about 1; this is the
-// elements' own.
+// The drilling penalty divided by G TK. It penalises the difference between the drilling rotation
+// and the in-plane rotation of the membrane. The literature uses about 1; these elements use 10.
 inline constexpr double DrillingFactor = 10.0;
 
-// The drilling penalty per area, DrillingFactor G TK with G = E / (2 (1 + Mu)).
+// Returns the drilling penalty per area, DrillingFactor G TK with G = E / (2 (1 + Mu)).
 double DrillingPenalty(double E, double Mu, double TK);
 
-// K: 3 nodes x 3 nodes (u, v, drilling per node) += Km: 2 nodes x 2 nodes (u, v per node).
+// Adds Km to the u and v rows and columns of K.
+// Km: 2 * nodes square, u, v per node; K: 3 * nodes square, u, v, drilling per node.
 void AddMembranePart(const double* Km, std::int32_t nodes, double* K);
 
 }  // namespace korvex

@@ -1,5 +1,5 @@
-// The routines of quad_membrane.h. Each integration point adds its share completely before the
-// next; xi is the outer loop.
+// Order of the sums: xi is the outer loop, eta the inner one; each integration point adds its whole
+// product before the next.
 #include "shell/quad_membrane.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace korvex {
 namespace {
 
 // The derivatives to xi at eta = -GaussAbscissa and +GaussAbscissa: (1 -+ GaussAbscissa) / 4 to ten
-// decimals, part of the integration rule as the abscissa is.
+// decimals. These rounded numbers define the integration rule, as the rounded abscissa does.
 constexpr double NearQuarter = 0.3943375673;
 constexpr double FarQuarter = 0.1056624327;
 constexpr std::array<std::array<double, 4>, 2> GaussDerivatives{

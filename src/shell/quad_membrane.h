@@ -1,8 +1,9 @@
 // The in-plane part of the four-node element: a bilinear membrane and a drilling-rotation penalty.
 //
 // Local axes; dofs per node u, v, drilling rotation. Membrane: isoparametric, 2 x 2 points (Bathe
-// 1996, sec. 5.3). Drilling: the difference between the drilling rotation and the rotation of the
-// plane, theta - (dv/dx - du/dy) / 2, is penalised (Hughes & Brezzi 1989).
+// 1996, sec. 5.3). Drilling: the difference between the drilling rotation and the in-plane rotation
+// of the membrane, theta - (dv/dx - du/dy) / 2, is penalised (Hughes & Brezzi 1989). The fields are
+// a fixed layout; no routine reads the counts.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,3 @@
-// The routines of quad_plate.h.
 #include "shell/quad_plate.h"
 
 #include <cmath>
@@ -50,9 +49,10 @@ void QuadPlate::CurvatureMatrix() {
 
 void QuadPlate::BendingRigidity() { PlateRigidityMatrix(E, Mu, TK, Db); }
 
-// The covariant shear strains at the edges' midpoints, interpolated linearly across and turned into
-// gxz and gyz. The directions of xi and eta are those of the element's mid-lines, not those at the
-// point: it is how this element treats distorted shapes.
+// The covariant shear strains at the midpoints of the edges are interpolated linearly between
+// opposite edges and transformed into gxz and gyz. The transformation uses the directions of the
+// element's mid-lines for xi and eta, not the directions at the point; in a distorted element the
+// two differ, and this is a property of the element.
 void QuadPlate::ShearStrainMatrix(double detJPoint, double xi, double eta) {
   const double x1 = x[0], x2 = x[1], x3 = x[2], x4 = x[3];
   const double y1 = y[0], y2 = y[1], y3 = y[2], y4 = y[3];
@@ -71,8 +71,8 @@ void QuadPlate::ShearStrainMatrix(double detJPoint, double xi, double eta) {
   const double fA = (1.0 - xi) * Pxi, fB = (1.0 + xi) * Pxi;
   const double gA = (1.0 - eta) * Peta, gB = (1.0 + eta) * Peta;
 
-  // w, rx, ry of each node: one term from the node's edge along xi (g), one from its edge along eta
-  // (f).
+  // Columns: w, rx, ry of each node. Each has one term from the node's edge along xi (gA, gB) and
+  // one from its edge along eta (fA, fB).
   const double sinA = a.sine, cosA = a.cosine, sinB = b.sine, cosB = b.cosine;
   Bs = {// gxz
         -0.5 * (gA * sinB - fA * sinA), -0.25 * ((y2 - y1) * gA * sinB - (y4 - y1) * fA * sinA),

@@ -1,9 +1,10 @@
 // The bending part of the four-node element: a shear-deformable plate with assumed shear strains.
 //
 // Local axes; dofs per node w, rx, ry, right-handed: rx = dw/dy and ry = -dw/dx for a thin plate.
-// Bending bilinear, 2 x 2 points; the transverse shear strains are tied at the edges' midpoints
-// (after Bathe & Dvorkin 1985, but with the directions of the element's mid-lines at every point),
-// which keeps the element free of shear locking at full integration.
+// Bending bilinear, 2 x 2 points. The transverse shear strains are interpolated from the midpoints
+// of the edges (after Bathe & Dvorkin 1985, but with the directions of the element's mid-lines at
+// every point): this avoids shear locking at full integration. The fields are a fixed layout; no
+// routine reads the counts.
 #pragma once
 
 #include <cstdint>
@@ -43,7 +44,7 @@ struct QuadPlate {
   void Stiffness();  // Db, Ds, K
 };
 
-// The shear modulus times the thickness is divided by this: the shear correction 5/6.
+// G TK is divided by this: the shear correction factor 5/6.
 inline constexpr double ShearCorrectionDivisor = 1.2;
 
 }  // namespace korvex

@@ -1,8 +1,8 @@
-// The records of the two flat shell elements and their set-up, and the load record they share.
+// The records of the two flat shell elements, their set-up, and the record of their loads.
 //
-// A record carries everything that its element routines read, its own copy of the node coordinates,
-// the material values, the thickness and the local frame, and its stresses. It knows nothing of the
-// model's tables.
+// A record holds all data that its element routines read: a copy of the node coordinates, the
+// material values, the thickness and the local frame. It also holds the element's stresses. It does
+// not refer to the model's tables.
 #pragma once
 
 #include <array>
@@ -15,7 +15,8 @@ namespace korvex {
 // SX, SY, SZ, TXY, TXZ, TYZ, global axes.
 using StressVector = std::array<double, 6>;
 
-// One flat shell element with `Nodes` nodes, six degrees of freedom each.
+// One flat shell element with `Nodes` nodes, six dofs each. DofsPerNode and ElementDofs belong to
+// the fixed layout of the record; no routine reads them.
 template <std::int32_t Nodes>
 struct ShellElement {
   std::array<double, static_cast<std::size_t>(Nodes) * 3> Coordinates{};  // x, y, z per node
@@ -43,17 +44,17 @@ struct ShellSurfaceLoad {
   std::array<double, 3> q{};  // intensity at the element's nodes 1, 2, 3, force per area
 };
 
-// Whether the record's node count is that of its kind. Nothing here makes it differ; the fixed
-// interface has the check wherever a part of the element is set up, and a run that finds a
-// difference says so and goes on with the kind's own count.
+// Whether the record's node count is that of its kind. No routine here changes the count, but the
+// fixed interface demands the check wherever a part of the element is set up. On a difference the
+// run prints a line and goes on with the count of the kind.
 template <std::int32_t Nodes>
 bool HasOwnNodeCount(const ShellElement<Nodes>& element) {
   return element.NodeCount == Nodes;
 }
 
-// Copies `coordinates` (NodeCount x 3, row-major, global axes) and the properties into `element`
-// and computes its frame. Returns false for a `nodeCount` other than the element's own, which
-// rules.
+// Copies `coordinates` and the properties into `element` and computes its frame.
+// coordinates: Nodes x 3, row-major, global axes; nodeCount: the caller's number of nodes. Returns
+// false if it differs from element.NodeCount; the element is set up all the same.
 bool SetGeometry(Shell4Element& element, const double* coordinates, std::int32_t nodeCount,
                  double E, double Mu, double TK);
 bool SetGeometry(Shell3Element& element, const double* coordinates, std::int32_t nodeCount,

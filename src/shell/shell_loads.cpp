@@ -1,4 +1,5 @@
-// The load vectors of shell_loads.h.
+// Nodal forces along e3 by the integration rules of the stiffness, w_k = sum of weight N_k q: 2 x 2
+// points for the four-node element, the mid-side points for the three-node element.
 #include "shell/shell_loads.h"
 
 #include <algorithm>
@@ -13,7 +14,7 @@ namespace korvex {
 
 namespace {
 
-// The intensity at node 4, on the plane through (x, y, q) of nodes 1, 2, 3.
+// Returns the intensity at node 4, on the plane through the points (x, y, q) of nodes 1, 2, 3.
 double ExtrapolateIntensity(const QuadPlate& plate, const std::array<double, 3>& q) {
   const auto& x = plate.x;
   const auto& y = plate.y;
@@ -23,7 +24,7 @@ double ExtrapolateIntensity(const QuadPlate& plate, const std::array<double, 3>&
   return (n[0] * x[0] + n[1] * y[0] + n[2] * q[0] - n[0] * x[3] - n[1] * y[3]) / n[2];
 }
 
-// f: 6 nodes, global: the nodal forces `w`: nodes along e3.
+// Rotates nodal forces along e3 to global axes. w: nodes; f: 6 * nodes, global, written completely.
 void SpreadForces(const ElementFrame& frame, const double* w, std::int32_t nodes, double* f) {
   std::fill(f, f + 6 * nodes, 0.0);
   for (std::int32_t k = 0; k < nodes; ++k) f[6 * k + 2] = w[k];

@@ -1,6 +1,6 @@
 // The equivalent nodal loads of a pressure on a shell element.
 //
-// The pressure acts along e3 and is one linear function of the local coordinates, fixed by its
+// The pressure acts along e3 and is a linear function of the local coordinates, given by its
 // intensities at nodes 1, 2 and 3. The nodal forces are the integrals of N q; there are no nodal
 // moments.
 #pragma once
@@ -9,9 +9,9 @@
 
 namespace korvex {
 
-// f: 24, global axes, element dof order, written completely. The intensity at node 4 is that of the
-// plane through the first three, so a hydrostatic pressure is exact; where these are collinear the
-// result is not finite.
+// f: 24, global axes, element dof order, written completely. The intensity at node 4 is
+// extrapolated from the first three nodes, so a hydrostatic pressure is exact. If these nodes are
+// collinear, the result is not finite.
 void Shell4LoadVector(const Shell4Element& element, const ShellSurfaceLoad& load, double* f);
 
 // f: 18, global axes, element dof order, written completely.

@@ -1,4 +1,3 @@
-// The stiffness of shell_stiffness.h, written once for both elements.
 #include "shell/shell_stiffness.h"
 
 #include <algorithm>
@@ -13,7 +12,8 @@ namespace korvex {
 
 namespace {
 
-// K: 6 nodes x 6 nodes += part: 3 nodes x 3 nodes, whose dofs stand at `place` of each node.
+// Adds a part's stiffness to that of its element.
+// part: 3 * nodes square; place: the positions of its dofs among a node's six; K: 6 * nodes square.
 void AddPart(const double* part, std::int32_t nodes, const std::array<std::int32_t, 3>& place,
              double* K) {
   const std::int32_t n = 3 * nodes;

@@ -1,4 +1,3 @@
-// The routines of tri_membrane.h.
 #include "shell/tri_membrane.h"
 
 #include <algorithm>
@@ -10,9 +9,9 @@ namespace korvex {
 
 namespace {
 
-// The drilling penalty's points in area coordinates and their weights. The cubic rule has the
-// weight -0.5625 at the centroid; here it is positive, and the weights sum to 2.125 instead of 1.
-// The penalty is scaled by it, deliberately.
+// Points in area coordinates and weights for the drilling penalty. The usual cubic rule has the
+// weight -0.5625 at the centroid; here it is positive, deliberately. The weights sum to 2.125
+// instead of 1, which increases the penalty.
 constexpr std::array<Array3, 4> DrillingPoints{
     {{1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0}, {0.6, 0.2, 0.2}, {0.2, 0.6, 0.2}, {0.2, 0.2, 0.6}}};
 constexpr std::array<double, 4> DrillingWeights{0.5625, 0.5208333333333334, 0.5208333333333334,
@@ -63,7 +62,7 @@ void TriMembrane::DrillingStiffness(double* out) const {
     std::array<double, 9> b{};
     for (std::size_t k = 0; k < 3; ++k) {
       const std::size_t i = (k + 1) % 3, j = (k + 2) % 3;
-      // The area coordinate is found again from the point's position.
+      // The area coordinate L[k], computed again from the position: the last bit may differ.
       const double Lk =
           (x[i] * y[j] - x[j] * y[i] + (y[i] - y[j]) * px + (x[j] - x[i]) * py) / (2.0 * A);
       b[3 * k] = (x[j] - x[i]) / (4.0 * A);

@@ -2,7 +2,8 @@
 // penalty.
 //
 // Local axes; dofs per node u, v, drilling rotation. Membrane: Turner, Clough, Martin & Topp
-// (1956). Drilling: as in quad_membrane.h, integrated over four points.
+// (1956). Drilling: as in quad_membrane.h, integrated over four points. The fields are a fixed
+// layout; no routine reads the counts.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
-// The routines of tri_plate.h. Edge e runs from node e to node e + 1 (cyclic).
+// Curvatures Bb = G M + corner terms: M gives the mid-side rotations from the corner dofs, G the
+// derivatives of the mid-side functions. Edge e runs from node e to node e + 1 (cyclic).
 #include "shell/tri_plate.h"
 
 #include <algorithm>
@@ -11,14 +12,15 @@ namespace korvex {
 
 namespace {
 
-// The area, summed in another order than TriangleArea: the last bit may differ.
+// The area. The order of the sum differs from that of TriangleArea, and so may the last bit.
 double PlateArea(const Array3& x, const Array3& y) {
   return std::fabs(x[0] * y[1] + x[1] * y[2] + x[2] * y[0] - x[1] * y[0] - x[2] * y[1] -
                    x[0] * y[2]) *
          0.5;
 }
 
-// M: 6 x 9: rx and ry at the mid-sides of edges 1-2, 2-3, 3-1 from w, rx, ry of the corners.
+// M: 6 x 9, row-major: rx and ry at the mid-sides of edges 1-2, 2-3, 3-1 from w, rx, ry of the
+// corners.
 void MidSideRotations(const TriPlate& plate, std::array<double, 54>& M) {
   M.fill(0.0);
   for (std::size_t edge = 0; edge < 3; ++edge) {
@@ -63,7 +65,7 @@ void TriPlate::CurvatureMatrix(const Array3& L, double* out) const {
     dx[k] = x[m] - x[j];
   }
 
-  // G: 3 x 6, the derivatives of the mid-side functions 4 Li Lj as they enter the curvatures.
+  // G: 3 x 6, row-major: curvatures from the mid-side rotations, whose functions are 4 Li Lj.
   std::array<double, 18> G{};
   for (std::size_t edge = 0; edge < 3; ++edge) {
     const std::size_t i = edge, j = (edge + 1) % 3;
@@ -78,7 +80,7 @@ void TriPlate::CurvatureMatrix(const Array3& L, double* out) const {
   MidSideRotations(*this, M);
   MatMultiply(out, G.data(), M.data(), 3, 6, 9);
 
-  // The corners' own functions Lk (2 Lk - 1).
+  // Curvatures from the corner rotations, whose functions are Lk (2 Lk - 1).
   for (std::size_t k = 0; k < 3; ++k) {
     const double ddx = (4.0 * L[k] - 1.0) / 2.0 * dy[k] / A;
     const double ddy = (4.0 * L[k] - 1.0) / 2.0 * dx[k] / A;

@@ -1,8 +1,9 @@
 // The bending part of the three-node element: a discrete Kirchhoff triangle, without shear energy.
 //
 // Local axes; dofs per node w, rx, ry, right-handed: rx = dw/dy, ry = -dw/dx. The rotations are
-// quadratic; at the mid-sides they are tied to the corners by the thin plate's condition along the
-// edge (Batoz, Bathe & Ho 1980). Integrated at the three mid-side points.
+// quadratic. Those at the mid-sides follow from the corner dofs by the Kirchhoff condition along
+// the edge (Batoz, Bathe & Ho 1980). Integrated at the three mid-side points. The fields are a
+// fixed layout; no routine reads the counts.
 #pragma once
 
 #include <cstdint>

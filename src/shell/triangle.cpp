@@ -1,4 +1,3 @@
-// The area of triangle.h.
 #include "shell/triangle.h"
 
 #include <cmath>

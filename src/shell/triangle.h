@@ -1,4 +1,7 @@
-// What the parts of the three-node element share: its area and the mid-side integration rule.
+// The area of the three-node element and its mid-side integration rule.
+//
+// Area coordinates L1, L2, L3 with L1 + L2 + L3 = 1: Lk is 1 at corner k and 0 on the opposite
+// edge. The rule is exact for quadratic functions (Hammer, Marlowe & Stroud 1956).
 #pragma once
 
 #include <array>
@@ -7,11 +10,10 @@ namespace korvex {
 
 using Array3 = std::array<double, 3>;
 
-// |x1 y2 + x2 y3 + x3 y1 - x1 y3 - x2 y1 - x3 y2| / 2
+// Returns |x1 y2 + x2 y3 + x3 y1 - x1 y3 - x2 y1 - x3 y2| / 2. x, y: local corner coordinates.
 double TriangleArea(const Array3& x, const Array3& y);
 
-// The mid-side points in area coordinates; exact for quadratic functions (Hammer, Marlowe & Stroud
-// 1956).
+// The mid-side points in area coordinates, and the weight of each; the area is a factor besides.
 inline constexpr std::array<Array3, 3> MidSidePoints{
     {{0.5, 0.5, 0.0}, {0.0, 0.5, 0.5}, {0.5, 0.0, 0.5}}};
 inline constexpr double MidSideWeight = 0.3333333333333333;

@@ -1,4 +1,4 @@
-// K = sum of the element matrices, in table order: another order changes the last bits.
+// K = sum of the element matrices, in table order. Another order would change the last bits.
 #include "system/assemble_stiffness.h"
 
 #include "beam/beam_stiffness.h"
@@ -9,7 +9,7 @@ namespace korvex {
 
 namespace {
 
-// Hands over all elements of one kind.
+// Forms and hands over the matrices of all elements of one kind.
 // connectivity: elements x Nodes node indices, element-major; stiffness: the kind's routine.
 template <std::int32_t Nodes, typename Element>
 void HandOverElements(const std::vector<Element>& elements,

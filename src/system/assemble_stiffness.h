@@ -1,4 +1,7 @@
-// The stiffness of all elements of the model, element by element.
+// The stiffness matrices of all elements of the model, and their sum, the global stiffness.
+//
+// An element matrix is formed, handed over and overwritten by the next one. Entry (i, j) belongs to
+// the equations g[i] and g[j], with g in element dof order.
 #pragma once
 
 #include <cstdint>
@@ -8,17 +11,17 @@
 
 namespace korvex {
 
-// Takes an element's stiffness.
-// ke: n x n, row-major, global axes, symmetric; g: n, the equations of its rows. Where an element
-// repeats a node, an equation occurs more than once.
+// A function that receives an element's stiffness.
+// ke: n x n, row-major, global axes, symmetric; g: n, the equations of its rows. An equation occurs
+// more than once if the element has the same node twice.
 using TakeElementMatrix =
     std::function<void(const double* ke, const std::int32_t* g, std::int32_t n)>;
 
-// Hands over the matrices of all elements: four-node shells, three-node shells, beams, each in
-// table order.
+// Calls `take` with the matrices of all elements: four-node shells, three-node shells, beams, each
+// in table order.
 void FormElementMatrices(const Model& model, const TakeElementMatrix& take);
 
-// Adds them to `model.Stiffness`, which must have its zero values.
+// Adds the matrices of all elements to `model.Stiffness`, whose values must be allocated and zero.
 void AssembleStiffness(Model& model);
 
 }  // namespace korvex

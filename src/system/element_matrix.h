@@ -1,5 +1,5 @@
-// One element's stiffness and where it belongs: its matrix and the equations of its nodes, handed
-// to whatever takes element matrices - a skyline, the input of another solver, a count.
+// Forms one element's stiffness and the list of its equations, and hands both to a function. The
+// function may add them to a skyline matrix, write them for another solver, or count entries.
 #pragma once
 
 #include <array>
@@ -10,10 +10,10 @@
 namespace korvex {
 
 // Forms the stiffness of `element` and calls take(ke, g, n).
-// nodes: its node indices, `Nodes` of them.
-// stiffness: the routine of its kind, which writes a 6 Nodes x 6 Nodes matrix completely.
-// take: gets ke: n x n, row-major, global axes; g: n, the equations of its rows; n = 6 Nodes. Both
-//   arrays are the caller's again when it returns.
+// nodes: the element's `Nodes` node indices.
+// stiffness: the routine of the element kind; writes n x n completely, n = 6 * Nodes.
+// take: gets ke: n x n, row-major, global axes; g: n, the equations of its rows. Both arrays are
+//   valid only during the call.
 template <std::int32_t Nodes, typename Element, typename Taker>
 void HandOverElement(const Element& element, const std::int32_t* nodes,
                      void (*stiffness)(const Element&, double*), Taker& take) {

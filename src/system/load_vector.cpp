@@ -1,4 +1,5 @@
-// F = nodal forces + sum of the element load vectors, in table order.
+// F = nodal forces + sum of the element load vectors, in table order. Another order would change
+// the last bits.
 #include "system/load_vector.h"
 
 #include <array>
@@ -21,7 +22,7 @@ void AddNodalForces(Model& model) {
   }
 }
 
-// What a kind of distributed load and its elements are called in notices.
+// The names of a kind of distributed loads and of its elements in notices.
 struct LoadKind {
   const char* row;
   const char* elements;

@@ -1,5 +1,5 @@
-// Column j of the matrix reaches from its diagonal up to the lowest equation of all elements at its
-// node: height = j - lowest + 1.
+// Column j reaches from its diagonal up to the lowest equation of all elements at its node:
+// height = j - lowest + 1.
 #include "system/profile.h"
 
 #include <array>
@@ -34,7 +34,7 @@ void NumberEquations(Model& model) {
 
 void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
                          std::int32_t nodesPerElement, SkylineMatrix& K) {
-  std::array<std::int32_t, Shell4Dofs> g{};  // the largest list; smaller elements use its head
+  std::array<std::int32_t, Shell4Dofs> g{};  // smaller elements use the first entries
   const auto step = static_cast<std::size_t>(nodesPerElement);
   for (std::size_t first = 0; first < connectivity.size(); first += step) {
     BuildDofList(&connectivity[first], nodesPerElement, g.data());

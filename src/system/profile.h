@@ -1,8 +1,8 @@
-// The profile of the global stiffness matrix: which entries it stores, and how much memory they
-// take.
+// The profile of the global stiffness matrix: which entries are stored, and the memory they need.
 //
+// Column j stores the rows from its topmost row down to its diagonal (skyline/skyline_matrix.h).
 // The node order of the model file decides the profile; nothing is renumbered. Loads and restraints
-// do not influence it.
+// have no influence.
 #pragma once
 
 #include <cstdint>
@@ -12,11 +12,11 @@
 
 namespace korvex {
 
-// Sets NEQ and makes room for the system. Throws a Stop where the equations are more than an int32
-// counts, or where memory cannot hold them.
+// Sets model.NEQ and reserves the arrays of the system. Throws a Stop where there are more than
+// 2^31 - 1 equations, or where the memory is too small for them.
 void NumberEquations(Model& model);
 
-// Raises the columns of K for all elements of one kind.
+// Raises the column heights of K for all elements of one kind.
 // connectivity: elements x nodesPerElement (at most 4) node indices, element-major.
 void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
                          std::int32_t nodesPerElement, SkylineMatrix& K);
@@ -25,10 +25,10 @@ void RaiseElementColumns(const std::vector<std::int32_t>& connectivity,
 // three-node shells, beams. Does nothing if NEQ < 1.
 void BuildProfile(Model& model);
 
-// The memory that the entries of K will take, in GB of 2^30 bytes.
+// Returns the memory that the entries of K will need, in GB of 2^30 bytes.
 double EstimateGigabytes(const SkylineMatrix& K);
 
-// Allocates the entries of K, zeros. Throws a Stop where memory cannot hold them.
+// Allocates the entries of K, all zero. Throws a Stop where the memory is too small.
 void AllocateStiffness(SkylineMatrix& K);
 
 }  // namespace korvex

@@ -12,7 +12,7 @@
 #include <random>
 
 #include "beamshell/average_corners.h"
-#include "beamshell/extrude_profile.h"
+#include "beamshell/extrude_outline.h"
 
 namespace korvex {
 namespace {
@@ -170,18 +170,18 @@ Vector3 Nudge(Generator& random, Vector3 point) {
 }
 
 // A T, L or tube of about `size`, some plates without thickness or with a negative one.
-void MakeRandomProfile(Generator& random, double size, SectionProfile& profile) {
+void MakeRandomOutline(Generator& random, double size, SectionOutline& outline) {
   const auto thickness = [&] {
     return size * PickOf<double>(random, {0.1, 0.1, 0.1, 0.11, 0.12, 0.125, 0.0, -0.1});
   };
   const double Hw = size * PickOf<double>(random, {1.0, 1.5, 3.0}), Tw = thickness();
   const double Bf = size * PickOf<double>(random, {0.0, 1.0, 2.0}), Tf = thickness();
   const int kind = Pick(random, 5);
-  if (kind < 2) BuildTProfile({Hw, Tw, Bf, Tf}, Pick(random, 2), profile);
-  if (kind == 2) BuildLProfile({Hw, Tw, Bf, Tf}, Pick(random, 2) == 0, 0, profile);
-  if (kind == 3) BuildLProfile({Hw, Tw, Bf, Tf}, false, 1, profile);
-  if (kind == 4) BuildCProfile({Hw / 2.0, Tw}, 0, profile);
-  if (Pick(random, 3) == 0) ShiftProfile(-Hw, profile);
+  if (kind < 2) BuildTOutline({Hw, Tw, Bf, Tf}, Pick(random, 2), outline);
+  if (kind == 2) BuildLOutline({Hw, Tw, Bf, Tf}, Pick(random, 2) == 0, 0, outline);
+  if (kind == 3) BuildLOutline({Hw, Tw, Bf, Tf}, false, 1, outline);
+  if (kind == 4) BuildCOutline({Hw / 2.0, Tw}, 0, outline);
+  if (Pick(random, 3) == 0) ShiftOutline(-Hw, outline);
 }
 
 // Two to five beams between three places, so that most share an end, or nearly, and some have none
@@ -193,7 +193,7 @@ Models MakeRandomFrame(Generator& random) {
   for (Vector3& place : places) {
     for (double& x : place) x += size * (Pick(random, 5) - 2);
   }
-  SectionProfile profile;
+  SectionOutline outline;
   Models models(static_cast<std::size_t>(2 + Pick(random, 4)));
   for (BeamShellModel& model : models) {
     model.EndPoint1 = Nudge(random, PickOf(random, places));
@@ -201,11 +201,11 @@ Models MakeRandomFrame(Generator& random) {
     model.OrientVector = PickOf<Vector3>(random, {{0, 0, 1}, {0, 0, 1}, {0, 1, 0}, {1, -2, 3}});
     // Mostly the same section, and none so small that it takes many steps.
     const double length = Distance(model.EndPoint1, model.EndPoint2);
-    if (profile.points.empty() || Pick(random, 3) == 0) {
-      MakeRandomProfile(random, std::max(size, length / 2.0), profile);
+    if (outline.points.empty() || Pick(random, 3) == 0) {
+      MakeRandomOutline(random, std::max(size, length / 2.0), outline);
     }
-    if (length > 10.0 * LongestSegment(profile)) MakeRandomProfile(random, length, profile);
-    ExtrudeProfile(profile, 0, model);
+    if (length > 10.0 * LongestSegment(outline)) MakeRandomOutline(random, length, outline);
+    ExtrudeOutline(outline, 0, model);
   }
   RandomiseStresses(random, models);
   return models;

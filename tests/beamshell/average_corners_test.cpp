@@ -11,7 +11,7 @@
 #include <cmath>
 #include <limits>
 
-#include "beamshell/extrude_profile.h"
+#include "beamshell/extrude_outline.h"
 
 namespace korvex {
 namespace {
@@ -655,7 +655,7 @@ TEST(AverageCorners, CornersWithoutPlaceKeepTheirPlaceInTheOrder) {
 
 // ---- Beams --------------------------------------------------------------------------------------
 
-// Segments of the T profile, from the web's foot over the left to the right half of the flange.
+// Segments of the T outline, from the web's foot over the left to the right half of the flange.
 constexpr std::size_t Foot = 0, Top = 2, Left = 3, Right = 4;
 
 // The detail model of a T beam whose web runs along Z. Its segments are 90 or 100 long: a beam of
@@ -665,9 +665,9 @@ BeamShellModel MakeT(const Vector3& end1, const Vector3& end2) {
   model.EndPoint1 = end1;
   model.EndPoint2 = end2;
   model.OrientVector = {0, 0, 1};
-  SectionProfile profile;
-  BuildTProfile({270.0, 10.0, 200.0, 20.0}, 0, profile);
-  ExtrudeProfile(profile, 0, model);
+  SectionOutline outline;
+  BuildTOutline({270.0, 10.0, 200.0, 20.0}, 0, outline);
+  ExtrudeOutline(outline, 0, model);
   return model;
 }
 
@@ -724,9 +724,9 @@ TEST(AverageCorners, PlatesOfAnLAreAveragedEachByItself) {
   for (const bool mirrored : {false, true}) {
     Models models{MakeModel({0, 0, 0}, {200, 0, 0}, {})};
     models[0].OrientVector = {0, 0, 1};
-    SectionProfile profile;
-    BuildLProfile({265.0, 10.0, 100.0, 10.0}, mirrored, 0, profile);
-    ExtrudeProfile(profile, 0, models[0]);
+    SectionOutline outline;
+    BuildLOutline({265.0, 10.0, 100.0, 10.0}, mirrored, 0, outline);
+    ExtrudeOutline(outline, 0, models[0]);
     ASSERT_EQ(models[0].Shells.size(), 8U);
     NumberAndAverage(models);
     ExpectTogether(models, {{0, 1, 2}, {0, 2, 1}, {0, 5, 3}, {0, 6, 0}});
@@ -743,12 +743,12 @@ TEST(AverageCorners, PlatesOfAnLAreAveragedEachByItself) {
 TEST(AverageCorners, PlatesOfATubeStayApart) {
   for (const std::int32_t level : {0, 1, 2}) {
     Models models{MakeModel({0, 0, 0}, {0, 0, 0}, {})};
-    SectionProfile profile;
-    BuildCProfile({100.0, 5.0}, level, profile);
-    models[0].EndPoint2 = {2.5 * LongestSegment(profile), 0, 0};
+    SectionOutline outline;
+    BuildCOutline({100.0, 5.0}, level, outline);
+    models[0].EndPoint2 = {2.5 * LongestSegment(outline), 0, 0};
     models[0].OrientVector = {0, 0, 1};
-    ExtrudeProfile(profile, 0, models[0]);
-    const std::size_t ring = profile.segments.size();
+    ExtrudeOutline(outline, 0, models[0]);
+    const std::size_t ring = outline.segments.size();
     ASSERT_EQ(models[0].Shells.size(), 2 * ring);
     NumberAndAverage(models);
     for (std::size_t e = 0; e < ring; ++e) {
@@ -765,9 +765,9 @@ TEST(AverageCorners, PlatesOfATubeStayApart) {
 TEST(AverageCorners, TinyBeamIsAveragedPlateByPlate) {
   Models models{MakeModel({0, 0, 0}, {0.0001, 0, 0}, {})};
   models[0].OrientVector = {0, 0, 1};
-  SectionProfile profile;
-  BuildTProfile({0.00027, 0.00001, 0.0002, 0.00002}, 0, profile);
-  ExtrudeProfile(profile, 0, models[0]);
+  SectionOutline outline;
+  BuildTOutline({0.00027, 0.00001, 0.0002, 0.00002}, 0, outline);
+  ExtrudeOutline(outline, 0, models[0]);
   ASSERT_EQ(models[0].Shells.size(), 5U);
   NumberAndAverage(models);
   std::vector<Corner> web, flange;

@@ -66,8 +66,8 @@ Motion Split(const Six& s) { return {{s[0], s[1], s[2]}, {s[3], s[4], s[5]}}; }
 struct SolvedBeam {
   BeamShellModel model;
   std::array<Vector3, 3> axes{};
-  SectionProfile profile;
-  std::size_t P = 0, n = 0;  // profile points and steps
+  SectionOutline outline;
+  std::size_t P = 0, n = 0;  // outline points and steps
 };
 
 // motion1, motion2: of the ends, global.
@@ -76,8 +76,8 @@ SolvedBeam Solve(const DetailBeam& beam, const Six& motion1, const Six& motion2)
   solved.model = ExtrudeBeam(beam);
   SolveBeamShell(motion1.data(), motion2.data(), solved.model);
   solved.axes = LocalAxes(beam);
-  solved.profile = BuildProfile(beam.section, beam.meshLevel);
-  solved.P = solved.profile.points.size();
+  solved.outline = BuildOutline(beam.section, beam.meshLevel);
+  solved.P = solved.outline.points.size();
   solved.n = (solved.model.NodeCoords.size() - 2) / solved.P - 1;
   return solved;
 }
@@ -205,20 +205,20 @@ struct SecondMoments {
   double yy = 0.0, zz = 0.0, yz = 0.0;
 };
 
-// A profile as thin plates: area, centroid, second moments about it; and the second moments that
+// An outline as thin plates: area, centroid, second moments about it; and the second moments that
 // its elements of length a have.
-struct ProfileNumbers {
+struct OutlineNumbers {
   double A = 0.0, y = 0.0, z = 0.0;
   SecondMoments I, rendered;
 };
 
-ProfileNumbers ComputeProfileNumbers(const SectionProfile& profile, double a) {
-  ProfileNumbers p;
-  const auto ends = [&](const ProfileSegment& segment) {
-    return std::array<Vector3, 2>{profile.points[static_cast<std::size_t>(segment.points[0])],
-                                  profile.points[static_cast<std::size_t>(segment.points[1])]};
+OutlineNumbers ComputeOutlineNumbers(const SectionOutline& outline, double a) {
+  OutlineNumbers p;
+  const auto ends = [&](const OutlineSegment& segment) {
+    return std::array<Vector3, 2>{outline.points[static_cast<std::size_t>(segment.points[0])],
+                                  outline.points[static_cast<std::size_t>(segment.points[1])]};
   };
-  for (const ProfileSegment& segment : profile.segments) {
+  for (const OutlineSegment& segment : outline.segments) {
     const auto [p1, p2] = ends(segment);
     const double area = std::hypot(p2[1] - p1[1], p2[2] - p1[2]) * segment.thickness;
     p.A += area;
@@ -227,7 +227,7 @@ ProfileNumbers ComputeProfileNumbers(const SectionProfile& profile, double a) {
   }
   p.y /= p.A;
   p.z /= p.A;
-  for (const ProfileSegment& segment : profile.segments) {
+  for (const OutlineSegment& segment : outline.segments) {
     const auto [p1, p2] = ends(segment);
     const double b = std::hypot(p2[1] - p1[1], p2[2] - p1[2]), t = segment.thickness;
     const double cy = (p2[1] - p1[1]) / b, cz = (p2[2] - p1[2]) / b;
@@ -255,7 +255,7 @@ std::array<double, 2> Curvatures(const SecondMoments& I, double My, double Mz) {
 }
 
 // The force and the moment about the centroid that end 2 exerts on the shells, local axes.
-Motion EndForce(const DetailBeam& beam, const SolvedBeam& solved, const ProfileNumbers& p) {
+Motion EndForce(const DetailBeam& beam, const SolvedBeam& solved, const OutlineNumbers& p) {
   Vector3 centroid = Combine(solved.axes, {0.0, p.y, p.z});
   for (std::size_t i = 0; i < 3; ++i) centroid[i] += beam.end2[i];
   const Motion sum = SumStation(solved, SumShellForces(solved.model), solved.n, centroid);
@@ -268,8 +268,8 @@ Motion EndForce(const DetailBeam& beam, const SolvedBeam& solved, const ProfileN
 }
 
 // The readings at mid-length with y and z from the centroid.
-std::vector<Reading> ReadFromCentroid(const SolvedBeam& solved, const ProfileNumbers& p) {
-  std::vector<Reading> readings = ReadMiddle(solved.model, solved.axes, solved.profile);
+std::vector<Reading> ReadFromCentroid(const SolvedBeam& solved, const OutlineNumbers& p) {
+  std::vector<Reading> readings = ReadMiddle(solved.model, solved.axes, solved.outline);
   for (Reading& r : readings) {
     r.y -= p.y;
     r.z -= p.z;
@@ -296,7 +296,7 @@ constexpr double EndStations = Mu * Mu / Slenderness;
 struct LongBeam {
   DetailBeam beam;
   double L = 0.0;
-  ProfileNumbers numbers;
+  OutlineNumbers numbers;
 };
 
 LongBeam MakeLongBeam(const TestSection& section, std::int32_t meshLevel,
@@ -304,9 +304,9 @@ LongBeam MakeLongBeam(const TestSection& section, std::int32_t meshLevel,
   LongBeam longBeam;
   longBeam.beam = MakeBeam(section, meshLevel, slenderness);
   longBeam.L = BeamLength(longBeam.beam);
-  const SectionProfile profile = BuildProfile(section, meshLevel);
-  const double steps = std::floor(longBeam.L / LongestSegment(profile));
-  longBeam.numbers = ComputeProfileNumbers(profile, longBeam.L / steps);
+  const SectionOutline outline = BuildOutline(section, meshLevel);
+  const double steps = std::floor(longBeam.L / LongestSegment(outline));
+  longBeam.numbers = ComputeOutlineNumbers(outline, longBeam.L / steps);
   return longBeam;
 }
 
@@ -314,10 +314,10 @@ LongBeam MakeLongBeam(const TestSection& section, std::int32_t meshLevel,
 // largest stress.
 struct Differences {
   double rendered = 0.0;  // from the elements' own solution
-  double theory = 0.0;    // from N / A + M z / I of the profile
+  double theory = 0.0;    // from N / A + M z / I of the outline
 };
 
-Differences CompareMiddle(const SolvedBeam& solved, const ProfileNumbers& p, const Motion& force) {
+Differences CompareMiddle(const SolvedBeam& solved, const OutlineNumbers& p, const Motion& force) {
   const double share = Mu * Mu / (1 - Mu * Mu), N = force.u[0];
   const auto [ky, kz] = Curvatures(p.rendered, force.r[1], force.r[2]);
   const auto [ty, tz] = Curvatures(p.I, force.r[1], force.r[2]);
@@ -358,7 +358,7 @@ TEST_P(BeamShellMechanics, StretchGivesNOverA) {
 }
 
 // Half a rotation each way at the two ends, about the centroid: pure bending about local y or z.
-SolvedBeam Bend(const DetailBeam& beam, const ProfileNumbers& p, bool aboutY, double angle) {
+SolvedBeam Bend(const DetailBeam& beam, const OutlineNumbers& p, bool aboutY, double angle) {
   Motion end1, end2;
   end2.r = aboutY ? Vector3{0, angle / 2, 0} : Vector3{0, 0, angle / 2};
   // Nodes beside the centroid move along the axis: u_node = r x (node - centroid).
@@ -376,7 +376,7 @@ SolvedBeam Bend(const DetailBeam& beam, const ProfileNumbers& p, bool aboutY, do
 //   h^3 t / 12 + 3 [0.09890 b^2 + 1.3462 a^2] b t / 12 = (1 + 0.16306) h^3 t / 12
 // in place of h^3 t / 12, and the stress at the edge is 1 + 0.09890 / 3 = 1.03297 E k h / 2: an
 // error of 1.16306 / 1.03297 - 1 = 0.126. About z the bar bends as a plate: exactly.
-double PredictError(const std::vector<Reading>& readings, const ProfileNumbers& p, bool aboutY) {
+double PredictError(const std::vector<Reading>& readings, const OutlineNumbers& p, bool aboutY) {
   const double ky = aboutY ? 1.0 : 0.0, kz = aboutY ? 0.0 : 1.0;
   const double share = Mu * Mu / (1 - Mu * Mu);
   const auto [ty, tz] = Curvatures(p.I, E * (p.rendered.yy * ky + p.rendered.yz * kz),
@@ -393,7 +393,7 @@ double PredictError(const std::vector<Reading>& readings, const ProfileNumbers& 
 // What the run relies on: the ends' rotations prescribe the curvature k, whatever moment it takes.
 // The stresses are then E k z, the contraction's part, which falls with the width of a segment, and
 // what the stiffer end stations leave to the middle.
-void ExpectCurvature(const SolvedBeam& solved, const ProfileNumbers& p, bool aboutY, double k) {
+void ExpectCurvature(const SolvedBeam& solved, const OutlineNumbers& p, bool aboutY, double k) {
   const std::vector<Reading> readings = ReadFromCentroid(solved, p);
   double extreme = 0.0;
   for (const Reading& r : readings) extreme = std::max(extreme, std::fabs(aboutY ? r.z : r.y));

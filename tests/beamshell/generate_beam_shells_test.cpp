@@ -366,13 +366,13 @@ void ExpectMiddleStresses(const ModelText& text, const TestSection& section,
     SCOPED_TRACE(level);
     model.BeamShellMeshLevel = level;
     GenerateBeamShells(model);
-    const SectionProfile profile = BuildProfile(section, level);
+    const SectionOutline outline = BuildOutline(section, level);
     const std::vector<Reading> readings =
         AverageReadings(ReadMiddle(model.BeamShellModels[1],
                                    LocalAxes({section, text.nodes[1], text.nodes[2],
                                               text.beams[1].orientation, E, Mu, level}),
-                                   profile),
-                        profile.segments.size());
+                                   outline),
+                        outline.segments.size());
     double largest = 0.0;
     std::vector<double> expected;
     for (const Reading& r : readings) {

@@ -55,7 +55,7 @@ constexpr TableRow Table[] = {
     {16, 15, -0x1.87de2a6aea96ep-2, 0x1.d906bcf328d44p-1},
 };
 
-TEST(SineCosine, EveryProfilePointToTheLastBit) {
+TEST(SineCosine, EveryOutlinePointToTheLastBit) {
   const double pi = std::acos(-1.0);
   for (const TableRow& row : Table) {
     const SineCosine angle = ComputeSineCosine(2.0 * pi * row.i / row.points);
@@ -97,7 +97,7 @@ TEST(SineCosine, HardAnglesToTheLastBit) {
   }
 }
 
-// Between the profiles' angles, where a library is not asked for its last bit: it stays within one.
+// Between the outlines' angles, where a library is not asked for its last bit: it stays within one.
 TEST(SineCosine, AnglesOfOtherDivisions) {
   const double pi = std::acos(-1.0);
   for (int i = 0; i < 1000; ++i) {

@@ -28,7 +28,7 @@ BeamShellModel MakeOblique(const TestSection& section, std::int32_t meshLevel = 
       {section, {1.0, -2.0, 0.5}, {1.3, -1.9, 0.8}, {0.25, 1.0, 0.5}, 2e11, 0.3, meshLevel});
 }
 
-// A flat bar along X with its web along Z: 3 high, 0.5 thick, 6 long. Its profile points lie at
+// A flat bar along X with its web along Z: 3 high, 0.5 thick, 6 long. Its outline points lie at
 // z = 0, 1, 2, 3 plus the offset, nodes 1 to 4 at x = 0 and so on to nodes 25 to 28 at x = 6; node
 // 29 is the last. All coordinates, and the distances to the axis, are exact.
 BeamShellModel MakeBar(double BeamSecOz) {
@@ -152,7 +152,7 @@ FullMatrix FillOut(const SkylineMatrix& K) {
   return full;
 }
 
-// Links whose profile point lies on the axis. T, L and bar without an offset stand on it; with the
+// Links whose outline point lies on the axis. T, L and bar without an offset stand on it; with the
 // offset of -0.11 none of their points does, nor any of the tubes'.
 std::set<std::size_t> FindIdleLinks(const TestSection& section, const BeamShellModel& model) {
   if (section.BeamSecType == 2 || section.BeamSecOz != 0.0) return {};

@@ -140,7 +140,7 @@ double StressAlong(const Detail& d, const std::array<double, 7>& s) {
 }
 
 // The stress along the beam at mid-length, faces A and B: at the first (side 0) or second (side 1)
-// edge of a plate of the profile, which has `plates` of them. With an odd number of steps the mean
+// edge of a plate of the outline, which has `plates` of them. With an odd number of steps the mean
 // of the two stations beside the middle, which are corners 0 and 1, or 3 and 2, of a shell.
 std::array<double, 2> AtMidLength(const Detail& d, std::size_t plates, std::size_t plate,
                                   std::size_t side) {
@@ -193,7 +193,7 @@ TubeStress TubeAtMidLength(const Detail& d) {
   return stress;
 }
 
-// E (theta x e) a / L for point i of the profile, e being its place on the first station: the
+// E (theta x e) a / L for point i of the outline, e being its place on the first station: the
 // stress of a beam whose ends turn by theta against each other.
 double BendingStress(const Detail& d, std::size_t i, const std::array<double, 6>& u1,
                      const std::array<double, 6>& u2) {

@@ -260,7 +260,7 @@ void ExpectStopInDetailModels(const ProgramRun& run, const TempFolder& folder,
   EXPECT_EQ(ListFolder(folder.Path()), WithLog(furtherFiles));
 }
 
-// A section type without a table is noticed by nobody before the detail models need its profile.
+// A section type without a table is noticed by nobody before the detail models need its outline.
 TEST(RunDriver, SectionTypeWithoutTable) {
   for (const int type : {3, -1}) {
     const TempFolder folder;

@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "beamshell/extrude_profile.h"
+#include "beamshell/extrude_outline.h"
 #include "shell/shell_stiffness.h"
 
 namespace korvex::test {
@@ -18,16 +18,16 @@ double AxialStress(const StressVector& s, const Vector3& x) {
 
 }  // namespace
 
-SectionProfile BuildProfile(const TestSection& section, std::int32_t meshLevel) {
+SectionOutline BuildOutline(const TestSection& section, std::int32_t meshLevel) {
   const auto& d = section.dimensions;
-  SectionProfile profile;
-  if (section.BeamSecType == 0) BuildTProfile({d[0], d[1], d[2], d[3]}, meshLevel, profile);
+  SectionOutline outline;
+  if (section.BeamSecType == 0) BuildTOutline({d[0], d[1], d[2], d[3]}, meshLevel, outline);
   if (section.BeamSecType == 1) {
-    BuildLProfile({d[0], d[1], d[2], d[3]}, section.mirrored, meshLevel, profile);
+    BuildLOutline({d[0], d[1], d[2], d[3]}, section.mirrored, meshLevel, outline);
   }
-  if (section.BeamSecType == 2) BuildCProfile({d[0], d[1]}, meshLevel, profile);
-  ShiftProfile(section.BeamSecOz, profile);
-  return profile;
+  if (section.BeamSecType == 2) BuildCOutline({d[0], d[1]}, meshLevel, outline);
+  ShiftOutline(section.BeamSecOz, outline);
+  return outline;
 }
 
 void ExtrudeBeam(const DetailBeam& beam, BeamShellModel& model) {
@@ -38,7 +38,7 @@ void ExtrudeBeam(const DetailBeam& beam, BeamShellModel& model) {
   model.EndPoint2 = beam.end2;
   model.OrientVector = beam.orientation;
   model.Tolerance = Length(Subtract(beam.end2, beam.end1)) / 10000.0;
-  ExtrudeProfile(BuildProfile(beam.section, beam.meshLevel), 0, model);
+  ExtrudeOutline(BuildOutline(beam.section, beam.meshLevel), 0, model);
 }
 
 BeamShellModel ExtrudeBeam(const DetailBeam& beam) {
@@ -91,15 +91,15 @@ std::vector<Six> SumShellForces(const BeamShellModel& model) {
 }
 
 std::vector<Reading> ReadMiddle(const BeamShellModel& model, const std::array<Vector3, 3>& axes,
-                                const SectionProfile& profile) {
+                                const SectionOutline& outline) {
   std::vector<Reading> readings;
-  const std::size_t S = profile.segments.size(), n = model.Shells.size() / S;
+  const std::size_t S = outline.segments.size(), n = model.Shells.size() / S;
   for (std::size_t e = 0; e < model.Shells.size(); ++e) {
     const std::size_t step = e / S;
     if (2 * step > n || 2 * (step + 1) < n) continue;
-    const ProfileSegment& segment = profile.segments[e % S];
-    const Vector3& a = profile.points[static_cast<std::size_t>(segment.points[0])];
-    const Vector3& b = profile.points[static_cast<std::size_t>(segment.points[1])];
+    const OutlineSegment& segment = outline.segments[e % S];
+    const Vector3& a = outline.points[static_cast<std::size_t>(segment.points[0])];
+    const Vector3& b = outline.points[static_cast<std::size_t>(segment.points[1])];
     const double dy = b[1] - a[1], dz = b[2] - a[2], length = std::hypot(dy, dz);
     const Shell4Element& shell = model.Shells[e];
     for (std::size_t k = 0; k < 4; ++k) {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "beamshell/section_profile.h"
+#include "beamshell/section_outline.h"
 #include "model/beam_shell_model.h"
 #include "support/beam_sections.h"
 
@@ -20,8 +20,8 @@ struct DetailBeam {
   std::int32_t meshLevel = 0;
 };
 
-// The section's profile with its offset.
-SectionProfile BuildProfile(const TestSection& section, std::int32_t meshLevel);
+// The section's outline with its offset.
+SectionOutline BuildOutline(const TestSection& section, std::int32_t meshLevel);
 
 // The beam's detail model with nodes, shells and links, Tolerance included: ready to be solved.
 BeamShellModel ExtrudeBeam(const DetailBeam& beam);
@@ -53,9 +53,9 @@ struct Reading {
 };
 
 // All faces of all corners of the shells that reach the beam's middle: station by station, segment
-// by segment in the profile's order, corner by corner, the upper face first.
+// by segment in the outline's order, corner by corner, the upper face first.
 // axes: the beam's local axes.
 std::vector<Reading> ReadMiddle(const BeamShellModel& model, const std::array<Vector3, 3>& axes,
-                                const SectionProfile& profile);
+                                const SectionOutline& outline);
 
 }  // namespace korvex::test

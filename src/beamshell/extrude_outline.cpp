@@ -1,6 +1,7 @@
-// The stages of ExtrudeProfile. Notation: P profile points, n steps, d the vector from the first to
-// the second end; profile point i at station s is node 1 + s P + i.
-#include "beamshell/extrude_profile.h"
+// Notation: P outline points, n steps, d = EndPoint2 - EndPoint1. Outline point i (x_i, y_i, z_i)
+// at station s is node 1 + s P + i, at
+//   EndPoint1 + x_i e1 + y_i e2 + z_i e3 + s d / n    (e1, e2, e3: beam axes, beam/beam_frame.h).
+#include "beamshell/extrude_outline.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,13 +18,14 @@ namespace korvex {
 
 namespace {
 
-// Links: so stiff that no plate bends them, and so short of the penalty on the end nodes that those
-// still rule.
+// Links: much stiffer than any plate, so that they act as rigid arms, and much softer than the
+// penalty on the end nodes (solve_beam_shell.cpp), so that they do not change the end
+// displacements.
 constexpr Material LinkMaterial{1e20, 0.3, 0.0};
 constexpr CBeamSection LinkSection{5.0, 1.0};
 
-// Kept for each node: position and displacements. For each shell: the record, its nodes and its
-// four corners in the grid of average_corners.h, which has up to four entries for each.
+// Memory that stays in use after the solution. Per node: position and displacements. Per shell: the
+// record, its nodes, and its four corners in the averaging, with a position and four indices each.
 constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
 constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
                                         4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
@@ -35,37 +37,38 @@ constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::
   throw Stop{StopKind::Notice, text.str()};
 }
 
-// L / the longest segment, truncated, but at least 1; 1 also where the quotient is not finite.
-std::int32_t CountSteps(const SectionProfile& profile, std::int32_t beam,
+// Returns n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.
+// Throws a Stop where the equations could not be numbered.
+std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
                         const BeamShellModel& model) {
   const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
-  const double quotient = L / LongestSegment(profile);
+  const double quotient = L / LongestSegment(outline);
   if (!std::isfinite(quotient) || quotient < 1.0) return 1;
 
   constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
   if (quotient > static_cast<double>(Limit)) StopTooManySteps(beam, quotient);
   const auto n = static_cast<std::int64_t>(quotient);
-  const auto P = static_cast<std::int64_t>(profile.points.size());
+  const auto P = static_cast<std::int64_t>(outline.points.size());
   if ((P * (n + 1) + 2) * model.DofsPerNode > Limit) StopTooManySteps(beam, quotient);
   return static_cast<std::int32_t>(n);
 }
 
-void CountItems(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
-  model.ProfileNodeCount = static_cast<std::int32_t>(profile.points.size());
+void CountItems(const SectionOutline& outline, std::int32_t n, BeamShellModel& model) {
+  model.ProfileNodeCount = static_cast<std::int32_t>(outline.points.size());
   model.NodeCount = model.ProfileNodeCount * (n + 1) + 2;
   model.NEQ = model.NodeCount * model.DofsPerNode;
-  model.ShellCount = static_cast<std::int32_t>(profile.segments.size()) * n;
+  model.ShellCount = static_cast<std::int32_t>(outline.segments.size()) * n;
   model.LinkCount = 2 * model.ProfileNodeCount;
 }
 
-// Empties `items` and makes room for `count` of them.
+// Empties `items` and reserves room for `count` items.
 template <typename Vector>
 void Empty(std::size_t count, Vector& items) {
   items.clear();
   items.reserve(count);
 }
 
-// Empties the tables of nodes, shells and links and makes room for those that are counted.
+// Empties the tables of nodes, shells and links and reserves room for the counts in `model`.
 void EmptyTables(std::int32_t beam, BeamShellModel& model) {
   const auto nodes = static_cast<std::size_t>(model.NodeCount);
   const auto shells = static_cast<std::size_t>(model.ShellCount);
@@ -81,13 +84,13 @@ void EmptyTables(std::int32_t beam, BeamShellModel& model) {
   });
 }
 
-void PlaceNodes(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
+void PlaceNodes(const SectionOutline& outline, std::int32_t n, BeamShellModel& model) {
   const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
   BeamFrame frame;
   ComputeBeamFrame(d, model.OrientVector, frame);
   model.NodeCoords.push_back(model.EndPoint1);
   for (std::int32_t s = 0; s <= n; ++s) {
-    for (const Vector3& p : profile.points) {
+    for (const Vector3& p : outline.points) {
       Vector3 node{};
       for (std::size_t i = 0; i < 3; ++i) {
         node[i] = model.EndPoint1[i] + p[0] * frame[i] + p[1] * frame[3 + i] + p[2] * frame[6 + i] +
@@ -111,18 +114,18 @@ void AddShell(const std::array<std::int32_t, 4>& nodes, double thickness, BeamSh
               thickness);
 }
 
-void AddShells(const SectionProfile& profile, std::int32_t n, BeamShellModel& model) {
+void AddShells(const SectionOutline& outline, std::int32_t n, BeamShellModel& model) {
   for (std::int32_t s = 1; s <= n; ++s) {
     const std::int32_t before = 1 + (s - 1) * model.ProfileNodeCount;
     const std::int32_t here = before + model.ProfileNodeCount;
-    for (const ProfileSegment& segment : profile.segments) {
+    for (const OutlineSegment& segment : outline.segments) {
       const auto [a, b] = segment.points;
       AddShell({before + a, here + a, here + b, before + b}, segment.thickness, model);
     }
   }
 }
 
-// Adds the links from node `end` to the P nodes from `firstNode` on.
+// Adds the links from node `end` to the P nodes of its station, which begin at `firstNode`.
 void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
   const Vector3 d = Subtract(model.EndPoint2, model.EndPoint1);
   const Vector3& nodeI = model.NodeCoords[static_cast<std::size_t>(end)];
@@ -138,19 +141,19 @@ void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
 
 }  // namespace
 
-std::uint64_t CountDetailBytes(const SectionProfile& profile, std::int32_t beam,
+std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model) {
-  const auto n = static_cast<std::uint64_t>(CountSteps(profile, beam, model));
-  return (profile.points.size() * (n + 1) + 2) * BytesPerNode +
-         profile.segments.size() * n * BytesPerShell;
+  const auto n = static_cast<std::uint64_t>(CountSteps(outline, beam, model));
+  return (outline.points.size() * (n + 1) + 2) * BytesPerNode +
+         outline.segments.size() * n * BytesPerShell;
 }
 
-void ExtrudeProfile(const SectionProfile& profile, std::int32_t beam, BeamShellModel& model) {
-  const std::int32_t n = CountSteps(profile, beam, model);
-  CountItems(profile, n, model);
+void ExtrudeOutline(const SectionOutline& outline, std::int32_t beam, BeamShellModel& model) {
+  const std::int32_t n = CountSteps(outline, beam, model);
+  CountItems(outline, n, model);
   EmptyTables(beam, model);
-  PlaceNodes(profile, n, model);
-  AddShells(profile, n, model);
+  PlaceNodes(outline, n, model);
+  AddShells(outline, n, model);
 
   const std::int32_t lastNode = model.NodeCount - 1;
   AddLinks(0, 1, model);

@@ -1,6 +1,6 @@
-// The nodes, shells and links of extruded profiles: coordinates and numbers of small models written
+// The nodes, shells and links of extruded outlines: coordinates and numbers of small models written
 // out, frames of oblique beams, the number of steps and its limits.
-#include "beamshell/extrude_profile.h"
+#include "beamshell/extrude_outline.h"
 
 #include <gtest/gtest.h>
 
@@ -25,24 +25,24 @@ BeamShellModel MakeBeam(const Vector3& end1, const Vector3& end2, const Vector3&
   return model;
 }
 
-SectionProfile TProfile(const BeamSection& section, double BeamSecOz = 0.0) {
-  SectionProfile profile;
-  BuildTProfile(section, 0, profile);
-  ShiftProfile(BeamSecOz, profile);
-  return profile;
+SectionOutline TOutline(const BeamSection& section, double BeamSecOz = 0.0) {
+  SectionOutline outline;
+  BuildTOutline(section, 0, outline);
+  ShiftOutline(BeamSecOz, outline);
+  return outline;
 }
 
-SectionProfile LProfile(const BeamSection& section, bool mirrored) {
-  SectionProfile profile;
-  BuildLProfile(section, mirrored, 0, profile);
-  return profile;
+SectionOutline LOutline(const BeamSection& section, bool mirrored) {
+  SectionOutline outline;
+  BuildLOutline(section, mirrored, 0, outline);
+  return outline;
 }
 
-SectionProfile CProfile(const CBeamSection& section, double BeamSecOz) {
-  SectionProfile profile;
-  BuildCProfile(section, 0, profile);
-  ShiftProfile(BeamSecOz, profile);
-  return profile;
+SectionOutline COutline(const CBeamSection& section, double BeamSecOz) {
+  SectionOutline outline;
+  BuildCOutline(section, 0, outline);
+  ShiftOutline(BeamSecOz, outline);
+  return outline;
 }
 
 void ExpectNodes(const BeamShellModel& model, const std::vector<Vector3>& nodes) {
@@ -60,9 +60,9 @@ void ExpectShellNodes(const BeamShellModel& model, const std::vector<std::int32_
 
 // A beam along X with its web along Z has y = (0, 0, 1) x (1, 0, 0) = Y. A web of 300 and a flange
 // of 200 x 12: segments of 100, 100, 106, 100, 100; 250 / 106 gives 2 steps of 125.
-TEST(ExtrudeProfile, TInGlobalAxes) {
+TEST(ExtrudeOutline, TInGlobalAxes) {
   BeamShellModel model = MakeBeam({0, 0, 0}, {250, 0, 0}, {0, 0, 1});
-  ExtrudeProfile(TProfile({300.0, 10.0, 200.0, 12.0}), 0, model);
+  ExtrudeOutline(TOutline({300.0, 10.0, 200.0, 12.0}), 0, model);
   EXPECT_EQ(model.ProfileNodeCount, 6);
   std::vector<Vector3> nodes{{0, 0, 0}};
   for (const double x : {0.0, 125.0, 250.0}) {
@@ -77,9 +77,9 @@ TEST(ExtrudeProfile, TInGlobalAxes) {
                     7, 13, 14, 8, 8, 14, 15, 9, 9, 15, 16, 10, 10, 16, 17, 11, 10, 16, 18, 12});
 }
 
-TEST(ExtrudeProfile, ShellsCarryMaterialThicknessAndFrame) {
+TEST(ExtrudeOutline, ShellsCarryMaterialThicknessAndFrame) {
   BeamShellModel model = MakeBeam({0, 0, 0}, {250, 0, 0}, {0, 0, 1});
-  ExtrudeProfile(TProfile({300.0, 10.0, 200.0, 12.0}), 0, model);
+  ExtrudeOutline(TOutline({300.0, 10.0, 200.0, 12.0}), 0, model);
   ASSERT_EQ(model.Shells.size(), 10U);
   for (std::size_t e = 0; e < 10; ++e) {
     const Shell4Element& shell = model.Shells[e];
@@ -100,10 +100,10 @@ TEST(ExtrudeProfile, ShellsCarryMaterialThicknessAndFrame) {
   EXPECT_EQ(model.Shells[4].Frame, (ElementFrame{1, 0, 0, 0, 1, 0, 0, 0, 1}));
 }
 
-// Two links per profile node: rigid tubes that the axis orients.
-TEST(ExtrudeProfile, LinksTieTheEndNodes) {
+// Two links per outline node: rigid tubes that the axis orients.
+TEST(ExtrudeOutline, LinksTieTheEndNodes) {
   BeamShellModel model = MakeBeam({1000, 2000, 3000}, {1250, 2000, 3000}, {0, 0, 1});
-  ExtrudeProfile(TProfile({300.0, 10.0, 200.0, 12.0}, 20.0), 0, model);
+  ExtrudeOutline(TOutline({300.0, 10.0, 200.0, 12.0}, 20.0), 0, model);
   EXPECT_EQ(model.LinkCount, 12);
   EXPECT_EQ(model.LinkNodes,
             (std::vector<std::int32_t>{0,  1,  0,  2,  0,  3,  0,  4,  0,  5,  0,  6,
@@ -132,10 +132,10 @@ TEST(ExtrudeProfile, LinksTieTheEndNodes) {
 }
 
 // 400 / 200, the flange: 2 steps.
-TEST(ExtrudeProfile, LAndMirroredL) {
+TEST(ExtrudeOutline, LAndMirroredL) {
   for (const bool mirrored : {false, true}) {
     BeamShellModel model = MakeBeam({0, 0, 0}, {400, 0, 0}, {0, 0, 1});
-    ExtrudeProfile(LProfile({300.0, 10.0, 200.0, 12.0}, mirrored), 0, model);
+    ExtrudeOutline(LOutline({300.0, 10.0, 200.0, 12.0}, mirrored), 0, model);
     EXPECT_EQ(model.ProfileNodeCount, 5);
     const double tip = mirrored ? -200.0 : 200.0;
     std::vector<Vector3> nodes{{0, 0, 0}};
@@ -152,9 +152,9 @@ TEST(ExtrudeProfile, LAndMirroredL) {
   }
 }
 
-TEST(ExtrudeProfile, FlatBar) {
+TEST(ExtrudeOutline, FlatBar) {
   BeamShellModel model = MakeBeam({0, 0, 0}, {200, 0, 0}, {0, 0, 1});
-  ExtrudeProfile(TProfile({300.0, 10.0, 0.0, 12.0}), 0, model);
+  ExtrudeOutline(TOutline({300.0, 10.0, 0.0, 12.0}), 0, model);
   std::vector<Vector3> nodes{{0, 0, 0}};
   for (const double x : {0.0, 100.0, 200.0}) {
     nodes.insert(nodes.end(), {{x, 0, 0}, {x, 0, 100}, {x, 0, 200}, {x, 0, 300}});
@@ -167,10 +167,10 @@ TEST(ExtrudeProfile, FlatBar) {
 
 // The ring closes from the last point to the first. The segment is 2 x 40 sin(22.5 degrees) = 30.6:
 // 70 / 30.6 gives 2 steps.
-TEST(ExtrudeProfile, TubeWithOffset) {
+TEST(ExtrudeOutline, TubeWithOffset) {
   BeamShellModel model = MakeBeam({0, 0, 0}, {70, 0, 0}, {0, 0, 1});
-  const SectionProfile profile = CProfile({40.0, 3.0}, 7.0);
-  ExtrudeProfile(profile, 0, model);
+  const SectionOutline outline = COutline({40.0, 3.0}, 7.0);
+  ExtrudeOutline(outline, 0, model);
   EXPECT_EQ(model.ProfileNodeCount, 8);
   EXPECT_EQ(model.NodeCount, 26);
   EXPECT_EQ(model.NodeCoords[1], (Vector3{0, 40, 7}));
@@ -180,7 +180,7 @@ TEST(ExtrudeProfile, TubeWithOffset) {
     for (std::size_t s = 0; s < 3; ++s) {
       EXPECT_EQ(
           model.NodeCoords[1 + 8 * s + i],
-          (Vector3{35.0 * static_cast<double>(s), profile.points[i][1], profile.points[i][2]}));
+          (Vector3{35.0 * static_cast<double>(s), outline.points[i][1], outline.points[i][2]}));
     }
   }
   EXPECT_EQ(model.ShellCount, 16);
@@ -194,11 +194,11 @@ TEST(ExtrudeProfile, TubeWithOffset) {
 
 // d = 3 (2, 1, 2), v = (0, 0, 1): w = v x d = (-3, 6, 0), u = d x w = (-36, -18, 45)... = 9 (-4,
 // -2, 5). The section's z leans with the beam; its y stays level.
-TEST(ExtrudeProfile, ObliqueBeam) {
+TEST(ExtrudeOutline, ObliqueBeam) {
   const Vector3 start{10, 20, 30};
   BeamShellModel model = MakeBeam(start, {16, 23, 36}, {0, 0, 1});
-  const SectionProfile profile = TProfile({1.2, 0.1, 1.0, 0.1}, 0.25);
-  ExtrudeProfile(profile, 0, model);
+  const SectionOutline outline = TOutline({1.2, 0.1, 1.0, 0.1}, 0.25);
+  ExtrudeOutline(outline, 0, model);
   const double y[2] = {-1.0 / std::sqrt(5.0), 2.0 / std::sqrt(5.0)};
   const double z[3] = {-4.0 / std::sqrt(45.0), -2.0 / std::sqrt(45.0), 5.0 / std::sqrt(45.0)};
   const std::int32_t n = 18;  // 9 / 0.5
@@ -206,7 +206,7 @@ TEST(ExtrudeProfile, ObliqueBeam) {
   for (std::int32_t s = 0; s <= n; ++s) {
     for (std::size_t i = 0; i < 6; ++i) {
       const Vector3& node = model.NodeCoords[static_cast<std::size_t>(1 + 6 * s) + i];
-      const Vector3& p = profile.points[i];
+      const Vector3& p = outline.points[i];
       const double share = static_cast<double>(s) / n;
       // A few roundings of numbers up to 36.
       EXPECT_NEAR(node[0], 10 + p[1] * y[0] + p[2] * z[0] + 6 * share, 3e-14);
@@ -219,22 +219,22 @@ TEST(ExtrudeProfile, ObliqueBeam) {
 }
 
 // A part of the orientation vector along the axis changes nothing, and its length neither.
-TEST(ExtrudeProfile, OnlyTheDirectionAcrossTheAxisCounts) {
-  const SectionProfile profile = TProfile({300.0, 10.0, 200.0, 12.0});
+TEST(ExtrudeOutline, OnlyTheDirectionAcrossTheAxisCounts) {
+  const SectionOutline outline = TOutline({300.0, 10.0, 200.0, 12.0});
   BeamShellModel upright = MakeBeam({0, 0, 0}, {250, 0, 0}, {0, 0, 1});
   BeamShellModel leaning = MakeBeam({0, 0, 0}, {250, 0, 0}, {-5, 0, 8});
-  ExtrudeProfile(profile, 0, upright);
-  ExtrudeProfile(profile, 0, leaning);
+  ExtrudeOutline(outline, 0, upright);
+  ExtrudeOutline(outline, 0, leaning);
   EXPECT_EQ(upright.NodeCoords, leaning.NodeCoords);
 }
 
 // The terms of a coordinate are added from left to right: end point, x, y, z, step. And a step is
 // (s d) / n. Here another order, or s (d / n), gives other last bits.
-TEST(ExtrudeProfile, CoordinatesAreSummedInOrder) {
+TEST(ExtrudeOutline, CoordinatesAreSummedInOrder) {
   const Vector3 start{0.1, 0.2, 0.3}, end{0.8, 1.3, 2.4};
   BeamShellModel model = MakeBeam(start, end, {0.3, -0.2, 0.9});
-  const SectionProfile profile = TProfile({0.3, 0.01, 0.17, 0.012}, 0.01);
-  ExtrudeProfile(profile, 0, model);
+  const SectionOutline outline = TOutline({0.3, 0.01, 0.17, 0.012}, 0.01);
+  ExtrudeOutline(outline, 0, model);
   const Vector3 d = Subtract(end, start);
   const Vector3 w = Cross(model.OrientVector, d);
   const Vector3 u = Cross(d, w);
@@ -242,7 +242,7 @@ TEST(ExtrudeProfile, CoordinatesAreSummedInOrder) {
   for (std::int32_t s = 0; s <= n; ++s) {
     for (std::size_t i = 0; i < 6; ++i) {
       for (std::size_t c = 0; c < 3; ++c) {
-        const Vector3& p = profile.points[i];
+        const Vector3& p = outline.points[i];
         double sum = start[c];
         sum += p[0] * (d[c] / Length(d));
         sum += p[1] * (w[c] / Length(w));
@@ -254,16 +254,16 @@ TEST(ExtrudeProfile, CoordinatesAreSummedInOrder) {
   }
 }
 
-std::int32_t Steps(double length, const SectionProfile& profile) {
+std::int32_t Steps(double length, const SectionOutline& outline) {
   BeamShellModel model = MakeBeam({0, 0, 0}, {length, 0, 0}, {0, 0, 1});
-  ExtrudeProfile(profile, 0, model);
-  const auto P = static_cast<std::int32_t>(profile.points.size());
+  ExtrudeOutline(outline, 0, model);
+  const auto P = static_cast<std::int32_t>(outline.points.size());
   return (model.NodeCount - 2) / P - 1;
 }
 
 // L / 120, truncated, at least 1.
-TEST(ExtrudeProfile, StepsAreTruncated) {
-  const SectionProfile bar = TProfile({360.0, 10.0, 0.0, 0.0});
+TEST(ExtrudeOutline, StepsAreTruncated) {
+  const SectionOutline bar = TOutline({360.0, 10.0, 0.0, 0.0});
   EXPECT_EQ(Steps(1.0, bar), 1);
   EXPECT_EQ(Steps(119.0, bar), 1);
   EXPECT_EQ(Steps(120.0, bar), 1);
@@ -274,33 +274,33 @@ TEST(ExtrudeProfile, StepsAreTruncated) {
 
 // The offset is in the points whose distance is taken: far off the axis they are rounded to what a
 // double holds there. At 2^51 that is halves: 0, 0.3, 0.6, 0.9 become 0, 0.5, 0.5, 1.
-TEST(ExtrudeProfile, SegmentsAreMeasuredAfterTheOffset) {
-  SectionProfile profile = TProfile({0.9, 0.01, 0.0, 0.0});
-  EXPECT_EQ(Steps(1.0, profile), 3);
-  ShiftProfile(std::ldexp(1.0, 51), profile);
-  EXPECT_EQ(Steps(1.0, profile), 2);  // 1 / 0.5
+TEST(ExtrudeOutline, SegmentsAreMeasuredAfterTheOffset) {
+  SectionOutline outline = TOutline({0.9, 0.01, 0.0, 0.0});
+  EXPECT_EQ(Steps(1.0, outline), 3);
+  ShiftOutline(std::ldexp(1.0, 51), outline);
+  EXPECT_EQ(Steps(1.0, outline), 2);  // 1 / 0.5
 }
 
-TEST(ExtrudeProfile, OneStepWhereTheQuotientIsNotFinite) {
+TEST(ExtrudeOutline, OneStepWhereTheQuotientIsNotFinite) {
   const double nan = std::nan("");
-  EXPECT_EQ(Steps(100.0, TProfile({0.0, 10.0, 0.0, 0.0})), 1);  // 100 / 0
-  EXPECT_EQ(Steps(0.0, TProfile({0.0, 10.0, 0.0, 0.0})), 1);    // 0 / 0
-  EXPECT_EQ(Steps(0.0, TProfile({360.0, 10.0, 0.0, 0.0})), 1);  // 0 / 120
-  EXPECT_EQ(Steps(100.0, TProfile({nan, 10.0, 0.0, 0.0})), 1);  // no length is greater than 0
-  EXPECT_EQ(Steps(nan, TProfile({360.0, 10.0, 0.0, 0.0})), 1);
-  EXPECT_EQ(Steps(Infinity, TProfile({360.0, 10.0, 0.0, 0.0})), 1);
-  EXPECT_EQ(Steps(100.0, TProfile({Infinity, 10.0, 0.0, 0.0})), 1);  // 100 / infinity
+  EXPECT_EQ(Steps(100.0, TOutline({0.0, 10.0, 0.0, 0.0})), 1);  // 100 / 0
+  EXPECT_EQ(Steps(0.0, TOutline({0.0, 10.0, 0.0, 0.0})), 1);    // 0 / 0
+  EXPECT_EQ(Steps(0.0, TOutline({360.0, 10.0, 0.0, 0.0})), 1);  // 0 / 120
+  EXPECT_EQ(Steps(100.0, TOutline({nan, 10.0, 0.0, 0.0})), 1);  // no length is greater than 0
+  EXPECT_EQ(Steps(nan, TOutline({360.0, 10.0, 0.0, 0.0})), 1);
+  EXPECT_EQ(Steps(Infinity, TOutline({360.0, 10.0, 0.0, 0.0})), 1);
+  EXPECT_EQ(Steps(100.0, TOutline({Infinity, 10.0, 0.0, 0.0})), 1);  // 100 / infinity
 }
 
-TEST(ExtrudeProfile, DegenerateBeamsGiveNonFiniteCoordinates) {
-  const SectionProfile bar = TProfile({360.0, 10.0, 0.0, 0.0});
+TEST(ExtrudeOutline, DegenerateBeamsGiveNonFiniteCoordinates) {
+  const SectionOutline bar = TOutline({360.0, 10.0, 0.0, 0.0});
   BeamShellModel withoutLength = MakeBeam({1, 2, 3}, {1, 2, 3}, {0, 0, 1});
-  ExtrudeProfile(bar, 0, withoutLength);
+  ExtrudeOutline(bar, 0, withoutLength);
   EXPECT_EQ(withoutLength.NodeCount, 10);
   EXPECT_EQ(withoutLength.NodeCoords.front(), (Vector3{1, 2, 3}));
   EXPECT_EQ(withoutLength.NodeCoords.back(), (Vector3{1, 2, 3}));
   BeamShellModel alongAxis = MakeBeam({0, 0, 0}, {500, 0, 0}, {7, 0, 0});
-  ExtrudeProfile(bar, 0, alongAxis);
+  ExtrudeOutline(bar, 0, alongAxis);
   EXPECT_EQ(alongAxis.NodeCount, 22);
   for (const BeamShellModel* model : {&withoutLength, &alongAxis}) {
     for (std::size_t i = 1; i + 1 < model->NodeCoords.size(); ++i) {
@@ -309,14 +309,14 @@ TEST(ExtrudeProfile, DegenerateBeamsGiveNonFiniteCoordinates) {
   }
 }
 
-// A profile of 4 points: 6 (4 (n + 1) + 2) equations must not exceed 2^31 - 1. The largest n is
+// An outline of 4 points: 6 (4 (n + 1) + 2) equations must not exceed 2^31 - 1. The largest n is
 // 89,478,483; what the test can afford is the first n that is too many.
-TEST(ExtrudeProfile, TooManyStepsStopTheRun) {
-  const SectionProfile bar = TProfile({3.0, 10.0, 0.0, 0.0});  // segments of 1
+TEST(ExtrudeOutline, TooManyStepsStopTheRun) {
+  const SectionOutline bar = TOutline({3.0, 10.0, 0.0, 0.0});  // segments of 1
   const auto extrude = [&bar](double length, std::int32_t beam) {
     return [&bar, length, beam] {
       BeamShellModel model = MakeBeam({0, 0, 0}, {length, 0, 0}, {0, 0, 1});
-      ExtrudeProfile(bar, beam, model);
+      ExtrudeOutline(bar, beam, model);
     };
   };
   test::ExpectStop(extrude(89478484.0, 17),
