@@ -1,13 +1,15 @@
-// Shells whose node count is not that of their kind: how often each stage meets them, and that the
-// stages do the same work and only count them.
+// Shells whose node count is not that of their kind: how often each stage meets them, that the
+// stages do the same work and only count them, and what the run says of them.
 #include "run/inconsistencies.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <map>
+#include <sstream>
 #include <string>
 
+#include "run/run_driver.h"
 #include "run/stages.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
@@ -139,6 +141,30 @@ TEST(Inconsistencies, StagesCountThemAndDoTheSameWork) {
   EXPECT_EQ(changed.files, unchanged.files);
   EXPECT_TRUE(unchanged.job.incompleteFiles.empty());
   EXPECT_TRUE(changed.job.incompleteFiles.empty());
+}
+
+// What the front half of a run prints of a job that has met so many.
+std::string PrintFrontHalf(int inconsistencies) {
+  const TempFolder folder;
+  WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakePlate()));
+  Job job;
+  job.folder = folder.Path().string() + '/';
+  job.inconsistencies = inconsistencies;
+  std::ostringstream log;
+  testing::internal::CaptureStdout();
+  AssembleSystem(job, log);
+  std::string printed = testing::internal::GetCapturedStdout();
+  EXPECT_EQ(job.inconsistencies, 0);
+  return printed;
+}
+
+// "错误!" in GBK, a line for each of them behind the stage that met them, and the run goes on.
+TEST(Inconsistencies, TheRunSaysEachOnce) {
+  const std::string line = "\xB4\xED\xCE\xF3!\n";
+  const std::string others = PrintFrontHalf(0);
+  EXPECT_EQ(others.find(line), std::string::npos);
+  EXPECT_NE(others.find("Assembling the global stiffness matrix..."), std::string::npos);
+  EXPECT_EQ(PrintFrontHalf(2), line + line + others);
 }
 
 }  // namespace
