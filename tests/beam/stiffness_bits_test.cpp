@@ -1,5 +1,6 @@
 // The last bits of the beam's shear parameters and of its bending terms: divisions one after the
-// other, and L^2 and L^3 as products. Other forms are equal on paper.
+// other, and L^2 and L^3 as products. Other forms are mathematically equal, but their last
+// bits differ.
 #include <gtest/gtest.h>
 
 #include "beam/beam_stiffness.h"
@@ -26,7 +27,7 @@ double DivideTwice(double I, double As, double L) {
   return 12.0 * E * I / (G * As) / L / L;
 }
 
-// The forms that are equal on paper.
+// Other forms, mathematically equal.
 std::array<double, 4> OtherForms(double I, double As, double L) {
   const double G = E * 0.5 / (Mu + 1.0);
   return {12.0 * E * I / (G * As) / (L * L), 12.0 * E * I / (G * As * L * L),
@@ -72,7 +73,7 @@ TEST(StiffnessBits, ShearParameterOfATube) {
 
 // The terms of one bending plane, which have the factor b = E I / (Phi + 1) / L^3.
 struct BendingTerms {
-  double force, moment, near, far;  // 12 b, 6 b L, (Phi + 4) b L^2, (2 - Phi) b L^2
+  double force, moment, own, carryOver;  // 12 b, 6 b L, (Phi + 4) b L^2, (2 - Phi) b L^2
 };
 
 // L, I and Phi are such that all forms differ.
@@ -86,10 +87,10 @@ void ExpectTerms(const BendingTerms& terms, double L, double I, double phi) {
   EXPECT_EQ(terms.force, 12.0 * b);
   EXPECT_EQ(terms.moment, 6.0 * b * L);
   EXPECT_NE(terms.moment, 6.0 * (b * L));
-  EXPECT_EQ(terms.near, (phi + 4.0) * b * (L * L));
-  EXPECT_NE(terms.near, (phi + 4.0) * b * L * L);
-  EXPECT_EQ(terms.far, (2.0 - phi) * b * (L * L));
-  EXPECT_NE(terms.far, (2.0 - phi) * b * L * L);
+  EXPECT_EQ(terms.own, (phi + 4.0) * b * (L * L));
+  EXPECT_NE(terms.own, (phi + 4.0) * b * L * L);
+  EXPECT_EQ(terms.carryOver, (2.0 - phi) * b * (L * L));
+  EXPECT_NE(terms.carryOver, (2.0 - phi) * b * L * L);
 }
 
 TEST(StiffnessBits, BendingTerms) {

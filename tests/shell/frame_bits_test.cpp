@@ -1,5 +1,5 @@
 // The last bits of the element frame: each axis is a vector divided by its own length, and e2 is
-// that of m = n x a. Other forms are equal on paper and differ in a double's last bit.
+// that of m = n x a. Other forms are mathematically equal, but their last bits differ.
 #include <gtest/gtest.h>
 
 #include <cmath>

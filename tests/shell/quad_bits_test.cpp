@@ -1,6 +1,6 @@
 // The last bits of the four-node element: xi runs outside and eta inside, every point adds bending
-// before shear, and the drilling penalty multiplies its rows first. Other orders are equal on
-// paper.
+// before shear, and the drilling penalty multiplies its rows first. Other orders are
+// mathematically equal, but their last bits differ.
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -1,5 +1,5 @@
 // The last bits of the three-node element: the order of the area's sums, the digits of the weights
-// and the form of the products, each against the forms that are equal on paper.
+// and the form of the products, each compared with forms that are mathematically equal.
 #include <gtest/gtest.h>
 
 #include <cmath>
