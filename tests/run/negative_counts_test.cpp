@@ -57,9 +57,8 @@ TEST(NegativeCounts, ActAsZeroInAWholeRun) {
 
   const std::vector<std::string> files = ListFolder(zeroFolder.Path());
   EXPECT_EQ(ListFolder(negativeFolder.Path()), files);
-  for (const char* name :
-       {"Node_Dis.txt", "Shell element average node stress.txt", "Shell element node stress.txt",
-        "deformation.dxf", "structure.dxf"}) {
+  for (const char* name : {"Node_Dis.txt", "Shell element average node stress.txt",
+                           "Shell element node stress.txt", "deformation.dxf", "structure.dxf"}) {
     EXPECT_TRUE(std::filesystem::exists(zeroFolder.Path() / name)) << name;
     EXPECT_EQ(ReadFile(negativeFolder.Path() / name), ReadFile(zeroFolder.Path() / name)) << name;
   }
