@@ -1,5 +1,7 @@
-// The common part of both fuzz targets: the mutator, a small free memory, and an empty standard
-// input.
+// The common part of both fuzz targets.
+//
+// It replaces the free memory of the machine by a small fixed value, makes standard input empty, so
+// that no run waits for a key, and adds the changes of mutate_model.h to those of the fuzzer.
 #pragma once
 
 #include <cstddef>

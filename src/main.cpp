@@ -1,7 +1,7 @@
 // The program korvex: solves the model in the current directory. No arguments, no options.
 //
-// The run itself and its errors are in run/run_driver.h. This file handles only the last resort: the
-// end of the program where there is no memory for an exception.
+// The run and its errors are handled in run/run_driver.h. This file handles only the last case: no
+// memory is left for an exception.
 #include <cstdio>
 #include <cstdlib>
 #include <exception>

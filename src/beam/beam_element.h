@@ -33,7 +33,7 @@ struct SectionProperties {
   double Iz = 0.0;            // about local z through the centroid: bending in the x-y plane
   double J = 0.0;             // torsion constant
   double ShearFactorY = 0.0;  // 12 E Iy / (G As L^2), dimensionless
-  double ShearFactorZ = 0.0;  // 12 E Iz / (G As L^2), dimensionless
+  double ShearFactorZ = 0.0;  // 12 E Iz / (G As L^2), dimensionless; 0 for T and L sections
   double CyPos = 0.0;         // extent of the section on the +y side
   double CyNeg = 0.0;         // extent of the section on the -y side
   double CzTop = 0.0;         // from the centroid to the flange's outer face (+z)

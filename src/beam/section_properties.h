@@ -20,8 +20,7 @@ namespace korvex {
 
 // Returns the properties of a T section.
 // element: must have NodeI, NodeJ, E and Mu; Hw, Tw, Bf, Tf: as in BeamSection; BeamSecOz: the
-// section's offset along local z. With Bf = 0 or Tf = 0 the section is the web, a rectangle Hw x
-// Tw.
+// section's offset along local z. With Bf = 0 or Tf = 0 the section is a rectangle Hw x Tw.
 SectionProperties SectionPropertiesT(const BeamElement& element, double Hw, double Tw, double Bf,
                                      double Tf, double BeamSecOz);
 

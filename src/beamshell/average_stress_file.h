@@ -1,5 +1,4 @@
-// The file of averaged stresses, of the global shells and of all detail models, for
-// post-processors.
+// The file of averaged stresses of the global shells and of all detail models, for post-processors.
 //
 // Values are separated by commas without blanks; six significant digits, 0-based numbers, global
 // axes, model units. A stress line has SX, SY, SZ, TXY, TXZ, TYZ and the von Mises stress. In

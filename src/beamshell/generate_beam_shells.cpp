@@ -49,6 +49,7 @@ void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionO
   ShiftOutline(ref.BeamSecOz, outline);
 }
 
+// The sum of bytes is limited to this, so that it cannot overflow.
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
 // Fills the beams' data into all detail models. Throws a Stop where the memory is too small for all

@@ -14,8 +14,7 @@ namespace {
 // coordinates.
 constexpr double Reach = 1.5 * CoincidenceTolerance;
 
-// The edge of a cell. It is larger than the box, so the box touches at most two cells per
-// direction.
+// The edge of a cell. It is larger than the box: the box touches at most two cells per direction.
 constexpr double CellSize = 10.0 * CoincidenceTolerance;
 
 // Shifts the cells, as a fraction of a cell. Coordinates are mostly round numbers; without the

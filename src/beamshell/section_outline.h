@@ -33,8 +33,9 @@ struct SectionOutline {
   std::vector<OutlineSegment> segments;  // in the order in which their shells are numbered
 };
 
-// The routines replace the contents of `outline`. They do not apply the offset BeamSecOz. With
-// Bf = 0 or Tf = 0 the outline is that of the web. meshLevel: as in the table above.
+// The next three routines replace the contents of `outline`. They do not apply the offset
+// BeamSecOz. With Bf = 0 or Tf = 0 the outline is that of the web. meshLevel: as in the table
+// above.
 
 // T section. Points: web from below, flange from the web to its -y tip, flange from the web to its
 // +y tip.

@@ -1,4 +1,5 @@
-// The solution of one detail model: its own system, driven by the beam's end displacements.
+// The solution of one detail model: its own equation system, loaded by the beam's end
+// displacements.
 //
 // The displacements of the end nodes are imposed by a penalty on the diagonal and the corresponding
 // load (Bathe 1996, sec. 3.4.1). The links transfer them to the outline nodes of the end stations.

@@ -4,8 +4,8 @@
 // Nodes, global axes: node 0 is the beam's first end; then follow the P outline points of station
 // 0, of station 1 and so on to station n; the last node is the beam's second end. Each outline
 // segment makes one four-node shell between two stations. Links, which are very stiff beams,
-// connect each end node with the P nodes of its end station. Equation of dof d of node i: i *
-// DofsPerNode + d.
+// connect each end node with the P nodes of its end station. Dof d of node i has the equation
+// i * DofsPerNode + d.
 #pragma once
 
 #include <cstdint>

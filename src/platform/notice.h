@@ -1,4 +1,4 @@
-// The blocking notice that tells a user why the run cannot go on.
+// A notice to the user, for example why the run cannot go on. The call waits until it is dismissed.
 //
 // Windows: a modal message box without owner window, titled "Warning!", with an OK button only.
 // POSIX: the title, the text and a request to press Enter, in UTF-8 on standard error. The call

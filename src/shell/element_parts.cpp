@@ -38,7 +38,7 @@ void RotateMatrixToGlobal(const ElementFrame& frame, std::int32_t nodes, double*
 
 namespace {
 
-// Multiplies each triple of f by `rotation` in place. rotation: 3 x 3, row-major; f: 6 nodes.
+// Multiplies each triple of f by `rotation` in place. rotation: 3 x 3, row-major; f: 6 * nodes.
 void RotateTriples(const std::array<double, 9>& rotation, std::int32_t nodes, double* f) {
   std::array<double, 3> rotated{};
   for (double* triple = f; triple != f + 6 * nodes; triple += 3) {

@@ -1,5 +1,8 @@
-// Forms one element's stiffness and the list of its equations, and hands both to a function. The
-// function may add them to a skyline matrix, write them for another solver, or count entries.
+// Forms one element's stiffness and the list of its equations, and hands both to a function.
+//
+// The global matrix and the detail models use the same routine. The function may add the matrix to
+// a skyline matrix, write it for another solver, or count its entries. Entry (i, j) belongs to the
+// equations g[i] and g[j] (base/dof_counts.h).
 #pragma once
 
 #include <array>
