@@ -1,4 +1,3 @@
-// See factor_skyline.h.
 #include "skyline/factor_skyline.h"
 
 #include <algorithm>
@@ -12,11 +11,11 @@ namespace korvex {
 
 namespace {
 
-// The work space of the panel routines begins at such an address: vectors that lie across two cache
-// lines take twice the time.
+// Bytes. The work space begins at a multiple of it: a vector that crosses the boundary of two cache
+// lines takes twice the time to load.
 constexpr std::size_t WorkAlignment = 64;
 
-// The rows of the highest panel, from a tile's first to the panel's, but no more than a slice has.
+// Rows of the slices: those of the tallest panel above its diagonal block, at most MaxSliceRows.
 std::int64_t CountSliceRows(const SkylineMatrix& K, std::int64_t n) {
   std::int64_t rows = 0;
   for (std::int64_t j = 0; j < n; ++j) {

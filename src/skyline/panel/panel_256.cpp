@@ -1,5 +1,5 @@
-// The panel routine in vectors of 256 bits, four numbers each. Compiled for processors that have
-// them.
+// The panel routine in vectors of 256 bits, four doubles each. This file is compiled for processors
+// that have these vectors and must not be called on others.
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {

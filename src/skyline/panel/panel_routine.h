@@ -1,11 +1,13 @@
-// The panel routine (skyline_panel.h) for a vector length.
+// Which panel routine serves a vector length. A build for processors without vector routines links
+// panel_routine_none.cpp, which has none.
 #pragma once
 
 #include "skyline/panel/panel.h"
 
 namespace korvex {
 
-// vectorBits: 128, 256 or 512. Null where the program has none of this length.
+// Returns the panel routine for vectorBits = 128, 256 or 512; null for other lengths, and where the
+// program has no panel routines.
 PanelRoutine FindPanelRoutine(int vectorBits);
 
 }  // namespace korvex

@@ -1,4 +1,3 @@
-// No panel routines: see panel_routine.h.
 #include "skyline/panel/panel_routine.h"
 
 namespace korvex {

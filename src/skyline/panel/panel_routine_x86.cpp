@@ -1,4 +1,3 @@
-// The panel routines for x86 processors: see panel_routine.h.
 #include "skyline/panel/panel_routine.h"
 
 namespace korvex {
