@@ -20,7 +20,7 @@ namespace korvex {
 // K: n columns with values; on return D on the diagonal and the factors l(i, j) above it.
 // F: n; on return y.
 // columns: counts the columns of K.
-// Throws a Stop where memory cannot hold the work space (at most 190 kB).
+// Throws a Stop where memory cannot hold the work space.
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
                    ColumnCounter& columns);
 

@@ -31,10 +31,20 @@ void ScaleColumn(SkylineMatrix& K, std::int64_t j) {
   }
 }
 
-// L y = F; y replaces F.
-void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
+}  // namespace
+
+void FactorColumnsPlain(SkylineMatrix& K, std::int64_t first, ColumnCounter& columns) {
+  const std::int64_t n = CountColumns(K);
+  for (std::int64_t j = first; j < n; ++j) {
+    ReduceColumn(K, j);
+    ScaleColumn(K, j);
+    CountColumn(columns);
+  }
+}
+
+void ReduceLoadPlain(const SkylineMatrix& K, std::int64_t first, std::vector<double>& F) {
   const auto n = static_cast<std::int64_t>(F.size());
-  for (std::int64_t j = 1; j < n; ++j) {
+  for (std::int64_t j = first; j < n; ++j) {
     const double* columnJ = Column(K, j);
     double y = F[static_cast<std::size_t>(j)];
     for (std::int64_t k = TopRow(K, j); k < j; ++k) {
@@ -42,18 +52,6 @@ void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
     }
     F[static_cast<std::size_t>(j)] = y;
   }
-}
-
-}  // namespace
-
-void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns) {
-  const std::int64_t n = CountColumns(K);
-  for (std::int64_t j = 0; j < n; ++j) {
-    ReduceColumn(K, j);
-    ScaleColumn(K, j);
-    CountColumn(columns);
-  }
-  ReduceLoad(K, F);
 }
 
 // Row by row from the bottom. A row of L^T is spread over all later columns, and each of them is

@@ -10,6 +10,7 @@
 // bits in less time; it uses this factorisation where there are no vector registers.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "skyline/column_counter.h"
@@ -17,8 +18,20 @@
 
 namespace korvex {
 
+// Factorises the columns first .. n - 1 of K in place. All columns before are finished.
+// columns: counts these columns.
+void FactorColumnsPlain(SkylineMatrix& K, std::int64_t first, ColumnCounter& columns);
+
+// Computes y(first) .. y(n - 1) of L y = F in place. All y before are known.
+void ReduceLoadPlain(const SkylineMatrix& K, std::int64_t first, std::vector<double>& F);
+
 // Factorises K and reduces F, both in place; arguments as for FactorSkyline (factor_skyline.h).
-void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns);
+// Inline: there is only one compiled copy of the two loops, so that the signs of NaNs are the same
+// for all callers (factor_skyline.cpp).
+inline void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns) {
+  FactorColumnsPlain(K, 0, columns);
+  ReduceLoadPlain(K, 0, F);
+}
 
 // Solves D L^T u = y. K: the factors. y: n. u: n, written completely.
 void SubstituteBackPlain(const SkylineMatrix& K, const std::vector<double>& y,

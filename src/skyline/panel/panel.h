@@ -58,8 +58,18 @@ struct SkylineArrays {
 // first: a multiple of PanelColumns.
 // work: sliceRows x PanelColumns, row-major, aligned to 64 bytes; scratch.
 // sliceRows: the largest number of rows of a slice, a multiple of TileRows.
-using PanelRoutine = void (*)(const SkylineArrays& K, std::int64_t first, double* work,
-                              std::int64_t sliceRows);
+using FactorRoutine = void (*)(const SkylineArrays& K, std::int64_t first, double* work,
+                               std::int64_t sliceRows);
+
+// Returns the sum of values[0 .. count - 1], added in an unspecified order. A quick test: if the
+// sum is not a NaN, no value is.
+using SumRoutine = double (*)(const double* values, std::int64_t count);
+
+// The routines of a vector length.
+struct PanelRoutines {
+  FactorRoutine factor;
+  SumRoutine sum;
+};
 
 void FactorPanel128(const SkylineArrays& K, std::int64_t first, double* work,
                     std::int64_t sliceRows);
@@ -67,5 +77,8 @@ void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
                     std::int64_t sliceRows);
 void FactorPanel512(const SkylineArrays& K, std::int64_t first, double* work,
                     std::int64_t sliceRows);
+double SumValues128(const double* values, std::int64_t count);
+double SumValues256(const double* values, std::int64_t count);
+double SumValues512(const double* values, std::int64_t count);
 
 }  // namespace korvex

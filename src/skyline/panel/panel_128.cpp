@@ -9,4 +9,8 @@ void FactorPanel128(const SkylineArrays& K, std::int64_t first, double* work,
   FactorPanel<ShortVectors<2>>(K, first, work, sliceRows);
 }
 
+double SumValues128(const double* values, std::int64_t count) {
+  return SumValues<ShortVectors<2>>(values, count);
+}
+
 }  // namespace korvex

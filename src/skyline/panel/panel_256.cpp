@@ -9,4 +9,8 @@ void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
   FactorPanel<ShortVectors<4>>(K, first, work, sliceRows);
 }
 
+double SumValues256(const double* values, std::int64_t count) {
+  return SumValues<ShortVectors<4>>(values, count);
+}
+
 }  // namespace korvex

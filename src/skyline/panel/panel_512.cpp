@@ -32,4 +32,8 @@ void FactorPanel512(const SkylineArrays& K, std::int64_t first, double* work,
   FactorPanel<Width512>(K, first, work, sliceRows);
 }
 
+double SumValues512(const double* values, std::int64_t count) {
+  return SumValues<Width512>(values, count);
+}
+
 }  // namespace korvex

@@ -442,5 +442,25 @@ void FactorPanel(const SkylineArrays& K, std::int64_t first, double* work, std::
   FinishDiagonalBlock<Width>(K, panel);
 }
 
+// The sum of values[0 .. count - 1]: partial sums in eight vectors, then the rest.
+template <typename Width>
+double SumValues(const double* values, std::int64_t count) {
+  constexpr int Vectors = 8;
+  constexpr std::int64_t Stride = Vectors * Width::Lanes;
+  VectorOf<Width> sums[Vectors] = {};
+  std::int64_t i = 0;
+  for (; i + Stride <= count; i += Stride) {
+    Repeat<Vectors>([&](auto v) KORVEX_INLINE {
+      sums[v] = sums[v] + Load<Width>(values + i + v * Width::Lanes);
+    });
+  }
+  double sum = 0.0;
+  for (int lane = 0; lane < Width::Lanes; ++lane) {
+    for (const VectorOf<Width>& partial : sums) sum += partial[lane];
+  }
+  for (; i < count; ++i) sum += values[i];
+  return sum;
+}
+
 }  // namespace
 }  // namespace korvex

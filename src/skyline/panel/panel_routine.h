@@ -1,4 +1,4 @@
-// Which panel routine serves a vector length. A build for processors without vector routines links
+// The panel routines of a vector length. A build for processors without vector routines links
 // panel_routine_none.cpp, which has none.
 #pragma once
 
@@ -6,8 +6,8 @@
 
 namespace korvex {
 
-// Returns the panel routine for vectorBits = 128, 256 or 512; null for other lengths, and where the
-// program has no panel routines.
-PanelRoutine FindPanelRoutine(int vectorBits);
+// Returns the routines for vectorBits = 128, 256 or 512; null pointers for other lengths, and where
+// the program has no panel routines.
+PanelRoutines FindPanelRoutines(int vectorBits);
 
 }  // namespace korvex

@@ -2,6 +2,6 @@
 
 namespace korvex {
 
-PanelRoutine FindPanelRoutine(int /*vectorBits*/) { return nullptr; }
+PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
 
 }  // namespace korvex
