@@ -1,12 +1,12 @@
-// The factorisation in vectors of each length, and the substitution, beside the plain routine.
+// Measures the factorisation with vectors of each length, and the substitution, against the plain
+// routines.
 //
-// Google Benchmark runs them, case by case: it repeats each routine of a case and mixes the
-// repetitions at random, so that a machine that others share slows all alike. Times are processor
-// times. The peak is what one core multiplies and subtracts in the same vectors in registers,
-// measured right before and after each factorisation. What needs the medians of several routines
-// follows in a table after each case: ratios, and whether factors, loads and solutions have the
-// same bits. Its last line is the solution as runs of the program have it, factorisation and
-// substitution together, which takes independent systems apart.
+// Google Benchmark runs one case after another. It repeats each routine of a case, in random order,
+// so that other load on the machine affects all routines equally. Times are processor times. The
+// peak (vector_peak.h) is measured right before and after each factorisation. A table after each
+// case gives the ratios of medians, and whether factors, loads and solutions have the same bits.
+// Its last line is the complete solution as in a run of the program, by independent systems where
+// there are any.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -31,38 +31,38 @@ namespace {
 using namespace korvex;
 using namespace korvex::bench;
 
-constexpr int Plain = 0;  // in place of a vector length
+constexpr int Plain = 0;  // instead of a vector length
 constexpr double Giga = 1e9;
 constexpr int UsageError = 2;  // exit status
 
-constexpr std::uint64_t HashStart = 14695981039346656037U;  // the hash of nothing
+constexpr std::uint64_t HashStart = 14695981039346656037U;  // the hash of no values
 
-// What one routine took and gave, by repetition.
+// Times and results of one routine, for each repetition.
 struct Record {
   int vectorBits = Plain;
   std::string name;                        // of its benchmark
   std::vector<double> factor, substitute;  // seconds
-  std::vector<double> peak;                // operations a second; 0 for the plain routine
+  std::vector<double> peak;                // operations per second; 0 for the plain routine
   std::vector<std::uint64_t> loadHashes;   // of reduced load and solution
   std::vector<std::uint64_t> factorHashes;
 };
 
-// The same of the whole solution as runs of the program have it, where it is chosen. Its factor is
-// not looked at: taken apart, it lies elsewhere.
-struct WholeRecord {
+// Times and results of the complete solution. Its factors are not compared, because independent
+// systems have other skylines.
+struct RunRecord {
   bool isChosen = false;
   std::string name;
   std::vector<double> seconds;
   std::vector<std::uint64_t> loadHashes;  // of reduced load and solution
 };
 
-// A system, made by the first routine that needs it, and the routines that solve it.
+// A case: its system, made by the first routine that needs it, and its routines.
 struct Job {
   const SkylineCase* source = nullptr;
   SkylineSystem system;
   double operations = 0.0;
   std::vector<Record> records;
-  WholeRecord whole;
+  RunRecord run;
 };
 
 // Products, differences and quotients of the factorisation and the forward reduction.
@@ -79,8 +79,8 @@ double CountOperations(const SkylineMatrix& K) {
   return count;
 }
 
-// A number that depends on every bit of the values (Fowler, Noll & Vo, by words).
-// hash: of what came before.
+// A hash of the bits of all values (Fowler, Noll & Vo, by words).
+// hash: the hash of the values before these.
 std::uint64_t HashBits(const std::vector<double>& values, std::uint64_t hash) {
   for (const double value : values) {
     std::uint64_t bits = 0;
@@ -100,8 +100,8 @@ void MakeSystem(Job& job) {
   job.operations = CountOperations(job.system.K) * job.system.copies;
 }
 
-// One repetition: solves all copies of the system. The library's clock runs for the factorisation
-// alone; the rest are counters.
+// One repetition: solves all copies of the system. The benchmark's time is that of the
+// factorisation; other results are its counters.
 void Solve(const Job& job, benchmark::State& state, Record& record) {
   const SkylineSystem& system = job.system;
   const auto copies = static_cast<std::size_t>(system.copies);
@@ -141,8 +141,8 @@ void Solve(const Job& job, benchmark::State& state, Record& record) {
   state.counters["of_peak"] = job.operations / factor / peak;
 }
 
-// One repetition of the whole solution.
-void SolveWhole(const Job& job, benchmark::State& state, WholeRecord& record) {
+// One repetition of the complete solution.
+void SolveRun(const Job& job, benchmark::State& state, RunRecord& record) {
   const auto copies = static_cast<std::size_t>(job.system.copies);
   std::vector<SkylineMatrix> K(copies, job.system.K);
   std::vector<std::vector<double>> F(copies, job.system.F), u(copies, job.system.F);
@@ -157,10 +157,10 @@ void SolveWhole(const Job& job, benchmark::State& state, WholeRecord& record) {
   record.loadHashes.push_back(HashLoads(F[0], u[0]));
 }
 
-// Whether --benchmark_filter takes the benchmark, by the library's rule: if the pattern is found in
-// its full name or, with a minus before it, if it is not found there.
+// Whether --benchmark_filter selects the benchmark, by the library's rule: if the pattern matches a
+// part of its full name or, with a minus before it, if it does not.
 bool IsChosen(const std::string& shortName) {
-  const std::string name = shortName + "/iterations:1/manual_time";  // as the library extends it
+  const std::string name = shortName + "/iterations:1/manual_time";  // the library's suffix
   const std::string filter = benchmark::GetBenchmarkFilter();
   if (filter.empty() || filter == "all") return true;
   const bool isNegative = filter[0] == '-';
@@ -168,7 +168,7 @@ bool IsChosen(const std::string& shortName) {
   return std::regex_search(name, pattern) != isNegative;
 }
 
-// Lists the routines of a case that are chosen, the plain one first.
+// Lists the selected routines of a case, the plain one first.
 void ListRoutines(Job& job) {
   const auto add = [&](int vectorBits, const std::string& routine) {
     Record record;
@@ -178,8 +178,8 @@ void ListRoutines(Job& job) {
   };
   add(Plain, "plain");
   for (int bits = 128; bits <= WidestVectorBits(); bits *= 2) add(bits, std::to_string(bits));
-  job.whole.name = std::string(job.source->name) + "/run";
-  job.whole.isChosen = IsChosen(job.whole.name);
+  job.run.name = std::string(job.source->name) + "/run";
+  job.run.isChosen = IsChosen(job.run.name);
 }
 
 void PrintRecord(const Record& record, const Record& first, double operations, bool isSame) {
@@ -199,8 +199,8 @@ void PrintRecord(const Record& record, const Record& first, double operations, b
                isSame ? "" : "  OTHER BITS");
 }
 
-// first: null where no other routine is chosen.
-void PrintWhole(const WholeRecord& record, const Record* first, bool isSame) {
+// first: null if no other routine is selected.
+void PrintRun(const RunRecord& record, const Record* first, bool isSame) {
   const double seconds = Median(record.seconds);
   std::fprintf(stderr, "%-16s %10.4f", record.name.c_str(), seconds);
   if (first != nullptr) {
@@ -210,20 +210,20 @@ void PrintWhole(const WholeRecord& record, const Record* first, bool isSame) {
   std::fprintf(stderr, "  with substitution%s\n", isSame ? "" : "  OTHER BITS");
 }
 
-// Whether all are the same, and the same as `first`.
+// Whether all hashes are equal to `first`.
 bool AreAll(const std::vector<std::uint64_t>& hashes, std::uint64_t first) {
   return std::all_of(hashes.begin(), hashes.end(),
                      [&](std::uint64_t hash) { return hash == first; });
 }
 
-// Prints medians and ratios to the first routine, and whether all have its bits. The table goes
-// where the library writes what is for readers: its standard output may be JSON.
+// Prints medians, ratios to the first routine, and whether all results have its bits. The table
+// goes to the standard error output, because the standard output may be JSON.
 bool PrintTable(const Job& job) {
   const Record* first = job.records.empty() ? nullptr : &job.records[0];
   std::fprintf(stderr, "\n%s: %zu equations, %.1f million entries, %.2f Gflop, medians of %zu\n",
                job.system.title.c_str(), job.system.F.size(),
                static_cast<double>(job.system.K.SkylineSize) * 1e-6, job.operations / Giga,
-               first == nullptr ? job.whole.seconds.size() : first->factor.size());
+               first == nullptr ? job.run.seconds.size() : first->factor.size());
   std::fprintf(stderr, "%-16s %10s %8s %8s %15s %10s %8s\n", "", "factor, s", "Gflop/s", "x first",
                "of the peak", "subst., s", "x first");
   bool areSame = true;
@@ -233,19 +233,19 @@ bool PrintTable(const Job& job) {
     PrintRecord(record, *first, job.operations, isSame);
     areSame = areSame && isSame;
   }
-  if (job.whole.isChosen) {
+  if (job.run.isChosen) {
     const std::vector<std::uint64_t>& hashes =
-        first == nullptr ? job.whole.loadHashes : first->loadHashes;
-    const bool isSame = AreAll(job.whole.loadHashes, hashes[0]);
-    PrintWhole(job.whole, first, isSame);
+        first == nullptr ? job.run.loadHashes : first->loadHashes;
+    const bool isSame = AreAll(job.run.loadHashes, hashes[0]);
+    PrintRun(job.run, first, isSame);
     areSame = areSame && isSame;
   }
   std::fprintf(stderr, "\n");
   return areSame;
 }
 
-// Whether the option is for output that the library can only write in one run: every run begins the
-// file anew, and JSON ends with the run.
+// Whether the option asks for output of a single run: each run of the library overwrites its file
+// and completes its JSON text.
 bool IsForOneRun(const std::string& option) {
   return option.rfind("--benchmark_out=", 0) == 0 || option == "--benchmark_format=json";
 }
@@ -263,7 +263,7 @@ bool RunJob(benchmark::BenchmarkReporter& reporter, Job& job) {
         ->Unit(benchmark::kMillisecond);
   };
   for (Record& record : job.records) add(record.name, record, Solve);
-  if (job.whole.isChosen) add(job.whole.name, job.whole, SolveWhole);
+  if (job.run.isChosen) add(job.run.name, job.run, SolveRun);
   benchmark::RunSpecifiedBenchmarks(&reporter);
   benchmark::ClearRegisteredBenchmarks();
   const bool isOnlyListed = job.system.F.empty();
@@ -272,9 +272,9 @@ bool RunJob(benchmark::BenchmarkReporter& reporter, Job& job) {
 
 }  // namespace
 
-// Arguments: those of the library. The exit status is 1 where bits differ.
+// Arguments: those of the library. The exit status is 1 if bits differ.
 int main(int count, char** arguments) {
-  // Before the caller's own, which take precedence.
+  // Defaults. The caller's arguments follow and take precedence.
   char interleaving[] = "--benchmark_enable_random_interleaving=true";
   char repetitions[] = "--benchmark_repetitions=3";
   std::vector<char*> all{arguments[0], interleaving, repetitions};
@@ -289,7 +289,7 @@ int main(int count, char** arguments) {
     Job job;
     job.source = &source;
     ListRoutines(job);
-    if (!job.records.empty() || job.whole.isChosen) jobs.push_back(job);
+    if (!job.records.empty() || job.run.isChosen) jobs.push_back(job);
   }
   if (jobs.empty() || (takesOneCase && jobs.size() > 1)) {
     std::fprintf(stderr, jobs.empty()
@@ -297,8 +297,8 @@ int main(int count, char** arguments) {
                              : "A file or JSON takes one case: choose it by the filter.\n");
     return UsageError;
   }
-  // One for all cases, because the library (1.7.1) deletes its own after the first run and then
-  // uses it again.
+  // One reporter for all cases: version 1.7.1 of the library deletes its own after the first run
+  // and then uses it again.
   benchmark::BenchmarkReporter& reporter = *benchmark::CreateDefaultDisplayReporter();
   bool areSame = true;
   for (Job& job : jobs) {

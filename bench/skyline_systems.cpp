@@ -1,4 +1,4 @@
-// The meshes as tables of a model, assembled by the stages of a run.
+// Each mesh is written as a model file's tables and assembled by the stages of a run.
 #include "skyline_systems.h"
 
 #include <algorithm>
@@ -29,7 +29,8 @@ struct Mesh {
   std::vector<std::array<std::int32_t, 4>> squares;
 };
 
-// Squares between `rows` lines of `columns` nodes, node (column, row) being number[row][column].
+// Adds the squares between `rows` lines of `columns` nodes.
+// numbers: rows x columns, row-major, the node numbers.
 void AddSquares(int columns, int rows, const std::vector<std::int32_t>& numbers, Mesh& mesh) {
   for (int row = 0; row + 1 < rows; ++row) {
     for (int column = 0; column + 1 < columns; ++column) {
@@ -39,7 +40,7 @@ void AddSquares(int columns, int rows, const std::vector<std::int32_t>& numbers,
   }
 }
 
-// The tables of a mesh that is held at its first `fixed` nodes.
+// The tables of a mesh with all dofs of its first `fixed` nodes restrained.
 ModelTables MakeTables(const Mesh& mesh, int fixed) {
   ModelTables tables;
   tables.Materials = {{Young, Poisson, 0.0}};
@@ -55,7 +56,7 @@ ModelTables MakeTables(const Mesh& mesh, int fixed) {
   return tables;
 }
 
-// The system of a mesh that is held at its first `fixed` nodes; a unit load on every dof.
+// The system of a mesh with its first `fixed` nodes restrained and a unit load on every dof.
 SkylineSystem Assemble(const std::string& title, const Mesh& mesh, int fixed) {
   Model model;
   ReadInputText(WriteTables(MakeTables(mesh, fixed)), model);
@@ -76,7 +77,8 @@ std::string SizeText(int columns, int rows) {
   return std::to_string(columns) + " x " + std::to_string(rows);
 }
 
-// A flat plate on a grid, the node at each place of it being numbers[place].
+// Adds a flat plate on a grid of rows x columns nodes.
+// numbers: rows x columns, row-major, the node numbers.
 void AddPlate(int columns, int rows, const std::vector<std::int32_t>& numbers, Mesh& mesh) {
   mesh.nodes.resize(numbers.size());
   for (std::size_t i = 0; i < numbers.size(); ++i) {
@@ -143,7 +145,7 @@ SkylineSystem MakeCylinder(int columns, int rings) {
       mesh.nodes.push_back(
           {radius * std::cos(angle * column), radius * std::sin(angle * column), Side * ring});
     }
-    numbers.push_back(ring * columns);  // closes the ring
+    numbers.push_back(ring * columns);  // the ring's first node again, to close it
   }
   AddSquares(columns + 1, rings, numbers, mesh);
   return Assemble("cylinder " + SizeText(columns, rings), mesh, columns);

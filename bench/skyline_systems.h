@@ -1,4 +1,4 @@
-// Systems of equations to solve: how the columns' tops lie is what distinguishes them.
+// Systems of equations for the measurements. They differ in the top rows of their columns.
 #pragma once
 
 #include <array>
@@ -13,23 +13,24 @@ struct SkylineSystem {
   std::string title;
   SkylineMatrix K;        // assembled and supported
   std::vector<double> F;  // [n]
-  int copies = 1;         // so many are solved, one after another
+  int copies = 1;         // number of equal systems solved one after another
 };
 
-// A system is made when it is needed and not before: the largest has 2.2 GB.
+// A system is made only when it is needed: the largest takes 2.2 GB.
 struct SkylineCase {
   const char* name;
   SkylineSystem (*make)();
 };
 
-// plate: a flat plate, its nodes numbered along the columns: two independent systems;
-// sloping: the same, parallel to no coordinate plane: one system;
+// plate: a flat plate in a coordinate plane, two independent systems;
+// sloping: the same plate, inclined, one system;
 // stiffened: a plate with a web of two rows of shells under every fifth line of nodes, the web's
 //    nodes numbered between the plate's;
-// cylinder: a tube, numbered ring by ring: the last node of a ring lies beside its first;
-// shuffled: a square plate whose nodes are numbered at random, hardly two columns of one height;
-// details: the detail model of a T girder, many times;
-// strip, square: flat plates, a long one and a large one.
+// cylinder: a tube, numbered ring by ring, so that elements couple the last node of a ring and its
+//    first;
+// shuffled: a square plate numbered at random, so that few nodes have columns of equal height;
+// details: 500 copies of the detail model of a T girder;
+// strip, square: a long flat plate and a large one.
 extern const std::array<SkylineCase, 8> SkylineCases;
 
 }  // namespace korvex::bench

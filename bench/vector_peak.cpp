@@ -1,5 +1,4 @@
-// See vector_peak.h. Independent sums in registers, each a product taken from a difference; nothing
-// is read from memory.
+// The loop is sums[i] -= a * b for independent sums in registers, without memory access.
 #include "vector_peak.h"
 
 #include <algorithm>
@@ -9,17 +8,18 @@ namespace korvex::bench {
 
 namespace {
 
-// As many sums as keep both units busy and leave registers for factors and products.
+// Enough sums to keep both arithmetic units busy; the other registers hold factors and products.
 constexpr int Sums = 12;
 constexpr long Steps = 2000000;
 constexpr int Runs = 5;
 
-// Hides what a vector holds, so that the compiler neither drops a product nor forms it once for
-// all.
+// Hides a vector's value from the compiler, so that it neither removes a product nor moves it out
+// of the loop.
 #define KORVEX_HIDE(vector) asm volatile("" : "+x"(vector))
 #define KORVEX_HIDE_WIDE(vector) asm volatile("" : "+v"(vector))
 
-// A function of its own for each processor: no template can bear the attribute.
+// One function for each processor type. A macro, because a template cannot have the target
+// attribute.
 #define KORVEX_PEAK_LOOP(Name, Target, Bits, Hide)                         \
   __attribute__((target(Target), noinline)) void Name() {                  \
     typedef double Vector __attribute__((vector_size(Bits / 8)));          \

@@ -1,10 +1,11 @@
-// How fast one core multiplies and subtracts: the most that a factorisation can reach.
+// The peak rate of multiplications and subtractions on one core: an upper limit for a
+// factorisation.
 #pragma once
 
 namespace korvex::bench {
 
-// Products and differences a second, in vectors of `vectorBits` (128, 256 or 512; the processor
-// must have them), rounded one by one as the factorisation does it.
+// Returns products and differences per second, each rounded separately as in the factorisation.
+// vectorBits: 128, 256 or 512; the processor must have these vectors.
 double MeasurePeak(int vectorBits);
 
 }  // namespace korvex::bench

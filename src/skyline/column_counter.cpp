@@ -7,8 +7,8 @@ void CountColumn(ColumnCounter& counter) {
   ++counter.done;
   if (!counter.progress) return;
   const auto percent = static_cast<int>(counter.done * 100 / counter.columns);
-  const bool isTold = percent % 20 == 0 && percent > 0;
-  if (isTold) counter.progress(percent);
+  const bool isReported = percent % 20 == 0 && percent > 0;
+  if (isReported) counter.progress(percent);
 }
 
 }  // namespace korvex

@@ -1,4 +1,8 @@
-// How many columns of a factorisation are done, and whom it tells.
+// Progress of a factorisation: counts finished columns and reports 20, 40, 60, 80 and 100 percent.
+//
+//   percent = done * 100 / columns, rounded down
+//
+// Many columns share a percentage, and each of them reports it: the console's text depends on this.
 #pragma once
 
 #include <cstdint>
@@ -6,19 +10,19 @@
 
 namespace korvex {
 
-// Hears the share of the columns that are done, in percent.
+// Receives the share of finished columns, in percent.
 using ProgressCallback = std::function<void(int percent)>;
 
-// The columns of a system, in one factorisation or several.
+// The columns of one factorisation, or of several that share one progress report.
 struct ColumnCounter {
-  ProgressCallback progress;  // empty: nobody is told
-  std::int64_t columns = 0;
-  std::int64_t done = 0;
+  ProgressCallback progress;  // empty: no reports
+  std::int64_t columns = 0;   // all columns
+  std::int64_t done = 0;      // finished columns, never more than `columns`
 };
 
-// Counts one more column and tells the share of those done, rounded down, where it is 20, 40, 60,
-// 80 or 100. Many columns share a percentage: each of them tells it. Columns beyond all are done
-// again, and nothing more is told of them.
+// Counts one more finished column and reports the percentage if it is 20, 40, 60, 80 or 100.
+// Does nothing once all columns are counted: a system that is solved a second time, as one system
+// after a solution by independent systems failed, counts some of its columns twice.
 void CountColumn(ColumnCounter& counter);
 
 }  // namespace korvex

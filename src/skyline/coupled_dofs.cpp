@@ -1,4 +1,3 @@
-// See coupled_dofs.h.
 #include "skyline/coupled_dofs.h"
 
 #include <algorithm>
@@ -11,11 +10,11 @@ namespace korvex {
 
 namespace {
 
-// Every so many columns one is asked for the share of its entries that are not zero. A prime, so
-// that all dofs of nodes have their turn.
+// Every 61st column is sampled for its share of non-zeros. A prime number, so that the sample
+// includes columns of all six dofs.
 constexpr std::int64_t SampleDistance = 61;
 
-// The dofs of the rows first .. end - 1 whose entries in column j are not zero.
+// The dofs (bit d: dof d) of the rows first .. end - 1 that have a non-zero in column j.
 unsigned FindDofs(const double* column, std::int64_t j, std::int64_t first, std::int64_t end) {
   unsigned mask = 0;
   for (std::int64_t i = first; i < end; ++i) {
@@ -24,27 +23,28 @@ unsigned FindDofs(const double* column, std::int64_t j, std::int64_t first, std:
   return mask;
 }
 
-// Whether, by a sample, the entries that are not zero are few enough to be listed.
+// Whether the sampled columns have few enough non-zeros.
 bool IsSparse(const SkylineMatrix& K) {
-  std::uint64_t entries = 0, stored = 0;
+  std::uint64_t nonZeros = 0, stored = 0;
   for (std::int64_t j = 0; j < CountColumns(K); j += SampleDistance) {
     const double* column = Column(K, j);
     const std::int64_t height = K.ColumnHeights[static_cast<std::size_t>(j)];
     stored += static_cast<std::uint64_t>(height);
-    entries += static_cast<std::uint64_t>(
+    nonZeros += static_cast<std::uint64_t>(
         std::count_if(column, column + height, [](double value) { return value != 0.0; }));
   }
-  return EntriesPerListed * entries <= stored;
+  return StoredPerNonZero * nonZeros <= stored;
 }
 
-// Whether no entries are seen that couple all dofs of nodes. Elements couple a column in the
-// topmost rows and, as beams beside the plane of a plate do, in those of its own node. What couples
-// in other rows only is seen when the entries are listed. A diagonal that is not positive mostly
-// ends in infinities.
-bool AreDofsApart(const SkylineMatrix& K) {
+// Whether the dofs fall into two or more sets without a coupling entry between them.
+// Only the six topmost rows of each column and the rows of its own node are read: an element
+// couples its nodes to the lowest-numbered one, and a beam beside the plane of a plate couples the
+// dofs of one node. SolveIndependentSystems finds couplings in other rows. A diagonal entry that is
+// not positive mostly leads to infinities, which it cannot handle.
+bool HasDecoupledDofs(const SkylineMatrix& K) {
   DisjointSets dofs;
   InitSets(dofs, DofsPerNode);
-  std::array<unsigned, DofsPerNode> seen{};  // [d] bit c: the dofs d and c have been joined
+  std::array<unsigned, DofsPerNode> seen{};  // [d] bit c: dofs d and c are joined already
   for (std::int64_t j = 0; j < CountColumns(K); ++j) {
     const double* column = Column(K, j);
     if (!(column[0] > 0.0)) return false;
@@ -65,7 +65,7 @@ bool AreDofsApart(const SkylineMatrix& K) {
 
 }  // namespace
 
-// The sample first: it is quicker.
-bool MayDecouple(const SkylineMatrix& K) { return IsSparse(K) && AreDofsApart(K); }
+// The sample comes first because it is faster.
+bool MayDecouple(const SkylineMatrix& K) { return IsSparse(K) && HasDecoupledDofs(K); }
 
 }  // namespace korvex

@@ -1,8 +1,10 @@
-// Whether the dofs of nodes fall into sets that nothing in a structure couples, as those of the
-// membrane and of the bending of a flat plate parallel to a coordinate plane do.
+// A quick test for decoupled dofs: may K fall into independent systems?
 //
-// A quick look that comes before all entries are looked at: whatever couples all dofs of nodes, the
-// first stiffener beside the plane or the first element that is inclined, is one system.
+// In a flat plate in the xy plane, no element couples the membrane dofs (ux, uy, rz) with the
+// bending dofs (uz, rx, ry). This test reads a sample of K's entries, so it costs little. It
+// answers "no" as soon as the entries seen couple all six dofs, directly or by way of others; one
+// inclined element or one stiffener out of the plane is enough. "Yes" is not certain:
+// SolveIndependentSystems (independent_systems.h) then reads all entries.
 #pragma once
 
 #include <cstdint>
@@ -11,14 +13,15 @@
 
 namespace korvex {
 
-// Entries of K for each that may be listed: the list, two numbers for each, takes up to an eighth
-// of K's memory. Plates of less than 36 nodes in width have more; below 25 they would lose time.
-constexpr std::uint64_t EntriesPerListed = 16;
+// At most one stored entry in 16 may be non-zero. The list of non-zeros takes 16 bytes for each, so
+// at most an eighth of K's memory. Plates less than 36 nodes wide exceed the limit; below 25 nodes
+// the independent systems would take more time than they save.
+constexpr std::uint64_t StoredPerNonZero = 16;
 
-// Whether K may fall into systems that go by the dofs of nodes, and solving them may pay. False
-// where all dofs of a node are coupled somewhere, which the first columns tell of most structures,
-// and where more entries are not zero than should be listed.
-// K: its equations are numbered by nodes, DofsPerNode (base/dof_counts.h) to each.
+// Whether K may fall into independent systems of certain dofs, so that solving them separately may
+// save time. False if all six dofs are coupled (in most structures the first columns show it), if
+// too many entries are non-zero, or if a diagonal entry is not positive.
+// K: numbered by node, equation = node * DofsPerNode + dof (base/dof_counts.h).
 bool MayDecouple(const SkylineMatrix& K);
 
 }  // namespace korvex

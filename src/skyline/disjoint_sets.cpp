@@ -1,4 +1,3 @@
-// See disjoint_sets.h.
 #include "skyline/disjoint_sets.h"
 
 #include <numeric>
@@ -20,7 +19,7 @@ std::int32_t FindSet(DisjointSets& sets, std::int32_t number) {
 }
 
 void JoinSets(DisjointSets& sets, std::int32_t a, std::int32_t b) {
-  // The rule, and quick to see: they have been joined before.
+  // Common case: same parent already.
   if (sets.links[static_cast<std::size_t>(a)] == sets.links[static_cast<std::size_t>(b)]) return;
   const std::int32_t rootA = FindSet(sets, a);
   const std::int32_t rootB = FindSet(sets, b);
@@ -39,7 +38,7 @@ std::int32_t CountSets(const DisjointSets& sets) {
   return count;
 }
 
-// Numbers are met in ascending order: a set's root, its lowest, before all others of it.
+// Numbers are visited in ascending order, so a root comes before all other numbers of its set.
 void ListSets(DisjointSets& sets, SetList& list) {
   const auto n = static_cast<std::int32_t>(sets.links.size());
   list.places.resize(sets.links.size());

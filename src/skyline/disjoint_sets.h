@@ -1,8 +1,8 @@
-// Sets of the numbers 0 .. n - 1, of which each is in one: what is joined, directly or by way of
-// others, is in the same.
+// Disjoint sets (union-find) of the numbers 0 .. n - 1: each number belongs to exactly one set.
 //
-// A set is a tree of links to lower numbers, its lowest number the root (Galler & Fischer 1964);
-// paths are halved as they are walked (Tarjan & van Leeuwen 1984).
+// Each set is a tree: every number links to a lower number of its set, the lowest number is the
+// root and links to itself (Galler & Fischer 1964). FindSet shortens the paths by halving (Tarjan &
+// van Leeuwen 1984).
 #pragma once
 
 #include <cstdint>
@@ -11,25 +11,26 @@
 namespace korvex {
 
 struct DisjointSets {
-  std::vector<std::int32_t> links;  // [n] a number of the same set, none higher; of a root: itself
+  std::vector<std::int32_t> links;  // [n] the parent in the tree; a root is its own parent
 };
 
 // Makes n sets of one number each.
 void InitSets(DisjointSets& sets, std::int32_t n);
 
-// The lowest number of the set of `number`.
+// The root, that is the lowest number, of the set that holds `number`.
 std::int32_t FindSet(DisjointSets& sets, std::int32_t number);
 
-// Makes one set of those of two numbers.
+// Joins the sets that hold a and b.
 void JoinSets(DisjointSets& sets, std::int32_t a, std::int32_t b);
 
 std::int32_t CountSets(const DisjointSets& sets);
 
-// The sets by their lowest numbers.
+// All sets, in ascending order of their lowest numbers.
 struct SetList {
-  std::vector<std::int32_t> members;  // [n] those of a set together, ascending
-  std::vector<std::int32_t> begins;   // [sets + 1] where each set begins there, then n
-  std::vector<std::int32_t> places;   // [n] of each number, its place in its set
+  std::vector<std::int32_t> members;  // [n] set after set, each ascending
+  std::vector<std::int32_t>
+      begins;  // [sets + 1] position in `members` where each set begins, then n
+  std::vector<std::int32_t> places;  // [n] position of each number within its set
 };
 void ListSets(DisjointSets& sets, SetList& list);
 

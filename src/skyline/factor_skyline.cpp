@@ -1,7 +1,15 @@
-// See factor_skyline.h.
+// Signs of NaNs: x86 returns the bits of an operand that is a NaN, and of the first operand if both
+// are; 0/0 and the like give one fixed NaN, which has the sign bit set. Compilers may exchange the
+// operands of a product, so the bits of a product of two different NaNs depend on the compiler and
+// on the vector length. While all NaNs have the bits of the fixed one, no order matters. Other NaNs
+// come from the model file or from a negation. They are rare and get the plain routine:
+//   in F: the panels factorise K alone, and the plain forward reduction gives y;
+//   in K: the plain routine takes over at the first panel that has one.
 #include "skyline/factor_skyline.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstring>
 #include <memory>
 
 #include "report/check_memory.h"
@@ -12,11 +20,11 @@ namespace korvex {
 
 namespace {
 
-// The work space of the panel routines begins at such an address: vectors that lie across two cache
-// lines take twice the time.
+// Bytes. The work space begins at a multiple of it: a vector that crosses the boundary of two cache
+// lines takes twice the time to load.
 constexpr std::size_t WorkAlignment = 64;
 
-// The rows of the highest panel, from a tile's first to the panel's, but no more than a slice has.
+// Rows of the slices: those of the tallest panel above its diagonal block, at most MaxSliceRows.
 std::int64_t CountSliceRows(const SkylineMatrix& K, std::int64_t n) {
   std::int64_t rows = 0;
   for (std::int64_t j = 0; j < n; ++j) {
@@ -25,7 +33,25 @@ std::int64_t CountSliceRows(const SkylineMatrix& K, std::int64_t n) {
   return std::min(rows, MaxSliceRows);
 }
 
-void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double>& F,
+// Whether a value is a NaN with other bits than the one that x86 gives 0/0.
+bool HasOtherNaN(const double* values, std::int64_t count) {
+  constexpr std::uint64_t FixedNaN = 0xFFF8000000000000U;
+  return std::any_of(values, values + count, [](double value) {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &value, sizeof bits);
+    return std::isnan(value) && bits != FixedNaN;
+  });
+}
+
+// The same for the columns first .. end - 1 of K. Their values are contiguous.
+bool HasOtherNaN(const SkylineMatrix& K, std::int64_t first, std::int64_t end, SumRoutine sum) {
+  const double* values = Column(K, first);
+  const std::int64_t count =
+      Column(K, end - 1) + K.ColumnHeights[static_cast<std::size_t>(end - 1)] - values;
+  return std::isnan(sum(values, count)) && HasOtherNaN(values, count);
+}
+
+void FactorPanels(const PanelRoutines& routines, SkylineMatrix& K, std::vector<double>& F,
                   ColumnCounter& columns) {
   const std::int64_t n = CountColumns(K);
   const std::int64_t sliceRows = CountSliceRows(K, n);
@@ -40,8 +66,14 @@ void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double
   const SkylineArrays arrays = {n, K.ColumnHeights.data(), K.DiagonalAddress.data(),
                                 K.Values.data(), F.data()};
   for (std::int64_t first = 0; first < n; first += PanelColumns) {
-    factorPanel(arrays, first, static_cast<double*>(start), sliceRows);
-    for (std::int64_t j = first; j < std::min(first + PanelColumns, n); ++j) CountColumn(columns);
+    const std::int64_t end = std::min(first + PanelColumns, n);
+    if (HasOtherNaN(K, first, end, routines.sum)) {
+      FactorColumnsPlain(K, first, columns);
+      ReduceLoadPlain(K, first, F);
+      return;
+    }
+    routines.factor(arrays, first, static_cast<double*>(start), sliceRows);
+    for (std::int64_t j = first; j < end; ++j) CountColumn(columns);
   }
 }
 
@@ -49,11 +81,16 @@ void FactorPanels(PanelRoutine factorPanel, SkylineMatrix& K, std::vector<double
 
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
                    ColumnCounter& columns) {
-  const PanelRoutine factorPanel = FindPanelRoutine(vectorBits);
-  if (factorPanel == nullptr) {
+  const PanelRoutines routines = FindPanelRoutines(vectorBits);
+  if (routines.factor == nullptr) {
     FactorSkylinePlain(K, F, columns);
+  } else if (HasOtherNaN(F.data(), static_cast<std::int64_t>(F.size()))) {
+    std::vector<double> noLoad;
+    AllocateItems("the load of the factorisation", F.size(), noLoad);
+    FactorPanels(routines, K, noLoad, columns);
+    ReduceLoadPlain(K, 0, F);
   } else {
-    FactorPanels(factorPanel, K, F, columns);
+    FactorPanels(routines, K, F, columns);
   }
 }
 

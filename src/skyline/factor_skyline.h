@@ -1,5 +1,9 @@
-// Factorisation and forward reduction in vectors: panels of columns (skyline_panel.h), one after
-// another.
+// Factorisation and forward reduction in vector registers:
+//   K = L D L^T,  L y = F.
+//
+// K is factorised in panels of 24 columns (panel/panel.h), from left to right. Every entry receives
+// the same terms in the same order as in the plain routine (solve_skyline_plain.h), so factors and
+// y are bit-identical for every vector length.
 #pragma once
 
 #include <vector>
@@ -9,10 +13,14 @@
 
 namespace korvex {
 
-// K = L D L^T and y of L y = F, in place of K and F as SolveSkyline leaves them.
-// vectorBits: 128, 256 or 512, no more than the processor has (WidestVectorBits); with 0, or where
-//    the program has no such vectors, the plain routine does the work. All give the same bits.
-// columns: counts those of K on.
+// Factorises K and reduces F, both in place.
+// vectorBits: 128, 256 or 512, at most WidestVectorBits(); with 0, or where the program has no
+// panel
+//    routine for this length, the plain routine does the work.
+// K: n columns with values; on return D on the diagonal and the factors l(i, j) above it.
+// F: n; on return y.
+// columns: counts the columns of K.
+// Throws a Stop where memory cannot hold the work space.
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
                    ColumnCounter& columns);
 

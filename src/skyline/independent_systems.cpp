@@ -1,7 +1,5 @@
-// See independent_systems.h.
-//
-// The entries of K that are not zero are listed; its memory is used for one system after the other,
-// and, should an infinity arise, filled with K once more.
+// The memory of K's values serves for one system after another; no second skyline is allocated. So
+// K's non-zeros are listed first. If an infinity or NaN occurs, K is restored from the list.
 #include "skyline/independent_systems.h"
 
 #include <algorithm>
@@ -18,7 +16,7 @@ namespace korvex {
 
 namespace {
 
-// Bytes for an equation in all other tables: sets, places, loads, solutions, columns of a system.
+// Bytes for each equation in all other tables: sets, positions, loads, solutions, column heights.
 constexpr std::uint64_t BytesPerEquation = 100;
 
 bool IsNegativeZero(double value) { return value == 0.0 && std::signbit(value); }
@@ -31,8 +29,8 @@ SetRange RangeOf(const SetList& list, std::size_t s) {
   return {list.members.data() + list.begins[s], list.members.data() + list.begins[s + 1]};
 }
 
-// The columns of a system: those of its set without the rows of other sets, and without values.
-void ListColumns(const SkylineMatrix& K, const SetRange& set, SkylineMatrix& part) {
+// The profile of a system: K's columns of its set, without the rows of other sets. No values.
+void BuildSystemProfile(const SkylineMatrix& K, const SetRange& set, SkylineMatrix& part) {
   InitColumnHeights(part, static_cast<std::int32_t>(set.end - set.begin));
   for (const std::int32_t* j = set.begin; j < set.end; ++j) {
     const std::int32_t* top = std::lower_bound(set.begin, j, TopRow(K, *j));
@@ -42,30 +40,30 @@ void ListColumns(const SkylineMatrix& K, const SetRange& set, SkylineMatrix& par
   ComputeDiagonalAddresses(part);
 }
 
-// Whether the systems of the sets have less than three quarters of K's entries: setting them up may
-// take longer than fewer save.
-bool PaysOff(const SkylineMatrix& K, const SetList& list) {
+// Whether the skylines of the systems have less than three quarters of K's entries. Otherwise
+// setting them up may take more time than it saves.
+bool SavesTime(const SkylineMatrix& K, const SetList& list) {
   std::int64_t size = 0;
   SkylineMatrix part;
   for (std::size_t s = 0; s + 1 < list.begins.size(); ++s) {
-    ListColumns(K, RangeOf(list, s), part);
+    BuildSystemProfile(K, RangeOf(list, s), part);
     size += part.SkylineSize;
   }
   return 4 * size < 3 * K.SkylineSize;
 }
 
-// Finds the sets of K's equations that no entry couples, and its entries; false if K is to stay
-// whole.
+// Finds the non-zeros of K and the sets of equations that they couple. Returns false if K must be
+// solved as one system.
 bool FindSystems(const SkylineMatrix& K, std::size_t maxEntries, SparseMatrix& sparse,
                  SetList& list) {
   DisjointSets sets;
   InitSets(sets, static_cast<std::int32_t>(CountColumns(K)));
   if (!ListEntries(K, maxEntries, sparse, sets)) return false;
   ListSets(sets, list);
-  return PaysOff(K, list);
+  return SavesTime(K, list);
 }
 
-// Sets the values of the system of a set. places: of each equation of K, its place in its set.
+// Sets the values of a system. places: [n] of each equation of K, its position in its set.
 void FillSystem(const SparseMatrix& sparse, const SetRange& set,
                 const std::vector<std::int32_t>& places, SkylineMatrix& part) {
   AllocateValues(part);
@@ -77,11 +75,12 @@ void FillSystem(const SparseMatrix& sparse, const SetRange& set,
   }
 }
 
-// Whether zeros of other systems would have left this one as it is: everything is finite, and none
-// of the quotients from which the back substitution begins is -0. What is not finite shows in the
-// pivots, a zero pivot and what is not finite in y show in u.
-bool IsSound(const SkylineMatrix& factors, const std::vector<double>& y,
-             const std::vector<double>& u) {
+// Whether K solved as one system gives this system the same bits, that is, whether its terms
+// 0 * x with the other systems change nothing: all values are finite and no y / d, where the back
+// substitution begins, is -0. An infinity or NaN of a factor reaches a pivot; one of y, or from a
+// zero pivot, reaches u.
+bool MatchesOneSystem(const SkylineMatrix& factors, const std::vector<double>& y,
+                      const std::vector<double>& u) {
   for (std::size_t i = 0; i < y.size(); ++i) {
     const double pivot = *Column(factors, static_cast<std::int64_t>(i));
     if (!std::isfinite(pivot) || !std::isfinite(u[i])) return false;
@@ -90,13 +89,13 @@ bool IsSound(const SkylineMatrix& factors, const std::vector<double>& y,
   return true;
 }
 
-// Factors of a system of K, its load and its solution.
+// A system: its matrix, on solution its factors; its load, on solution reduced; its solution.
 struct System {
   SkylineMatrix factors;
   std::vector<double> y, u;
 };
 
-// Solves the system of a set. F: K's; factors: the system's matrix before.
+// Solves a system. set: its equations. F: the load of K. system.factors: its matrix on entry.
 void SolveSystem(const SetRange& set, const std::vector<double>& F, ColumnCounter& columns,
                  System& system) {
   const auto n = static_cast<std::size_t>(set.end - set.begin);
@@ -107,7 +106,7 @@ void SolveSystem(const SetRange& set, const std::vector<double>& F, ColumnCounte
   SubstituteBack(system.factors, system.y, system.u);
 }
 
-// Sets K's values once more.
+// Sets K's values again from its non-zeros.
 void RestoreValues(const SparseMatrix& sparse, SkylineMatrix& K) {
   AllocateValues(K);
   for (std::int64_t j = 0; j < CountColumns(K); ++j) {
@@ -121,13 +120,13 @@ void RestoreValues(const SparseMatrix& sparse, SkylineMatrix& K) {
 std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory) {
   const std::uint64_t tables = BytesPerEquation * static_cast<std::uint64_t>(CountColumns(K));
   const std::uint64_t taken = std::min(freeMemory / 2, tables);
-  return std::min(static_cast<std::uint64_t>(K.SkylineSize) / EntriesPerListed,
+  return std::min(static_cast<std::uint64_t>(K.SkylineSize) / StoredPerNonZero,
                   (freeMemory / 2 - taken) / sizeof(SparseEntry));
 }
 
 bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                              std::size_t maxEntries, ColumnCounter& columns) {
-  // Each column has its diagonal at least; where memory is short, no table is allocated.
+  // Each column has at least its diagonal entry. Where memory is short, no table is allocated.
   if (maxEntries < F.size()) return false;
   if (std::any_of(F.begin(), F.end(), IsNegativeZero)) return false;
   SparseMatrix sparse;
@@ -137,25 +136,25 @@ bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vect
   System system;
   system.factors.Values.swap(K.Values);
   std::vector<double> y(F.size());
-  bool isSound = true;
-  for (std::size_t s = 0; isSound && s + 1 < list.begins.size(); ++s) {
+  bool isSame = true;
+  for (std::size_t s = 0; isSame && s + 1 < list.begins.size(); ++s) {
     const SetRange set = RangeOf(list, s);
-    ListColumns(K, set, system.factors);
+    BuildSystemProfile(K, set, system.factors);
     FillSystem(sparse, set, list.places, system.factors);
     SolveSystem(set, F, columns, system);
-    isSound = IsSound(system.factors, system.y, system.u);
+    isSame = MatchesOneSystem(system.factors, system.y, system.u);
     for (const std::int32_t* j = set.begin; j < set.end; ++j) {
       y[static_cast<std::size_t>(*j)] = system.y[static_cast<std::size_t>(j - set.begin)];
       u[static_cast<std::size_t>(*j)] = system.u[static_cast<std::size_t>(j - set.begin)];
     }
   }
   K.Values.swap(system.factors.Values);
-  if (isSound) {
+  if (isSame) {
     F.swap(y);
   } else {
     RestoreValues(sparse, K);
   }
-  return isSound;
+  return isSame;
 }
 
 }  // namespace korvex

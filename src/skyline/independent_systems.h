@@ -1,13 +1,12 @@
-// The solution of K u = F where K falls into systems that share no entry.
+// The solution of K u = F by independent systems: sets of equations that no entry of K couples,
+// such as the membrane and the bending equations of a flat plate parallel to a coordinate plane.
 //
-// The membrane and the bending of a flat plate parallel to a coordinate plane are two such systems,
-// the two ways in which a plane frame deflects, too. In one skyline they stand mixed: the columns
-// of one have the rows of the other, all zero, and terms with them are three quarters of the work.
-// Apart, in skylines of their own, the bits are the same. A zero times a finite number leaves every
-// sum as it is that is not -0, and sums of a factorisation that do not begin with -0 never are
-// (IEEE 754: x - x = +0). Where one begins with -0, or something is not finite, K stays whole.
-//
-// The sets of equations are found in K itself, so that nothing has to be known of elements.
+// In one skyline, their columns also store the rows of the other systems, all zero; terms with
+// these zeros are three quarters of the work. Each system gets a skyline of its own instead. The
+// bits stay the same, because a - 0 * x = a for every finite x, unless a is -0. An entry can be -0
+// here only if it is -0 at the start (IEEE 754: x - x = +0). So K is solved as one system if an
+// entry or load is -0 at the start, or if an infinity or NaN occurs. The sets are found from K's
+// entries alone.
 #pragma once
 
 #include <cstddef>
@@ -19,19 +18,20 @@
 
 namespace korvex {
 
-// The most entries that SolveIndependentSystems is to list: what pays, and what half of so many
-// bytes of free memory holds beside its tables.
+// The largest number of non-zeros that SolveIndependentSystems should list: at most one stored
+// entry in StoredPerNonZero (coupled_dofs.h), and no more than half the free memory holds beside
+// the other tables. freeMemory: bytes.
 std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory);
 
-// Solves K u = F by its independent systems and returns true; or leaves K and F as they are and
-// returns false: where K has none, where apart they would not have less than three quarters of the
-// stored entries, or where the bits might not be those of the whole.
-// K: n columns with values, which are used up with true.
-// F: n; holds y of L y = F afterwards, with true.
-// u: n, written completely with true; with false it may hold anything.
-// maxEntries: K stays whole if more entries are not zero.
-// columns: those of the systems are counted there; where it turns out too late that K has to be
-//    solved as a whole, some have been.
+// Solves K u = F by independent systems and returns true. Returns false, with K and F unchanged, if
+// K has no independent systems, if their skylines would not have less than three quarters of K's
+// entries, or if the bits might differ from the solution as one system.
+// K: n columns with values; on return with true the values are undefined.
+// F: n; on return with true y of L y = F.
+// u: n; with true written completely, with false undefined.
+// maxEntries: returns false if K has more non-zeros.
+// columns: counts the columns of the systems. With false some columns may have been counted, if an
+//    infinity or NaN occurred after the solution began.
 bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                              std::size_t maxEntries, ColumnCounter& columns);
 

@@ -1,4 +1,6 @@
-// The memory that the solution of a system takes besides the entries of its matrix.
+// The memory of a system K u = F besides the entries of its matrix:
+//   ColumnHeights (4 bytes), DiagonalAddress (8), diagonal entry, load and displacement (8 each)
+// for each equation.
 #pragma once
 
 #include <cstdint>
@@ -9,14 +11,13 @@
 
 namespace korvex {
 
-// What the solution of a system needs for each equation, besides the entries above the diagonal:
-// height, address, diagonal, load and displacement.
+// Bytes for each equation, without the entries above the diagonal.
 inline constexpr std::uint64_t BytesPerEquation =
     sizeof(std::int32_t) + sizeof(std::int64_t) + 3 * sizeof(double);
 
-// Makes room for what a system of `equations` holds besides the entries of its matrix; no memory is
-// touched. `what` names the system. Throws a Stop where memory cannot hold it, with the matrix at
-// its smallest.
+// Reserves the tables of a system of n = `equations`, without writing to them.
+// what: the system's name in the message.
+// Throws a Stop where memory cannot hold the tables and a matrix of diagonal entries alone.
 void ReserveSystem(const std::string& what, std::int32_t equations, SkylineMatrix& K,
                    std::vector<double>& loads, std::vector<double>& displacements);
 

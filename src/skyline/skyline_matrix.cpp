@@ -1,4 +1,3 @@
-// The storage routines of skyline_matrix.h.
 #include "skyline/skyline_matrix.h"
 
 #include <algorithm>
@@ -32,7 +31,7 @@ void ComputeDiagonalAddresses(SkylineMatrix& K) {
 void AllocateValues(SkylineMatrix& K) {
   const auto size = static_cast<std::size_t>(K.SkylineSize);
   if (size > K.Values.capacity()) {
-    K.Values = {};  // freed first: memory may not hold both
+    K.Values = {};  // freed first: memory may not hold the old values and the new
     K.Values.reserve(size);
     PrefaultMemory(K.Values.data(), size * sizeof(double));
   }

@@ -1,5 +1,3 @@
-// See solve_skyline.h: independent systems one by one, where K falls into them, or the whole, in
-// the longest vectors that the processor has.
 #include "skyline/solve_skyline.h"
 
 #include "platform/free_memory.h"

@@ -1,8 +1,11 @@
-// The solution of K u = F by factors K = L D L^T in skyline storage.
+// The solution of K u = F by the active-column method (Bathe 1996, sec. 8.2.3; Jennings 1966):
+//   K = L D L^T   factorisation, in place, within the profile
+//   L y = F       forward reduction, in place
+//   D L^T u = y   back substitution
 //
-// The active-column method (Bathe 1996, sec. 8.2.3; Jennings 1966): only entries inside the profile
-// are touched, everything happens in place. No pivot is tested: a singular K gives infinities or
-// NaNs, silently.
+// If K falls into independent systems, these are solved one by one. Vector registers are used as
+// the processor has them. The bits are those of the plain routine (solve_skyline_plain.h) in all
+// cases. No pivot is tested: a singular K gives infinities or NaNs, without a message.
 #pragma once
 
 #include <vector>
@@ -13,13 +16,13 @@
 namespace korvex {
 
 // Solves K u = F.
-// K: n columns with values; holds the factors afterwards: D on the diagonal, the unit upper factor
-//    L^T above it. Where it falls into independent systems (independent_systems.h), its values are
-//    used up.
-// F: n; holds the forward-reduced vector y of L y = F afterwards.
+// K: n columns with values; on return D on the diagonal and the factors of L^T above it. If K falls
+//    into independent systems (independent_systems.h), its values are undefined on return.
+// F: n; on return y.
 // u: n, written completely.
-// progress: hears of the factorisation's columns; may be empty.
-// With n = 0 nothing is done and nothing told.
+// progress: receives the progress of the factorisation; may be empty.
+// With n = 0 nothing is done or reported.
+// Throws a Stop where memory cannot hold the work space.
 void SolveSkyline(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
                   const ProgressCallback& progress);
 

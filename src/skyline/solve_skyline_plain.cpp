@@ -1,8 +1,3 @@
-// The three stages of solve_skyline_plain.h: factorisation, forward reduction, back substitution.
-//
-// Notation: A(i, j), i <= j, is the stored entry at DiagonalAddress[j] + (j - i); m(j) is the top
-// row of column j; n the number of equations. Each entry receives its terms one by one in ascending
-// order of k.
 #include "skyline/solve_skyline_plain.h"
 
 #include <algorithm>
@@ -11,7 +6,7 @@ namespace korvex {
 
 namespace {
 
-// A(i, j) -= sum over k of A(k, i) A(k, j) for the rows i of column j, from its top downward.
+// A(i, j) -= sum of A(k, i) A(k, j), for the rows i of column j from its top row down.
 void ReduceColumn(SkylineMatrix& K, std::int64_t j) {
   double* columnJ = Column(K, j);
   const std::int64_t topJ = TopRow(K, j);
@@ -24,8 +19,8 @@ void ReduceColumn(SkylineMatrix& K, std::int64_t j) {
   }
 }
 
-// l(k, j) = A(k, j) / d(k), and d(j) = A(j, j) - sum over k of l(k, j) A(k, j). A zero multiplier
-// leaves the pivot untouched: its sign, too, where it is zero itself.
+// l(k, j) = A(k, j) / d(k), and d(j) = A(j, j) - sum of l(k, j) A(k, j).
+// A zero multiplier must not touch the pivot: -0 - (-0 * 4) would change a pivot of -0 to +0.
 void ScaleColumn(SkylineMatrix& K, std::int64_t j) {
   double* columnJ = Column(K, j);
   for (std::int64_t k = TopRow(K, j); k < j; ++k) {
@@ -36,10 +31,20 @@ void ScaleColumn(SkylineMatrix& K, std::int64_t j) {
   }
 }
 
-// L y = F, y in place of F.
-void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
+}  // namespace
+
+void FactorColumnsPlain(SkylineMatrix& K, std::int64_t first, ColumnCounter& columns) {
+  const std::int64_t n = CountColumns(K);
+  for (std::int64_t j = first; j < n; ++j) {
+    ReduceColumn(K, j);
+    ScaleColumn(K, j);
+    CountColumn(columns);
+  }
+}
+
+void ReduceLoadPlain(const SkylineMatrix& K, std::int64_t first, std::vector<double>& F) {
   const auto n = static_cast<std::int64_t>(F.size());
-  for (std::int64_t j = 1; j < n; ++j) {
+  for (std::int64_t j = first; j < n; ++j) {
     const double* columnJ = Column(K, j);
     double y = F[static_cast<std::size_t>(j)];
     for (std::int64_t k = TopRow(K, j); k < j; ++k) {
@@ -49,21 +54,9 @@ void ReduceLoad(SkylineMatrix& K, std::vector<double>& F) {
   }
 }
 
-}  // namespace
-
-void FactorSkylinePlain(SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns) {
-  const std::int64_t n = CountColumns(K);
-  for (std::int64_t j = 0; j < n; ++j) {
-    ReduceColumn(K, j);
-    ScaleColumn(K, j);
-    CountColumn(columns);
-  }
-  ReduceLoad(K, F);
-}
-
-// u = D^-1 y, then L^T u, row by row from the bottom. The rows of L^T are read across columns, and
-// every later column is asked whether it reaches up to the row: going by columns instead would
-// subtract in another order.
+// Row by row from the bottom. A row of L^T is spread over all later columns, and each of them is
+// tested for whether it reaches the row. Going column by column would be faster, but it subtracts
+// the terms in another order.
 void SubstituteBackPlain(const SkylineMatrix& K, const std::vector<double>& y,
                          std::vector<double>& u) {
   const auto n = static_cast<std::int64_t>(y.size());

@@ -1,4 +1,3 @@
-// See sparse_matrix.h.
 #include "skyline/sparse_matrix.h"
 
 #include <algorithm>
@@ -9,10 +8,10 @@ namespace korvex {
 
 namespace {
 
-// Entries that are looked at together, because zeros are the rule.
+// Entries tested together: most entries are zero.
 constexpr std::int64_t BlockEntries = 16;
 
-// Whether all are +0: the only number whose bits are all zero.
+// Whether all entries of a block are +0, the only number whose bits are all zero.
 bool AreZero(const double* values) {
   std::uint64_t any = 0;
   for (std::int64_t i = 0; i < BlockEntries; ++i) {
@@ -23,8 +22,8 @@ bool AreZero(const double* values) {
   return any == 0;
 }
 
-// Appends the entries of column j that are not +0 and joins the sets of their rows. False if one is
-// -0 or not finite.
+// Appends the non-zeros of column j and joins equation j with their rows. Returns false if an entry
+// is -0, infinite or NaN.
 bool ListColumn(const SkylineMatrix& K, std::int64_t j, SparseMatrix& sparse, DisjointSets& sets) {
   const double* column = Column(K, j);
   const std::int64_t height = K.ColumnHeights[static_cast<std::size_t>(j)];

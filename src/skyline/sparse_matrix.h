@@ -1,4 +1,5 @@
-// The entries of a skyline matrix that are not zero.
+// The non-zero entries of a skyline matrix, column by column:
+//   column j: entries[begins[j]] .. entries[begins[j + 1] - 1], from the diagonal upward
 #pragma once
 
 #include <cstddef>
@@ -17,17 +18,19 @@ struct SparseEntry {
 };
 
 struct SparseMatrix {
-  std::vector<std::size_t> begins;  // [n + 1] where each column's entries begin, then their number
-  std::deque<SparseEntry> entries;  // column by column, upward; no vector, which grows by copies
+  std::vector<std::size_t> begins;  // [n + 1] where each column begins, then the number of entries
+  std::deque<SparseEntry> entries;  // a deque: growing it copies nothing
 };
 
-// Lists the entries of K that are not +0 and joins the equations that they couple.
-// sets: of K's equations. False, the lists unfinished, if an entry is -0 or not finite, or if there
-// are more than maxEntries.
+// Lists the non-zero entries of K and joins the equations that they couple.
+// sparse: empty on entry.
+// sets: of K's n equations.
+// Returns false, with lists and sets incomplete, if an entry is -0, infinite or NaN, or if there
+// are more than maxEntries non-zeros.
 bool ListEntries(const SkylineMatrix& K, std::size_t maxEntries, SparseMatrix& sparse,
                  DisjointSets& sets);
 
-// Calls f for the entries of column j, upward.
+// Calls f for each non-zero of column j, from the diagonal upward.
 template <typename OneEntry>
 void ForEntries(const SparseMatrix& sparse, std::int64_t j, const OneEntry& f) {
   const std::size_t begin = sparse.begins[static_cast<std::size_t>(j)];

@@ -1,14 +1,6 @@
-// u(i) = y(i) / d(i) - sum over j = i + 1 .. n - 1 ascending of A(i, j) u(j), from the last row
-// upward.
-//
-// A row of L^T lies scattered over the columns, but eight rows lie together in each. So the
-// products of eight rows are formed column by column, for all columns behind them, and then
-// subtracted row by row: going by columns instead would subtract in another order. What remains is
-// the time of one subtraction after the other.
-//
-// A column that does not reach a row reaches none above it, so the columns that reach a block are
-// among those that reach the block below, and its rows. Asking all columns behind each row would
-// take time that grows with n^2, however few entries they have.
+// A column that does not reach a row reaches no row above it. So the columns that reach a block are
+// among those that reach the block below, together with that block's own columns. Only these are
+// tested: a test of all later columns for each row takes time proportional to n^2.
 #include "skyline/substitute_back.h"
 
 #include <algorithm>
@@ -20,27 +12,26 @@ namespace korvex {
 
 namespace {
 
-// Rows that are taken together: a cache line of each column.
+// Rows of a block: in each column, the entries of one cache line.
 constexpr std::int64_t BlockRows = 8;
 
-// A column behind a block of rows that reaches the block.
+// A column to the right of a block of rows that reaches the block.
 struct ReachingColumn {
-  std::int64_t top;
-  const double* entry;  // in the block's last row; those of the rows above follow
-  double uj;
+  std::int64_t top;     // top row
+  const double* entry;  // of the block's last row; the rows above follow
+  double uj;            // u(j)
 };
 
-// What a block of rows needs of the columns behind it. Columns descend: those that join from block
-// to block are the ones before all others.
+// A block of rows and the columns that reach it. Column numbers descend, so that the columns of the
+// next block, all lower, are appended.
 struct RowBlock {
   std::int64_t begin = 0, end = 0;  // rows begin .. end - 1
   std::vector<ReachingColumn> columns;
-  std::vector<double> products;  // A(i, j) u(j), BlockRows per column, from row end - 1 upward
+  std::vector<double> products;  // l(i, j) u(j): [columns][BlockRows], from row end - 1 upward
 };
 
-// Keeps the columns that reach the block of those that reached the block below, and adds that
-// block's rows.
-void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock& block) {
+// Removes the columns that do not reach the block and appends those of the block below.
+void UpdateColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock& block) {
   std::size_t kept = 0;
   for (const ReachingColumn& column : block.columns) {
     if (column.top >= block.end) continue;
@@ -62,7 +53,7 @@ void ListColumns(const SkylineMatrix& K, const std::vector<double>& u, RowBlock&
 }
 
 void FormProducts(RowBlock& block) {
-  // One row of products more than there are columns: a sum over none begins in the table, too.
+  // One column more than there are: SolveRow's pointer must lie in the table without columns, too.
   const std::size_t size = (block.columns.size() + 1) * static_cast<std::size_t>(BlockRows);
   if (block.products.capacity() < size) {
     AllocateOrStop("the products of a block of rows", 2 * size, sizeof(double),
@@ -77,7 +68,7 @@ void FormProducts(RowBlock& block) {
   }
 }
 
-// Asks for the entries of column j, if there is one, that its own block and the next will read.
+// Prefetches the entries of column j that its own block and the block above will read. j < 0: none.
 void PrefetchColumn(const SkylineMatrix& K, std::int64_t j) {
   if (j < 0) return;
   const double* diagonal = Column(K, j);
@@ -85,7 +76,7 @@ void PrefetchColumn(const SkylineMatrix& K, std::int64_t j) {
   Prefetch(diagonal + std::min<std::int64_t>(BlockRows, j));
 }
 
-// Row i of the block, all rows below it done.
+// Returns u(i) of row i of the block. All u below row i are known.
 double SolveRow(const SkylineMatrix& K, const std::vector<double>& y, const std::vector<double>& u,
                 const RowBlock& block, std::int64_t i) {
   PrefetchColumn(K, i - 2 * BlockRows);
@@ -100,7 +91,7 @@ double SolveRow(const SkylineMatrix& K, const std::vector<double>& y, const std:
   for (std::int64_t t = count - 1; t >= 0; --t) {
     product -= BlockRows;
     const ReachingColumn& column = block.columns[static_cast<std::size_t>(t)];
-    // Each row asks for an eighth of what the next block will read.
+    // Each row prefetches an eighth of what the next block will read.
     if (t % BlockRows == r) {
       Prefetch(column.entry +
                std::min<std::ptrdiff_t>(2 * BlockRows - 1, lastValue - column.entry));
@@ -117,7 +108,7 @@ void SubstituteBack(const SkylineMatrix& K, const std::vector<double>& y, std::v
   block.end = static_cast<std::int64_t>(y.size());
   while (block.end > 0) {
     block.begin = std::max<std::int64_t>(block.end - BlockRows, 0);
-    ListColumns(K, u, block);
+    UpdateColumns(K, u, block);
     FormProducts(block);
     for (std::int64_t i = block.end - 1; i >= block.begin; --i) {
       u[static_cast<std::size_t>(i)] = SolveRow(K, y, u, block, i);

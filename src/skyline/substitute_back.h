@@ -1,4 +1,10 @@
-// Back substitution with the factors of a skyline matrix, row by row.
+// Back substitution with the factors of a skyline matrix:
+//   u(i) = y(i) / d(i) - sum l(i, j) u(j),  j = i + 1 .. n - 1 ascending, where column j reaches
+//   row i
+//
+// Rows are done in blocks of eight, from the last row up. The eight entries of a block in one
+// column lie side by side, so the products l(i, j) u(j) of a block are formed column by column,
+// with whole cache lines. Then they are subtracted row by row, in the order of the plain routine.
 #pragma once
 
 #include <vector>
@@ -8,9 +14,10 @@
 namespace korvex {
 
 // Solves D L^T u = y.
-// K: the factors as SolveSkyline leaves them.
+// K: the factors as FactorSkyline leaves them.
 // y: n, the reduced load.
 // u: n, written completely.
+// Throws a Stop where memory cannot hold the products of a block.
 void SubstituteBack(const SkylineMatrix& K, const std::vector<double>& y, std::vector<double>& u);
 
 }  // namespace korvex

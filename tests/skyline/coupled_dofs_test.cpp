@@ -1,5 +1,5 @@
-// The quick look at the dofs of nodes: what it sees, and when it gives up. Whole plates are in
-// independent_systems_test.cpp.
+// The quick test for decoupled dofs: which couplings it finds, and when it answers no. Plates of
+// shells are tested in independent_systems_test.cpp.
 #include "skyline/coupled_dofs.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace {
 
 double& Entry(SkylineMatrix& K, std::int32_t i, std::int32_t j) { return Column(K, j)[j - i]; }
 
-// A full matrix of 60 nodes: only the diagonal is not zero, and what a test adds.
+// A full matrix of 60 nodes, all zero but the diagonal.
 SkylineMatrix MakeUncoupledNodes() {
   constexpr std::int32_t n = 360;
   SkylineMatrix K;
@@ -24,8 +24,9 @@ SkylineMatrix MakeUncoupledNodes() {
   return K;
 }
 
-// ux-rz, rz-uy, uz-rx, rx-ry; between the two, one entry is enough, wherever the look falls.
-TEST(MayDecouple, UntilAllDofsAreCoupled) {
+// Couplings ux-rz, rz-uy and uz-rx, rx-ry give two sets of dofs. One more entry between the two
+// sets, among the rows that are read, couples all dofs.
+TEST(MayDecouple, FalseOnceAllDofsAreCoupled) {
   SkylineMatrix K = MakeUncoupledNodes();
   Entry(K, 0, 5) = Entry(K, 1, 11) = Entry(K, 2, 15) = Entry(K, 3, 4) = -1.0;
   EXPECT_TRUE(MayDecouple(K));
@@ -36,13 +37,13 @@ TEST(MayDecouple, UntilAllDofsAreCoupled) {
     Entry(one, i, j) = 1e-300;
     EXPECT_EQ(MayDecouple(one), i == 354) << i << ", " << j;
   }
-  Entry(K, 6, 14) = 1.0;  // neither of the node nor among the topmost rows
+  Entry(K, 6, 14) = 1.0;  // not read: neither in the node's rows nor among the topmost six
   EXPECT_TRUE(MayDecouple(K));
 }
 
-// Of the six columns that are asked for theirs, 0, 61, 122 .. 305, all 921 entries are stored: 57,
-// not more than a sixteenth, may not be zero.
-TEST(MayDecouple, NotWithManyEntries) {
+// The sampled columns 0, 61, 122 .. 305 store 1 + 62 + 123 + 184 + 245 + 306 = 921 entries. At most
+// a sixteenth, 57, may be non-zero: 6 on the diagonal, 25 and 26 more here.
+TEST(MayDecouple, FalseWithTooManyNonZeros) {
   SkylineMatrix K = MakeUncoupledNodes();
   for (std::int32_t i = 5; i < 5 + 6 * 25; i += 6) Entry(K, i, 305) = 1.0;  // rz and rz
   for (std::int32_t i = 4; i < 4 + 6 * 26; i += 6) Entry(K, i, 244) = 1.0;  // ry and ry
@@ -51,7 +52,7 @@ TEST(MayDecouple, NotWithManyEntries) {
   EXPECT_FALSE(MayDecouple(K));
 }
 
-TEST(MayDecouple, NotWithADiagonalThatIsNotPositive) {
+TEST(MayDecouple, FalseIfADiagonalEntryIsNotPositive) {
   SkylineMatrix K = MakeUncoupledNodes();
   for (const double value : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
     Entry(K, 9, 9) = value;
@@ -59,7 +60,7 @@ TEST(MayDecouple, NotWithADiagonalThatIsNotPositive) {
   }
 }
 
-TEST(MayDecouple, NothingMay) { EXPECT_TRUE(MayDecouple(SkylineMatrix())); }
+TEST(MayDecouple, TrueForAnEmptyMatrix) { EXPECT_TRUE(MayDecouple(SkylineMatrix())); }
 
 }  // namespace
 }  // namespace korvex

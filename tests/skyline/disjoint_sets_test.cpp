@@ -1,4 +1,4 @@
-// Disjoint sets: joined directly and by way of others, counted and listed.
+// Disjoint sets: joined directly and by way of other numbers, counted and listed.
 #include "skyline/disjoint_sets.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@ namespace {
 
 using Numbers = std::vector<std::int32_t>;
 
-TEST(DisjointSets, EachIsAloneAtFirst) {
+TEST(DisjointSets, EachNumberIsASetAtFirst) {
   DisjointSets sets;
   InitSets(sets, 3);
   EXPECT_EQ(CountSets(sets), 3);
@@ -22,12 +22,12 @@ DisjointSets MakeThreeSets() {
   JoinSets(sets, 5, 3);
   JoinSets(sets, 4, 0);
   JoinSets(sets, 1, 5);
-  JoinSets(sets, 3, 1);  // once more
+  JoinSets(sets, 3, 1);  // joined already
   return sets;
 }
 
-// A set is known by its lowest number.
-TEST(DisjointSets, JoinsByWayOfOthers) {
+// FindSet returns the lowest number of the set.
+TEST(DisjointSets, JoinsByWayOfOtherNumbers) {
   DisjointSets sets = MakeThreeSets();
   const Numbers lowest = {0, 1, 2, 1, 0, 1};
   for (std::int32_t i = 0; i < 6; ++i) {
@@ -45,7 +45,7 @@ TEST(DisjointSets, ListsSetsByTheirLowestNumbers) {
   EXPECT_EQ(list.places, (Numbers{0, 0, 0, 1, 1, 2}));
 }
 
-TEST(DisjointSets, ListsNothingOfNothing) {
+TEST(DisjointSets, ListsNoSetsWithoutNumbers) {
   DisjointSets sets;
   InitSets(sets, 0);
   EXPECT_EQ(CountSets(sets), 0);
@@ -56,8 +56,8 @@ TEST(DisjointSets, ListsNothingOfNothing) {
   EXPECT_TRUE(list.places.empty());
 }
 
-// Joined from the highest down, each link leads to the next: the longest path there can be.
-TEST(DisjointSets, WalksLongPaths) {
+// Joined from the highest number down, each number links to the next lower one: the longest path.
+TEST(DisjointSets, FollowsLongPaths) {
   constexpr std::int32_t n = 100000;
   DisjointSets sets;
   InitSets(sets, n);

@@ -1,5 +1,5 @@
-// Independent systems, solved apart: bit for bit what the plain solution of the whole gives, and
-// the whole untouched wherever that cannot be promised.
+// Independent systems: bit for bit the plain solution of K as one system; and a refusal, with K and
+// F unchanged, where the bits might differ.
 #include "skyline/independent_systems.h"
 
 #include <gtest/gtest.h>
@@ -34,8 +34,9 @@ std::int32_t Pick(std::mt19937& random, std::int32_t count) {
 
 double& Entry(SkylineMatrix& K, std::int32_t i, std::int32_t j) { return Column(K, j)[j - i]; }
 
-// Columns up to `reach` high, entries between equations of the same number in `sets` alone, and a
-// large diagonal. A third of the entries are +0 all the same, and of the load.
+// Columns of height at most `reach`; entries only between equations of the same set; a large
+// diagonal. A third of the other entries and of the load is +0.
+// sets: [n] the set of each equation.
 System MakeSystem(const std::vector<std::int32_t>& sets, std::int32_t reach, std::mt19937& random) {
   std::uniform_real_distribution<double> value(-1.0, 1.0);
   const auto n = static_cast<std::int32_t>(sets.size());
@@ -58,7 +59,7 @@ System MakeSystem(const std::vector<std::int32_t>& sets, std::int32_t reach, std
   return system;
 }
 
-// Equations of the two sets of a plate in the plane of the first two axes.
+// The sets of n equations of a plate in the xy plane: 0 membrane, 1 bending.
 std::vector<std::int32_t> PlateSets(std::size_t n) {
   constexpr std::int32_t OfNode[] = {0, 0, 1, 1, 1, 0};
   std::vector<std::int32_t> sets;
@@ -66,7 +67,7 @@ std::vector<std::int32_t> PlateSets(std::size_t n) {
   return sets;
 }
 
-// Two full systems, entries 1 except on the diagonal, equations in turn.
+// Two full systems, of the even and of the odd equations. Entries 1, on the diagonal 2 n.
 System MakeInterleaved(std::int32_t n) {
   System system;
   InitColumnHeights(system.K, n);
@@ -82,42 +83,42 @@ System MakeInterleaved(std::int32_t n) {
   return system;
 }
 
-void SolveWhole(System& system) { SolveSkylinePlain(system.K, system.F, system.u, {}); }
+void SolveAsOne(System& system) { SolveSkylinePlain(system.K, system.F, system.u, {}); }
 
-bool SolveApart(System& system, std::size_t maxEntries, ColumnCounter& columns) {
+bool SolveSeparately(System& system, std::size_t maxEntries, ColumnCounter& columns) {
   columns = {{}, static_cast<std::int64_t>(system.F.size())};
   return SolveIndependentSystems(system.K, system.F, system.u, maxEntries, columns);
 }
 
-constexpr std::size_t AnyNumber = 1U << 30U;
+constexpr std::size_t NoLimit = 1U << 30U;
 
-void ExpectBitsOfTheWhole(const System& system) {
-  System apart = system, whole = system;
+void ExpectBitsOfOneSystem(const System& system) {
+  System separate = system, one = system;
   ColumnCounter columns;
-  ASSERT_TRUE(SolveApart(apart, AnyNumber, columns));
-  SolveWhole(whole);
-  EXPECT_TRUE(test::SameBits(apart.F, whole.F));
-  EXPECT_TRUE(test::SameBits(apart.u, whole.u));
+  ASSERT_TRUE(SolveSeparately(separate, NoLimit, columns));
+  SolveAsOne(one);
+  EXPECT_TRUE(test::SameBits(separate.F, one.F));
+  EXPECT_TRUE(test::SameBits(separate.u, one.u));
   EXPECT_EQ(columns.done, columns.columns);
 }
 
-// Refused, and nothing is lost. done: the columns that have been counted.
-void ExpectRefusal(const System& system, std::int64_t done, std::size_t maxEntries = AnyNumber) {
+// Refuses, with K and F unchanged. done: the columns counted by then.
+void ExpectRefusal(const System& system, std::int64_t done, std::size_t maxEntries = NoLimit) {
   System refused = system;
   ColumnCounter columns;
-  EXPECT_FALSE(SolveApart(refused, maxEntries, columns));
+  EXPECT_FALSE(SolveSeparately(refused, maxEntries, columns));
   EXPECT_TRUE(test::SameBits(refused.K.Values, system.K.Values));
   EXPECT_EQ(refused.K.SkylineSize, system.K.SkylineSize);
   EXPECT_TRUE(test::SameBits(refused.F, system.F));
   EXPECT_EQ(columns.done, done);
 }
 void ExpectRefusalAtOnce(const System& system) { ExpectRefusal(system, 0); }
-// Refused when the first of two systems has been solved.
-void ExpectRefusalOnTheWay(const System& system) {
+// Refuses after the solution of the first of two systems.
+void ExpectRefusalHalfway(const System& system) {
   ExpectRefusal(system, static_cast<std::int64_t>(system.F.size()) / 2);
 }
 
-TEST(IndependentSystems, BitsOfTheWhole) {
+TEST(IndependentSystems, BitsOfOneSystem) {
   std::mt19937 random(1);
   for (int run = 0; run < 200; ++run) {
     const std::int32_t n = 20 + Pick(random, 300);
@@ -125,7 +126,7 @@ TEST(IndependentSystems, BitsOfTheWhole) {
     std::vector<std::int32_t> sets;
     for (std::int32_t i = 0; i < n; ++i) sets.push_back(Pick(random, kinds));
     SCOPED_TRACE(run);
-    ExpectBitsOfTheWhole(MakeSystem(sets, 10 + Pick(random, n), random));
+    ExpectBitsOfOneSystem(MakeSystem(sets, 10 + Pick(random, n), random));
     if (HasFatalFailure() || HasNonfatalFailure()) return;
   }
 }
@@ -133,30 +134,30 @@ TEST(IndependentSystems, BitsOfTheWhole) {
 TEST(IndependentSystems, BitsOfAPlate) {
   std::mt19937 random(2);
   for (const std::size_t n : {24U, 600U, 1200U}) {
-    ExpectBitsOfTheWhole(MakeSystem(PlateSets(n), 150, random));
+    ExpectBitsOfOneSystem(MakeSystem(PlateSets(n), 150, random));
   }
 }
 
-// Negative pivots give zeros of the other sign in the factor: they change nothing either.
-TEST(IndependentSystems, BitsOfTheWholeWithNegativePivots) {
+// Negative pivots give factors of -0. Their terms change no bits either.
+TEST(IndependentSystems, BitsOfOneSystemWithNegativePivots) {
   std::mt19937 random(3);
   for (int run = 0; run < 100; ++run) {
     System system = MakeSystem(PlateSets(120), 60, random);
-    for (double& load : system.F) load += 2.0;  // no y is zero
+    for (double& load : system.F) load += 2.0;  // so that no y is zero
     for (std::int32_t j = 0; j < 120; ++j) {
-      // Positive to look at, negative when the terms of the column have been subtracted.
+      // Positive in K; the pivot becomes negative when the terms of its column are subtracted.
       if (TopRow(system.K, j) + 12 < j) Entry(system.K, j, j) = 1e-3;
     }
-    ExpectBitsOfTheWhole(system);
+    ExpectBitsOfOneSystem(system);
   }
 }
 
-// Taken apart or not, nothing differs, whatever arises on the way: overflow, zeros of either sign,
-// infinities. With small values most systems are taken apart, with large ones few.
-TEST(IndependentSystems, BitsOfTheWholeWithAnyValues) {
+// Solved separately or refused, the bits are the same, also with overflow, infinities and zeros of
+// both signs. With small values most systems are solved separately, with large values few.
+TEST(IndependentSystems, BitsOfOneSystemWithAnyValues) {
   constexpr double Specials[] = {0.0, -0.0, 1e-310, -1e-200, 1e-20, 1e20, -1e160, 1e300, Infinity};
   std::mt19937 random(4);
-  int apart = 0, tooLate = 0;
+  int separate = 0, halfway = 0;
   for (int run = 0; run < 5000; ++run) {
     System system = MakeSystem(PlateSets(30 + static_cast<std::size_t>(run % 7)), 30, random);
     const std::int32_t kinds = 1 + run % 9;
@@ -167,39 +168,39 @@ TEST(IndependentSystems, BitsOfTheWholeWithAnyValues) {
       if ((j - i) % 6 == 0) Entry(system.K, i, j) = value;
       system.F[static_cast<std::size_t>(Pick(random, 30))] = Specials[Pick(random, kinds)];
     }
-    System whole = system, either = system;
-    SolveWhole(whole);
+    System one = system, either = system;
+    SolveAsOne(one);
     ColumnCounter columns;
-    if (SolveApart(either, AnyNumber, columns)) {
-      ++apart;
-      ASSERT_TRUE(test::SameBits(either.F, whole.F)) << run;
-      ASSERT_TRUE(test::SameBits(either.u, whole.u)) << run;
+    if (SolveSeparately(either, NoLimit, columns)) {
+      ++separate;
+      ASSERT_TRUE(test::SameBits(either.F, one.F)) << run;
+      ASSERT_TRUE(test::SameBits(either.u, one.u)) << run;
     } else {
-      if (columns.done > 0) ++tooLate;
+      if (columns.done > 0) ++halfway;
       ASSERT_TRUE(test::SameBits(either.K.Values, system.K.Values)) << run;
       ASSERT_TRUE(test::SameBits(either.F, system.F)) << run;
     }
   }
-  EXPECT_GT(apart, 1000);
-  EXPECT_GT(tooLate, 100);
+  EXPECT_GT(separate, 1000);
+  EXPECT_GT(halfway, 100);
 }
 
-TEST(IndependentSystems, OneSetStaysWhole) {
+TEST(IndependentSystems, RefusesOneSet) {
   System system = MakeInterleaved(12);
-  Entry(system.K, 4, 7) = 1.0;  // between the two
+  Entry(system.K, 4, 7) = 1.0;  // couples the two
   ExpectRefusalAtOnce(system);
 }
 
-// The coupling lies below the rows that the first look takes in.
-TEST(IndependentSystems, OneSetByALowEntryStaysWhole) {
+// The coupling entry is in a row that MayDecouple does not read.
+TEST(IndependentSystems, RefusesOneSetCoupledInALowRow) {
   System system = MakeInterleaved(60);
   Entry(system.K, 50, 59) = 1e-300;
   ExpectRefusalAtOnce(system);
 }
 
-// Of the 300 entries of a full matrix of 24 equations, systems of 3 and 21 have 6 + 231 = 237, of 4
-// and 20 they have 10 + 210 = 220: more and less than three quarters, 225.
-TEST(IndependentSystems, StaysWholeWhereLittleIsSaved) {
+// A full matrix of 24 equations has 300 entries; three quarters are 225. Systems of 3 and 21
+// equations have 6 + 231 = 237 entries, systems of 4 and 20 have 10 + 210 = 220.
+TEST(IndependentSystems, RefusesIfLittleIsSaved) {
   for (const std::int32_t small : {3, 4}) {
     System system = MakeInterleaved(24);
     for (std::int32_t j = 0; j < 24; ++j) {
@@ -210,13 +211,14 @@ TEST(IndependentSystems, StaysWholeWhereLittleIsSaved) {
     if (small == 3) {
       ExpectRefusalAtOnce(system);
     } else {
-      ExpectBitsOfTheWhole(system);
+      ExpectBitsOfOneSystem(system);
     }
   }
 }
 
-// Structures that share no node and no profile: each column has its own rows alone already.
-TEST(IndependentSystems, NeighboursStayWhole) {
+// Two structures without common nodes, one after the other: no column stores rows of the other
+// structure, so nothing is saved.
+TEST(IndependentSystems, RefusesSeparateStructures) {
   System system = MakeInterleaved(24);
   for (std::int32_t j = 0; j < 24; ++j) {
     system.K.ColumnHeights[static_cast<std::size_t>(j)] = j % 12 + 1;
@@ -228,7 +230,7 @@ TEST(IndependentSystems, NeighboursStayWhole) {
   ExpectRefusalAtOnce(system);
 }
 
-TEST(IndependentSystems, StaysWholeWhereAValueIsNotFinite) {
+TEST(IndependentSystems, RefusesInfinityAndNaN) {
   for (const double value : {Infinity, -Infinity, NotANumber}) {
     System system = MakeInterleaved(60);
     Entry(system.K, 50, 58) = value;
@@ -236,8 +238,8 @@ TEST(IndependentSystems, StaysWholeWhereAValueIsNotFinite) {
   }
 }
 
-// -0 minus a term of another system may be +0.
-TEST(IndependentSystems, StaysWholeWhereAValueIsNegativeZero) {
+// -0 minus a zero term of the other system may be +0.
+TEST(IndependentSystems, RefusesNegativeZero) {
   System system = MakeInterleaved(60);
   Entry(system.K, 50, 58) = -0.0;
   ExpectRefusalAtOnce(system);
@@ -246,24 +248,25 @@ TEST(IndependentSystems, StaysWholeWhereAValueIsNegativeZero) {
   ExpectRefusalAtOnce(system);
 }
 
-// A zero pivot: in the whole, the other system's zeros are divided by it, too, and are no numbers.
-TEST(IndependentSystems, ZeroPivotsLeaveTheWhole) {
+// A zero pivot: solved as one system, the zeros of the other system are divided by it, which gives
+// NaNs there.
+TEST(IndependentSystems, RefusesZeroPivots) {
   System system = MakeInterleaved(24);
   Entry(system.K, 0, 0) = Entry(system.K, 2, 2) = 1.0;
-  ExpectRefusalOnTheWay(system);
-  SolveWhole(system);
+  ExpectRefusalHalfway(system);
+  SolveAsOne(system);
   EXPECT_TRUE(std::isnan(system.u[1]));
 }
 
-TEST(IndependentSystems, InfinitiesThatAriseLeaveTheWhole) {
+TEST(IndependentSystems, RefusesIfAnInfinityOccurs) {
   System pivot = MakeInterleaved(24);
   Entry(pivot.K, 0, 2) = 1e200;  // d2 = 48 - 1e400 / 48
-  ExpectRefusalOnTheWay(pivot);
+  ExpectRefusalHalfway(pivot);
 
   System reduced = MakeInterleaved(24);
   Entry(reduced.K, 0, 22) = 1e100;  // l = 2e98, d22 of the size of 1e198
   reduced.F[0] = 1e250;             // y22 = -2e348
-  ExpectRefusalOnTheWay(reduced);
+  ExpectRefusalHalfway(reduced);
 
   System solution = MakeInterleaved(24);  // equation 22 is the third system
   for (std::int32_t i = 0; i < 22; ++i) Entry(solution.K, i, 22) = 0.0;
@@ -272,13 +275,13 @@ TEST(IndependentSystems, InfinitiesThatAriseLeaveTheWhole) {
   ExpectRefusal(solution, 24);
 }
 
-// u(0) begins with y / d = 0 / d2 = -0 where d2 is negative. In the whole, -0 - (0 x u) follows: +0
-// if u is negative.
-TEST(IndependentSystems, NegativeZeroQuotientsLeaveTheWhole) {
+// u(2) begins with y / d = 0 / d2 = -0, because d2 is negative. Solved as one system, -0 - (0 * u)
+// follows, which is +0 if u is negative.
+TEST(IndependentSystems, RefusesQuotientsOfNegativeZero) {
   System system = MakeInterleaved(24);
   Entry(system.K, 0, 2) = 100.0;  // d2 = 48 - 100^2 / 48
   for (std::size_t i = 0; i < 24; i += 2) system.F[i] = 0.0;
-  ExpectRefusalOnTheWay(system);
+  ExpectRefusalHalfway(system);
 }
 
 std::size_t CountEntries(const SkylineMatrix& K) {
@@ -286,16 +289,16 @@ std::size_t CountEntries(const SkylineMatrix& K) {
          static_cast<std::size_t>(std::count(K.Values.begin(), K.Values.end(), 0.0));
 }
 
-TEST(IndependentSystems, StaysWholeWhereTheListIsTooLong) {
+TEST(IndependentSystems, RefusesIfThereAreTooManyNonZeros) {
   System system = MakeInterleaved(60);
   const std::size_t entries = CountEntries(system.K);
   ExpectRefusal(system, 0, entries - 1);
   ColumnCounter columns;
-  EXPECT_TRUE(SolveApart(system, entries, columns));
+  EXPECT_TRUE(SolveSeparately(system, entries, columns));
 }
 
-// A sixteenth of 3200 entries, and what half the memory holds beside 100 bytes for each of 10
-// equations, 16 bytes for an entry.
+// The limit is a sixteenth of the 3200 entries or, with little memory, what half of it holds beside
+// 100 bytes for each of the 10 equations, at 16 bytes for each non-zero.
 TEST(IndependentSystems, MemoryLimitsTheList) {
   SkylineMatrix K;
   InitColumnHeights(K, 10);
@@ -319,27 +322,27 @@ test::ModelText MakePlate(test::Cells cells, bool isTurned) {
   return isTurned ? test::TurnModel(model) : model;
 }
 
-// The way of runs, which uses K up.
+// As in a run of the program, which leaves K undefined.
 TEST(IndependentSystems, PlatesOfShells) {
   for (const test::Cells cells : {test::Cells::Quads, test::Cells::Triangles, test::Cells::Mixed}) {
     Model model;
     test::AssembleModel(MakePlate(cells, false), model);
     const System plate = {model.Stiffness, model.LoadVector, model.Displacements};
     EXPECT_TRUE(MayDecouple(plate.K));
-    ExpectBitsOfTheWhole(plate);
-    System whole = plate;
-    SolveWhole(whole);
+    ExpectBitsOfOneSystem(plate);
+    System one = plate;
+    SolveAsOne(one);
     SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, {});
-    EXPECT_TRUE(test::SameBits(model.Displacements, whole.u)) << cells;
-    EXPECT_FALSE(test::SameBits(model.Stiffness.Values, whole.K.Values)) << cells;
+    EXPECT_TRUE(test::SameBits(model.Displacements, one.u)) << cells;
+    EXPECT_FALSE(test::SameBits(model.Stiffness.Values, one.K.Values)) << cells;
   }
 }
 
-TEST(IndependentSystems, TurnedAndStiffenedPlatesStayWhole) {
-  Model turned, stiffened;
-  test::AssembleModel(MakePlate(test::Cells::Quads, true), turned);
-  EXPECT_FALSE(MayDecouple(turned.Stiffness));
-  ExpectRefusalAtOnce({turned.Stiffness, turned.LoadVector, turned.Displacements});
+TEST(IndependentSystems, RefusesInclinedAndStiffenedPlates) {
+  Model inclined, stiffened;
+  test::AssembleModel(MakePlate(test::Cells::Quads, true), inclined);
+  EXPECT_FALSE(MayDecouple(inclined.Stiffness));
+  ExpectRefusalAtOnce({inclined.Stiffness, inclined.LoadVector, inclined.Displacements});
 
   // A flat bar beside the plane, along one side of one cell.
   test::ModelText text = MakePlate(test::Cells::Quads, false);
@@ -354,32 +357,33 @@ TEST(IndependentSystems, TurnedAndStiffenedPlatesStayWhole) {
   ExpectRefusalAtOnce({stiffened.Stiffness, stiffened.LoadVector, stiffened.Displacements});
 }
 
-// Half of 700 full columns' entries are not zero: a list of them would take more memory than they.
-TEST(IndependentSystems, RunsListNoMoreThanASixteenthOfTheEntries) {
-  System run = MakeInterleaved(700), whole = run;
+// Half the entries of 700 full columns are non-zero: the list would take more memory than K.
+TEST(IndependentSystems, SolveSkylineRefusesDenseSystems) {
+  System run = MakeInterleaved(700), one = run;
   SolveSkyline(run.K, run.F, run.u, {});
-  SolveWhole(whole);
-  EXPECT_TRUE(test::SameBits(run.K.Values, whole.K.Values));  // factors of the whole
+  SolveAsOne(one);
+  EXPECT_TRUE(test::SameBits(run.K.Values, one.K.Values));  // the factors of one system
 }
 
 std::vector<int> ProgressOf(System system,
                             void (*solve)(SkylineMatrix&, std::vector<double>&,
                                           std::vector<double>&, const ProgressCallback&)) {
-  std::vector<int> told;
-  solve(system.K, system.F, system.u, [&told](int percent) { told.push_back(percent); });
-  return told;
+  std::vector<int> percents;
+  solve(system.K, system.F, system.u, [&percents](int percent) { percents.push_back(percent); });
+  return percents;
 }
 
-// 700 full columns, of whose entries few are not zero.
-TEST(IndependentSystems, ProgressIsThatOfTheWhole) {
+// 700 full columns with few non-zeros.
+TEST(IndependentSystems, ProgressIsThatOfOneSystem) {
   System system = MakeInterleaved(700);
   for (std::int32_t j = 0; j < 700; ++j) {
     for (std::int32_t i = 0; i < j - 20; ++i) Entry(system.K, i, j) = 0.0;
   }
-  const std::vector<int> whole = ProgressOf(system, SolveSkylinePlain);
-  EXPECT_EQ(ProgressOf(system, SolveSkyline), whole);
-  Entry(system.K, 0, 0) = Entry(system.K, 2, 2) = 1.0;  // solved apart and then as a whole
-  EXPECT_EQ(ProgressOf(system, SolveSkyline), whole);
+  const std::vector<int> expected = ProgressOf(system, SolveSkylinePlain);
+  EXPECT_EQ(ProgressOf(system, SolveSkyline), expected);
+  Entry(system.K, 0, 0) = Entry(system.K, 2, 2) =
+      1.0;  // refused halfway, then solved as one system
+  EXPECT_EQ(ProgressOf(system, SolveSkyline), expected);
 }
 
 }  // namespace

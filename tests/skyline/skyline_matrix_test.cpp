@@ -1,4 +1,4 @@
-// The storage rule of the skyline matrix and the scatter of element matrices into it.
+// The storage rule of the skyline matrix, and the addition of element matrices.
 #include "skyline/skyline_matrix.h"
 
 #include <gtest/gtest.h>
@@ -30,8 +30,8 @@ TEST(SkylineMatrix, AddressesFollowTheHeights) {
   EXPECT_EQ(K.Values, std::vector<double>(9, 0.0));
 }
 
-// Memory of another matrix, smaller or larger, serves again; its values are gone.
-TEST(SkylineMatrix, AllocatedAgainAllValuesAreZero) {
+// AllocateValues reuses the memory of a smaller or larger matrix and clears it.
+TEST(SkylineMatrix, ReallocatedValuesAreZero) {
   SkylineMatrix K;
   for (const std::int64_t size : {6, 4, 10}) {
     K.SkylineSize = size;
@@ -51,7 +51,7 @@ TEST(SkylineMatrix, RaisingNeverLowersAColumn) {
   EXPECT_EQ(K.ColumnHeights[3], 4);
 }
 
-// Heights beyond 2^31 entries in all, without the memory for them: the sums are 64-bit.
+// More than 2^31 entries in total: the sums are 64-bit. Values are not allocated.
 TEST(SkylineMatrix, SizeAndAddressesAre64Bit) {
   SkylineMatrix K;
   const std::int32_t height = std::numeric_limits<std::int32_t>::max();
@@ -72,7 +72,7 @@ SkylineMatrix MakeFull(std::int32_t n) {
   return K;
 }
 
-// Only the upper triangle is read: the lower one holds values that must not appear.
+// Only the upper triangle is read: the values -99 of the lower one must not appear.
 TEST(SkylineMatrix, ScatterReadsTheUpperTriangle) {
   SkylineMatrix K = MakeFull(3);
   const std::array<double, 9> ke{1, 2, 3, -99, 4, 5, -99, -99, 6};
@@ -81,7 +81,7 @@ TEST(SkylineMatrix, ScatterReadsTheUpperTriangle) {
   EXPECT_EQ(K.Values, (std::vector<double>{1, 4, 2, 6, 5, 3}));  // diagonal first, then upward
 }
 
-// One element of 24 dofs alone: the skyline is the upper triangle of its matrix.
+// A single element of 24 dofs: the skyline is the upper triangle of its matrix.
 TEST(SkylineMatrix, ScatterOfASingleFourNodeShell) {
   constexpr std::size_t n = 24;
   SkylineMatrix K = MakeFull(n);
@@ -110,8 +110,9 @@ TEST(SkylineMatrix, ScatterIntoReversedAndSharedDofsAdds) {
   EXPECT_EQ(Entry(K, 1, 1), 3);
 }
 
-// An element that repeats a node: the term between its two dofs lands on the diagonal, once.
-TEST(SkylineMatrix, ScatterOfARepeatedDofLandsOnTheDiagonal) {
+// An element that repeats a node: the term between its two equal dofs is added to the diagonal,
+// once.
+TEST(SkylineMatrix, ScatterAddsARepeatedDofToTheDiagonal) {
   SkylineMatrix K = MakeFull(2);
   const std::array<double, 4> ke{1, 2, -99, 4};
   const std::array<std::int32_t, 2> g{1, 1};

@@ -1,5 +1,6 @@
-// The skyline solver, fast and plain: small systems by hand, a random system against elimination in
-// long double, its order of operations bit for bit against a transcription, and its progress text.
+// The skyline solver, fast and plain: small systems solved by hand, a random system against Gauss
+// elimination in long double, the order of operations bit for bit against the formulas on a full
+// matrix, and the progress.
 #include "skyline/solve_skyline.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +18,7 @@ namespace {
 
 using Dense = std::vector<std::vector<double>>;  // [n][n], symmetric
 
-// A's profile reaches in each column to its first entry that is not zero.
+// A in skyline storage. Each column's top row is that of its first non-zero.
 SkylineMatrix Pack(const Dense& A) {
   SkylineMatrix K;
   const auto n = static_cast<std::int32_t>(A.size());
@@ -39,7 +40,7 @@ SkylineMatrix Pack(const Dense& A) {
 
 Dense Zeros(std::size_t n) { return Dense(n, std::vector<double>(n, 0.0)); }
 
-// Symmetric, diagonally dominant, with ragged column tops.
+// Symmetric, diagonally dominant, with random top rows.
 Dense MakeRandomSystem(std::size_t n, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> value(-1.0, 1.0);
@@ -68,7 +69,7 @@ class SolveSkylineTest : public testing::TestWithParam<NamedSolver> {
     return u;
   }
 
-  // The percentages told for a unit matrix of n columns.
+  // The percentages reported for a unit matrix of n columns.
   static std::vector<int> ProgressOf(std::int32_t n) {
     SkylineMatrix K;
     InitColumnHeights(K, n);
@@ -76,9 +77,9 @@ class SolveSkylineTest : public testing::TestWithParam<NamedSolver> {
     AllocateValues(K);
     K.Values.assign(K.Values.size(), 1.0);
     std::vector<double> F(static_cast<std::size_t>(n)), u(F.size());
-    std::vector<int> told;
-    GetParam().solve(K, F, u, [&told](int percent) { told.push_back(percent); });
-    return told;
+    std::vector<int> percents;
+    GetParam().solve(K, F, u, [&percents](int percent) { percents.push_back(percent); });
+    return percents;
   }
 };
 
@@ -130,10 +131,10 @@ TEST_P(SolveSkylineTest, RandomSystemAgainstElimination) {
   }
 }
 
-// The stages on a full matrix, written down as formulas: every entry gets its terms one by one, k
-// ascending. `top[j]` is the first row of column j.
-void TranscribeSolution(Dense& A, const std::vector<std::size_t>& top, std::vector<double>& F,
-                        std::vector<double>& u) {
+// The solution on a full matrix, formula by formula: each entry receives its terms one by one, k
+// ascending. top: [n] top row of each column.
+void SolveByFormulas(Dense& A, const std::vector<std::size_t>& top, std::vector<double>& F,
+                     std::vector<double>& u) {
   const std::size_t n = A.size();
   for (std::size_t j = 0; j < n; ++j) {
     for (std::size_t i = top[j]; i < j; ++i) {
@@ -158,7 +159,7 @@ void TranscribeSolution(Dense& A, const std::vector<std::size_t>& top, std::vect
   }
 }
 
-// Sizes around and between multiples of six, so that no block size of a faster routine fits all.
+// Sizes near multiples of 6 and 24, and others, so that no block size of a fast routine fits all.
 TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
   for (const std::size_t n : {2U, 3U, 5U, 6U, 7U, 23U, 24U, 25U, 61U, 130U}) {
     Dense A = MakeRandomSystem(n, static_cast<unsigned>(n));
@@ -171,7 +172,7 @@ TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
     std::vector<double> F(n), expectedU(n);
     for (std::size_t i = 0; i < n; ++i) F[i] = 1.0 / (3.0 + static_cast<double>(i));
     std::vector<double> expectedF = F;
-    TranscribeSolution(A, top, expectedF, expectedU);
+    SolveByFormulas(A, top, expectedF, expectedU);
     const std::vector<double> u = Solve(K, F);
     EXPECT_TRUE(test::SameBits(u, expectedU)) << n;
     EXPECT_TRUE(test::SameBits(F, expectedF)) << n;
@@ -179,8 +180,8 @@ TEST_P(SolveSkylineTest, SameBitsAsTheFormulas) {
   }
 }
 
-// A zero multiplier leaves the pivot alone. With finite numbers nobody could tell; here l = 4 /
-// -inf = -0, and the update -0 - (-0 x 4) would turn the pivot -0 into +0.
+// A zero multiplier must not touch the pivot. Finite numbers would not show it. Here l = 4 / -inf =
+// -0, and the update -0 - (-0 * 4) would change the pivot from -0 to +0.
 TEST_P(SolveSkylineTest, ZeroMultiplierSkipsThePivotUpdate) {
   SkylineMatrix K = Pack({{1.0, 4.0}, {4.0, 1.0}});
   K.Values = {-std::numeric_limits<double>::infinity(), -0.0, 4.0};  // d0, d1, A(0, 1)
@@ -206,22 +207,23 @@ TEST_P(SolveSkylineTest, PenaltyDofMovesByItsForceOver1e20) {
   EXPECT_DOUBLE_EQ(u[1], 1e-17);
 }
 
-TEST_P(SolveSkylineTest, EmptySystemDoesAndTellsNothing) { EXPECT_TRUE(ProgressOf(0).empty()); }
+TEST_P(SolveSkylineTest, EmptySystemReportsNothing) { EXPECT_TRUE(ProgressOf(0).empty()); }
 
-TEST_P(SolveSkylineTest, ProgressOfOneColumnIsTheLastOnly) {
+TEST_P(SolveSkylineTest, ProgressOfOneColumnIs100Only) {
   EXPECT_EQ(ProgressOf(1), std::vector<int>{100});
 }
 
-TEST_P(SolveSkylineTest, ProgressOfSixColumnsIsTheLastOnly) {
+TEST_P(SolveSkylineTest, ProgressOfSixColumnsIs100Only) {
   EXPECT_EQ(ProgressOf(6), std::vector<int>{100});
 }
 
-TEST_P(SolveSkylineTest, ProgressOfTenColumnsTellsEachOnce) {
+TEST_P(SolveSkylineTest, ProgressOfTenColumnsReportsEachOnce) {
   EXPECT_EQ(ProgressOf(10), (std::vector<int>{20, 40, 60, 80, 100}));
 }
 
-// p = 20 holds for columns 199 to 208, and so on; 100 for the last alone.
-TEST_P(SolveSkylineTest, ProgressOfAThousandColumnsTellsEachTenTimes) {
+// p = 20 holds for the columns 199 to 208, counted from 0, and so on; p = 100 for the last one
+// only.
+TEST_P(SolveSkylineTest, ProgressOfAThousandColumnsReportsEachTenTimes) {
   std::vector<int> expected;
   for (const int percent : {20, 40, 60, 80}) expected.insert(expected.end(), 10, percent);
   expected.push_back(100);

@@ -1,5 +1,4 @@
-// Back substitution in profiles that are hardly filled. Found by fuzzing: models of many nodes and
-// few elements.
+// Back substitution with very sparse profiles, as of models with many nodes and few elements.
 #include "skyline/substitute_back.h"
 
 #include <gtest/gtest.h>
@@ -7,9 +6,9 @@
 namespace korvex {
 namespace {
 
-// An arrow: n columns of their diagonal alone, but the last of full height. With d(i) = 2,
-// l(i, n) = 1/2, u = 1 everywhere: y(i) = 2 (1 + 1/2) = 3 and, in the last row, y = d. All numbers
-// are exact. Two million columns, asked once per row, would take hours.
+// Two million columns of height 1, except the last of full height. With d(i) = 2, l(i, n - 1) = 1/2
+// and u = 1 everywhere: y(i) = 2 (1 + 1/2) = 3 and, in the last row, y = d = 2. All numbers are
+// exact. A test of all later columns in each row would take hours.
 TEST(SubstituteBack, AWideColumnCostsNoTimeInNarrowOnes) {
   constexpr std::int32_t n = 2000000;
   SkylineMatrix K;
@@ -27,7 +26,8 @@ TEST(SubstituteBack, AWideColumnCostsNoTimeInNarrowOnes) {
   EXPECT_EQ(u, std::vector<double>(n, 1.0));
 }
 
-// No column reaches another row: there is nothing to point to. n is no multiple of any block.
+// No column reaches another row, so the tables of columns and products are empty. n = 13 is no
+// multiple of the eight rows of a block.
 TEST(SubstituteBack, DiagonalsAlone) {
   SkylineMatrix K;
   InitColumnHeights(K, 13);

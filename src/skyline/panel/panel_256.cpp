@@ -1,5 +1,5 @@
-// The panel routine in vectors of 256 bits, four numbers each. Compiled for processors that have
-// them.
+// The panel routine in vectors of 256 bits, four doubles each. This file is compiled for processors
+// that have these vectors and must not be called on others.
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
@@ -7,6 +7,10 @@ namespace korvex {
 void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
                     std::int64_t sliceRows) {
   FactorPanel<ShortVectors<4>>(K, first, work, sliceRows);
+}
+
+double SumValues256(const double* values, std::int64_t count) {
+  return SumValues<ShortVectors<4>>(values, count);
 }
 
 }  // namespace korvex

@@ -1,7 +1,8 @@
-// The panel routine in vectors of 512 bits, eight numbers each. Compiled for processors that have
-// them.
+// The panel routine in vectors of 512 bits, eight doubles each. This file is compiled for
+// processors that have these vectors and must not be called on others.
 //
-// A tile of 6 x 24 entries and what it takes to reduce it fill the thirty-two vector registers.
+// Of the 32 vector registers, a tile of 6 x 24 entries takes 18, a row of the slice 3, products and
+// masks the rest.
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
@@ -10,13 +11,13 @@ namespace {
 
 struct Width512 {
   static constexpr int Lanes = 8;
-  static constexpr int WideVectors = 3;    // of a strip where all tops are alike
-  static constexpr int NarrowVectors = 1;  // of a strip where they differ
-  static constexpr int SquareRows = 8;     // a square of rows and columns fills eight registers
+  static constexpr int WideVectors = 3;    // of a strip of a panel with similar top rows
+  static constexpr int NarrowVectors = 1;  // of a strip of a ragged panel
+  static constexpr int SquareRows = 8;     // a square of 8 x 8 entries takes eight registers
   typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
 
-  // The instruction spreads the factor over the lanes itself. Left to themselves, compilers spread
-  // it once for three products, which costs Zen 4 a third of its speed.
+  // v * factor. The instruction broadcasts the factor from memory to all lanes. Compilers would use
+  // a separate broadcast for three products, which costs a third of the speed on Zen 4.
   static Vector Multiply(const Vector& v, const double* factor) {
     Vector product;
     asm("vmulpd %2%{1to8%}, %1, %0" : "=v"(product) : "v"(v), "m"(*factor));
@@ -29,6 +30,10 @@ struct Width512 {
 void FactorPanel512(const SkylineArrays& K, std::int64_t first, double* work,
                     std::int64_t sliceRows) {
   FactorPanel<Width512>(K, first, work, sliceRows);
+}
+
+double SumValues512(const double* values, std::int64_t count) {
+  return SumValues<Width512>(values, count);
 }
 
 }  // namespace korvex

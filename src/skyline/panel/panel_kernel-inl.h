@@ -1,11 +1,17 @@
-// The body of the panel routines (skyline_panel.h), for any vector length.
+// The panel routine for any vector length. panel.h draws panel, slice, tile, strip, diagonal block.
 //
-// A panel is reduced from its top downward, a slice of rows at a time. The slice lies row by row in
-// `work`; against each earlier node, whose six columns are the rows of a tile, it is taken with
-//   A(i, j) -= A(k, i) A(k, j),  k = max(m(i), m(j)) .. i - 1 ascending,
-// in registers. Then its rows are divided by their pivots and go back to their columns. Lanes whose
-// column does not reach a row are masked, never padded: 0 times infinity would be a NaN. Everything
-// stands in an unnamed namespace, as in skyline_vectors.h.
+// For each slice, from the top of the panel down:
+//   1. Read its rows from K's columns (ReadRows).
+//   2. For each tile of the slice: A(i, j) -= A(k, i) A(k, j), k in the slice (UpdateTileRows).
+//   3. Divide its rows by their pivots, l = A(k, j) / d(k), subtract l A(k, j) from pivot j and
+//      l y(k) from load j, write l to K's columns (FinishStrip).
+//   4. Subtract the terms of this slice from the rows below: those of the slices that follow and
+//   the
+//      diagonal block (UpdateRowsBelow).
+// Then:
+//   5. Finish the rows of the diagonal block one by one (FinishDiagonalBlock).
+//
+// Lanes whose column does not reach row k are masked, not padded with zeros: 0 * infinity is a NaN.
 #pragma once
 
 #include "skyline/panel/panel_rows-inl.h"
@@ -13,11 +19,12 @@
 namespace korvex {
 namespace {
 
-// Rows of entries in a strip of the panel's columns: [row][vector].
+// Entries of several rows in a strip: [row][vector].
 template <typename Width, int Rows, int Vectors>
 using Entries = VectorOf<Width>[Rows][Vectors];
 
-// The lanes of a strip whose columns reach up to row k.
+// Finds the lanes of a strip whose columns reach row k.
+// tops: the top rows of the strip's columns.
 template <typename Width, int Vectors>
 [[gnu::always_inline]] inline void FindMask(const double* tops, double k,
                                             MaskOf<Width> (&mask)[Vectors]) {
@@ -25,8 +32,8 @@ template <typename Width, int Vectors>
                       KORVEX_INLINE { mask[v] = Load<Width>(tops + v * Width::Lanes) <= k; });
 }
 
-// Takes `row` times the multiplier out of a row of entries, in its first vectors, Active of them;
-// if Masked, in the lanes of the mask.
+// entries -= row * multiplier, in the first Active vectors of a strip; if Masked, only in the lanes
+// of the mask.
 template <typename Width, bool Masked, int Active, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerm(const VectorOf<Width> (&row)[Vectors],
                                                 const double* multiplier,
@@ -42,15 +49,17 @@ template <typename Width, bool Masked, int Active, int Vectors>
   });
 }
 
-// Subtracts `count` terms from rows of entries, in the first vectors of a strip, Active of them.
-// last: per row, its multiplier of the last term; those before lie behind it.
-// w: the strip's row of the first term.
+// Subtracts `count` terms from each row of a, in the first Active vectors of a strip.
+// last: [Rows] for each row its multiplier A(k, i) of the last term; that of the t-th term before
+// is
+//    at last + t.
+// w: row k of the slice for the first term, from the strip's first column on.
 template <typename Width, bool Masked, int Active, int Rows, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerms(const double* const (&last)[Rows], const double* w,
                                                  std::int64_t count,
                                                  const MaskOf<Width> (&mask)[Vectors],
                                                  Entries<Width, Rows, Vectors>& a) {
-  // Written out four times: in short vectors, counting would cost a sixth of the instructions.
+  // Unrolled: with short vectors, loop counting would take a sixth of all instructions.
 #pragma GCC unroll 4
   for (std::int64_t t = count - 1; t >= 0; --t, w += PanelColumns) {
     VectorOf<Width> row[Vectors];
@@ -61,12 +70,13 @@ template <typename Width, bool Masked, int Active, int Rows, int Vectors>
   }
 }
 
-// Subtracts from each row of a tile the terms of the tile's rows before it.
-// l: per row of the tile, its multiplier of the tile's first row; the others lie before it.
+// Subtracts from each row q of a tile the terms with the rows p < q of the same tile.
+// l: [TileRows] for each row its multiplier of the tile's first row; that of row p is at l - p.
+// first: the tile's first row.
 template <typename Width, bool Masked, int Vectors>
-[[gnu::always_inline]] inline void SubtractOwnTerms(const double* const (&l)[TileRows],
-                                                    const double* tops, std::int64_t first,
-                                                    Entries<Width, TileRows, Vectors>& a) {
+[[gnu::always_inline]] inline void SubtractTileTerms(const double* const (&l)[TileRows],
+                                                     const double* tops, std::int64_t first,
+                                                     Entries<Width, TileRows, Vectors>& a) {
   Repeat<TileRows>([&](auto p) KORVEX_INLINE {
     MaskOf<Width> mask[Vectors];
     if constexpr (Masked) FindMask<Width>(tops, static_cast<double>(first + p), mask);
@@ -76,13 +86,13 @@ template <typename Width, bool Masked, int Vectors>
   });
 }
 
-// Rows of the panel that are reduced together: a node's.
+// Rows of the panel that are reduced together: the dofs of a node.
 struct Tile {
   std::int64_t first, count;    // rows first .. first + count - 1, count <= TileRows
-  double* rows;                 // [count][PanelColumns]
-  std::int64_t base[TileRows];  // as in Panel, of the columns whose numbers the rows have
-  std::int64_t tops[TileRows];  // their top rows
-  std::int64_t commonTop;       // the lowest of them
+  double* rows;                 // count x PanelColumns, row-major
+  std::int64_t base[TileRows];  // ColumnBase of the columns first .. first + count - 1
+  std::int64_t tops[TileRows];  // top rows of these columns
+  std::int64_t commonTop;       // first row that all of them reach
 };
 
 inline Tile DescribeTile(const SkylineArrays& K, std::int64_t first, std::int64_t count,
@@ -100,8 +110,8 @@ inline Tile DescribeTile(const SkylineArrays& K, std::int64_t first, std::int64_
   return tile;
 }
 
-// The terms k0 .. k1 - 1 of row q of a tile, in the strip from column c: the way that suits all
-// tops.
+// Subtracts the terms k = k0 .. k1 - 1 from row q of a tile, in the strip from column c. General
+// path: masks every term.
 template <typename Width, int Vectors>
 void UpdateRow(const SkylineArrays& K, const Panel& panel, const Slice& slice, const Tile& tile,
                std::int64_t c, std::int64_t q, std::int64_t k0, std::int64_t k1) {
@@ -119,8 +129,9 @@ void UpdateRow(const SkylineArrays& K, const Panel& panel, const Slice& slice, c
   StoreStrip<Width>(target, a);
 }
 
-// The terms of a whole tile that lie in the slice, from k0 on, in the strip from column c, where
-// all six columns reach up to k0; those of the tile itself come last.
+// Subtracts the terms k >= k0 of a slice from a tile of six rows, in the strip from column c. If
+// the tile lies in the slice, its own rows' terms come last. k0: all six columns of the tile reach
+// it.
 template <typename Width, int Vectors>
 void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, const Slice& slice,
                 const Tile& tile, std::int64_t c, std::int64_t k0) {
@@ -140,7 +151,7 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, 
   };
   const double* tops = panel.tops + c;
   MaskOf<Width> mask[Vectors];
-  // Lanes that do not reach the tile need no mask: nobody reads what they hold.
+  // Lanes whose column does not reach the tile need no mask: their values are not used.
   int s = 0;
   for (; steps.rows[s + 1] < tile.first + TileRows; ++s) {
     const std::int64_t end = Min(steps.rows[s + 1], k1);
@@ -148,7 +159,7 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, 
     pointAt(end - 1);
     FindMask<Width>(tops, static_cast<double>(steps.rows[s]), mask);
     Repeat<Vectors>([&](auto v) KORVEX_INLINE {
-      if (steps.vectors[s] == v + 1) {
+      if (steps.activeVectors[s] == v + 1) {
         SubtractTerms<Width, true, v + 1>(l, RowOf(slice, k0) + c, end - k0, mask, a);
       }
     });
@@ -161,15 +172,15 @@ void UpdateTile(const SkylineArrays& K, const Panel& panel, const Steps& steps, 
   if (tile.first < slice.end) {
     pointAt(tile.first);
     if (steps.rows[s] > tile.first) {
-      SubtractOwnTerms<Width, true, Vectors>(l, tops, tile.first, a);
+      SubtractTileTerms<Width, true, Vectors>(l, tops, tile.first, a);
     } else {
-      SubtractOwnTerms<Width, false, Vectors>(l, tops, tile.first, a);
+      SubtractTileTerms<Width, false, Vectors>(l, tops, tile.first, a);
     }
   }
   forEntries([](double* p, VectorOf<Width>& entry) KORVEX_INLINE { Store<Width>(p, entry); });
 }
 
-// The terms of a tile that lie in the slice, in the strip from column c.
+// Subtracts the terms of a slice from a tile, in the strip from column c.
 template <typename Width, int Vectors>
 void UpdateStrip(const SkylineArrays& K, const Panel& panel, const Slice& slice, const Tile& tile,
                  std::int64_t c) {
@@ -192,16 +203,16 @@ void UpdateStrip(const SkylineArrays& K, const Panel& panel, const Slice& slice,
   UpdateTile<Width, Vectors>(K, panel, steps, slice, tile, c, Max(k0, tile.commonTop));
 }
 
-// The terms of a tile that lie in the slice.
+// Subtracts the terms of a slice from a tile.
 template <typename Width>
 void UpdateTileRows(const SkylineArrays& K, const Panel& panel, const Slice& slice,
                     const Tile& tile) {
   constexpr std::int64_t Wide = Width::WideVectors * Width::Lanes;
   constexpr std::int64_t Narrow = Width::NarrowVectors * Width::Lanes;
-  // Of the panel's own rows, only the columns behind them count.
-  const std::int64_t done = Max(0, tile.first - panel.first);
-  if (panel.isRagged || done >= Narrow) {
-    for (std::int64_t c = done / Narrow * Narrow; c < PanelColumns; c += Narrow) {
+  // In the diagonal block, only columns from the tile on are needed.
+  const std::int64_t skipped = Max(0, tile.first - panel.first);
+  if (panel.isRagged || skipped >= Narrow) {
+    for (std::int64_t c = skipped / Narrow * Narrow; c < PanelColumns; c += Narrow) {
       UpdateStrip<Width, Width::NarrowVectors>(K, panel, slice, tile, c);
     }
   } else {
@@ -211,9 +222,10 @@ void UpdateTileRows(const SkylineArrays& K, const Panel& panel, const Slice& sli
   }
 }
 
-// Divides row k of a strip by its pivot, l = t / d(k), and takes it out of the columns' pivots and
-// loads; if Masked, where they reach up to k. A zero multiplier leaves the pivot untouched: its
-// sign, too, where it is zero itself.
+// l = t / d(k), pivots -= l t, load -= l y(k), for row k of a strip; if Masked, only for columns
+// that reach row k. A zero multiplier must not touch the pivot: -0 - (-0 * 4) would change a pivot
+// of -0 to +0. t: the strip's row before the division. pivotK, loadK: d(k), y(k). l: the quotients,
+// written completely.
 template <typename Width, bool Masked, int Vectors>
 [[gnu::always_inline]] inline void ScaleRow(const double* t, const double* tops, std::int64_t k,
                                             double pivotK, double loadK, double* l,
@@ -237,7 +249,8 @@ template <typename Width, bool Masked, int Vectors>
   });
 }
 
-// Scales the rows of a slice and writes them to their columns, in the strip from column c.
+// Divides the rows of a slice by their pivots and writes them to K's columns, in the strip from
+// column c. The slice keeps the rows before the division, which later terms need.
 template <typename Width>
 void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Panel& panel) {
   constexpr int Vectors = Width::NarrowVectors;
@@ -253,8 +266,8 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
                                  load);
   };
   for (std::int64_t k = slice.first; k < slice.end; k += N) {
-    if (k >= panel.full && k + N <= slice.end) {
-      // Written out, so that the quotients stay in registers until they are in their columns.
+    if (k >= panel.commonTop && k + N <= slice.end) {
+      // Unrolled, so that the quotients stay in registers until they are transposed.
       Repeat<N>([&](auto r) KORVEX_INLINE { divide(Constant<0>(), k + r, r); });
       Repeat<Columns / N>([&](auto i) KORVEX_INLINE {
         WriteSquare<N>(K, panel, c + i * N, k, l + i * N, Columns);
@@ -269,10 +282,10 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   StoreStrip<Width>(panel.load + c, load);
 }
 
-// Asks for the columns of the next panel while this one is reduced: the share of one of `tiles`
-// tiles, the one at `index`. Only the second half, the larger tiles, asks: what came earlier would
-// be driven out again. Always inline: to GCC a function that does nothing else is one without
-// effects, whose calls it drops.
+// Prefetches the columns of the next panel while this one is reduced: for tile number `index` of
+// `tiles`, its share of their entries. Only the second half of the tiles, which take longer, do so:
+// entries fetched earlier would be replaced in the cache before use. Always inline: GCC removes
+// calls of a function that only prefetches.
 [[gnu::always_inline]] inline void PrefetchNextPanel(const SkylineArrays& K, const Panel& panel,
                                                      std::int64_t index, std::int64_t tiles) {
   constexpr std::int64_t LineEntries = 8;
@@ -280,7 +293,7 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   if (next + PanelColumns >= K.n) return;
   const std::int64_t begin = K.diagonalAddress[next];
   const std::int64_t entries = K.diagonalAddress[next + PanelColumns] - begin;
-  // More would drive the slice out of the second cache.
+  // More entries would replace the slice in the second-level cache.
   if (entries > MaxSliceRows * PanelColumns) return;
   const std::int64_t half = tiles / 2;
   if (index < half) return;
@@ -291,7 +304,7 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   }
 }
 
-// Finishes the rows of a slice: all terms of their entries, their division, their columns.
+// Steps 1 to 3 for a slice.
 template <typename Width>
 void FinishSlice(const SkylineArrays& K, const Slice& slice, Panel& panel) {
   ReadRows<Width>(K, panel, slice.first, slice.end - slice.first, slice.rows);
@@ -304,55 +317,57 @@ void FinishSlice(const SkylineArrays& K, const Slice& slice, Panel& panel) {
   for (std::int64_t c = 0; c < PanelColumns; c += Columns) FinishStrip<Width>(K, slice, c, panel);
 }
 
-// Subtracts the terms k0 and below of a finished slice from Rows of the panel's own rows, the first
-// of them r0, in the last vectors of the panel; all columns reach up to k0.
+// Subtracts the terms k >= k0 of a finished slice from rows r0 .. r0 + Rows - 1 of the diagonal
+// block, in its last Vectors vectors.
+// k0: all columns of the panel reach it.
 template <typename Width, int Rows, int Vectors>
-void UpdateOwnRows(const SkylineArrays& K, const Slice& slice, std::int64_t k0, std::int64_t r0,
-                   Panel& panel) {
+void UpdateBlockRows(const SkylineArrays& K, const Slice& slice, std::int64_t k0, std::int64_t r0,
+                     Panel& panel) {
   constexpr std::int64_t C = PanelColumns - Vectors * Width::Lanes;
   Entries<Width, Rows, Vectors> a;
   const double* l[Rows];
   Repeat<Rows>([&](auto q) KORVEX_INLINE {
-    LoadStrip<Width>(panel.own + (r0 + q) * PanelColumns + C, a[q]);
+    LoadStrip<Width>(panel.block + (r0 + q) * PanelColumns + C, a[q]);
     l[q] = K.values + (panel.base[r0 + q] - (slice.end - 1));
   });
-  const MaskOf<Width> noMask[Vectors] = {};
-  SubtractTerms<Width, false, Vectors>(l, RowOf(slice, k0) + C, slice.end - k0, noMask, a);
+  const MaskOf<Width> unusedMask[Vectors] = {};
+  SubtractTerms<Width, false, Vectors>(l, RowOf(slice, k0) + C, slice.end - k0, unusedMask, a);
   Repeat<Rows>([&](auto q) KORVEX_INLINE {
-    StoreStrip<Width>(panel.own + (r0 + q) * PanelColumns + C, a[q]);
+    StoreStrip<Width>(panel.block + (r0 + q) * PanelColumns + C, a[q]);
   });
 }
 
-// Subtracts the terms of a finished slice from the panel's own rows.
+// Subtracts the terms of a finished slice from the diagonal block.
 template <typename Width>
-void UpdateAllOwnRows(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  // Where thirty-two registers hold eight rows, none needs a mask from `full` on.
-  constexpr bool HasBlocks = Width::Lanes == 8;
-  const std::int64_t full = Max(slice.first, panel.full);
-  const Slice ragged = {slice.rows, slice.first, HasBlocks ? Min(full, slice.end) : slice.end};
+void UpdateDiagonalBlock(const SkylineArrays& K, const Slice& slice, Panel& panel) {
+  // With 32 registers, eight rows at a time from commonTop on, where no masks are needed.
+  constexpr bool HoldsEightRows = Width::Lanes == 8;
+  const std::int64_t commonTop = Max(slice.first, panel.commonTop);
+  const Slice ragged = {slice.rows, slice.first,
+                        HoldsEightRows ? Min(commonTop, slice.end) : slice.end};
   for (std::int64_t q = 0; q < panel.columns && ragged.first < ragged.end; q += TileRows) {
     UpdateTileRows<Width>(K, panel, ragged,
                           DescribeTile(K, panel.first + q, Min(TileRows, panel.columns - q),
-                                       panel.own + q * PanelColumns));
+                                       panel.block + q * PanelColumns));
   }
-  if constexpr (HasBlocks) {
-    if (full >= slice.end) return;
-    // Row 6 is the last that needs the first vector behind its diagonal entry, row 14 the second,
-    // row 22 the third, and row 23 none.
-    UpdateOwnRows<Width, 7, 3>(K, slice, full, 0, panel);
-    UpdateOwnRows<Width, 8, 2>(K, slice, full, 7, panel);
-    UpdateOwnRows<Width, 8, 1>(K, slice, full, 15, panel);
+  if constexpr (HoldsEightRows) {
+    if (commonTop >= slice.end) return;
+    // Entries right of the diagonal: rows 0 to 6 have some in all three vectors, rows 7 to 14 in
+    // the last two, rows 15 to 22 in the last, row 23 has none.
+    UpdateBlockRows<Width, 7, 3>(K, slice, commonTop, 0, panel);
+    UpdateBlockRows<Width, 8, 2>(K, slice, commonTop, 7, panel);
+    UpdateBlockRows<Width, 8, 1>(K, slice, commonTop, 15, panel);
   }
 }
 
-// Subtracts the terms of a finished slice from all rows of the panel below it.
+// Step 4: subtracts the terms of a finished slice from all rows of the panel below it.
 template <typename Width>
 void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  // Several tiles at a time: squares may have more rows than one.
-  constexpr std::int64_t BlockRows = 4 * TileRows;
-  double rows[BlockRows * PanelColumns];
-  for (std::int64_t i = slice.end; i < panel.first; i += BlockRows) {
-    const std::int64_t count = Min(BlockRows, panel.first - i);
+  // Four tiles at a time, because a square of 8 x 8 has more rows than a tile.
+  constexpr std::int64_t ChunkRows = 4 * TileRows;
+  double rows[ChunkRows * PanelColumns];
+  for (std::int64_t i = slice.end; i < panel.first; i += ChunkRows) {
+    const std::int64_t count = Min(ChunkRows, panel.first - i);
     ReadRows<Width>(K, panel, i, count, rows);
     for (std::int64_t r = 0; r < count; r += TileRows) {
       UpdateTileRows<Width>(K, panel, slice,
@@ -360,20 +375,20 @@ void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
     }
     WriteRows<Width>(K, panel, 0, PanelColumns, i, count, rows, PanelColumns);
   }
-  UpdateAllOwnRows<Width>(K, slice, panel);
+  UpdateDiagonalBlock<Width>(K, slice, panel);
 }
 
-// Divides row r of the panel's own rows, and takes it out of those below; if Masked, where columns
-// reach up to it. What this does to columns up to r nobody reads.
-// l: the quotients of the row, [PanelColumns].
+// Divides row r of the diagonal block by its pivot and subtracts its terms from the rows below; if
+// Masked, only for columns that reach row r. Lanes of columns up to r receive arbitrary values,
+// which are not used. l: [PanelColumns] the quotients of the row.
 template <typename Width, bool Masked>
-void FinishOwnRow(std::int64_t r, Panel& panel, double* l) {
+void FinishBlockRow(std::int64_t r, Panel& panel, double* l) {
   constexpr int Vectors = Width::NarrowVectors;
   constexpr std::int64_t Columns = Vectors * Width::Lanes;
   const std::int64_t k = panel.first + r;
   const double pivotK = panel.pivots[r], loadK = panel.load[r];
   for (std::int64_t c = r / Columns * Columns; c < PanelColumns; c += Columns) {
-    const double* t = panel.own + r * PanelColumns + c;
+    const double* t = panel.block + r * PanelColumns + c;
     VectorOf<Width> row[Vectors], pivots[Vectors], load[Vectors];
     LoadStrip<Width>(t, row);
     LoadStrip<Width>(panel.pivots + c, pivots);
@@ -386,29 +401,29 @@ void FinishOwnRow(std::int64_t r, Panel& panel, double* l) {
     for (std::int64_t q = r + 1; q < Min(c + Columns, panel.columns); ++q) {
       if (Masked && panel.tops[q] > static_cast<double>(k)) continue;
       VectorOf<Width> entries[Vectors];
-      LoadStrip<Width>(panel.own + q * PanelColumns + c, entries);
+      LoadStrip<Width>(panel.block + q * PanelColumns + c, entries);
       SubtractTerm<Width, Masked, Vectors>(row, l + q, mask, entries);
-      StoreStrip<Width>(panel.own + q * PanelColumns + c, entries);
+      StoreStrip<Width>(panel.block + q * PanelColumns + c, entries);
     }
   }
 }
 
-// Finishes the panel's own rows, one by one, and writes them.
+// Step 5: finishes the rows of the diagonal block one by one and writes them to K.
 template <typename Width>
-void FinishOwnRows(const SkylineArrays& K, Panel& panel) {
+void FinishDiagonalBlock(const SkylineArrays& K, Panel& panel) {
   double l[PanelColumns * PanelColumns];
   for (std::int64_t r = 0; r < panel.columns; ++r) {
     const std::int64_t i = panel.first + r;
     K.values[K.diagonalAddress[i]] = panel.pivots[r];
     K.load[i] = panel.load[r];
-    if (panel.full <= panel.first) {
-      FinishOwnRow<Width, false>(r, panel, l + r * PanelColumns);
+    if (panel.commonTop <= panel.first) {
+      FinishBlockRow<Width, false>(r, panel, l + r * PanelColumns);
     } else {
-      FinishOwnRow<Width, true>(r, panel, l + r * PanelColumns);
+      FinishBlockRow<Width, true>(r, panel, l + r * PanelColumns);
     }
   }
   for (std::int64_t c = 0; c < panel.columns; ++c) {
-    for (std::int64_t r = FirstOwnRow(K, panel, c); r < c; ++r) {
+    for (std::int64_t r = FirstBlockRow(K, panel, c); r < c; ++r) {
       K.values[panel.base[c] - (panel.first + r)] = l[r * PanelColumns + c];
     }
   }
@@ -418,13 +433,33 @@ template <typename Width>
 void FactorPanel(const SkylineArrays& K, std::int64_t first, double* work, std::int64_t sliceRows) {
   Panel panel;
   DescribePanel<Width>(K, first, panel);
-  ReadOwnRows(K, panel);
+  ReadDiagonalBlock(K, panel);
   for (std::int64_t top = panel.top; top < first; top += sliceRows) {
     const Slice slice = {work, top, Min(top + sliceRows, first)};
     FinishSlice<Width>(K, slice, panel);
     UpdateRowsBelow<Width>(K, slice, panel);
   }
-  FinishOwnRows<Width>(K, panel);
+  FinishDiagonalBlock<Width>(K, panel);
+}
+
+// The sum of values[0 .. count - 1]: partial sums in eight vectors, then the rest.
+template <typename Width>
+double SumValues(const double* values, std::int64_t count) {
+  constexpr int Vectors = 8;
+  constexpr std::int64_t Stride = Vectors * Width::Lanes;
+  VectorOf<Width> sums[Vectors] = {};
+  std::int64_t i = 0;
+  for (; i + Stride <= count; i += Stride) {
+    Repeat<Vectors>([&](auto v) KORVEX_INLINE {
+      sums[v] = sums[v] + Load<Width>(values + i + v * Width::Lanes);
+    });
+  }
+  double sum = 0.0;
+  for (int lane = 0; lane < Width::Lanes; ++lane) {
+    for (const VectorOf<Width>& partial : sums) sum += partial[lane];
+  }
+  for (; i < count; ++i) sum += values[i];
+  return sum;
 }
 
 }  // namespace

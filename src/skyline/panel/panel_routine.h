@@ -1,11 +1,13 @@
-// The panel routine (skyline_panel.h) for a vector length.
+// The panel routines of a vector length. A build for processors without vector routines links
+// panel_routine_none.cpp, which has none.
 #pragma once
 
 #include "skyline/panel/panel.h"
 
 namespace korvex {
 
-// vectorBits: 128, 256 or 512. Null where the program has none of this length.
-PanelRoutine FindPanelRoutine(int vectorBits);
+// Returns the routines for vectorBits = 128, 256 or 512; null pointers for other lengths, and where
+// the program has no panel routines.
+PanelRoutines FindPanelRoutines(int vectorBits);
 
 }  // namespace korvex

@@ -1,8 +1,7 @@
-// No panel routines: see panel_routine.h.
 #include "skyline/panel/panel_routine.h"
 
 namespace korvex {
 
-PanelRoutine FindPanelRoutine(int /*vectorBits*/) { return nullptr; }
+PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
 
 }  // namespace korvex

@@ -1,18 +1,17 @@
-// The panel routines for x86 processors: see panel_routine.h.
 #include "skyline/panel/panel_routine.h"
 
 namespace korvex {
 
-PanelRoutine FindPanelRoutine(int vectorBits) {
+PanelRoutines FindPanelRoutines(int vectorBits) {
   switch (vectorBits) {
     case 128:
-      return FactorPanel128;
+      return {FactorPanel128, SumValues128};
     case 256:
-      return FactorPanel256;
+      return {FactorPanel256, SumValues256};
     case 512:
-      return FactorPanel512;
+      return {FactorPanel512, SumValues512};
     default:
-      return nullptr;
+      return {nullptr, nullptr};
   }
 }
 

@@ -1,10 +1,10 @@
-// What a panel routine (skyline_panel.h) knows of its panel, and how rows come from their columns
-// and go back.
+// The panel's description (top rows, masks, pivots, load), and the copies between columns and rows.
 //
-// Columns lie one after another in memory, the diagonal first and the rows above it following; a
-// slice of a panel lies row by row. Between them, squares of four or eight rows and columns are
-// turned in registers. Where a column does not reach a row, its lane holds anything: it is neither
-// used nor written.
+//   K's columns:     diagonal entry first, then upward:  row k of column c is K.values[base[c] - k]
+//   slice of rows:   row k of column c is rows[(k - first) * PanelColumns + c]
+//
+// Squares of 4 x 4 or 8 x 8 entries are transposed in registers on the way. If a column does not
+// reach a row, its lane holds an arbitrary value, which is neither used nor written.
 #pragma once
 
 #include "platform/shuffle.h"
@@ -14,39 +14,38 @@
 namespace korvex {
 namespace {
 
-// The top row of a column that is not there: the last panel may have fewer.
+// The top row of a missing column: the last panel may have less than 24.
 constexpr double NoTop = 1e300;
 
-// The row that nothing reaches.
+// Larger than every row number.
 constexpr std::int64_t NoRow = INT64_MAX;
 
-// Strips of a panel in the shortest vectors, two of two numbers.
+// Strips of a panel with vectors of 128 bits: 4 columns each.
 constexpr std::int64_t MaxStrips = 6;
 
-// The top rows of a strip's columns, ascending: between two of them the same lanes take part, so
-// that a mask is made once for many terms.
+// The different top rows of a strip's columns, ascending. Between two of them the active lanes stay
+// the same, so that one mask serves many terms.
 struct Steps {
-  std::int64_t rows[PanelColumns + 1];  // then NoRow
-  int vectors[PanelColumns];  // so many, counted from the first, take part from rows[s] on
+  std::int64_t rows[PanelColumns + 1];  // NoRow follows the last
+  int activeVectors[PanelColumns];      // leading vectors active from rows[s]
 };
 
-// The columns first .. first + columns - 1 of K.
+// The panel's columns first .. first + columns - 1 of K.
 struct Panel {
   std::int64_t first, columns;
-  std::int64_t top;                 // highest row of any column, rounded up to a tile's
-  std::int64_t full;                // from here on, all 24 columns are stored; NoRow if some miss
-  bool isRagged;                    // tops too different for one strip
-  Steps wide[MaxStrips];            // of the wide strips; not used where narrow ones are as wide
-  Steps narrow[MaxStrips];          // of the narrow strips
+  std::int64_t top;         // top row of the tallest column, rounded down to a multiple of TileRows
+  std::int64_t commonTop;   // first row that all 24 columns reach; NoRow if columns miss
+  bool isRagged;            // top rows too different for wide strips
+  Steps wide[MaxStrips];    // of the wide strips; unused if narrow strips are as wide
+  Steps narrow[MaxStrips];  // of the narrow strips
   std::int64_t base[PanelColumns];  // row k of column c is K.values[base[c] - k]
-  // Top rows, as numbers of the kind that vectors compare.
-  double tops[PanelColumns];
+  double tops[PanelColumns];        // top rows, as doubles, which vectors can compare
   double pivots[PanelColumns];
   double load[PanelColumns];
-  double own[PanelColumns * PanelColumns];  // rows `first` and below, row by row
+  double block[PanelColumns * PanelColumns];  // the diagonal block, row-major
 };
 
-// Rows first .. end - 1 of the panel, row by row.
+// Rows first .. end - 1 of the panel, row-major, PanelColumns entries each.
 struct Slice {
   double* rows;
   std::int64_t first, end;
@@ -63,18 +62,18 @@ inline std::int64_t TopRow(const SkylineArrays& K, std::int64_t j) {
   return j - K.columnHeights[j] + 1;
 }
 
-// Row k of column j lies k entries before this position.
+// The position in K.values such that row k of column j is at ColumnBase - k.
 inline std::int64_t ColumnBase(const SkylineArrays& K, std::int64_t j) {
   return K.diagonalAddress[j] + j;
 }
 
-// Lists the top rows of the strip from column c, `vectors` vectors of `lanes` numbers.
+// Finds the steps of the strip from column c, of `vectors` vectors of `lanes` doubles.
 inline void FindSteps(const Panel& panel, std::int64_t c, int vectors, int lanes, Steps& steps) {
   int count = 0;
   for (int lane = 0; lane < vectors * lanes; ++lane) {
     if (panel.tops[c + lane] == NoTop) continue;
     const auto row = static_cast<std::int64_t>(panel.tops[c + lane]);
-    if (count > 0 && steps.rows[count - 1] == row) continue;  // the dofs of a node
+    if (count > 0 && steps.rows[count - 1] == row) continue;  // usual: the dofs of a node
     int s = count++;
     for (; s > 0 && steps.rows[s - 1] > row; --s) steps.rows[s] = steps.rows[s - 1];
     steps.rows[s] = row;
@@ -84,11 +83,11 @@ inline void FindSteps(const Panel& panel, std::int64_t c, int vectors, int lanes
     const auto row = static_cast<double>(steps.rows[s]);
     int last = vectors * lanes - 1;
     while (panel.tops[c + last] > row) --last;
-    steps.vectors[s] = last / lanes + 1;
+    steps.activeVectors[s] = last / lanes + 1;
   }
 }
 
-// Lists the top rows of all strips of so many vectors.
+// Finds the steps of all strips of `vectors` vectors.
 template <typename Width>
 void FindAllSteps(const Panel& panel, int vectors, Steps (&steps)[MaxStrips]) {
   const std::int64_t columns = vectors * Width::Lanes;
@@ -97,20 +96,20 @@ void FindAllSteps(const Panel& panel, int vectors, Steps (&steps)[MaxStrips]) {
   }
 }
 
-// Tops, pivots and load of the panel.
+// Sets all of `panel` but the diagonal block.
 template <typename Width>
 void DescribePanel(const SkylineArrays& K, std::int64_t first, Panel& panel) {
   panel.first = first;
   panel.columns = Min(PanelColumns, K.n - first);
-  panel.full = panel.columns < PanelColumns ? NoRow : 0;
+  panel.commonTop = panel.columns < PanelColumns ? NoRow : 0;
   for (std::int64_t c = 0; c < PanelColumns; ++c) {
-    const bool isThere = c < panel.columns;
+    const bool exists = c < panel.columns;
     const std::int64_t j = first + c;
-    panel.tops[c] = isThere ? static_cast<double>(TopRow(K, j)) : NoTop;
-    panel.base[c] = isThere ? ColumnBase(K, j) : 0;
-    panel.pivots[c] = isThere ? K.values[K.diagonalAddress[j]] : 0.0;
-    panel.load[c] = isThere ? K.load[j] : 0.0;
-    if (isThere) panel.full = Max(panel.full, TopRow(K, j));
+    panel.tops[c] = exists ? static_cast<double>(TopRow(K, j)) : NoTop;
+    panel.base[c] = exists ? ColumnBase(K, j) : 0;
+    panel.pivots[c] = exists ? K.values[K.diagonalAddress[j]] : 0.0;
+    panel.load[c] = exists ? K.load[j] : 0.0;
+    if (exists) panel.commonTop = Max(panel.commonTop, TopRow(K, j));
   }
   FindAllSteps<Width>(panel, Width::NarrowVectors, panel.narrow);
   if constexpr (Width::WideVectors > Width::NarrowVectors) {
@@ -125,12 +124,11 @@ void DescribePanel(const SkylineArrays& K, std::int64_t first, Panel& panel) {
     top = Min(top, stripTop);
   }
   panel.top = top / TileRows * TileRows;
-  // A narrow strip takes about a third more time for its share of a wide one's work.
+  // For the same work, narrow strips take about a third more time than wide ones.
   panel.isRagged = 4 * stripHeights * Narrow < 3 * (first - top) * PanelColumns;
 }
 
-// N numbers of a square of N rows and columns: of one column, the last row first, as they are
-// stored, or of one row.
+// One line of a square of N rows and N columns: a column, last row first as it is stored, or a row.
 template <int N>
 struct SquareLine {
   typedef double Type __attribute__((vector_size(N * sizeof(double))));
@@ -138,7 +136,7 @@ struct SquareLine {
 template <int N>
 using Square = typename SquareLine<N>::Type[N];
 
-// to[i][j] = from[j][i]
+// to[i][j] = from[j][i]. Shuffle takes lanes by number, first those of its first argument.
 [[gnu::always_inline]] inline void Transpose(const Square<4>& from, Square<4>& to) {
   Square<4> t;
   Repeat<2>([&](auto i) KORVEX_INLINE {
@@ -166,8 +164,8 @@ using Square = typename SquareLine<N>::Type[N];
   exchangePairs(u, to);
 }
 
-// Copies the square of the N columns from c and the N rows from k from the columns to `rows`, which
-// begins with row k and has the panel's columns.
+// Copies N columns from c, N rows from k, from K's columns to rows.
+// rows: row k and below, row-major, PanelColumns entries each.
 template <int N>
 [[gnu::always_inline]] inline void ReadSquare(const SkylineArrays& K, const Panel& panel,
                                               std::int64_t c, std::int64_t k, double* rows) {
@@ -181,7 +179,8 @@ template <int N>
   });
 }
 
-// Copies it back to the columns. rows: begins with row k and column c, `step` entries a row.
+// Copies N columns from c, N rows from k, from rows to K's columns.
+// rows: from row k and column c on, row-major, `step` entries each.
 template <int N>
 [[gnu::always_inline]] inline void WriteSquare(const SkylineArrays& K, const Panel& panel,
                                                std::int64_t c, std::int64_t k, const double* rows,
@@ -196,10 +195,10 @@ template <int N>
   });
 }
 
-// Whether the N columns from c store the rows from k on.
+// Whether all N columns from c reach row k.
 template <int N>
-inline bool StoreRows(const Panel& panel, std::int64_t c, std::int64_t k) {
-  if (k >= panel.full) return true;
+inline bool ReachRow(const Panel& panel, std::int64_t c, std::int64_t k) {
+  if (k >= panel.commonTop) return true;
   const auto row = static_cast<double>(k);
   for (std::int64_t d = c; d < c + N; ++d) {
     if (panel.tops[d] > row) return false;
@@ -207,16 +206,16 @@ inline bool StoreRows(const Panel& panel, std::int64_t c, std::int64_t k) {
   return true;
 }
 
-// Calls square(r) for the squares of the N columns from c that are stored whole, r the first of
-// their rows, counted from row `first`, and single(r) for the other rows. The last square may
-// repeat rows of the one before.
+// Covers `count` rows from row `first` of the N columns from c: calls square(r) for N rows that all
+// N columns reach, otherwise single(r) for one row. r: counted from `first`. The last square may
+// repeat rows of the square before.
 template <int N, typename OneSquare, typename OneRow>
 [[gnu::always_inline]] inline void ForSquares(const Panel& panel, std::int64_t c,
                                               std::int64_t first, std::int64_t count,
                                               const OneSquare& square, const OneRow& single) {
   for (std::int64_t r = 0; r < count;) {
     const std::int64_t begin = Min(r, count - N);
-    if (begin >= 0 && StoreRows<N>(panel, c, first + begin)) {
+    if (begin >= 0 && ReachRow<N>(panel, c, first + begin)) {
       square(begin);
       r = begin + N;
     } else {
@@ -226,8 +225,9 @@ template <int N, typename OneSquare, typename OneRow>
   }
 }
 
-// Copies `count` rows above the panel from their columns; entries that are not stored become zero.
-// Columns outside: a stretch of memory read at a time is fetched ahead by the processor.
+// Copies `count` rows above the diagonal block from K's columns to rows. Entries that are not
+// stored become zero. The outer loop runs over columns: their memory is contiguous, so the
+// processor prefetches it. rows: count x PanelColumns, row-major, written completely.
 template <typename Width>
 void ReadRows(const SkylineArrays& K, const Panel& panel, std::int64_t first, std::int64_t count,
               double* rows) {
@@ -247,23 +247,23 @@ void ReadRows(const SkylineArrays& K, const Panel& panel, std::int64_t first, st
   }
 }
 
-// The first of the panel's own rows that its column c stores, counted from the panel's first.
-inline std::int64_t FirstOwnRow(const SkylineArrays& K, const Panel& panel, std::int64_t c) {
+// The first row of the diagonal block that column c of the panel reaches, counted in the block.
+inline std::int64_t FirstBlockRow(const SkylineArrays& K, const Panel& panel, std::int64_t c) {
   return Max(0, TopRow(K, panel.first + c) - panel.first);
 }
 
-// Copies the panel's own rows from their columns; entries that are not stored become zero.
-inline void ReadOwnRows(const SkylineArrays& K, Panel& panel) {
-  __builtin_memset(panel.own, 0, sizeof panel.own);
+// Copies the diagonal block from K's columns. Entries that are not stored become zero.
+inline void ReadDiagonalBlock(const SkylineArrays& K, Panel& panel) {
+  __builtin_memset(panel.block, 0, sizeof panel.block);
   for (std::int64_t c = 0; c < panel.columns; ++c) {
-    for (std::int64_t r = FirstOwnRow(K, panel, c); r <= c; ++r) {
-      panel.own[r * PanelColumns + c] = K.values[panel.base[c] - (panel.first + r)];
+    for (std::int64_t r = FirstBlockRow(K, panel, c); r <= c; ++r) {
+      panel.block[r * PanelColumns + c] = K.values[panel.base[c] - (panel.first + r)];
     }
   }
 }
 
-// Copies `count` rows of the strip from column c0 back to their columns.
-// rows: row by row, `step` entries apart.
+// Copies `count` rows of `columns` columns from c0 back to K's columns.
+// rows: from column c0 on, row-major, `step` entries each.
 template <typename Width>
 void WriteRows(const SkylineArrays& K, const Panel& panel, std::int64_t c0, std::int64_t columns,
                std::int64_t first, std::int64_t count, const double* rows, std::int64_t step) {

@@ -1,8 +1,11 @@
-// Vectors of numbers for the panel routines (skyline_panel.h), of any length.
-//
-// Width gives them: Lanes, Vector, Multiply, the vectors of a strip of columns, and how many rows
-// of how many columns are turned into each other in registers: SquareRows. Everything stands in an
-// unnamed namespace and uses no library, so that no other unit can get code for this processor.
+// Vectors of doubles of any length, for the panel routines (panel.h). A type Width describes them:
+//   Lanes          doubles of a vector
+//   Vector         the vector type
+//   Multiply       v * factor in all lanes
+//   WideVectors, NarrowVectors   vectors of a strip; narrow strips serve panels with ragged tops
+//   SquareRows     rows and columns of a square that is transposed in registers
+// Everything is in an unnamed namespace and uses no library. Otherwise the linker might give
+// another unit a function compiled for this unit's processor.
 #pragma once
 
 namespace korvex {
@@ -11,8 +14,8 @@ namespace {
 template <typename Width>
 using VectorOf = typename Width::Vector;
 
-// Vectors of N numbers where sixteen registers are there: they hold a tile of 6 x 2 N entries and
-// what it takes to reduce it.
+// Vectors of N doubles on processors with 16 vector registers: a tile of 6 rows and 2 vectors takes
+// 12, a row of the slice 2, products the rest.
 template <int N>
 struct ShortVectors {
   static constexpr int Lanes = N;
@@ -36,8 +39,8 @@ inline void Store(double* p, const VectorOf<Width>& v) {
   __builtin_memcpy(p, &v, sizeof v);
 }
 
-// f(0), f(1) .. f(Count - 1), written out, with constants as arguments. Only so do compilers keep
-// an array of vectors in registers.
+// Calls f(0), f(1) .. f(Count - 1), written out, with constants as arguments. With a loop,
+// compilers keep an array of vectors in memory instead of registers.
 template <int I>
 struct Constant {
   constexpr operator int() const { return I; }
@@ -51,7 +54,7 @@ template <int Count, int I = 0, typename Function>
 }
 #define KORVEX_INLINE __attribute__((always_inline))
 
-// The part of a row that lies in a strip.
+// Loads a row of a strip from p.
 template <typename Width, int Vectors>
 [[gnu::always_inline]] inline void LoadStrip(const double* p, VectorOf<Width> (&strip)[Vectors]) {
   Repeat<Vectors>([&](auto v) KORVEX_INLINE { strip[v] = Load<Width>(p + v * Width::Lanes); });
@@ -62,7 +65,7 @@ template <typename Width, int Vectors>
   Repeat<Vectors>([&](auto v) KORVEX_INLINE { Store<Width>(p + v * Width::Lanes, strip[v]); });
 }
 
-// Which lanes of a vector take part.
+// A mask of lanes: all bits set in active lanes, else zero.
 template <typename Width>
 using MaskOf = decltype(VectorOf<Width>() <= VectorOf<Width>());
 
