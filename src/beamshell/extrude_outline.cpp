@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <sstream>
 #include <string>
 
+#include "base/number_text.h"
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
 #include "report/check_memory.h"
@@ -31,10 +31,11 @@ constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::
                                         4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
 
 [[noreturn]] void StopTooManySteps(std::int32_t beam, double steps) {
-  std::ostringstream text;
-  text << "Beam element " << beam << ": its detail model would have " << steps
-       << " steps along the beam, too many to number its equations.";
-  throw Stop{StopKind::Notice, text.str()};
+  NumberBuffer buffer;
+  std::string text = "Beam element " + std::to_string(beam) + ": its detail model would have ";
+  text.append(FormatNumber(steps, buffer));
+  text += " steps along the beam, too many to number its equations.";
+  throw Stop{StopKind::Notice, text};
 }
 
 // Returns n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.

@@ -49,7 +49,9 @@ struct RowReading {
   // The rest of the format from the first directive that did not match, such as ",%lf,%lf\n"; null
   // if the whole row was read.
   const char* awaited = nullptr;
-  TextPlace stop;            // where it did not match; one past the last byte at the text's end
+  // Where it did not match; one past the last byte at the text's end; inside an "inf" or "nan" that
+  // breaks off, behind the byte that did not match.
+  TextPlace stop;
   std::size_t stopByte = 0;  // the same position, 0-based, in the text
 };
 

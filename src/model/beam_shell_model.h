@@ -42,13 +42,14 @@ struct BeamShellModel {
   std::vector<std::int32_t> ShellNodes;  // [ShellCount x 4], element-major
   std::vector<Shell4Element> Shells;     // [ShellCount], station by station in segment order
   std::int32_t LinkCount = 0;            // 2 P
-  std::vector<double> Displacements;     // [NEQ]
 
   // Needed for the solution only. Afterwards the memory passes to the next beam's model.
   std::vector<std::int32_t> LinkNodes;  // [LinkCount x 2], element-major: end node, outline node
   std::vector<BeamElement> Links;       // [LinkCount], those of the first end, then of the second
-  SkylineMatrix Stiffness;              // NEQ columns; holds the factors after the solution
+  SkylineMatrix Stiffness;              // NEQ columns; used up by the solution
   std::vector<double> LoadVector;       // [NEQ]
+
+  std::vector<double> Displacements;  // [NEQ]
 };
 
 }  // namespace korvex

@@ -24,7 +24,7 @@ struct Model {
   std::vector<BeamElement> BeamElements;      // [NELEM_B]
 
   std::int32_t NEQ = 0;               // equations: NPOIN x DofsPerNode
-  SkylineMatrix Stiffness;            // NEQ columns; its factors after the solution
+  SkylineMatrix Stiffness;            // NEQ columns; used up by the solution
   std::vector<double> LoadVector;     // [NEQ]; forward-reduced after the solution
   std::vector<double> Displacements;  // [NEQ], written by the solution
 

@@ -5,13 +5,12 @@
 // returns after a line on standard input; the end of the input counts as a line.
 #pragma once
 
-#include <string>
-
 namespace korvex {
 
 inline constexpr const char* NoticeTitle = "Warning!";
 
-// Shows `text` (UTF-8) and returns when the user has dismissed it.
-void ShowNotice(const std::string& text);
+// Shows `text` (UTF-8) and returns when the user has dismissed it. No string, so that the call
+// needs no memory on POSIX: it may be the last one before memory is used up.
+void ShowNotice(const char* text);
 
 }  // namespace korvex

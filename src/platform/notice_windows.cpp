@@ -21,7 +21,7 @@ std::wstring WidenUtf8(const std::string& text) {
 
 }  // namespace
 
-void ShowNotice(const std::string& text) {
+void ShowNotice(const char* text) {
   MessageBoxW(nullptr, WidenUtf8(text).c_str(), WidenUtf8(NoticeTitle).c_str(), MB_OK);
 }
 

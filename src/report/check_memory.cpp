@@ -2,8 +2,7 @@
 // product of two counts may need more than 64 bits.
 #include "report/check_memory.h"
 
-#include <sstream>
-
+#include "base/number_text.h"
 #include "platform/free_memory.h"
 #include "report/stop.h"
 
@@ -19,10 +18,13 @@ constexpr std::uint64_t SmallSize = std::uint64_t{1} << 20U;
 }  // namespace
 
 void StopOutOfMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize) {
-  std::ostringstream text;
-  text << "Not enough memory for " << what << ": "
-       << static_cast<double>(count) * static_cast<double>(itemSize) / BytesPerGigabyte << " GB.";
-  throw Stop{StopKind::Notice, text.str()};
+  const double gigabytes =
+      static_cast<double>(count) * static_cast<double>(itemSize) / BytesPerGigabyte;
+  // No stream: without memory it would cut the text off silently, where a string throws.
+  NumberBuffer buffer;
+  std::string text = "Not enough memory for " + what + ": ";
+  text.append(FormatNumber(gigabytes, buffer)).append(" GB.");
+  throw Stop{StopKind::Notice, text};
 }
 
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize) {

@@ -1,8 +1,8 @@
 #include "results/result_file.h"
 
+#include "base/number_text.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
-#include "results/number_text.h"
 
 namespace korvex {
 

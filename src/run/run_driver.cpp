@@ -1,8 +1,10 @@
 // Output of a stage, in order: its line before, the work, the names of incomplete files, the
-// inconsistencies, its report, its line after.
+// inconsistencies, the memory estimate, its line after. The solution is timed and prints its time
+// with its work.
 #include "run/run_driver.h"
 
 #include <cstdint>
+#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <new>
@@ -110,6 +112,15 @@ void RunStages(Job& job, std::ostream& log) {
   for (const Stage& stage : ResultStages) RunStage(stage, job, log);
 }
 
+// A message box of Windows takes memory itself; a line on standard error does not.
+void ShowOutOfMemory() {
+  try {
+    ShowNotice(OutOfMemory);
+  } catch (const std::bad_alloc&) {
+    std::fprintf(stderr, "%s\n", OutOfMemory);
+  }
+}
+
 // Returns the exit status.
 int RunLogged(std::ofstream& log) {
   Job job;
@@ -138,9 +149,9 @@ int RunKorvex() {
     if (CalcLog.is_open()) return RunLogged(CalcLog);
     ShowNotice(CalcLogFailed);
   } catch (const std::bad_alloc&) {  // a small block, not checked before: see check_memory.h
-    ShowNotice(OutOfMemory);
+    ShowOutOfMemory();
   } catch (const std::length_error&) {
-    ShowNotice(OutOfMemory);
+    ShowOutOfMemory();
   }
   return FailureStatus;
 }

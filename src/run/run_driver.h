@@ -1,8 +1,9 @@
 // The run: all stages in order, the console lines between them, the calculation log, and the exit
 // status.
 //
-// Only this folder writes to the user: lines on standard output, notices, and one line on standard
-// error for each file that could not be written completely.
+// Only this folder writes to the user, by platform/notice.h and by itself: lines on standard
+// output, notices, and one line on standard error for each file that could not be written
+// completely.
 #pragma once
 
 #include <ostream>

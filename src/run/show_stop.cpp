@@ -22,7 +22,7 @@ const char* EncodeForConsole(const std::string& utf8) {
 
 void ShowStop(const Stop& stop) {
   if (stop.kind == StopKind::Notice) {
-    ShowNotice(stop.text);
+    ShowNotice(stop.text.c_str());
   } else {
     WriteConsoleLine(EncodeForConsole(stop.text));
     WaitForCharacter();

@@ -17,7 +17,7 @@ namespace korvex {
 namespace {
 
 // Bytes for each equation in all other tables: sets, positions, loads, solutions, column heights.
-constexpr std::uint64_t BytesPerEquation = 100;
+constexpr std::uint64_t TableBytesPerEquation = 100;
 
 bool IsNegativeZero(double value) { return value == 0.0 && std::signbit(value); }
 
@@ -118,7 +118,7 @@ void RestoreValues(const SparseMatrix& sparse, SkylineMatrix& K) {
 }  // namespace
 
 std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory) {
-  const std::uint64_t tables = BytesPerEquation * static_cast<std::uint64_t>(CountColumns(K));
+  const std::uint64_t tables = TableBytesPerEquation * static_cast<std::uint64_t>(CountColumns(K));
   const std::uint64_t taken = std::min(freeMemory / 2, tables);
   return std::min(static_cast<std::uint64_t>(K.SkylineSize) / StoredPerNonZero,
                   (freeMemory / 2 - taken) / sizeof(SparseEntry));

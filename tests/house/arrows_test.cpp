@@ -30,7 +30,7 @@ const std::vector<Room>& Rooms() {
   static const std::vector<Room> rooms{
       {"base", {}},
       {"platform", {}},
-      {"report", {"platform"}},
+      {"report", {"base", "platform"}},
       {"beam", {"base"}},
       {"shell", {"base"}},
       {"deck", {"base", "report", "beam", "shell"}},

@@ -19,7 +19,7 @@ TEST(Notice, ShowsTextsOfAllLengths) {
   const std::string chinese = "梁截面类型数字错误!";
   const std::string longText(300, 'x');
   for (const std::string& text : Texts{"File Read Error!", chinese, "1", longText}) {
-    EXPECT_EQ(CollectNotices([&] { ShowNotice(text); }), Texts{"Warning!\n" + text});
+    EXPECT_EQ(CollectNotices([&] { ShowNotice(text.c_str()); }), Texts{"Warning!\n" + text});
   }
 }
 

@@ -1,6 +1,6 @@
 // Six digits from one product: value x 10^(5 - exponent) lies between 100000 and 1000000. The sign
 // of its rounding error decides where the product alone would be a tie.
-#include "results/number_text.h"
+#include "base/number_text.h"
 
 #include <charconv>
 #include <cmath>

@@ -1,6 +1,6 @@
 // Numbers as text against the stream's own formatting, over all magnitudes and next to every place
 // where digits or notation change.
-#include "results/number_text.h"
+#include "base/number_text.h"
 
 #include <gtest/gtest.h>
 
