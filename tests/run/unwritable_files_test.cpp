@@ -1,6 +1,6 @@
-// Output files that cannot be opened or not written whole: each of them in turn as a folder,
-// without permission, on a full disk. Linux has the means: "/dev/full", on which every write fails,
-// and small file systems in memory.
+// Output files that cannot be opened or not completely written: each of them in turn is a folder,
+// has no write permission, or lies on a full disk. Linux only: "/dev/full", where every write
+// fails, and small file systems in memory.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -28,8 +28,8 @@ constexpr const char* DetailStressesFailed =
 
 struct OutputFile {
   const char* name;     // in the folder
-  const char* said;     // the name in messages
-  const char* failure;  // the console's last line where it cannot be opened
+  const char* said;     // its name in messages
+  const char* failure;  // the last line on the console if it cannot be opened
 };
 
 // In the order in which a run opens them.
