@@ -269,7 +269,8 @@ TEST(AverageCorners, ShellWithoutAreaIsIncluded) {
   AddShell(models[0], {2, 3, 3, 2});
   NumberAndAverage(models);
   ExpectAverage(models, {0, 0, 1}, {{0, 0, 1}, {0, 1, 0, true}, {0, 2, 0}, {0, 2, 3}});
-  // The square that faces down takes its stresses unexchanged, too.
+  // The square that faces down also takes the stresses of the shell without area with its faces as
+  // they are.
   ExpectAverage(models, {0, 1, 0}, {{0, 1, 0}, {0, 0, 1, true}, {0, 2, 0}, {0, 2, 3}});
   ExpectAverage(models, {0, 2, 0}, {{0, 0, 1}, {0, 1, 0}, {0, 2, 0}, {0, 2, 3}});
 }
