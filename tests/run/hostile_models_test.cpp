@@ -43,14 +43,14 @@ constexpr Section Sections[] = {
     {"NDL_B", "distributed loads on beam elements", sizeof(BeamLineLoad)},
 };
 
-// A file without rows up to the count `key`, which is `count`, and the end.
+// A file without rows that ends after the count `key`, whose value is `count`.
 std::string EndAfterCount(const std::string& key, const std::string& count) {
   const std::string empty = WriteModel(ModelText());
   return empty.substr(0, empty.find(":" + key + "=") + key.size() + 2) + count;
 }
 
 #if defined(__SANITIZE_ADDRESS__)
-// The sanitizer needs terabytes of addresses, and writes a byte for every eight that are allocated.
+// The sanitizer needs terabytes of addresses and writes a byte for every eight allocated bytes.
 constexpr bool HasLimitedMemory = false;
 #else
 constexpr bool HasLimitedMemory = true;
@@ -148,7 +148,7 @@ TEST(HostileModels, ARowAfterOneThatMatchesInPartIsRead) {
   EXPECT_EQ(model.Tables.Materials[2].E, 0.0);
 }
 
-// 6 x 357913941 is 2147483646, the last number of equations that an int32 holds.
+// 6 x 357913941 = 2147483646 is the largest number of equations that an int32 can count.
 TEST(HostileModels, MoreEquationsThanNumbersAreNoticed) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount("NPOIN", "357913942"));
@@ -287,7 +287,7 @@ TEST(HostileModels, WhereverMemoryEndsANoticeSaysSo) {
   EXPECT_LE(unnamed, 3);
 }
 
-// A number as long as its file: its digits are taken apart in a memory of their own.
+// A number as long as its file: its conversion needs memory for the digits.
 TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   const TempFolder folder;
@@ -298,7 +298,7 @@ TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
   EXPECT_EQ(run.err.substr(0, 53), "Warning!\nNot enough memory for the digits of a number");
 }
 
-// A file without an end: memory is asked for before the text grows.
+// A file without an end: the reader asks for memory before it reads on.
 TEST(HostileModels, AnEndlessModelFileIsNoticed) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no /dev/zero";
@@ -309,7 +309,7 @@ TEST(HostileModels, AnEndlessModelFileIsNoticed) {
   EXPECT_EQ(run.err.substr(0, 57), "Warning!\nNot enough memory for the text of the model file");
 }
 
-// A file of 2^50 bytes, all of them a hole.
+// A sparse file of 2^43 bytes = 8192 GB.
 TEST(HostileModels, AModelFileLargerThanMemoryIsNoticed) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", "### ");
@@ -335,7 +335,7 @@ TEST(HostileModels, FilesThatAreNoModelStop) {
   }
 }
 
-// The material comes first, then the section.
+// The material is checked first, then the section.
 TEST(HostileModels, OfTwoWrongReferencesTheFirstUsedIsNamed) {
   for (const int type : {BeamSecTypeT, BeamSecTypeL, BeamSecTypeC}) {
     ModelText text;
@@ -354,8 +354,8 @@ TEST(HostileModels, OfTwoWrongReferencesTheFirstUsedIsNamed) {
   }
 }
 
-// References that are never used are not looked at: those of a section type without a table, of a
-// restraint that fixes nothing.
+// References that are never used are not checked: those of a beam whose section type has no table,
+// and of a restraint that fixes nothing.
 TEST(HostileModels, ReferencesThatAreNotUsedPass) {
   ModelText text;
   text.nodes = {{0, 0, 0}, {1, 0, 0}};
