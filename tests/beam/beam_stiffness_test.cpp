@@ -8,11 +8,15 @@
 
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
+#include "support/dof_names.h"
 
-namespace korvex {
+namespace korvex::test {
 namespace {
 
 constexpr std::size_t Dofs = 12;
+
+// The dofs of the second node in the beam's matrix; those of the first are Ux to Rz.
+enum SecondDof : std::size_t { Ux2 = 6, Uy2, Uz2, Rx2, Ry2, Rz2 };
 
 // A beam along global +X whose orientation vector points along +Z, with numbers that are exact in
 // binary; L = 2, G = E / 2.5.
@@ -69,8 +73,8 @@ TEST(BeamFrame, RowsAreOrthonormalAndRightHanded) {
   const Vector3 v = Subtract(beam.RefPoint, beam.NodeI);
   for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(xy[i], z[i], 1e-15);
   for (const Vector3& axis : {x, y, z}) EXPECT_NEAR(Length(axis), 1.0, 1e-15);
-  EXPECT_GT(v[0] * z[0] + v[1] * z[1] + v[2] * z[2], 0.0);           // z points its way
-  EXPECT_NEAR(v[0] * y[0] + v[1] * y[1] + v[2] * y[2], 0.0, 1e-15);  // and y across it
+  EXPECT_GT(v[0] * z[0] + v[1] * z[1] + v[2] * z[2], 0.0);           // z points towards it
+  EXPECT_NEAR(v[0] * y[0] + v[1] * y[1] + v[2] * y[2], 0.0, 1e-15);  // y is normal to it
 }
 
 // All entries of the slender beam, from a = E A / L = 60, t = G J / L = 88,
@@ -80,14 +84,14 @@ TEST(BeamStiffness, EntriesOfASlenderBeamAlongGlobalX) {
   const auto set = [&expected](std::size_t i, std::size_t j, double value) {
     expected[i * Dofs + j] = expected[j * Dofs + i] = value;
   };
-  set(0, 0, 60), set(6, 6, 60), set(0, 6, -60);
-  set(3, 3, 88), set(9, 9, 88), set(3, 9, -88);
-  set(1, 1, 420), set(7, 7, 420), set(1, 7, -420);                     // 12 bz
-  set(1, 5, 420), set(1, 11, 420), set(5, 7, -420), set(7, 11, -420);  // 6 bz L
-  set(5, 5, 560), set(11, 11, 560), set(5, 11, 280);                   // 4 bz L^2, 2 bz L^2
-  set(2, 2, 300), set(8, 8, 300), set(2, 8, -300);                     // 12 by
-  set(2, 4, -300), set(2, 10, -300), set(4, 8, 300), set(8, 10, 300);  // 6 by L
-  set(4, 4, 400), set(10, 10, 400), set(4, 10, 200);                   // 4 by L^2, 2 by L^2
+  set(Ux, Ux, 60), set(Ux2, Ux2, 60), set(Ux, Ux2, -60);
+  set(Rx, Rx, 88), set(Rx2, Rx2, 88), set(Rx, Rx2, -88);
+  set(Uy, Uy, 420), set(Uy2, Uy2, 420), set(Uy, Uy2, -420);                      // 12 bz
+  set(Uy, Rz, 420), set(Uy, Rz2, 420), set(Rz, Uy2, -420), set(Uy2, Rz2, -420);  // 6 bz L
+  set(Rz, Rz, 560), set(Rz2, Rz2, 560), set(Rz, Rz2, 280);   // 4 bz L^2, 2 bz L^2
+  set(Uz, Uz, 300), set(Uz2, Uz2, 300), set(Uz, Uz2, -300);  // 12 by
+  set(Uz, Ry, -300), set(Uz, Ry2, -300), set(Ry, Uz2, 300), set(Uz2, Ry2, 300);  // 6 by L
+  set(Ry, Ry, 400), set(Ry2, Ry2, 400), set(Ry, Ry2, 200);  // 4 by L^2, 2 by L^2
   EXPECT_EQ(ComputeStiffness(MakeAxisBeam()), expected);
 }
 
@@ -97,12 +101,12 @@ TEST(BeamStiffness, ShearParametersSoftenTheirOwnPlane) {
   beam.Section.ShearFactorY = 4.0;
   beam.Section.ShearFactorZ = 1.0;
   const BeamMatrix K = ComputeStiffness(beam);
-  EXPECT_DOUBLE_EQ(K[2 * Dofs + 2], 60.0);    // 12 by
-  EXPECT_DOUBLE_EQ(K[4 * Dofs + 4], 160.0);   // (4 + 4) by L^2
-  EXPECT_DOUBLE_EQ(K[4 * Dofs + 10], -40.0);  // (2 - 4) by L^2
-  EXPECT_DOUBLE_EQ(K[1 * Dofs + 1], 210.0);   // 12 bz
-  EXPECT_DOUBLE_EQ(K[5 * Dofs + 5], 350.0);   // (1 + 4) bz L^2
-  EXPECT_DOUBLE_EQ(K[5 * Dofs + 11], 70.0);   // (2 - 1) bz L^2
+  EXPECT_DOUBLE_EQ(K[Uz * Dofs + Uz], 60.0);    // 12 by
+  EXPECT_DOUBLE_EQ(K[Ry * Dofs + Ry], 160.0);   // (4 + 4) by L^2
+  EXPECT_DOUBLE_EQ(K[Ry * Dofs + Ry2], -40.0);  // (2 - 4) by L^2
+  EXPECT_DOUBLE_EQ(K[Uy * Dofs + Uy], 210.0);   // 12 bz
+  EXPECT_DOUBLE_EQ(K[Rz * Dofs + Rz], 350.0);   // (1 + 4) bz L^2
+  EXPECT_DOUBLE_EQ(K[Rz * Dofs + Rz2], 70.0);   // (2 - 1) bz L^2
 }
 
 TEST(BeamStiffness, SymmetricToRounding) {
@@ -113,21 +117,21 @@ TEST(BeamStiffness, SymmetricToRounding) {
   }
 }
 
-// Six rigid motions of the nodes, about an arbitrary centre, need no force; the offset moves with
-// them.
+// The six rigid motions, rotations about an arbitrary centre, need no force. The offset moves with
+// the nodes.
 TEST(BeamStiffness, RigidMotionsNeedNoForce) {
   const BeamElement beam = MakeObliqueBeam();
   const BeamMatrix K = ComputeStiffness(beam);
   const double bound = 1e-13 * LargestEntry(K);
   for (std::size_t motion = 0; motion < 6; ++motion) {
     Vector3 translation{}, rotation{};
-    (motion < 3 ? translation : rotation)[motion % 3] = 1.0;
+    (motion < Rx ? translation : rotation)[motion % 3] = 1.0;
     std::array<double, Dofs> u{};
     for (std::size_t node = 0; node < 2; ++node) {
       const Vector3 turned = Cross(rotation, node == 0 ? beam.NodeI : beam.NodeJ);
       for (std::size_t d = 0; d < 3; ++d) {
-        u[6 * node + d] = translation[d] + turned[d];
-        u[6 * node + 3 + d] = rotation[d];
+        u[Equation(node, Ux + d)] = translation[d] + turned[d];
+        u[Equation(node, Rx + d)] = rotation[d];
       }
     }
     for (std::size_t i = 0; i < Dofs; ++i) {
@@ -151,27 +155,28 @@ TEST(BeamStiffness, OrientationVectorCountsOnlyAcrossTheAxis) {
   }
 }
 
-// u couples to the rotation about y of its own node with E A / L times Ez, and to the one about z
-// with minus E A / L times Ey.
+// Ux is coupled with the Ry of its own node by E A / L times Ez, and with its Rz by minus E A / L
+// times Ey.
 TEST(BeamStiffness, OffsetCouplesAxialForceAndBending) {
   BeamElement beam = MakeAxisBeam();
   beam.Section.Ey = 0.5;
   beam.Section.Ez = 0.25;
   const BeamMatrix K = ComputeStiffness(beam);
-  EXPECT_DOUBLE_EQ(K[0 * Dofs + 4], 60.0 * 0.25);
-  EXPECT_DOUBLE_EQ(K[0 * Dofs + 10], -60.0 * 0.25);
-  EXPECT_DOUBLE_EQ(K[0 * Dofs + 5], -60.0 * 0.5);
-  EXPECT_DOUBLE_EQ(K[1 * Dofs + 3], 420.0 * -0.25);  // v with the twist, arm -Ez
-  EXPECT_DOUBLE_EQ(K[2 * Dofs + 3], 300.0 * 0.5);    // w with the twist, arm Ey
+  EXPECT_DOUBLE_EQ(K[Ux * Dofs + Ry], 60.0 * 0.25);
+  EXPECT_DOUBLE_EQ(K[Ux * Dofs + Ry2], -60.0 * 0.25);
+  EXPECT_DOUBLE_EQ(K[Ux * Dofs + Rz], -60.0 * 0.5);
+  EXPECT_DOUBLE_EQ(K[Uy * Dofs + Rx], 420.0 * -0.25);  // with the twist, arm -Ez
+  EXPECT_DOUBLE_EQ(K[Uz * Dofs + Rx], 300.0 * 0.5);    // with the twist, arm Ey
 }
 
-// Ex is 0 for every section that can be read, but its terms belong to the rigid link.
+// Ex is 0 for every section that a model file can describe. The rigid arm has terms for it all the
+// same.
 TEST(BeamStiffness, OffsetAlongTheAxisCouplesShearAndBending) {
   BeamElement beam = MakeAxisBeam();
   beam.Section.Ex = 0.5;
   const BeamMatrix K = ComputeStiffness(beam);
-  EXPECT_DOUBLE_EQ(K[1 * Dofs + 5], 420.0 + 420.0 * 0.5);   // v: rz, arm Ex
-  EXPECT_DOUBLE_EQ(K[2 * Dofs + 4], -300.0 - 300.0 * 0.5);  // w: ry, arm -Ex
+  EXPECT_DOUBLE_EQ(K[Uy * Dofs + Rz], 420.0 + 420.0 * 0.5);   // arm Ex
+  EXPECT_DOUBLE_EQ(K[Uz * Dofs + Ry], -300.0 - 300.0 * 0.5);  // arm -Ex
 }
 
 TEST(BeamStiffness, TubeBendsAlikeInBothPlanes) {
@@ -179,29 +184,29 @@ TEST(BeamStiffness, TubeBendsAlikeInBothPlanes) {
   InitCBeamElement(beam, {0.0, 0.0, 0.0}, {2.0, 0.0, 0.0}, {0.0, 0.0, 1.0, 1e-15}, {2e11, 0.3, 0.0},
                    {0.15, 0.02}, 0.0);
   const BeamMatrix K = ComputeStiffness(beam);
-  EXPECT_EQ(K[1 * Dofs + 1], K[2 * Dofs + 2]);
-  EXPECT_EQ(K[5 * Dofs + 5], K[4 * Dofs + 4]);
-  EXPECT_EQ(K[5 * Dofs + 11], K[4 * Dofs + 10]);
-  EXPECT_EQ(K[1 * Dofs + 5], -K[2 * Dofs + 4]);
+  EXPECT_EQ(K[Uy * Dofs + Uy], K[Uz * Dofs + Uz]);
+  EXPECT_EQ(K[Rz * Dofs + Rz], K[Ry * Dofs + Ry]);
+  EXPECT_EQ(K[Rz * Dofs + Rz2], K[Ry * Dofs + Ry2]);
+  EXPECT_EQ(K[Uy * Dofs + Rz], -K[Uz * Dofs + Ry]);
 }
 
 TEST(BeamStiffness, OrientationAlongTheAxisGivesNaN) {
   BeamElement beam = MakeAxisBeam();
   beam.RefPoint = {1.0, 0.0, 0.0};
-  EXPECT_TRUE(std::isnan(ComputeStiffness(beam)[1 * Dofs + 1]));
+  EXPECT_TRUE(std::isnan(ComputeStiffness(beam)[Uy * Dofs + Uy]));
 }
 
 TEST(BeamStiffness, ZeroLengthGivesNaN) {
   BeamElement beam = MakeAxisBeam();
   beam.NodeJ = beam.NodeI;
-  EXPECT_TRUE(std::isnan(ComputeStiffness(beam)[0]));
+  EXPECT_TRUE(std::isnan(ComputeStiffness(beam)[Ux * Dofs + Ux]));
 }
 
-// A beam of an unknown section type keeps what its construction set; its matrix is formed all the
-// same and is meaningless.
+// A beam of an unknown section type keeps the values of its construction. Its matrix is computed
+// all the same and means nothing.
 TEST(BeamStiffness, UnsetBeamGivesNaN) {
-  EXPECT_TRUE(std::isnan(ComputeStiffness(BeamElement())[0]));
+  EXPECT_TRUE(std::isnan(ComputeStiffness(BeamElement())[Ux * Dofs + Ux]));
 }
 
 }  // namespace
-}  // namespace korvex
+}  // namespace korvex::test

@@ -1,8 +1,8 @@
-// The averages over random detail models, bit for bit against the rule written out over all pairs
-// of corners.
+// The averages over random detail models, bit for bit against a plain loop over all pairs of
+// corners.
 //
-// Frames of real sections whose ends lie about the tolerance apart, and shells thrown onto a
-// lattice about as fine as the tolerance; small and large coordinates, and such as are not finite.
+// Frames of real sections with ends about one tolerance apart, and shells on random points of a
+// lattice about as fine as the tolerance. Coordinates are small, large or not finite.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,10 +22,10 @@ constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
 using Models = std::vector<BeamShellModel>;
 
-// What the transcription has come across, so that a test knows that it has seen every case.
+// How often the plain loop has met each case, to be sure that all cases are tested.
 struct Tally {
   int apart = 0;      // corners too far from each other
-  int near = 0;       // corners within the tolerance, though not at one place
+  int near = 0;       // corners within the tolerance, but not at the same place
   int placeless = 0;  // pairs whose distance is not a number
   int outside = 0;    // corners in another surface
   int upright = 0;    // corners averaged as they are
@@ -35,7 +35,7 @@ struct Tally {
   int empty = 0;      // corners averaged with nothing
 };
 
-// Expects that each case was met as often as it takes for the comparison to mean something.
+// Expects that each case was met often enough for the comparison to mean something.
 void ExpectAllMet(const Tally& tally) {
   for (const int cases : {tally.apart, tally.near, tally.placeless, tally.outside, tally.upright,
                           tally.swapped, tally.sharing, tally.strange, tally.empty}) {
@@ -152,7 +152,7 @@ void RandomiseStresses(Generator& random, Models& models) {
   }
 }
 
-// Where a model lies. Doubles at 1e12 are 0.0001 apart, at 1e13 0.002, at 1e16 2.
+// The region of a model. Doubles at 1e12 are 0.0001 apart, at 1e13 0.002, at 1e16 2.
 Vector3 MakeOrigin(Generator& random) {
   Vector3 origin{};
   if (Pick(random, 2) == 0) return origin;
@@ -224,8 +224,7 @@ TEST(AverageCorners, RandomFramesAgreeWithTheRuleOverAllPairs) {
   ExpectAllMet(tally);
 }
 
-// A shell on any four of the model's points. Of what a shell is, averaging reads the normal and the
-// thickness alone.
+// A shell on any four of the model's points. Averaging reads only its normal and thickness.
 void AddRandomShell(Generator& random, BeamShellModel& model) {
   const double c = std::cos(0.2), s = std::sin(0.2);  // 11.459 degrees, just within the bound
   const double C = std::cos(0.201), S = std::sin(0.201);
@@ -252,7 +251,7 @@ Vector3 MakeRandomPoint(Generator& random, const Vector3& origin, double step) {
 }
 
 // Up to four models of ten points and up to six shells each. The lattice of the points is about as
-// fine as the tolerance, and the ends have nothing to do with it.
+// fine as the tolerance. The ends are independent of the points.
 Models MakeRandomShells(Generator& random) {
   const auto step = PickOf<double>(random, {0.00025, 0.0005, 0.001, 0.0011, 0.004, 1.0});
   const Vector3 origin = MakeOrigin(random);

@@ -1,9 +1,9 @@
 // The averages over detail models: each rule on a few shells or a few beams.
 //
-// Corner k of shell e of model m carries v = 1000 (m + 1) + 10 (e + 1) + k on
-// its upper and v + 1000000 on its lower face: its six components are v times 1, 2, 4, 8, 16, 32.
-// Sums of these numbers are exact in any order, and the powers of two scale a rounded quotient
-// without rounding it again. So everything is compared bit for bit.
+// The six stresses at corner k of shell e of model m are v times 1, 2, 4, 8, 16, 32, where v = 1000
+// (m + 1) + 10 (e + 1) + k on the upper face, and 1000000 more on the lower face. Sums of these
+// numbers are exact in any order, and a power of two scales a rounded quotient without another
+// rounding. So everything is compared bit for bit.
 #include "beamshell/average_corners.h"
 
 #include <gtest/gtest.h>
@@ -12,18 +12,21 @@
 #include <limits>
 
 #include "beamshell/extrude_outline.h"
+#include "support/dof_names.h"
 
 namespace korvex {
 namespace {
 
+using test::SX, test::SY, test::SZ, test::TXZ;
+
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
-constexpr double Bottom = 1000000.0;  // what a lower face's v has over that of its upper face
+constexpr double Bottom = 1000000.0;  // added to v on the lower face
 
 using Models = std::vector<BeamShellModel>;
 
-// A corner; facesDown: beside the others of a test it lies with its upper face below.
+// A corner. facesDown: its normal is opposite to that of the other corners of the test.
 struct Corner {
   std::size_t model, shell, k;
   bool facesDown = false;
@@ -50,8 +53,8 @@ void NumberAndAverage(Models& models) {
   AverageBeamShellStresses(models);
 }
 
-// Expects that corner `own` has the average of `parts`, each with its faces as its flag and that of
-// `own` say.
+// Expects that corner `own` has the average of `parts`, with the faces exchanged of each part that
+// faces the other way than `own`.
 void ExpectAverage(const Models& models, const Corner& own, const std::vector<Corner>& parts) {
   double top = 0.0, bottom = 0.0;
   for (const Corner& part : parts) {
@@ -65,7 +68,7 @@ void ExpectAverage(const Models& models, const Corner& own, const std::vector<Co
   EXPECT_EQ(shell.AvgStressBottom[own.k], Stress(bottom / count)) << UpperNumber(own);
 }
 
-// Expects that these corners are averaged with one another and with none besides.
+// Expects that these corners are averaged with one another and with no other corners.
 void ExpectTogether(const Models& models, const std::vector<Corner>& corners) {
   for (const Corner& own : corners) ExpectAverage(models, own, corners);
 }
@@ -99,8 +102,8 @@ void AddShell(BeamShellModel& model, const std::array<std::int32_t, 4>& nodes, d
   ++model.ShellCount;
 }
 
-// One model with two squares of side 1 on a common edge; the left one faces up and is shell 0. The
-// right one is folded up about the edge by `degrees`; the test adds what lies on it.
+// One model for two squares of side 1 with a common edge. The left one faces up and is shell 0. The
+// right one, folded up about the edge by `degrees`, is added by the test.
 //
 //   4---3---6     y
 //   | 0 |   |     |
@@ -114,7 +117,7 @@ Models MakeFold(double degrees, double TK = 10.0) {
   return models;
 }
 
-// The corners of the fold's edge when the right square is {2, 5, 6, 3}.
+// Expects averages at the fold's edge, where the right square is {2, 5, 6, 3}.
 void ExpectFoldAveraged(const Models& models) {
   ExpectTogether(models, {{0, 0, 1}, {0, 1, 0}});
   ExpectTogether(models, {{0, 0, 2}, {0, 1, 3}});
@@ -134,8 +137,8 @@ BeamShellModel MakeSquare(double x, double y, const Vector3& end1, const Vector3
   return model;
 }
 
-// Four models, a square each, round the origin, which is corner Origin[m] of model m. All beams
-// begin there.
+// Four models with a square each, round the origin, which is corner Origin[m] of model m. All beams
+// begin at the origin.
 constexpr std::array<std::size_t, 4> Origin{2, 3, 0, 1};
 Models MakeFourSquares() {
   return {MakeSquare(-1, -1, {0, 0, 0}, {-9, -9, 0}), MakeSquare(0, -1, {0, 0, 0}, {9, -9, 0}),
@@ -179,7 +182,7 @@ TEST(AverageCorners, OppositeNormalsSwapTheFaces) {
   }
 }
 
-// Of two corners both faces' sums are equal; a third tells which face is which.
+// With two corners both faces have the same average. A third corner shows which face is which.
 TEST(AverageCorners, OppositeNormalsAreSeenFromTheOwnShell) {
   Models models = MakeFourSquares();
   models[1] = MakeSquare(0, -1, {0, 0, 0}, {9, -9, 0}, true);
@@ -196,9 +199,9 @@ TEST(AverageCorners, ShellFoldedBackIsAveragedWithFacesSwapped) {
   ExpectTogether(models, {{0, 0, 1}, {0, 1, 0, true}});
 }
 
-// Normals at a right angle count as opposite. With thicknesses above zero this cannot be seen: the
-// difference of the offsets is sqrt(t_f^2 + t_e^2) / 2 >= t_e / 2 with either sign and always
-// exceeds t_e / 10. Without thickness it is zero and the bound zero.
+// Normals at a right angle count as opposite. With thicknesses above zero this makes no difference:
+// the difference of the offsets is sqrt(t_f^2 + t_e^2) / 2 >= t_e / 2 with either sign and always
+// exceeds t_e / 10. Without thickness both the difference and the bound are zero.
 TEST(AverageCorners, PerpendicularNormalsCountAsOpposite) {
   Models models = MakeFold(0, 0.0);
   models[0].NodeCoords[5] = {0, 0, 1};  // exactly, which the cosine of 90 degrees is not
@@ -209,7 +212,7 @@ TEST(AverageCorners, PerpendicularNormalsCountAsOpposite) {
 }
 
 // In one plane the difference is |12.5 - 10| / 2 = 1.25, exactly. The bound is 10 / 10 for the
-// thinner and 12.5 / 10 = 1.25, also exactly, for the thicker: equality is within.
+// thinner and 12.5 / 10 = 1.25, also exactly, for the thicker: at equality corners are averaged.
 TEST(AverageCorners, ThickerShellIncludesTheThinnerAndNotTheReverse) {
   Models models = MakeFold(0, 10.0);
   AddShell(models[0], {2, 5, 6, 3}, 12.5);
@@ -246,8 +249,8 @@ TEST(AverageCorners, ThicknessesWithinBothBoundsAreAveragedBothWays) {
   ExpectFoldAveraged(models);
 }
 
-// A negative thickness makes a bound that no distance keeps: such a shell is not even averaged with
-// itself, and nothing by nothing is no number.
+// A negative thickness gives a negative bound, which every distance exceeds: such a shell is not
+// even averaged with itself, and its average 0 / 0 is NaN.
 TEST(AverageCorners, ShellOfNegativeThicknessHasNoAverage) {
   Models models = MakeFold(0);
   AddShell(models[0], {2, 5, 6, 3}, -10.0);
@@ -259,14 +262,15 @@ TEST(AverageCorners, ShellOfNegativeThicknessHasNoAverage) {
   }
 }
 
-// Its normal is NaN, all comparisons with it false: neither opposite nor too far apart.
+// The normal is NaN, so that all comparisons with it are false: it is neither opposite nor too far.
 TEST(AverageCorners, ShellWithoutAreaIsIncluded) {
   Models models = MakeFold(0);
   AddShell(models[0], {2, 3, 6, 5});
   AddShell(models[0], {2, 3, 3, 2});
   NumberAndAverage(models);
   ExpectAverage(models, {0, 0, 1}, {{0, 0, 1}, {0, 1, 0, true}, {0, 2, 0}, {0, 2, 3}});
-  // The one that faces down takes it as it is, too.
+  // The square that faces down also takes the stresses of the shell without area with its faces as
+  // they are.
   ExpectAverage(models, {0, 1, 0}, {{0, 1, 0}, {0, 0, 1, true}, {0, 2, 0}, {0, 2, 3}});
   ExpectAverage(models, {0, 2, 0}, {{0, 0, 1}, {0, 1, 0}, {0, 2, 0}, {0, 2, 3}});
 }
@@ -287,8 +291,8 @@ TEST(AverageCorners, BeingInASurfaceIsNotPassedOn) {
   ExpectAverage(models, {0, 2, 0}, {{0, 0, 1}, {0, 2, 0}});
 }
 
-// Two squares with nodes of their own: the corner 1 of the left one at the origin, the corner 0 of
-// the right one at `point`. Across the plate the distance is so small that the fold does not count.
+// Two squares without common nodes: corner 1 of the left one is at the origin, corner 0 of the
+// right one at `point`. Along the normal, `point` is so near that the fold does not matter.
 Models MakeGap(const Vector3& point) {
   Models models = MakeFold(0);
   BeamShellModel& model = models[0];
@@ -321,7 +325,7 @@ TEST(AverageCorners, CornersOneThousandthApartCoincide) {
   }
 }
 
-// It is a distance, not the largest of three differences: 0.0008 sqrt(2) = 0.00113.
+// The distance counts, not the largest of three differences: 0.0008 sqrt(2) = 0.00113.
 TEST(AverageCorners, DistanceIsThatInSpace) {
   Models near = MakeGap({0.0006, 0.0007, 0});  // 0.00092
   NumberAndAverage(near);
@@ -353,8 +357,8 @@ TEST(AverageCorners, NarrowShellIsAveragedOverItsOwnCorners) {
   ExpectTogether(models, {{0, 0, 2}, {0, 0, 3}});
 }
 
-// 1 + 1 + 3 by 3: times 1.0 / 3, which is a little less than a third, would be less in the last
-// place.
+// (1 + 1 + 3) / 3. A product with 1.0 / 3, which is a little less than a third, would be smaller in
+// the last bit.
 TEST(AverageCorners, SumsAreDividedByTheCount) {
   ASSERT_NE(5.0 / 3.0, 5.0 * (1.0 / 3.0));
   Models models = MakeFourSquares();
@@ -370,7 +374,7 @@ TEST(AverageCorners, SumsAreDividedByTheCount) {
   }
 }
 
-// Sums begin with zero, and 0 + -0 is 0: files that show the sign show none.
+// Sums begin with zero, and 0 + -0 is 0: result files show no minus sign.
 TEST(AverageCorners, NegativeZeroLosesItsSign) {
   Models models = MakeFold(0);
   models[0].Shells[0].NodeStressTop[0].fill(-0.0);
@@ -381,7 +385,7 @@ TEST(AverageCorners, NegativeZeroLosesItsSign) {
   }
 }
 
-// A NaN or an infinity goes into the averages that it belongs to and into no other component.
+// A NaN or an infinity affects the averages of its own component and corner only.
 TEST(AverageCorners, NonFiniteStressesPassOnWhereTheyBelong) {
   Models models = MakeFold(0);
   AddShell(models[0], {2, 5, 6, 3});
@@ -390,16 +394,17 @@ TEST(AverageCorners, NonFiniteStressesPassOnWhereTheyBelong) {
   models[0].Shells[1].NodeStressTop[3] = {-Infinity, 1, 1, 1, 1, 1};
   AverageBeamShellStresses(models);
   const StressVector& mixed = models[0].Shells[1].AvgStressTop[0];
-  EXPECT_TRUE(std::isnan(mixed[0]));
-  EXPECT_EQ(mixed[1], 0.5);
-  EXPECT_EQ(mixed[2], Infinity);
-  EXPECT_EQ(mixed[4], -Infinity);
-  EXPECT_TRUE(std::isnan(models[0].Shells[0].AvgStressTop[2][0]));
+  EXPECT_TRUE(std::isnan(mixed[SX]));
+  EXPECT_EQ(mixed[SY], 0.5);
+  EXPECT_EQ(mixed[SZ], Infinity);
+  EXPECT_EQ(mixed[TXZ], -Infinity);
+  EXPECT_TRUE(std::isnan(models[0].Shells[0].AvgStressTop[2][SX]));
   EXPECT_EQ(models[0].Shells[0].AvgStressTop[0], StressVector{});
   EXPECT_EQ(models[0].Shells[0].AvgStressBottom[1], StressVector{});
 }
 
-// Averages are taken of what was recovered, never of averages, and leave that as it is.
+// Averages are computed from the recovered stresses, not from averages. The recovered stresses do
+// not change.
 TEST(AverageCorners, AveragingAgainChangesNothing) {
   Models models = MakeFourSquares();
   for (BeamShellModel& model : models) {
@@ -431,7 +436,7 @@ TEST(AverageCorners, WithoutShellsNothingHappens) {
 
 // ---- Ends ---------------------------------------------------------------------------------------
 
-// Ends that are far from all others.
+// Ends far from all other ends.
 constexpr Vector3 Far1{500, 0, 0}, Far2{0, 600, 0}, Far3{0, 0, 700}, Far4{-800, 0, 0};
 
 // Whether the squares of two beams with these ends are averaged with each other, the first over the
@@ -460,7 +465,7 @@ TEST(AverageCorners, AnyTwoEndsCanBeTheSharedOne) {
   EXPECT_FALSE(AreAveraged({Far1, Far2}, {Far3, Far4}));
 }
 
-// Unlike corners, ends exactly 0.001 apart are two.
+// Unlike corners, ends exactly 0.001 apart are different ends.
 TEST(AverageCorners, EndsCloserThanOneThousandthAreOne) {
   for (const double sign : {1.0, -1.0}) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
@@ -481,8 +486,8 @@ TEST(AverageCorners, EndsCloserThanOneThousandthAreOne) {
   EXPECT_FALSE(AreAveraged({Vector3{}, Far1}, {Vector3{0.0008, 0, 0.0008}, Far2}));  // 0.00113
 }
 
-// Both ends shared, straight or crosswise, or both ends of a beam at one end of the other: two
-// corners all the same.
+// Both ends are common, in the same or the opposite order, or both ends of one beam are at one end
+// of the other: each corner still counts once.
 TEST(AverageCorners, SharingTwiceCountsOnce) {
   const Vector3 e{3, 4, 5}, nearE{3.0005, 4, 5};
   EXPECT_TRUE(AreAveraged({e, Far1}, {e, Far1}));
@@ -492,7 +497,7 @@ TEST(AverageCorners, SharingTwiceCountsOnce) {
   EXPECT_TRUE(AreAveraged({e, e}, {e, e}));
 }
 
-// An end that is not finite is at no end, not even at one like it; the other end still counts.
+// An end that is not finite is common to no beam, not even with the same end. The other end counts.
 TEST(AverageCorners, EndsThatAreNotFiniteAreNotShared) {
   for (const double x : {NaN, Infinity, -Infinity}) {
     const Vector3 end{x, 0, 0}, e{3, 4, 5};
@@ -568,7 +573,7 @@ TEST(AverageCorners, OwnModelComesFirstThenTheTableOrder) {
   EXPECT_EQ(AverageFourSquares({Large, 0, 3, -Large}), (Sums{4, 4, 4, 3}));
 }
 
-// Within its own model a corner is nothing special: shell by shell for all.
+// Within its own model the sum runs shell by shell; a corner's own shell does not come first.
 TEST(AverageCorners, OwnModelsShellsComeInTheirOrder) {
   for (const bool largeFirst : {true, false}) {
     Models models{MakeModel({0, 0, 0}, {9, 0, 0}, {})};
@@ -603,10 +608,10 @@ TEST(AverageCorners, CornersOfAShellComeInTheirOrder) {
   }
 }
 
-// ---- Corners without a place --------------------------------------------------------------------
+// ---- Corners with non-finite coordinates --------------------------------------------------------
 
-// A distance that is not a number excludes nothing: the corner at the NaN node, number 1 of the
-// right square, and the square's normal are averaged with all corners of the beam.
+// A distance that is NaN excludes no corner, and a normal that is NaN excludes none either: the
+// corner at the NaN node, number 1 of the right square, is averaged with all corners of the beam.
 TEST(AverageCorners, CornerThatIsNotANumberCoincidesWithAll) {
   Models models = MakeFold(0);
   models[0].NodeCoords[5] = {0, NaN, 0};
@@ -620,7 +625,8 @@ TEST(AverageCorners, CornerThatIsNotANumberCoincidesWithAll) {
       {{0, 0, 0}, {0, 0, 1}, {0, 0, 2}, {0, 0, 3}, {0, 1, 0}, {0, 1, 1}, {0, 1, 2}, {0, 1, 3}});
 }
 
-// Infinitely far from the finite corners, and not a number from itself and its like.
+// The distance of a corner at infinity is infinite to finite corners, and NaN to itself and to
+// other corners at infinity.
 TEST(AverageCorners, CornersAtInfinityCoincideAmongThemselves) {
   Models models = MakeFold(0);
   models[0].NodeCoords[5] = {Infinity, 0, 0};
@@ -632,9 +638,9 @@ TEST(AverageCorners, CornersAtInfinityCoincideAmongThemselves) {
   ExpectTogether(models, {{0, 1, 1}, {0, 1, 2}});
 }
 
-// The sum runs in corner order even where the corners are found in different ways: 3 is that of a
-// shell without place between Large and -Large. 1 + 4 + 1 corners.
-TEST(AverageCorners, CornersWithoutPlaceKeepTheirPlaceInTheOrder) {
+// The sum runs in corner order although finite and NaN corners are found in different ways: 3, of a
+// shell at a NaN node, comes between Large and -Large. 1 + 4 + 1 corners.
+TEST(AverageCorners, CornersAtNaNKeepTheirPlaceInTheOrder) {
   Models models{MakeModel({0, 0, 0}, {9, 0, 0}, {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}})};
   BeamShellModel& model = models[0];
   model.NodeCoords.push_back({NaN, NaN, NaN});
@@ -679,7 +685,7 @@ Corner At(std::size_t m, std::size_t step, std::size_t segment, std::size_t k,
   return {m, (step - 1) * 5 + segment, k, facesDown};
 }
 
-// The sets of a tip are those of its only corner to the last bit, whatever the numbers.
+// At a tip there is one corner only: its averages are its own stresses to the last bit.
 TEST(AverageCorners, FlangeTipAtAnEndKeepsItsStresses) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0})};
   for (const Corner& tip : {At(0, 1, Left, 3), At(0, 1, Right, 3), At(0, 2, Left, 2)}) {
@@ -692,13 +698,14 @@ TEST(AverageCorners, FlangeTipAtAnEndKeepsItsStresses) {
   }
 }
 
-// A shell's normal is the axis times the segment's direction: the left half of the flange faces
+// A shell's normal is the cross product of axis and segment: the left half of the flange faces
 // down, the right half up, towards +z.
 TEST(AverageCorners, PlatesOfATAreAveragedEachByItself) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0})};
   ASSERT_EQ(models[0].Shells.size(), 10U);
   NumberAndAverage(models);
-  // The web's foot: at the ends one shell, in the middle two. One up, two at the end and four.
+  // The web's foot: one shell at the ends, two in the middle. One point higher: two and four
+  // shells.
   ExpectOwn(models, At(0, 1, Foot, 0));
   ExpectOwn(models, At(0, 2, Foot, 1));
   ExpectTogether(models, {At(0, 1, Foot, 1), At(0, 2, Foot, 0)});
@@ -719,7 +726,7 @@ TEST(AverageCorners, PlatesOfATAreAveragedEachByItself) {
   ExpectOwn(models, At(0, 2, Right, 2));
 }
 
-// Web segments 0, 1, 2 and the flange 3, of equal thickness: only the angle keeps them apart.
+// Web segments 0, 1, 2 and the flange 3 have the same thickness: only the angle separates them.
 TEST(AverageCorners, PlatesOfAnLAreAveragedEachByItself) {
   for (const bool mirrored : {false, true}) {
     Models models{MakeModel({0, 0, 0}, {200, 0, 0}, {})};
@@ -738,8 +745,8 @@ TEST(AverageCorners, PlatesOfAnLAreAveragedEachByItself) {
   }
 }
 
-// The plates of a tube meet at 360 / 8, 360 / 12 and 360 / 16 = 22.5 degrees: each is averaged with
-// those before and behind it alone. A beam longer than two chords and shorter than three.
+// The plates of a tube meet at 360 / 8, 360 / 12 and 360 / 16 = 22.5 degrees: each is averaged only
+// with those before and after it along the beam. The length of 2.5 segments gives two steps.
 TEST(AverageCorners, PlatesOfATubeStayApart) {
   for (const std::int32_t level : {0, 1, 2}) {
     Models models{MakeModel({0, 0, 0}, {0, 0, 0}, {})};
@@ -760,8 +767,8 @@ TEST(AverageCorners, PlatesOfATubeStayApart) {
   }
 }
 
-// In units in which the section is smaller than 0.001 all corners of a station, or of all stations,
-// coincide; web and flange stay apart even so.
+// If the section is smaller than 0.001, all corners coincide; web and flange are still averaged
+// separately.
 TEST(AverageCorners, TinyBeamIsAveragedPlateByPlate) {
   Models models{MakeModel({0, 0, 0}, {0.0001, 0, 0}, {})};
   models[0].OrientVector = {0, 0, 1};
@@ -794,8 +801,8 @@ TEST(AverageCorners, BeamThatGoesOnIsAveragedAtItsEnd) {
   ExpectTogether(models, {At(1, 1, Foot, 1), At(1, 2, Foot, 0)});
 }
 
-// The second beam runs the other way: its web faces the other side, and its left half of the flange
-// lies beside the right half of the first. Halves on the left face down in either.
+// The second beam has the opposite direction: its web faces the other way, and the left half of its
+// flange adjoins the right half of the first. In both beams the left half faces down.
 TEST(AverageCorners, BeamThatComesFromTheOtherSideIsAveragedAtItsEnd) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0}), MakeT({400, 0, 0}, {200, 0, 0})};
   NumberAndAverage(models);
@@ -833,8 +840,8 @@ TEST(AverageCorners, BeamsAtAnAngle) {
   }
 }
 
-// At a right angle the right tip of the second lies on the middle of the first's flange, 100 before
-// its end, the left one beyond that end.
+// At a right angle the right tip of the second beam lies on the middle of the first beam's flange,
+// 100 before its end. The left tip lies beyond that end.
 TEST(AverageCorners, TipThatMeetsTheMiddleOfAnotherFlange) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0}), MakeT({200, 0, 0}, {200, 200, 0})};
   NumberAndAverage(models);
@@ -855,7 +862,7 @@ TEST(AverageCorners, ThreeBeamsMeet) {
   ExpectOwn(models, At(2, 2, Top, 2));
 }
 
-// Expects that model m has the averages that it has without the others.
+// Expects that model m has the same averages as without the other models.
 void ExpectAsAlone(const Models& models, std::size_t m) {
   Models alone{models[m]};
   AverageBeamShellStresses(alone);
@@ -886,7 +893,7 @@ TEST(AverageCorners, BeamsFromACommonEndAreAveragedOverTheirLength) {
   ExpectOwn(models, At(0, 3, Foot, 1));
 }
 
-// The same beam twice, once the other way round.
+// The same beam twice, and once more with its ends exchanged.
 TEST(AverageCorners, BeamsWithBothEndsInCommon) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0}), MakeT({0, 0, 0}, {200, 0, 0}),
                 MakeT({200, 0, 0}, {0, 0, 0})};
@@ -896,9 +903,9 @@ TEST(AverageCorners, BeamsWithBothEndsInCommon) {
 }
 
 // All shell nodes of a beam without length are NaN, and so are its normals. Each of its corners is
-// averaged with all of its own and all of the beam beside it, as they are; each corner of the beam
-// beside it with all of its, besides those that it is averaged with anyway. The third beam, at the
-// other end, has nothing to do with it.
+// averaged with all its own corners and all corners of the adjoining beam, with faces unexchanged.
+// Each corner of the adjoining beam is averaged with all of them, besides its usual corners. The
+// third beam, at the other end, has no common end with it.
 TEST(AverageCorners, BeamWithoutLengthIsAveragedWithAllCornersBesideIt) {
   Models models{MakeT({0, 0, 0}, {200, 0, 0}), MakeT({200, 0, 0}, {200, 0, 0}),
                 MakeT({-200, 0, 0}, {0, 0, 0})};

@@ -31,11 +31,11 @@ void AddNode(Model& model, double x, double y, double z, const std::array<double
   model.Displacements.insert(model.Displacements.end(), u.begin(), u.end());
 }
 
-// A face with SX = s alone: its von Mises stress is |s|.
+// A stress with SX = s and no other component: its von Mises stress is |s|.
 StressVector Tension(double s) { return {s, 0, 0, 0, 0, 0}; }
 
-// The detail model of a beam from (0, 0, 0) to `end` with one shell; what a real one has more of
-// does not matter to the layout.
+// The detail model of a beam from (0, 0, 0) to `end` with a single shell, which is enough for the
+// layout of the file.
 BeamShellModel MakeDetail(const Vector3& end, double stress) {
   BeamShellModel detail;
   detail.EndPoint2 = end;
@@ -150,7 +150,8 @@ TEST(AverageStressFile, EmptyModel) {
   EXPECT_EQ(WriteToText(Model()), "NPOIN=0\nNELEM_S_4ND=0\nNELEM_S_3ND=0\nNELEM_B=0\n");
 }
 
-// The end points are the beam's own, not nodes 0 and last of the detail model, which may be absent.
+// SND and END are the end points of the beam, not the first and the last node of the detail model,
+// which may have no nodes.
 TEST(AverageStressFile, DetailModelWithoutShells) {
   Model model;
   model.Tables.NELEM_B = 1;
@@ -180,7 +181,7 @@ class FileReader {
     return line;
   }
 
-  // The numbers of a line, separated by commas and nothing else.
+  // The numbers of a line, separated by commas only.
   std::vector<double> Row() {
     std::string line = Line();
     EXPECT_EQ(line.find_first_not_of("0123456789+-.e,"), std::string::npos) << line;
@@ -255,7 +256,7 @@ ModelText MakeStiffenedPlate() {
   text.beams[2].node1 = 1;
   text.beams[2].node2 = 3;
   text.beams[2].material = 1;
-  text.beams[2].BeamSecType = 2;
+  text.beams[2].BeamSecType = BeamSecTypeC;
   text.beams[2].BeamSecOz = -0.05;
   for (const int n : {0, 1}) text.restraints.push_back({n, {1, 1, 1, 1, 1, 1}});
   text.forces = {{4, {3000, 0, -10000, 0, 0, 0}}, {5, {0, 500, -2000, 0, 0, 0}}};
@@ -283,8 +284,9 @@ TEST(AverageStressFile, SolvedModelReadBackFieldByField) {
   const char* ends[3][2] = {{"SND(0,0,0.125)", "END(1,0,0.125)"},
                             {"SND(1,0,0.125)", "END(2.5,0,0.125)"},
                             {"SND(0,1,0.125)", "END(1,1,0.125)"}};
-  // T: segments of at most 0.106, 1 / 0.106 gives 9 steps and 1.5 / 0.106 gives 14; 6 points and 5
-  // segments. Tube: 2 x 0.1 sin(22.5 degrees) = 0.0765, 13 steps, 8 points and segments.
+  // T: segments of at most 0.106; 1 / 0.106 gives 9 steps and 1.5 / 0.106 gives 14; 6 points and 5
+  // segments. Tube: segments of 2 x 0.1 sin(22.5 degrees) = 0.0765, 13 steps, 8 points and
+  // segments.
   const std::int32_t nodeCounts[3] = {6 * 10 + 2, 6 * 15 + 2, 8 * 14 + 2};
   const std::int32_t shellCounts[3] = {5 * 9, 5 * 14, 8 * 13};
   for (std::size_t b = 0; b < 3; ++b) {

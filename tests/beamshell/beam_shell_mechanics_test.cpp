@@ -1,22 +1,22 @@
-// Detail models as structures: rigid motion, equilibrium, stretch and pure bending against the
-// theory of beams, turned, scaled and reversed models. Every kind of section, oblique in space, at
-// all mesh levels.
+// Detail models as structures: rigid motion, equilibrium, tension and pure bending against beam
+// theory, and turned, scaled and reversed models. All sections, oblique in space, at all mesh
+// levels.
 //
 // Far from its ends a long detail model under pure bending has an exact solution. Its nodes lie on
 // the deformed shape of the continuous beam: a circle of curvature k, with sections that stay plane
-// and contract across by Mu times the axial strain. Of a plate of length a and width b between two
-// nodes the four-node element then renders the part of bending in its own plane, k' = k times the
-// cosine between the plate and the direction of bending, with three remainders that no length of
-// beam removes:
+// and contract across by Mu times the axial strain. A plate of length a and width b between its
+// nodes bends in its own plane by k' = k times the cosine between the plate and the direction of
+// bending. The four-node element has three errors in it that no length of the beam removes:
 //   - its deflection is straight from node to node: a shear strain up to k' a/2, zero on average;
-//   - its drilling rotation is linear and cannot follow that: the penalty, ten times G, feels half
-//     of it (Hughes & Brezzi 1989 recommend G itself);
-//   - its contraction across is the same all over its width: of the axial stress E k' z', z' from
-//     its centre line, (1 + Mu^2 / (1 - Mu^2)) are felt.
-// Stresses at nodes are off by the third alone. Bending in the plate's plane is stiffer,
+//   - its drilling rotation is linear and cannot follow that: half of the difference acts on the
+//     penalty, which is ten times G (Hughes & Brezzi 1989 recommend G itself);
+//   - its contraction across is constant over its width: the axial stress E k' z', z' from its
+//   centre
+//     line, becomes 1 + Mu^2 / (1 - Mu^2) times as large.
+// Stresses at nodes have the third error only. Bending in the plate's plane is stiffer,
 //   E b^3 t / 12 + [Mu^2 / (1 - Mu^2) E b^2 + G (1 + 10/4) a^2] b t / 12,
-// and so the end moments of a prescribed curvature are too large, on coarse meshes much too large.
-// All of it vanishes with the square of the mesh size, the stresses' part linearly.
+// so that the end moments of a prescribed curvature are too large, on coarse meshes much too large.
+// All these errors vanish with the square of the mesh size, that of the stresses linearly.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,6 +24,7 @@
 
 #include "beamshell/solve_beam_shell.h"
 #include "support/detail_beams.h"
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 
 namespace korvex::test {
@@ -40,7 +41,7 @@ INSTANTIATE_TEST_SUITE_P(AllSections, BeamShellMechanics, testing::ValuesIn(AllS
                          });
 
 double Height(const TestSection& section) {
-  return section.BeamSecType == 2 ? 2 * section.dimensions[0] : section.dimensions[0];
+  return section.BeamSecType == BeamSecTypeC ? 2 * section.dimensions[0] : section.dimensions[0];
 }
 
 // An oblique beam of `slenderness` times its section's height.
@@ -60,9 +61,9 @@ struct Motion {
 
 Six Join(const Vector3& u, const Vector3& r) { return {u[0], u[1], u[2], r[0], r[1], r[2]}; }
 
-Motion Split(const Six& s) { return {{s[0], s[1], s[2]}, {s[3], s[4], s[5]}}; }
+Motion Split(const Six& s) { return {{s[Ux], s[Uy], s[Uz]}, {s[Rx], s[Ry], s[Rz]}}; }
 
-// A solved beam and what its test reads it by.
+// A solved beam with its axes and outline.
 struct SolvedBeam {
   BeamShellModel model;
   std::array<Vector3, 3> axes{};
@@ -82,14 +83,15 @@ SolvedBeam Solve(const DetailBeam& beam, const Six& motion1, const Six& motion2)
   return solved;
 }
 
-// The same with motions in the beam's own axes.
+// The same with motions in the beam's local axes.
 SolvedBeam SolveLocal(const DetailBeam& beam, const Motion& motion1, const Motion& motion2) {
   const std::array<Vector3, 3> axes = LocalAxes(beam);
   return Solve(beam, Join(Combine(axes, motion1.u), Combine(axes, motion1.r)),
                Join(Combine(axes, motion2.u), Combine(axes, motion2.r)));
 }
 
-// All kinds of deformation at once, of a thousandth of the length.
+// All kinds of deformation at once: displacements of about a thousandth of the length, rotations of
+// about a thousandth.
 const Motion Generic1{{1e-3, -2e-3, 1.5e-3}, {2e-3, -1e-3, 3e-3}};
 const Motion Generic2{{-1e-3, 1e-3, 2e-3}, {-1e-3, 2e-3, 1e-3}};
 
@@ -115,8 +117,8 @@ double LargestStress(const BeamShellModel& model) {
   return largest;
 }
 
-// A bar of n steps across the axis bends some n^4 times as easily as one step shears: for the 30
-// steps of these beams rounding errors of 1e-16 grow to 1e-10.
+// The bending flexibility of a bar of n steps is about n^4 times the shear flexibility of one step.
+// With the 30 steps of these beams rounding errors of 1e-16 grow to 1e-10.
 constexpr double RoundingBound = 1e-9;
 
 TEST_P(BeamShellMechanics, RigidMotionGivesNoStress) {
@@ -141,7 +143,7 @@ TEST_P(BeamShellMechanics, RigidMotionGivesNoStress) {
   }
 }
 
-// Links of metres or less are some 1e11 times as stiff as the plates.
+// The links, a metre long or less, are about 1e11 times as stiff as the plates.
 TEST_P(BeamShellMechanics, EndStationsFollowTheirNodesAsRigidBodies) {
   const DetailBeam beam = MakeBeam(GetParam(), 0, 4.0);
   const SolvedBeam solved = SolveGeneric(beam);
@@ -248,10 +250,11 @@ OutlineNumbers ComputeOutlineNumbers(const SectionOutline& outline, double a) {
   return p;
 }
 
-// ky, kz under the moments My, Mz.
-std::array<double, 2> Curvatures(const SecondMoments& I, double My, double Mz) {
+// ky, kz under the moments about y and z.
+std::array<double, 2> Curvatures(const SecondMoments& I, double aboutY, double aboutZ) {
   const double determinant = E * (I.yy * I.zz - I.yz * I.yz);
-  return {(My * I.zz + Mz * I.yz) / determinant, (-Mz * I.yy - My * I.yz) / determinant};
+  return {(aboutY * I.zz + aboutZ * I.yz) / determinant,
+          (-aboutZ * I.yy - aboutY * I.yz) / determinant};
 }
 
 // The force and the moment about the centroid that end 2 exerts on the shells, local axes.
@@ -277,19 +280,20 @@ std::vector<Reading> ReadFromCentroid(const SolvedBeam& solved, const OutlineNum
   return readings;
 }
 
-// What rigid end stations disturb is the contraction across, Mu^2 of the stress, and it dies away
-// exponentially (Toupin 1965). The slowest part is the fold of an L, on coarse meshes: it too falls
-// to less than a third over each height, see EndEffectsDieAway. This is what six heights from
-// either end leave of it.
-constexpr double Slenderness = 12.1;  // no multiple of a segment: rounding would choose the steps
+// Rigid end stations prevent the contraction across. The error in the stresses is Mu^2 of them at
+// the ends and decays exponentially (Toupin 1965). The slowest part, the fold of an L on coarse
+// meshes, also falls to less than a third over each height: EndEffectsDieAway tests that. This
+// bound is the error six heights from either end.
+constexpr double Slenderness =
+    12.1;  // no multiple of a segment, so that rounding does not decide the number of steps
 constexpr double EndBound = Mu * Mu / (3 * 3 * 3 * 3 * 3 * 3);
 
-// The share by which held contraction makes the beam stiffer, and by which its middle gets more of
-// a prescribed elongation or rotation than the rest: Mu^2 on at most half a height at each end.
-// That is what minimum energy allows. In a strip of width h a contraction that rises from zero as
-// 1 - exp(-x / c) adds Mu^2 of 0.19 h to the stretch (c = 0.17 h); one that rises as
-// 1 - (1 + x / c) exp(-x / c) adds Mu^2 of 0.50 h to bending across the strip's plane (c = 0.23 h).
-// No plate is wider than the section is high.
+// The prevented contraction at the ends makes the beam stiffer by this fraction, and increases
+// strain and curvature in the middle by it: Mu^2 on at most half a height at each end. This follows
+// from minimum energy. In a strip of width h a contraction that rises from zero as 1 - exp(-x / c)
+// adds Mu^2 of 0.19 h to the stretch (c = 0.17 h); one that rises as 1 - (1 + x / c) exp(-x / c)
+// adds Mu^2 of 0.50 h to bending across the strip's plane (c = 0.23 h). No plate is wider than the
+// section is high.
 constexpr double EndStations = Mu * Mu / Slenderness;
 
 // A long beam with its numbers.
@@ -333,12 +337,11 @@ Differences CompareMiddle(const SolvedBeam& solved, const OutlineNumbers& p, con
   return {off.rendered / largest, off.theory / largest};
 }
 
-// With rotations held an axial motion stretches evenly, also of nodes beside the centroid: N / A
-// all over the section, with A of the plates and N from the forces at the end. The ends' held
-// contraction stiffens the beam, and an unsymmetric section unevenly: its ends turn against each
-// other, and its middle back. Were EndStations of the strain the difference over the height, it
-// would bend with the curvature k = EndStations N / (E A h), by moments up to E I k. No mesh is too
-// coarse.
+// With the rotations fixed, an axial displacement gives uniform tension, even if the nodes are not
+// at the centroid: N / A all over the section, with A of the plates and N from the forces at the
+// end. The prevented contraction at the ends stiffens an unsymmetric section unevenly, so that it
+// bends. If the strain differs by EndStations over the height, the curvature is k = EndStations N /
+// (E A h) and the moments are up to E I k. This holds on the coarsest mesh too.
 TEST_P(BeamShellMechanics, StretchGivesNOverA) {
   for (const std::int32_t level : MeshLevels) {
     SCOPED_TRACE(level);
@@ -357,7 +360,8 @@ TEST_P(BeamShellMechanics, StretchGivesNOverA) {
   }
 }
 
-// Half a rotation each way at the two ends, about the centroid: pure bending about local y or z.
+// Rotates the two ends by angle / 2 in opposite directions about the centroid: pure bending about
+// local y or z.
 SolvedBeam Bend(const DetailBeam& beam, const OutlineNumbers& p, bool aboutY, double angle) {
   Motion end1, end2;
   end2.r = aboutY ? Vector3{0, angle / 2, 0} : Vector3{0, 0, angle / 2};
@@ -370,9 +374,10 @@ SolvedBeam Bend(const DetailBeam& beam, const OutlineNumbers& p, bool aboutY, do
   return SolveLocal(beam, end1, end2);
 }
 
-// The error of M z / I at the readings, with M from the forces at the end, relative to the largest
-// stress: M is what `rendered` takes for a curvature about y or about z, and makes I think of more.
-// For a bar about y at level 0, of three elements, b = h / 3 and a = 12.1 h / 36 = 1.0083 b, it is
+// The expected error of M z / I at the readings, relative to the largest stress. M is the moment at
+// the end, by which `rendered` bends with a curvature about y or z. As `rendered` is stiffer than
+// I, M z / I is too large. For a bar about y at level 0, of three elements, b = h / 3 and a = 12.1
+// h / 36 = 1.0083 b, it is
 //   h^3 t / 12 + 3 [0.09890 b^2 + 1.3462 a^2] b t / 12 = (1 + 0.16306) h^3 t / 12
 // in place of h^3 t / 12, and the stress at the edge is 1 + 0.09890 / 3 = 1.03297 E k h / 2: an
 // error of 1.16306 / 1.03297 - 1 = 0.126. About z the bar bends as a plate: exactly.
@@ -390,9 +395,9 @@ double PredictError(const std::vector<Reading>& readings, const OutlineNumbers& 
   return error / largest;
 }
 
-// What the run relies on: the ends' rotations prescribe the curvature k, whatever moment it takes.
-// The stresses are then E k z, the contraction's part, which falls with the width of a segment, and
-// what the stiffer end stations leave to the middle.
+// A run relies on this: the rotations of the ends prescribe the curvature k, whatever moment that
+// takes. The stresses are E k z, plus the part of the contraction, which decreases with the width
+// of a segment, plus the increase in the middle because of the stiffer end stations.
 void ExpectCurvature(const SolvedBeam& solved, const OutlineNumbers& p, bool aboutY, double k) {
   const std::vector<Reading> readings = ReadFromCentroid(solved, p);
   double extreme = 0.0;
@@ -404,9 +409,9 @@ void ExpectCurvature(const SolvedBeam& solved, const OutlineNumbers& p, bool abo
   }
 }
 
-// An L bends about both axes under one curvature: M has the part that the product of inertia needs.
+// An L needs moments about both axes for a curvature about one: the product of inertia is not zero.
 TEST_P(BeamShellMechanics, PureBendingGivesMzOverI) {
-  const bool isBar = GetParam().BeamSecType != 2 && GetParam().dimensions[2] == 0.0;
+  const bool isBar = GetParam().BeamSecType != BeamSecTypeC && GetParam().dimensions[2] == 0.0;
   for (const bool aboutY : {true, false}) {
     double before = 1.0;
     for (const std::int32_t level : MeshLevels) {
@@ -418,8 +423,8 @@ TEST_P(BeamShellMechanics, PureBendingGivesMzOverI) {
       const Differences off = CompareMiddle(solved, p, EndForce(beam, solved, p));
       EXPECT_LT(off.rendered, EndBound);
       const double error = PredictError(ReadFromCentroid(solved, p), p, aboutY);
-      // The end stations change the middle's curvature in size, which cancels in the quotient, and
-      // that of an L in direction.
+      // The end stations change the size of the curvature in the middle, which cancels in the
+      // quotient, and in an L also its direction.
       EXPECT_NEAR(off.theory, error, EndStations * error + EndBound);
       if (isBar && aboutY && level == 0) {
         EXPECT_NEAR(error, 0.126, 5e-4);  // three decimals, by hand
@@ -434,7 +439,7 @@ TEST_P(BeamShellMechanics, PureBendingGivesMzOverI) {
   }
 }
 
-// What EndBound builds on. Three heights from the ends, and six.
+// The basis of EndBound. The middle is three heights from the ends, then six.
 TEST_P(BeamShellMechanics, EndEffectsDieAway) {
   constexpr double Third = 1.0 / 3;
   for (const std::int32_t level : MeshLevels) {
@@ -454,7 +459,8 @@ TEST_P(BeamShellMechanics, EndEffectsDieAway) {
   }
 }
 
-// Corner stresses of two models with the same numbering, `expected` relative to its largest.
+// Compares corner stresses of models with the same numbering. The bound is relative to the largest
+// expected stress.
 void ExpectStresses(const BeamShellModel& model,
                     const std::vector<std::array<StressVector, 2>>& expected, double bound) {
   double largest = 0.0;
@@ -473,7 +479,7 @@ void ExpectStresses(const BeamShellModel& model,
   }
 }
 
-// The faces of all corners, shell by shell, each through `change`.
+// The stresses on both faces of all corners, shell by shell, each transformed by `change`.
 template <typename Change>
 std::vector<std::array<StressVector, 2>> CollectStresses(const BeamShellModel& model,
                                                          const Change& change) {
@@ -486,7 +492,8 @@ std::vector<std::array<StressVector, 2>> CollectStresses(const BeamShellModel& m
   return stresses;
 }
 
-// Translations relative to `size`, rotations to `size` over the length of the beam.
+// Compares displacements: the bound is relative to `size` for translations, to size / length of the
+// beam for rotations.
 void ExpectDisplacements(const BeamShellModel& model, const std::vector<Six>& expected, double size,
                          double bound) {
   const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
@@ -494,7 +501,7 @@ void ExpectDisplacements(const BeamShellModel& model, const std::vector<Six>& ex
   for (std::size_t node = 0; node < expected.size(); ++node) {
     const Six u = NodeDisplacements(model, node);
     for (std::size_t d = 0; d < 6; ++d) {
-      EXPECT_NEAR(u[d], expected[node][d], bound * (d < 3 ? size : size / L)) << node << ' ' << d;
+      EXPECT_NEAR(u[d], expected[node][d], bound * (d < Rx ? size : size / L)) << node << ' ' << d;
     }
   }
 }
@@ -520,7 +527,7 @@ TEST_P(BeamShellMechanics, TurnedBeamGivesTurnedResults) {
   }
 }
 
-// All lengths but the links' sections, which are numbers.
+// Scales all lengths except the links' sections, which do not depend on the units.
 DetailBeam ScaleBeam(const DetailBeam& beam, double lengths, double modulus) {
   DetailBeam scaled = beam;
   for (std::size_t i = 0; i < 3; ++i) {
@@ -540,7 +547,7 @@ void ExpectScaling(const DetailBeam& beam, double lengths, double modulus, doubl
   std::vector<Six> expected;
   for (std::size_t node = 0; node < before.model.NodeCoords.size(); ++node) {
     Six u = NodeDisplacements(before.model, node);
-    for (std::size_t d = 0; d < 3; ++d) u[d] *= lengths;
+    for (const std::size_t d : {Ux, Uy, Uz}) u[d] *= lengths;
     expected.push_back(u);
   }
   ExpectDisplacements(after.model, expected, 1e-3 * BeamLength(scaledBeam), bound);
@@ -557,16 +564,17 @@ TEST_P(BeamShellMechanics, StressesAreProportionalToTheModulus) {
   }
 }
 
-// From metres and pascals to millimetres and megapascals. The links, of R = 5 in any unit, are now
-// a thousandth as thick for their length: at arms of 300 their bending stiffness E I / L = 1e20 is
-// 1e9 times the largest of a plate's, 10 G t a^2 of the drilling: 10 x 8e4 x 20 x 1e4 = 2e11.
+// From metres and pascals to millimetres and megapascals. The links have R = 5 in any unit, so that
+// their thickness is now a thousandth of what it was relative to their length. At arms of 300 their
+// bending stiffness E I / L = 1e20 is still 1e9 times the largest stiffness of a plate, 10 G t a^2
+// of the drilling: 10 x 8e4 x 20 x 1e4 = 2e11.
 TEST_P(BeamShellMechanics, UnitsDoNotMatter) {
   for (const std::int32_t level : MeshLevels) {
     ExpectScaling(MakeBeam(GetParam(), level, 4.0), 1000.0, 1e-6, 1e-8);
   }
 }
 
-// The shells' node at `point`. An end node may lie there as well; it has no shell.
+// The shells' node at `point`. An end node may be at the same point; it has no shell.
 std::int32_t FindNode(const BeamShellModel& model, const Vector3& point) {
   for (std::int32_t node = 1; node < model.NodeCount - 1; ++node) {
     const Vector3& at = model.NodeCoords[static_cast<std::size_t>(node)];
@@ -576,7 +584,8 @@ std::int32_t FindNode(const BeamShellModel& model, const Vector3& point) {
   return 0;
 }
 
-// A shell and, by corner of another shell at the same four nodes, its own corners.
+// A shell, and for each corner of another shell at the same four nodes the number of its own
+// corner.
 struct ShellMatch {
   const Shell4Element* shell = nullptr;
   std::array<std::size_t, 4> corners{};
@@ -595,9 +604,8 @@ ShellMatch FindShell(const BeamShellModel& model, const std::array<std::int32_t,
   return {};
 }
 
-// From the second end to the first under the same orientation vector, y points the other way: an L
-// has to be mirrored to be the same body. Positions then match; numbers do not, and normals face
-// the other way where they come from the direction of the axis alone.
+// With the ends exchanged and the same orientation vector, y is reversed: an L must be mirrored to
+// give the same body. Positions then match but node numbers do not, and some normals are reversed.
 TEST_P(BeamShellMechanics, ReversedBeamIsTheSameBody) {
   const DetailBeam beam = MakeBeam(GetParam(), 1, 4.0);
   const BeamShellModel forward = SolveGeneric(beam).model;

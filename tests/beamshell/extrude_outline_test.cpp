@@ -122,7 +122,7 @@ TEST(ExtrudeOutline, LinksTieTheEndNodes) {
     EXPECT_EQ(link.Mu, 0.3);
     EXPECT_EQ(link.BeamSecOz, 0.0);
     EXPECT_FALSE(link.BeamSecMirrored);
-    // A tube of 11 and 9: pi (121 - 81) / 4, pi (11^4 - 9^4) / 64, to a few roundings.
+    // A tube of diameters 11 and 9: pi (121 - 81) / 4, pi (11^4 - 9^4) / 64, to a few roundings.
     EXPECT_NEAR(link.Section.A, 10.0 * pi, 1e-13);
     EXPECT_NEAR(link.Section.Iy, 8080.0 / 64.0 * pi, 1e-12);
     EXPECT_NEAR(link.Section.Iz, 8080.0 / 64.0 * pi, 1e-12);
@@ -218,7 +218,7 @@ TEST(ExtrudeOutline, ObliqueBeam) {
   EXPECT_EQ(model.NodeCoords.back(), (Vector3{16, 23, 36}));
 }
 
-// A part of the orientation vector along the axis changes nothing, and its length neither.
+// A part of the orientation vector along the axis changes nothing; nor does the vector's length.
 TEST(ExtrudeOutline, OnlyTheDirectionAcrossTheAxisCounts) {
   const SectionOutline outline = TOutline({300.0, 10.0, 200.0, 12.0});
   BeamShellModel upright = MakeBeam({0, 0, 0}, {250, 0, 0}, {0, 0, 1});
@@ -272,8 +272,8 @@ TEST(ExtrudeOutline, StepsAreTruncated) {
   EXPECT_EQ(Steps(12000.0, bar), 100);
 }
 
-// The offset is in the points whose distance is taken: far off the axis they are rounded to what a
-// double holds there. At 2^51 that is halves: 0, 0.3, 0.6, 0.9 become 0, 0.5, 0.5, 1.
+// Segment lengths are distances of points that include the offset. At a large offset the points are
+// rounded: at 2^51 doubles are 0.5 apart, and 0, 0.3, 0.6, 0.9 become 0, 0.5, 0.5, 1.
 TEST(ExtrudeOutline, SegmentsAreMeasuredAfterTheOffset) {
   SectionOutline outline = TOutline({0.9, 0.01, 0.0, 0.0});
   EXPECT_EQ(Steps(1.0, outline), 3);
@@ -310,7 +310,7 @@ TEST(ExtrudeOutline, DegenerateBeamsGiveNonFiniteCoordinates) {
 }
 
 // An outline of 4 points: 6 (4 (n + 1) + 2) equations must not exceed 2^31 - 1. The largest n is
-// 89,478,483; what the test can afford is the first n that is too many.
+// 89,478,483. That model is too large for a test; the test uses the first n that is too large.
 TEST(ExtrudeOutline, TooManyStepsStopTheRun) {
   const SectionOutline bar = TOutline({3.0, 10.0, 0.0, 0.0});  // segments of 1
   const auto extrude = [&bar](double length, std::int32_t beam) {
@@ -325,7 +325,7 @@ TEST(ExtrudeOutline, TooManyStepsStopTheRun) {
   test::ExpectStop(extrude(1e9, 0),
                    "Beam element 0: its detail model would have 1e+09 steps along the beam, too "
                    "many to number its equations.");
-  // Beyond what an int64 could hold of the quotient, too.
+  // The same where the quotient exceeds the range of an int64.
   test::ExpectStop(extrude(1e150, 3),
                    "Beam element 3: its detail model would have 1e+150 steps along the beam, too "
                    "many to number its equations.");

@@ -1,5 +1,5 @@
-// The loop over the beams: what each detail model takes over from the model, bit for bit against
-// detail models made apart; what stops it; and the stresses of whole structures against statics.
+// The detail models of all beams: each bit for bit against a detail model made separately, what
+// stops the run, and the stresses of whole structures against statics.
 #include "beamshell/generate_beam_shells.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +10,7 @@
 #include "beamshell/average_corners.h"
 #include "beamshell/solve_beam_shell.h"
 #include "support/detail_beams.h"
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
@@ -17,17 +18,17 @@
 namespace korvex::test {
 namespace {
 
-// A clamped frame of every kind of section, one after another, of two materials, with node numbers
-// and directions of the beams in no order.
+// A clamped frame of five beams with a different section each and two materials. Node numbers and
+// directions of the beams are in no order.
 constexpr std::array<std::array<int, 2>, 5> FrameNodes{{{3, 0}, {5, 3}, {5, 1}, {4, 1}, {4, 2}}};
 
 std::array<TestSection, 5> FrameSections() {
   return {{
-      {"T", 0, {0.3, 0.02, 0.16, 0.025}, 0.0, false},
-      {"L", 1, {0.25, 0.02, 0.12, 0.02}, -0.1, false},
-      {"Tube", 2, {0.15, 0.02, 0.0, 0.0}, 0.05, false},
-      {"MirroredL", 1, {0.3, 0.015, 0.16, 0.02}, 0.0, true},
-      {"FlatBar", 0, {0.2, 0.03, 0.0, 0.0}, 0.0, false},
+      {"T", BeamSecTypeT, {0.3, 0.02, 0.16, 0.025}, 0.0, false},
+      {"L", BeamSecTypeL, {0.25, 0.02, 0.12, 0.02}, -0.1, false},
+      {"Tube", BeamSecTypeC, {0.15, 0.02, 0.0, 0.0}, 0.05, false},
+      {"MirroredL", BeamSecTypeL, {0.3, 0.015, 0.16, 0.02}, 0.0, true},
+      {"FlatBar", BeamSecTypeT, {0.2, 0.03, 0.0, 0.0}, 0.0, false},
   }};
 }
 
@@ -64,13 +65,13 @@ Model SolveFrame() {
   return model;
 }
 
-// The detail model that beam b of the frame should have, made from the text of the model.
+// The expected detail model of beam b of the frame, made from the text of the model.
 BeamShellModel MakeDetail(const Model& model, std::size_t b, std::int32_t meshLevel) {
   const ModelText text = MakeFrame();
   const auto [node1, node2] = FrameNodes[b];
   const Vector3& end1 = text.nodes[static_cast<std::size_t>(node1)];
   Vector3 orientation{};
-  // The beam keeps the point, not the vector.
+  // A beam stores the point end1 + vector, not the vector: the same rounding is needed here.
   for (std::size_t i = 0; i < 3; ++i) {
     const double point = end1[i] + text.beams[b].orientation[i];
     orientation[i] = point - end1[i];
@@ -84,7 +85,7 @@ BeamShellModel MakeDetail(const Model& model, std::size_t b, std::int32_t meshLe
   return detail;
 }
 
-// All but the averages, bit for bit.
+// Compares everything except the averages, bit for bit.
 void ExpectSame(const BeamShellModel& detail, const BeamShellModel& expected) {
   EXPECT_EQ(detail.MeshLevel, expected.MeshLevel);
   EXPECT_EQ(detail.E, expected.E);
@@ -111,7 +112,7 @@ void ExpectSame(const BeamShellModel& detail, const BeamShellModel& expected) {
   }
 }
 
-TEST(GenerateBeamShells, EveryBeamHasTheDetailModelOfItsOwn) {
+TEST(GenerateBeamShells, EveryBeamGetsItsDetailModel) {
   Model model = SolveFrame();
   for (const std::int32_t level : {0, 1, 2}) {
     SCOPED_TRACE(level);
@@ -136,7 +137,7 @@ TEST(GenerateBeamShells, LevelsOtherThan1And2AreLevel0) {
   }
 }
 
-// Averaged are all models together: beams that meet average across.
+// Averages are taken over all models: corners of different beams are averaged together.
 TEST(GenerateBeamShells, AveragesComeLast) {
   Model model = SolveFrame();
   GenerateBeamShells(model);
@@ -152,7 +153,7 @@ TEST(GenerateBeamShells, AveragesComeLast) {
   }
 }
 
-// 3, 4, 12 and 13.
+// The components 3, 4 and 12 make the length 13.
 TEST(GenerateBeamShells, ToleranceIsATenThousandthOfTheLength) {
   Model model = SolveFrame();
   model.BeamElements[0].NodeI = {1.0, 2.0, 3.0};
@@ -161,7 +162,7 @@ TEST(GenerateBeamShells, ToleranceIsATenThousandthOfTheLength) {
   EXPECT_EQ(model.BeamShellModels[0].Tolerance, 13.0 / 10000.0);
 }
 
-// A table of hundreds of beams keeps no matrices.
+// There may be hundreds of beams: their matrices are not kept.
 TEST(GenerateBeamShells, KeepsResultsOnly) {
   Model model = SolveFrame();
   GenerateBeamShells(model);
@@ -185,9 +186,9 @@ TEST(GenerateBeamShells, CountsOfARecord) {
   }
 }
 
-// The reference knows whether the section is mirrored; a T's does not matter. The beam knows its
-// material.
-TEST(GenerateBeamShells, MirroredByTheReferenceMaterialByTheBeam) {
+// The mirror flag comes from the section reference, not from the beam element; a T has no use for
+// it. The material comes from the beam element, not from the table.
+TEST(GenerateBeamShells, MirrorFlagOfTheReferenceAndMaterialOfTheElement) {
   Model model = SolveFrame();
   model.Tables.BeamSectionRefs[0].BeamSecMirrored = true;
   model.BeamElements[3].BeamSecMirrored = false;
@@ -226,7 +227,7 @@ TEST(GenerateBeamShells, PrintsNothing) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-// The beams before it have their detail models by then.
+// The beams before it have got their detail models.
 TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
   for (const std::int32_t type : {3, -1}) {
     Model model = SolveFrame();
@@ -240,7 +241,7 @@ TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
   }
 }
 
-// Segments of 0.1: 1e13 steps. The notice counts from zero, as the model file does.
+// Segments of 0.1 give 1e13 steps. Beams in notices are numbered from zero, as in the model file.
 TEST(GenerateBeamShells, TooManyStepsStopTheRun) {
   Model model = SolveFrame();
   model.BeamElements[4].NodeJ[0] = 0.2 / 3 * 1e13;
@@ -253,7 +254,7 @@ bool AllFinite(const std::vector<double>& values) {
   return std::all_of(values.begin(), values.end(), [](double v) { return std::isfinite(v); });
 }
 
-// Beam 2 spoiled; the others are what they were.
+// Beam 2 has been given bad geometry: its results are not finite, those of the others unchanged.
 void ExpectNonFinite(Model& model) {
   GenerateBeamShells(model);
   const BeamShellModel& detail = model.BeamShellModels[2];
@@ -261,12 +262,12 @@ void ExpectNonFinite(Model& model) {
   EXPECT_EQ(detail.NodeCoords.back(), detail.EndPoint2);
   for (std::size_t node = 1; node + 1 < detail.NodeCoords.size(); ++node) {
     EXPECT_FALSE(std::isfinite(detail.NodeCoords[node][0])) << node;
-    EXPECT_FALSE(std::isfinite(detail.Displacements[6 * node])) << node;
+    EXPECT_FALSE(std::isfinite(detail.Displacements[Equation(node, Ux)])) << node;
   }
   for (const Shell4Element& shell : detail.Shells) {
     for (std::size_t k = 0; k < 4; ++k) {
-      EXPECT_FALSE(std::isfinite(shell.NodeStressTop[k][0]));
-      EXPECT_FALSE(std::isfinite(shell.AvgStressBottom[k][5]));
+      EXPECT_FALSE(std::isfinite(shell.NodeStressTop[k][SX]));
+      EXPECT_FALSE(std::isfinite(shell.AvgStressBottom[k][TYZ]));
     }
   }
   for (const std::size_t b : {0U, 1U, 3U, 4U}) {
@@ -292,16 +293,16 @@ TEST(GenerateBeamShells, OrientationAlongTheAxisGivesNonFiniteResults) {
   ExpectNonFinite(model);
 }
 
-// Structures of three beams in a line, of one section each, solved as a whole. Of the middle beam's
-// detail model the stresses at mid-length are compared with statics,
+// Whole structures of three beams of one section in a line. The stresses at mid-length of the
+// middle beam's detail model are compared with statics,
 //   N / A + My (z - ez) / Iy - Mz (y - ey) / Iz
-// with the section's own numbers: the detail model is driven by displacements, and its curvature is
-// M / (E I) of the beam that gave them, not of its plates. Two errors are inherent:
+// with the properties of the section, not of the outline's plates: the beam's displacements drive
+// the detail model, so that its curvature is M / (E I) of the beam. Two errors are inherent:
 //   - Mu^2 / (1 - Mu^2) = 0.099 of the change of bending stress from the middle of a segment to its
 //     edge, because the contraction across does not vary over an element;
-//   - rigid end stations, which leave the middle a little more curvature and strain than its share.
-//     They hold the contraction across, which stiffens at most half a height at each end by Mu^2
-//     (by minimum energy, see beam_shell_mechanics_test.cpp): Mu^2 by the length in heights.
+//   - rigid end stations, which increase curvature and strain in the middle a little. They prevent
+//     the contraction across, which stiffens at most half a height at each end by Mu^2 (by minimum
+//     energy, see beam_shell_mechanics_test.cpp): Mu^2 divided by the length in heights.
 class DetailStresses : public testing::TestWithParam<TestSection> {};
 
 INSTANTIATE_TEST_SUITE_P(AllSections, DetailStresses, testing::ValuesIn(AllSections()),
@@ -310,7 +311,8 @@ INSTANTIATE_TEST_SUITE_P(AllSections, DetailStresses, testing::ValuesIn(AllSecti
                          });
 
 constexpr double E = 2e11, Mu = 0.3;
-constexpr double Slenderness = 12.1;  // no multiple of a segment: rounding would choose the steps
+constexpr double Slenderness =
+    12.1;  // no multiple of a segment, so that rounding does not decide the number of steps
 constexpr double BeamSpan = Slenderness * 0.3;  // each beam's length; all sections are 0.3 high
 constexpr double EndStations = Mu * Mu / Slenderness;
 
@@ -334,8 +336,8 @@ ModelText MakeLine(const TestSection& section, const Vector3& direction,
   return text;
 }
 
-// The readings at the same point and face averaged along the beam: the detail of a beam under shear
-// is symmetric about its middle but for stresses that change their sign there.
+// The mean of the readings at the same point and face of different steps. In a beam under shear the
+// detail stresses are symmetric about the middle, except for a part that changes its sign there.
 std::vector<Reading> AverageReadings(const std::vector<Reading>& readings, std::size_t segments) {
   std::vector<Reading> means(segments * 4);
   const double share = 4.0 * static_cast<double>(segments) / static_cast<double>(readings.size());
@@ -389,7 +391,7 @@ void ExpectMiddleStresses(const ModelText& text, const TestSection& section,
   }
 }
 
-// Clamped at one end, all six components of a load at the other, oblique in space.
+// A beam oblique in space, clamped at one end, with all six load components at the other.
 TEST_P(DetailStresses, Cantilever) {
   const Vector3 direction{2.0 / 3, -1.0 / 3, 2.0 / 3}, orientation{0.3, 0.2, 1.0};
   ModelText text = MakeLine(GetParam(), direction, orientation);
@@ -400,33 +402,35 @@ TEST_P(DetailStresses, Cantilever) {
   const Vector3 force = Combine(axes, F), moment = Combine(axes, M);
   text.forces = {{3, {force[0], force[1], force[2], moment[0], moment[1], moment[2]}}};
 
-  // About the centroid of the middle, half of the line's length away.
+  // Moments about the centroid at the middle, half the line's length away from the load.
   const SectionNumbers s = ComputeNumbers(GetParam());
   const Vector3 arm{1.5 * BeamSpan, -static_cast<double>(s.ey), -static_cast<double>(s.ez)};
   const Vector3 lever = Cross(arm, F);
   ExpectMiddleStresses(text, GetParam(), {F[0], M[1] + lever[1], M[2] + lever[2]});
 }
 
-// Simply supported along X at the node line, its axis free to slide, its section turned about X.
+// A simply supported beam along X, free to slide at one end. Its section is rotated about X.
 ModelText MakeSimplySupported(const TestSection& section) {
   ModelText text = MakeLine(section, {1.0, 0.0, 0.0}, {0.5, 0.6, 0.8});
   text.restraints = {{0, {1, 1, 1, 1, 0, 0}}, {3, {0, 1, 1, 1, 0, 0}}};
   return text;
 }
 
-// Loads F at the third points: M = F x span / 3 between them and no shear. z = (0, 0.6, 0.8) and
-// y = z x X = (0, 0.8, -0.6).
+// Loads P at the third points: M = P x span / 3 between them, and no shear. Local z = (0, 0.6, 0.8)
+// and y = z x X = (0, 0.8, -0.6).
 TEST_P(DetailStresses, SimplySupportedWithLoadsAtTheThirdPoints) {
   ModelText text = MakeSimplySupported(GetParam());
-  const double Fy = 4e3, Fz = -6e3;  // local
-  const std::array<double, 6> load{0.0, 0.8 * Fy + 0.6 * Fz, -0.6 * Fy + 0.8 * Fz, 0.0, 0.0, 0.0};
+  const double Py = 4e3, Pz = -6e3;  // local
+  std::array<double, 6> load{};
+  load[Fy] = 0.8 * Py + 0.6 * Pz;
+  load[Fz] = -0.6 * Py + 0.8 * Pz;
   text.forces = {{1, load}, {2, load}};
-  ExpectMiddleStresses(text, GetParam(), {0.0, Fz * BeamSpan, -Fy * BeamSpan});
+  ExpectMiddleStresses(text, GetParam(), {0.0, Pz * BeamSpan, -Py * BeamSpan});
 }
 
-// A load q along local z. The detail model knows the beam's ends alone: instead of the parabola's
-// q L^2 / 8 at mid-span its middle has the mean over the beam, less by q l^2 / 24 of its length l,
-// which is 1/27 for a third of the span.
+// A line load q along local z. The detail model gets the displacements of the beam's ends only:
+// instead of q L^2 / 8 at mid-span its middle has the mean moment over the beam. That is less by
+// q l^2 / 24, with the beam's length l = L / 3: less by 1/27.
 TEST_P(DetailStresses, SimplySupportedWithAUniformLoad) {
   ModelText text = MakeSimplySupported(GetParam());
   const double q = 3e3, span = 3 * BeamSpan;

@@ -1,5 +1,5 @@
 // The orientation point of the links: their first node plus the vector along the beam, at both
-// ends. On oblique beams every other choice is another point.
+// ends. On an oblique beam every other rule gives another point.
 #include <gtest/gtest.h>
 
 #include "support/detail_beams.h"
@@ -7,7 +7,7 @@
 namespace korvex::test {
 namespace {
 
-// A beam along no axis, leaning on no axis. EndPoint1 plus the vector to EndPoint2 is not EndPoint2
+// A beam that is parallel to no axis. EndPoint1 plus the vector to EndPoint2 is not EndPoint2
 // in the last bit of any coordinate.
 constexpr Vector3 End1{1.6, 1.9, 2.7}, End2{-0.9, -0.2, 0.4}, Orientation{0.3, -0.2, 0.9};
 

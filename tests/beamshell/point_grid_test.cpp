@@ -1,7 +1,8 @@
-// The spatial hash: whatever lies within the tolerance is found, by comparison with all distances,
-// wherever cells end and however coarse the coordinates are; and what is found is little more.
+// The spatial hash: it finds all points within the tolerance, compared with a search through all
+// distances, wherever the faces of cells lie and however coarse the coordinates are; and it finds
+// few other points.
 //
-// The points are laid so that they meet the faces of cells of any size up to 0.01 and any origin.
+// The points are placed so that they meet faces of cells of any size up to 0.01 and any origin.
 #include "beamshell/point_grid.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,7 @@ std::size_t ExpectAllNearFound(const Points& points, const Points& wanted) {
     std::sort(found.begin(), found.end());
     for (std::size_t i = 0; i < points.size(); ++i) {
       const double x = points[i][0] - p[0], y = points[i][1] - p[1], z = points[i][2] - p[2];
-      if (std::abs(x) > 0.001) continue;  // most of them, without a root
+      if (std::abs(x) > 0.001) continue;  // rules out most points without a square root
       if (!(std::sqrt(x * x + y * y + z * z) <= 0.001)) continue;
       ++near;
       if (std::binary_search(found.begin(), found.end(), i)) continue;
@@ -80,7 +81,7 @@ TEST(PointGrid, FindsNearPointsAcrossEdgesAndCorners) {
   }
 }
 
-// Searches at points that are none of the grid's.
+// Searches at points that are not in the grid.
 TEST(PointGrid, FindsWhatIsNearAnyPoint) {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> place(-0.01, 0.01);
@@ -92,8 +93,8 @@ TEST(PointGrid, FindsWhatIsNearAnyPoint) {
 }
 
 // Beyond 2^43 doubles are more than 0.001 apart, and from 2^53 cells on a cell's number has no last
-// digit. Whatever the size, neighbouring doubles are asked for: those on either side of each power
-// of two, and of each power of two of hundredths.
+// digit. Searches at neighbouring doubles of all magnitudes: on either side of each power of two,
+// and of each power of two times 0.01.
 TEST(PointGrid, FindsNearPointsAmongCoarseCoordinates) {
   for (int exponent = 10; exponent < 1023; exponent += exponent < 80 ? 1 : 53) {
     for (const double size : {std::ldexp(1.0, exponent), std::ldexp(0.01, exponent),
@@ -120,7 +121,7 @@ TEST(PointGrid, FindsPointsAtTheLargestDoubles) {
   EXPECT_EQ(ExpectAllNearFound(points, points), points.size());
 }
 
-// Zeros of either sign are one place, and so are the smallest numbers beside them.
+// 0, -0 and the smallest numbers beside them are one place.
 TEST(PointGrid, SignOfZeroDoesNotCount) {
   const double tiny = std::numeric_limits<double>::denorm_min();
   Points points;
@@ -185,8 +186,8 @@ double FoundOnAverage(const Points& points) {
 }
 
 // The grid has at least as many buckets as points, so that a bucket holds on average at most one
-// besides the wanted one. Round coordinates, of which models are full, are off the faces: one
-// bucket is looked into, not eight. So two are found, give or take a hundredth.
+// besides the wanted one. Round coordinates, which are common in models, are not on the faces of
+// cells: the search looks into one bucket, not eight. So two are found, within a hundredth.
 TEST(PointGrid, FindsLittleElseAmongRoundCoordinates) {
   for (const double spacing : {0.01, 0.05, 0.1, 0.5, 1.0, 25.0, 1000.0}) {
     Points points;

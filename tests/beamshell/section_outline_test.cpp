@@ -141,7 +141,7 @@ TEST(SectionOutline, LAtLevels1And2) {
   }
 }
 
-// Either dimension of the flange may be the missing one; also a negative zero is a zero.
+// Either dimension of the flange may be zero, also a negative zero.
 TEST(SectionOutline, WebWithoutFlangeEndsAtItsHeight) {
   for (const auto& [Bf, Tf] :
        {std::pair(0.0, 12.0), std::pair(200.0, 0.0), std::pair(-0.0, 12.0)}) {
@@ -164,7 +164,7 @@ TEST(SectionOutline, WebWithoutFlangeEndsAtItsHeight) {
   }
 }
 
-// Any other flange is one, however thin. NaN is not zero.
+// Any other flange counts, however thin. NaN is not zero.
 TEST(SectionOutline, OnlyZeroMeansNoFlange) {
   EXPECT_EQ(TOutline({360.0, 10.0, 1e-300, 1e-300}, 0).points.size(), 6U);
   EXPECT_EQ(LOutline({360.0, 10.0, -5.0, 1.0}, false, 0).points.size(), 5U);
@@ -227,7 +227,7 @@ TEST(SectionOutline, OffsetMovesAllPointsAlongZ) {
   EXPECT_EQ(outline.points[2][2], 47.0);
 }
 
-// An outline is built into a record that has been used before.
+// The record may hold another outline.
 TEST(SectionOutline, BuildingReplacesWhatWasThere) {
   SectionOutline outline = TOutline(Flanged, 2);
   BuildCOutline(Tube, 0, outline);
@@ -241,7 +241,7 @@ TEST(SectionOutline, BuildingReplacesWhatWasThere) {
   EXPECT_EQ(outline.segments.size(), 3U);
 }
 
-// The topmost web segment of 126 is the longest but for the flange; a wide flange is longer.
+// The topmost web segment, 126, is the longest unless the flange is wide.
 TEST(SectionOutline, LongestSegment) {
   EXPECT_EQ(LongestSegment(TOutline(Flanged, 0)), 126.0);
   EXPECT_EQ(LongestSegment(LOutline(Flanged, false, 0)), 200.0);

@@ -68,22 +68,22 @@ struct HardAngle {
   double angle, sine, cosine;
 };
 
-// Angles where less than the promised precision shows, rounded with mpmath as above.
+// Angles at which a lower precision than documented gives wrong last bits, rounded with mpmath as
+// above.
 constexpr HardAngle HardAngles[] = {
-    // Just below pi / 4, found among 7e10 neighbours: the cosine is 3e-12 to 2e-11 of its last
-    // digit
-    // above the middle between two doubles. The series' thirteenth term is 4.4e-11 of it.
+    // Just below pi / 4, found among 7e10 neighbours: the cosine lies 3e-12 to 2e-11 of its last
+    // bit
+    // above the middle between two doubles. The series' thirteenth term is 4.4e-11 of that bit.
     {0x1.921f888a1387cp-1, 0x1.6a09c6c771857p-1, 0x1.6a0a06087330ep-1},
     {0x1.921f4e59ada6fp-1, 0x1.6a099da213857p-1, 0x1.6a0a2f2dc5537p-1},
     {0x1.921f1d61f19c7p-1, 0x1.6a097b01f0905p-1, 0x1.6a0a51cdd70d4p-1},
     // The same of the sine, among 1e10: 1e-11 above and 9e-11 below. The eleventh term is 1.1e-6,
     // the
-    // twelfth -1.3e-9 of the last digit.
+    // twelfth -1.3e-9 of the last bit.
     {0x1.921fa843aafd2p-1, 0x1.6a09dd3647e93p-1, 0x1.6a09ef999f54ap-1},
     {0x1.921fa36ae26c7p-1, 0x1.6a09d9c8ea028p-1, 0x1.6a09f306fd066p-1},
-    // One digit above the doubles nearest to pi / 2, pi and 2 pi. What the first two parts of pi /
-    // 2
-    // leave is the middle between two doubles exactly; the third part decides.
+    // One bit above the doubles nearest to pi / 2, pi and 2 pi. The remainder after the first two
+    // parts of pi / 2 is exactly the middle between two doubles; the third part decides.
     {0x1.921fb54442d19p+0, 0x1.0000000000000p+0, -0x1.72cece675d1fdp-53},
     {0x1.921fb54442d19p+1, -0x1.72cece675d1fdp-52, -0x1.0000000000000p+0},
     {0x1.921fb54442d19p+2, 0x1.72cece675d1fdp-51, 0x1.0000000000000p+0},

@@ -1,6 +1,6 @@
-// The stages of a detail model's solution: its profile against the elements' pairs of equations,
-// its matrix bit for bit against a dense sum, the driven nodes one by one, its displacements
-// against elimination in long double, its stresses corner by corner.
+// The stages of a detail model's solution: the profile against the elements' pairs of equations,
+// the matrix bit for bit against a dense sum, the driven nodes one by one, the displacements
+// against elimination in long double, the stresses corner by corner.
 #include "beamshell/solve_beam_shell.h"
 
 #include <gtest/gtest.h>
@@ -14,11 +14,13 @@
 #include "shell/shell_stiffness.h"
 #include "skyline/solve_skyline.h"
 #include "support/detail_beams.h"
+#include "support/dof_names.h"
 
 namespace korvex::test {
 namespace {
 
-// Of most of these the two products with 1e20 and the one with 1e40 differ in the last bit.
+// For most of these values, two products with 1e20 and one product with 1e40 differ in the last
+// bit.
 constexpr Six U1{0.001, -0.002, 0.0125, 0.1, -0.004, 0.2};
 constexpr Six U2{0.7, 0.0001, 0.0002, -0.0125, 0.00023, -0.001};
 
@@ -32,7 +34,7 @@ BeamShellModel MakeOblique(const TestSection& section, std::int32_t meshLevel = 
 // z = 0, 1, 2, 3 plus the offset, nodes 1 to 4 at x = 0 and so on to nodes 25 to 28 at x = 6; node
 // 29 is the last. All coordinates, and the distances to the axis, are exact.
 BeamShellModel MakeBar(double BeamSecOz) {
-  const TestSection section{"Bar", 0, {3.0, 0.5, 0.0, 0.0}, BeamSecOz, false};
+  const TestSection section{"Bar", BeamSecTypeT, {3.0, 0.5, 0.0, 0.0}, BeamSecOz, false};
   return ExtrudeBeam({section, {0, 0, 0}, {6, 0, 0}, {0, 0, 1}, 2e5, 0.3, 0});
 }
 
@@ -57,7 +59,8 @@ void LowerToElements(const std::vector<std::int32_t>& connectivity, std::size_t 
   }
 }
 
-// The height of a column is its own equation less the lowest that an element couples it to.
+// A column's height is 1 + its equation number - the lowest equation that an element couples with
+// it.
 TEST_P(BeamShellStages, ColumnsReachTheLowestCoupledEquation) {
   for (const std::int32_t level : {0, 1, 2}) {
     BeamShellModel model = MakeOblique(GetParam(), level);
@@ -74,7 +77,7 @@ TEST_P(BeamShellStages, ColumnsReachTheLowestCoupledEquation) {
       size += heights.back();
     }
 
-    model.LoadVector = {1.0, 2.0};  // nothing of before counts
+    model.LoadVector = {1.0, 2.0};  // old contents must not matter
     model.Stiffness.Values = {3.0, 4.0};
     BuildBeamShellProfile(model);
     EXPECT_EQ(model.Stiffness.ColumnHeights, heights);
@@ -86,14 +89,15 @@ TEST_P(BeamShellStages, ColumnsReachTheLowestCoupledEquation) {
   }
 }
 
-// The bar's lowest point lies on the axis. Its links have no length and no stiffness, yet they tie
-// node 1 to node 0, and node 29 to node 25.
+// The bar's lowest point lies on the axis. Its links have no length and no stiffness, but the
+// profile couples node 1 with node 0, and node 29 with node 25, all the same.
 TEST(SolveBeamShell, LinksWithoutLengthRaiseTheirColumns) {
   BeamShellModel model = MakeBar(0.0);
   BuildBeamShellProfile(model);
   for (std::size_t d = 0; d < 6; ++d) {
-    EXPECT_EQ(model.Stiffness.ColumnHeights[6 + d], static_cast<std::int32_t>(6 + d + 1));
-    EXPECT_EQ(model.Stiffness.ColumnHeights[6 * 29 + d], static_cast<std::int32_t>(6 * 4 + d + 1));
+    EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(1, d)], static_cast<std::int32_t>(6 + d + 1));
+    EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(29, d)],
+              static_cast<std::int32_t>(6 * 4 + d + 1));
   }
 }
 
@@ -102,9 +106,7 @@ using FullMatrix = std::vector<std::vector<double>>;  // [n][n]; only the upper 
 // Adds an element's matrix, pair of dofs by pair of dofs. ke: n x n; nodes: n / 6.
 void AddElement(const std::vector<double>& ke, const std::int32_t* nodes, std::size_t n,
                 FullMatrix& sum) {
-  const auto equation = [nodes](std::size_t i) {
-    return static_cast<std::size_t>(nodes[i / 6]) * 6 + i % 6;
-  };
+  const auto equation = [nodes](std::size_t i) { return Equation(nodes[i / 6], i % 6); };
   for (std::size_t r = 0; r < n; ++r) {
     for (std::size_t c = r; c < n; ++c) {
       const std::size_t a = equation(r), b = equation(c);
@@ -130,7 +132,7 @@ void AddLinks(const BeamShellModel& model, const std::set<std::size_t>& leftOut,
   }
 }
 
-// The sum of all shells and then of all links but those of `leftOut`, or the other way round.
+// The sum of all shells and then of all links except `leftOut`, or first of the links.
 FullMatrix SumElements(const BeamShellModel& model, const std::set<std::size_t>& leftOut,
                        bool linksFirst = false) {
   const auto n = static_cast<std::size_t>(model.NEQ);
@@ -152,15 +154,15 @@ FullMatrix FillOut(const SkylineMatrix& K) {
   return full;
 }
 
-// Links whose outline point lies on the axis. T, L and bar without an offset stand on it; with the
-// offset of -0.11 none of their points does, nor any of the tubes'.
+// The links whose outline point lies on the axis: for T, L and bar without an offset those of the
+// first point. With the offset of -0.11 no point lies on the axis, and a tube has none there.
 std::set<std::size_t> FindIdleLinks(const TestSection& section, const BeamShellModel& model) {
-  if (section.BeamSecType == 2 || section.BeamSecOz != 0.0) return {};
+  if (section.BeamSecType == BeamSecTypeC || section.BeamSecOz != 0.0) return {};
   return {0, static_cast<std::size_t>(model.ProfileNodeCount)};
 }
 
-// Bit for bit. Rounding tells the order: the links first make other bits. It does so at the ends'
-// nodes alone, where 1e20 meets the shells' 1e11, and not in every section.
+// Bit for bit. The rounding errors depend on the order: links first gives other bits. They differ
+// only at the nodes of the end stations, where the links' 1e20 is added to the shells' 1e11.
 TEST_P(BeamShellStages, MatrixIsTheSumOfTheShellsAndThenOfTheLinks) {
   BeamShellModel model = MakeOblique(GetParam());
   const std::set<std::size_t> leftOut = FindIdleLinks(GetParam(), model);
@@ -170,7 +172,7 @@ TEST_P(BeamShellStages, MatrixIsTheSumOfTheShellsAndThenOfTheLinks) {
   EXPECT_NE(SumElements(model, leftOut, true), SumElements(model, leftOut));
 }
 
-// Links of lengths 0, 1, 2, 3 at each end. Only what is shorter than the tolerance goes.
+// Links of lengths 0, 1, 2, 3 at each end. Only links shorter than the tolerance are left out.
 TEST(SolveBeamShell, LinksShorterThanToleranceAreLeftOut) {
   const struct {
     double tolerance;
@@ -190,17 +192,17 @@ TEST(SolveBeamShell, LinksShorterThanToleranceAreLeftOut) {
   }
 }
 
-// Without a tolerance nothing is shorter than it: a link without length stays, with its NaNs.
+// With a tolerance of zero no link is shorter: a link without length stays, with its NaNs.
 TEST(SolveBeamShell, ZeroToleranceLeavesNoLinkOut) {
   BeamShellModel model = MakeBar(0.0);
   model.Tolerance = 0.0;
   BuildBeamShellProfile(model);
   AssembleBeamShell(model);
-  EXPECT_TRUE(std::isnan(FillOut(model.Stiffness)[0][6]));
+  EXPECT_TRUE(std::isnan(FillOut(model.Stiffness)[Equation(0, Ux)][Equation(1, Ux)]));
 }
 
-// Imposes U1 and U2 on a system whose entries all are so large that adding to one would show, and
-// expects them at `driven1` and `driven2` and everything else as it was.
+// Imposes U1 and U2 on a system whose entries are so large that a sum with 1e40 differs from 1e40.
+// Expects U1 at the nodes `driven1`, U2 at `driven2`, and everything else unchanged.
 void ExpectDriven(BeamShellModel& model, const std::set<std::size_t>& driven1,
                   const std::set<std::size_t>& driven2) {
   BuildBeamShellProfile(model);
@@ -212,10 +214,10 @@ void ExpectDriven(BeamShellModel& model, const std::set<std::size_t>& driven1,
   std::vector<double> expectedValues = values, expectedLoads = model.LoadVector;
   const auto drive = [&](std::size_t node, const Six& u) {
     for (std::size_t d = 0; d < 6; ++d) {
-      const auto diagonal = model.Stiffness.DiagonalAddress[6 * node + d];
+      const auto diagonal = model.Stiffness.DiagonalAddress[Equation(node, d)];
       expectedValues[static_cast<std::size_t>(diagonal)] = 1e40;
       const double once = u[d] * 1e20;
-      expectedLoads[6 * node + d] = once * 1e20;
+      expectedLoads[Equation(node, d)] = once * 1e20;
     }
   };
   for (const std::size_t node : driven1) drive(node, U1);
@@ -248,7 +250,7 @@ TEST(SolveBeamShell, OutlineBesideTheAxisIsNotDriven) {
   ExpectDriven(model, {0}, {BarLastNode});
 }
 
-// A tenth of a thousandth of the length decides, on either side of the axis.
+// The tolerance is the length / 10000, on either side of the axis.
 TEST(SolveBeamShell, DistanceToTheAxisIsComparedWithTolerance) {
   for (const double side : {1.0, -1.0}) {
     BeamShellModel below = MakeBar(side * std::nextafter(6.0 / 10000.0, 0.0));
@@ -278,24 +280,25 @@ TEST(SolveBeamShell, AllPointsWithinToleranceAreDriven) {
   ExpectDriven(above, {0, 1, 2, 3}, {25, 26, 27, BarLastNode});
 }
 
-// Only the end stations are asked: within 2.5 of an end lie points of the next two stations as
-// well.
+// Only nodes of the end stations are driven, although points of the next two stations lie within
+// the tolerance of 2.5 of an end.
 TEST(SolveBeamShell, InnerStationsAreNotDriven) {
   BeamShellModel model = MakeBar(0.0);
   model.Tolerance = 2.5;
   ExpectDriven(model, {0, 1, 2, 3}, {25, 26, 27, BarLastNode});
 }
 
-// Whatever the section: a T hung at its flange, a tube hung at its top (point 2, the third) and at
-// its bottom (point 6). Oblique in space the distances are roundings.
+// The axis may run through any point: through the flange of a T, the top (point 2, the third) and
+// the bottom (point 6) of a tube. The beams are oblique, so that the distances are rounding errors,
+// not zeros.
 TEST(SolveBeamShell, PointOnTheAxisIsFoundByItsDistanceAlone) {
   const struct {
     TestSection section;
     std::size_t point;
-  } cases[]{{{"T", 0, {0.3, 0.02, 0.16, 0.025}, -0.3125, false}, 3},
-            {{"L", 1, {0.3, 0.02, 0.16, 0.025}, -0.1, true}, 1},
-            {{"Tube", 2, {0.15, 0.02, 0.0, 0.0}, -0.15, false}, 2},
-            {{"Tube", 2, {0.15, 0.02, 0.0, 0.0}, 0.15, false}, 6}};
+  } cases[]{{{"T", BeamSecTypeT, {0.3, 0.02, 0.16, 0.025}, -0.3125, false}, 3},
+            {{"L", BeamSecTypeL, {0.3, 0.02, 0.16, 0.025}, -0.1, true}, 1},
+            {{"Tube", BeamSecTypeC, {0.15, 0.02, 0.0, 0.0}, -0.15, false}, 2},
+            {{"Tube", BeamSecTypeC, {0.15, 0.02, 0.0, 0.0}, 0.15, false}, 6}};
   for (const auto& [section, point] : cases) {
     SCOPED_TRACE(section.name);
     BeamShellModel model = MakeOblique(section);
@@ -305,7 +308,7 @@ TEST(SolveBeamShell, PointOnTheAxisIsFoundByItsDistanceAlone) {
   }
 }
 
-// K u = F by factors L D L^T in long double. K: upper triangle.
+// Solves K u = F by L D L^T factors in long double. K: upper triangle.
 std::vector<long double> SolveDense(const FullMatrix& K, const std::vector<double>& F) {
   const std::size_t n = F.size();
   std::vector<std::vector<long double>> a(n);
@@ -326,13 +329,13 @@ std::vector<long double> SolveDense(const FullMatrix& K, const std::vector<doubl
   return u;
 }
 
-// Translations of a thousandth of the length and rotations of as much.
+// Translations and rotations of about a thousandth.
 constexpr Six Motion1{1e-3, -2e-3, 1.5e-3, 2e-3, -1e-3, 3e-3};
 constexpr Six Motion2{-1e-3, 1e-3, 2e-3, -1e-3, 2e-3, 1e-3};
 
-// The stiffnesses of a short beam's shells, from bending to drilling, span some five decades, which
-// leaves eleven of sixteen digits. The far stiffer links and penalties cost none: each of them
-// rules its equation alone.
+// The stiffnesses of a short beam's shells, from bending to drilling, span about five decades,
+// which leaves eleven of sixteen digits. The much stiffer links and penalties cost no digits: each
+// of them dominates its own equation.
 TEST_P(BeamShellStages, DisplacementsAreThoseOfADenseSolution) {
   BeamShellModel model = MakeOblique(GetParam());
   const FullMatrix sum = SumElements(model, FindIdleLinks(GetParam(), model));
@@ -359,18 +362,19 @@ TEST_P(BeamShellStages, DisplacementsAreThoseOfADenseSolution) {
   EXPECT_LT(worst, 1e-11 * largest);
 }
 
-// A driven node follows to the last digits: the penalty outweighs the links by more than 1e13.
+// A driven node moves as prescribed: the penalty exceeds the links' stiffness by more than 1e13.
 TEST_P(BeamShellStages, EndNodesTakeTheirDisplacements) {
   BeamShellModel model = MakeOblique(GetParam());
   const auto lastNode = static_cast<std::size_t>(model.NodeCount) - 1;
   SolveBeamShell(Motion1.data(), Motion2.data(), model);
   for (std::size_t d = 0; d < 6; ++d) {
     EXPECT_NEAR(model.Displacements[d], Motion1[d], 1e-13 * std::fabs(Motion1[d]));
-    EXPECT_NEAR(model.Displacements[6 * lastNode + d], Motion2[d], 1e-13 * std::fabs(Motion2[d]));
+    EXPECT_NEAR(model.Displacements[Equation(lastNode, d)], Motion2[d],
+                1e-13 * std::fabs(Motion2[d]));
   }
 }
 
-// The whole is its stages in turn, to the last bit.
+// The whole solution gives the bits of its stages run one after another.
 TEST_P(BeamShellStages, SolutionRunsTheStages) {
   BeamShellModel model = MakeOblique(GetParam());
   BeamShellModel stages = model;
@@ -391,7 +395,7 @@ TEST_P(BeamShellStages, StressesAreThoseOfTheCorners) {
     std::array<double, 24> d{};
     for (std::size_t i = 0; i < 24; ++i) {
       const auto node = static_cast<std::size_t>(model.ShellNodes[4 * e + i / 6]);
-      d[i] = model.Displacements[6 * node + i % 6];
+      d[i] = model.Displacements[Equation(node, i % 6)];
     }
     for (std::size_t k = 0; k < 4; ++k) {
       StressVector top{}, bottom{};
@@ -402,12 +406,12 @@ TEST_P(BeamShellStages, StressesAreThoseOfTheCorners) {
         EXPECT_NE(shell.NodeStressTop[k], shell.NodeStressTop[0]) << e << ' ' << k;
       }
     }
-    EXPECT_EQ(shell.AvgStressTop, (std::array<StressVector, 4>{}));  // somebody else's work
+    EXPECT_EQ(shell.AvgStressTop, (std::array<StressVector, 4>{}));  // not computed by this stage
   }
 }
 
-// A table of hundreds of beams keeps results only; the matrix, by far the largest, goes to the next
-// model. The counts stay.
+// Hundreds of beams keep results only. The next model takes over the matrix, by far the largest
+// part. The counts stay.
 TEST_P(BeamShellStages, HandedOnSystemLeavesResultsOnly) {
   BeamShellModel model = MakeOblique(GetParam()), next;
   SolveBeamShell(Motion1.data(), Motion2.data(), model);
@@ -424,7 +428,7 @@ TEST_P(BeamShellStages, HandedOnSystemLeavesResultsOnly) {
   EXPECT_EQ(next.Stiffness.Values.data(), values);  // the memory itself, no copy
 }
 
-// After a larger and after a smaller model: nothing of it counts.
+// The model before was smaller or larger: its data do not matter.
 TEST_P(BeamShellStages, HandedOnSystemChangesNoResult) {
   for (const std::int32_t before : {0, 2}) {
     BeamShellModel spare = MakeOblique(GetParam(), before);

@@ -1,5 +1,5 @@
-// The sections of fscanf_reader.h in the order of the file, one fscanf per format. Nothing here is
-// shared with our own reader, the formats least of all.
+// Reads the sections in the order of the file, with one fscanf per format. No code and no format is
+// shared with our own reader.
 #include "model/fscanf_reader.h"
 
 #include <algorithm>
@@ -9,15 +9,14 @@ namespace korvex::test {
 
 namespace {
 
-// One fscanf. Its result is not looked at: a failed read leaves the zeros.
+// One fscanf. Its result is ignored: fields that it cannot read stay 0.
 template <typename... Fields>
 void Read(std::FILE* file, const char* format, Fields*... fields) {
   static_cast<void>(std::fscanf(file, format, fields...) == 0);
 }
 
-// Makes room for the rows of a count just read. Tells whether reading goes on.
-// A count below zero ends the reading where a table of that size would be allocated; elsewhere it
-// has no rows.
+// Makes room for the rows of a count just read. Returns whether reading goes on: a negative count
+// ends it if the table is always allocated. Otherwise a negative count means no rows.
 enum class Negative { Ends, HasNoRows };
 
 template <typename Row>

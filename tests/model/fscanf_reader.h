@@ -1,7 +1,7 @@
-// The model file as the C library's fscanf reads it: the yardstick for our own reader.
+// The model file as the C library's fscanf reads it, as a reference for our own reader.
 //
-// Every field of the file is kept as it stands, also those that the model does not keep. A field
-// whose read fails is 0. References are neither checked nor followed.
+// All fields of the file are stored unchanged, also those that the model does not use. A field that
+// cannot be read is 0. References are neither checked nor followed.
 #pragma once
 
 #include <array>
@@ -57,7 +57,7 @@ struct FileLoad {
   std::array<double, Values> q{};
 };
 
-// A count of the file and its rows. A negative count has none.
+// A count of the file and its rows. A negative count has no rows.
 template <typename Row>
 struct FileTable {
   std::int32_t count = 0;
@@ -88,9 +88,8 @@ struct FileTables {
   FileTable<FileLoad<2>> beamLoads;
 };
 
-// Whether this C library's scanf reads broken numbers as our scanner does. The standard counts
-// "1e+" as no number at all; the GNU C library has long read it as 1 and may come to follow the
-// standard.
+// Whether this C library's scanf reads incomplete numbers as our scanner does. In the C standard
+// "1e+" is no number; the GNU C library reads it as 1, but a later one may follow the standard.
 bool ReadsBrokenNumbersAlike();
 
 // Reads the file, which must exist, up to the first wrong release, negative count of materials,

@@ -1,4 +1,4 @@
-// The release of the model.
+// ReleaseModel frees all memory of a model.
 #include "model/model.h"
 
 #include <gtest/gtest.h>

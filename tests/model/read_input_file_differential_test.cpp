@@ -1,9 +1,9 @@
-// Several thousand spoilt model files, read by ReadInputFile and by the C library's fscanf: the
+// Several thousand damaged model files, read by ReadInputFile and by the C library's fscanf: the
 // tables must be the same bit for bit, and a run that stops must stop for the same reason.
 //
-// Each file is a valid one with a few random changes. From what fscanf has found in it the test
-// builds the model that is to be expected, up to the row at which the reader must stop; nothing may
-// be read behind it.
+// Each file is a valid one with a few random changes. The test builds the expected model from the
+// fields that fscanf has read, up to the row at which the reader must stop. Nothing may be read
+// after that row.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,20 +24,21 @@
 #include "support/model_text.h"
 #include "support/temp_folder.h"
 
-#ifdef __GLIBC__  // the library whose reading of the open points is followed
+#ifdef __GLIBC__  // where the C standard leaves a choice, our reader does as this library does
 
 namespace korvex::test {
 namespace {
 
 // ---------------------------------------------------------------------------------------------
-// The model that is to be expected.
+// The expected model.
 
 struct Expectation {
   Model model;
-  std::string notice;  // why the run stops; empty where the file is read to its end
+  std::string notice;  // the reason for the stop; empty if the file is read to its end
 };
 
-// Takes a count over. Tells whether the section is read. mayBeNegative: then it has no rows.
+// Takes over a count. Returns whether the reading goes on. mayBeNegative: a negative count is no
+// error and means no rows.
 template <typename FileRow, typename Table>
 bool TakeCount(Expectation& e, const char* key, const FileTable<FileRow>& table,
                std::int32_t& count, Table& rows, bool mayBeNegative = true) {
@@ -50,7 +51,7 @@ bool TakeCount(Expectation& e, const char* key, const FileTable<FileRow>& table,
   return true;
 }
 
-// Tells whether `value` is a row of a table of `count` rows; the run stops where it is not.
+// Returns whether `value` is a row of a table of `count` rows. If it is not, sets the notice.
 bool Refers(Expectation& e, const std::string& row, const char* field, std::int32_t value,
             std::int32_t count, const char* table) {
   if (value >= 0 && value < count) return true;
@@ -107,7 +108,7 @@ bool ExpectSectionsAndNodes(const FileTables& t, Expectation& e) {
   return true;
 }
 
-// One shell row: its nodes are stored before its references are followed.
+// One shell row. Its node numbers are stored before the references are checked.
 template <std::size_t Nodes, typename Element>
 bool ExpectShell(const FileShell<Nodes>& row, const std::string& rowName, Expectation& e,
                  std::vector<std::int32_t>& connectivity, std::size_t i, Element& element) {
@@ -151,7 +152,7 @@ bool ExpectShells(const FileTables& t, Expectation& e) {
   return true;
 }
 
-// What a beam of any type with a section table gets.
+// Fills in what all beams have whose type has a section table.
 void FillExpectedBeam(const FileBeam& row, const Model& m, BeamElement& beam) {
   const Node& i = m.Tables.Nodes[static_cast<std::size_t>(row.nodes[0])];
   const Node& j = m.Tables.Nodes[static_cast<std::size_t>(row.nodes[1])];
@@ -172,7 +173,7 @@ bool ExpectBeam(const FileBeam& row, const std::string& rowName, Expectation& e,
   const auto section = static_cast<std::size_t>(index);
   if (!RefersToNode(e, rowName, row.nodes[0])) return false;
   if (!RefersToNode(e, rowName, row.nodes[1])) return false;
-  if (row.BeamSecType < 0 || row.BeamSecType > 2) return true;
+  if (row.BeamSecType < BeamSecTypeT || row.BeamSecType > BeamSecTypeC) return true;
 
   const std::pair<std::int32_t, const char*> tables[] = {{m.Tables.NTBS, "T_beam sections"},
                                                          {m.Tables.NLBS, "L_beam sections"},
@@ -181,10 +182,10 @@ bool ExpectBeam(const FileBeam& row, const std::string& rowName, Expectation& e,
   if (!RefersToMaterial(e, rowName, row.material)) return false;
   if (!Refers(e, rowName, "section", index, table.first, table.second)) return false;
   FillExpectedBeam(row, m, beam);
-  if (row.BeamSecType == 0) {
+  if (row.BeamSecType == BeamSecTypeT) {
     const BeamSection& s = m.Tables.TBeamSections[section];
     beam.Section = SectionPropertiesT(beam, s.Hw, s.Tw, s.Bf, s.Tf, row.BeamSecOz);
-  } else if (row.BeamSecType == 1) {
+  } else if (row.BeamSecType == BeamSecTypeL) {
     const BeamSection& s = m.Tables.LBeamSections[section];
     beam.BeamSecMirrored = row.BeamSecMirrored != 0;
     beam.Section =
@@ -254,7 +255,7 @@ Expectation BuildExpectation(const FileTables& t) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// The comparison: every value of a table as 64 bits.
+// The comparison: each value in the tables as 64 bits.
 
 using Image = std::vector<std::uint64_t>;
 
@@ -268,7 +269,8 @@ void Append(Image& image, double value) {
   image.push_back(bits);
 }
 
-// A result of arithmetic: which of two NaNs passes through it is the compiler's choice.
+// The result of arithmetic. All NaNs count as equal: which of two NaNs an operation returns depends
+// on the compiler.
 void AppendResult(Image& image, double value) {
   Append(image, std::isnan(value) ? std::numeric_limits<double>::quiet_NaN() : value);
 }
@@ -365,7 +367,7 @@ std::vector<NamedImage> MakeImages(const Model& m) {
           {"beam loads", MakeImage(m.Tables.NDL_B, m.Tables.BeamLineLoads)}};
 }
 
-// The names of the tables that differ, each with a blank before it.
+// The names of the tables that differ, each after a blank.
 std::string FindDifferences(const Model& a, const Model& b) {
   const std::vector<NamedImage> imagesA = MakeImages(a), imagesB = MakeImages(b);
   std::string names;
@@ -378,7 +380,7 @@ std::string FindDifferences(const Model& a, const Model& b) {
 // ---------------------------------------------------------------------------------------------
 // The files.
 
-// A source of random choices. They depend on the seed alone, on every platform.
+// A source of random numbers, which depend only on the seed, on every platform.
 struct ChoiceSource {
   std::mt19937_64 engine{20240608};  // NOLINT(cert-msc32-c,cert-msc51-cpp): any seed serves
 };
@@ -387,7 +389,7 @@ std::size_t Draw(ChoiceSource& source, std::size_t choices) {
   return static_cast<std::size_t>(source.engine() % choices);
 }
 
-// A number with up to 17 digits, so that its rounding counts.
+// A number of up to 17 digits, so that its rounding is tested.
 double DrawReal(ChoiceSource& source) {
   const double share = static_cast<double>(Draw(source, 1U << 30U)) / (1U << 30U);
   constexpr double scales[] = {1.0, 1e-3, 1e5, -10.0, 1e-9};
@@ -466,7 +468,7 @@ std::string JoinLines(const Lines& lines) {
   return text;
 }
 
-// Spellings at the borders of what a number is, references and counts.
+// Spellings at the limit of valid numbers, and references and counts.
 constexpr const char* OddNumbers[] = {"",
                                       "1e+",
                                       "1e",
@@ -518,7 +520,7 @@ std::string DrawWhiteSpace(ChoiceSource& source) {
   return spaces[Draw(source, std::size(spaces))];
 }
 
-// Where a number of the line begins, its sign left out: the value behind the key, or any of a row.
+// The position of a number in the line, after its sign: the value of a key, or any number of a row.
 std::size_t FindNumber(ChoiceSource& source, const std::string& line) {
   const bool isRow = line[0] >= '0' && line[0] <= '9';
   return line.find_first_of("0123456789", isRow ? Draw(source, line.size()) : line.find('='));
@@ -531,7 +533,7 @@ void RewriteNumber(ChoiceSource& source, std::string& line) {
   line.replace(begin, end - begin, OddNumbers[Draw(source, std::size(OddNumbers))]);
 }
 
-// Adds a little to or takes it from an integer: a count, a reference, the whole part of a number.
+// Increases or decreases an integer slightly: a count, a reference, the integer part of a number.
 void ShiftInteger(ChoiceSource& source, std::string& line) {
   const std::size_t begin = FindNumber(source, line);
   if (begin == std::string::npos) return;
@@ -564,7 +566,7 @@ void SpoilByte(ChoiceSource& source, std::string& line) {
   }
 }
 
-// Changes white space, commas, or a label that may be any text. Most of it must not matter.
+// Changes white space, commas, or a label that may be any text. Most such changes must not matter.
 void RestyleLine(ChoiceSource& source, std::string& line) {
   const std::size_t blank = line.find_first_of(" \n", Draw(source, line.size()));
   const std::size_t comma = line.find(',', Draw(source, line.size()));
@@ -611,7 +613,7 @@ void ReorderLines(ChoiceSource& source, Lines& lines) {
   }
 }
 
-// A file with one to four random changes, which may also hit the same place.
+// A file with one to four random changes, possibly at the same place.
 std::string SpoilFile(ChoiceSource& source, const std::string& text) {
   Lines lines = SplitLines(text);
   const std::size_t changes = 1 + Draw(source, 4);
@@ -634,7 +636,7 @@ std::string SpoilFile(ChoiceSource& source, const std::string& text) {
 // ---------------------------------------------------------------------------------------------
 // The two readers side by side.
 
-// What our reader makes of a file: the model as far as it came, and what it told the user.
+// The result of our reader: the model as far as it was read, and the notice.
 Expectation ReadWithOurs(const std::string& fileName) {
   Expectation result;
   try {
@@ -649,7 +651,7 @@ struct Tally {
   int files = 0;
   int skipped = 0;        // a count that would only fill the memory
   int complete = 0;       // read to the end
-  int allSections = 0;    // of these: the last section still had rows, nothing derailed
+  int allSections = 0;    // of these: the last section has rows, so all sections were read
   int wrongRelease = 0;   // stopped there
   int negativeCount = 0;  // stopped there
   int badReference = 0;   // stopped there
@@ -697,7 +699,7 @@ void PrintTally(const Tally& t) {
 }
 
 TEST(ReadInputFile, ReadsSpoiltFilesAsTheCLibraryDoes) {
-  if (!ReadsBrokenNumbersAlike()) GTEST_SKIP() << "this scanf reads broken numbers otherwise";
+  if (!ReadsBrokenNumbersAlike()) GTEST_SKIP() << "this scanf reads incomplete numbers differently";
   constexpr int filesPerModel = 2000;
   const TempFolder folder;
   const std::string fileName = (folder.Path() / "fem_solving.txt").string();

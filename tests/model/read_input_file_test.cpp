@@ -1,5 +1,5 @@
-// The reader of the model file: where each number of a file lands, what the format allows and what
-// derails it, and each way in which it stops the run.
+// The reader of the model file: the place of each number in the tables, what the format allows and
+// what makes the rest of the file unreadable, and every error that stops the run.
 #include "model/read_input_file.h"
 
 #include <gtest/gtest.h>
@@ -19,8 +19,8 @@ namespace {
 using test::ExpectStop;
 using test::TempFolder;
 
-// A model with rows in every section. No two numbers are alike where they could be confused, and
-// all coordinates are binary fractions, so that sums of them are exact.
+// A model with rows in every section. Numbers that could be confused are different, and all
+// coordinates are binary fractions, so that their sums are exact.
 constexpr const char* FullFile = R"(### Toln_Korvex release=3.0 ###
 Number of materials:NMT=2
 #0:
@@ -91,7 +91,7 @@ Number of distributed loads on beam elements:NDL_B=2
 1:43.5,44.5
 )";
 
-// A file without rows is these sections.
+// A model file without rows: every count is zero.
 constexpr const char* EmptyFile = R"(### Toln_Korvex release=3.0 ###
 Number of materials:NMT=0
 Number of shell thicknesses:NTK=0
@@ -122,15 +122,15 @@ void ExpectStopOnText(const std::string& text, const std::string& notice) {
   ExpectStop([&] { ReadText(text); }, notice);
 }
 
-// `text` with the one place where it says `from` saying `to`.
+// Returns `text` with the only occurrence of `from` replaced by `to`.
 std::string Replace(std::string text, const std::string& from, const std::string& to) {
   const std::size_t at = text.find(from);
   EXPECT_NE(at, std::string::npos) << from;
-  EXPECT_EQ(text.find(from, at + 1), std::string::npos) << from << " stands in several places";
+  EXPECT_EQ(text.find(from, at + 1), std::string::npos) << from << " occurs more than once";
   return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-// The whole file was read: its last section's rows are there.
+// Expects the rows of the last section: then the whole file has been read.
 void ExpectReadToTheEnd(const Model& model) {
   ASSERT_EQ(model.Tables.BeamLineLoads.size(), 2U);
   EXPECT_EQ(model.Tables.BeamLineLoads[1].q, (std::array<double, 2>{43.5, 44.5}));
@@ -150,7 +150,7 @@ std::array<double, 13> ListProperties(const SectionProperties& s) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// Where the numbers land. Expected values are those of the file above.
+// The place of each number in the tables. Expected values are those of FullFile.
 
 TEST(ReadInputFile, Materials) {
   const Model model = ReadText(FullFile);
@@ -239,7 +239,7 @@ TEST(ReadInputFile, BeamConnectivityAndSectionReferences) {
   EXPECT_EQ(model.BeamElements.size(), 4U);
   EXPECT_EQ(model.Tables.BeamNodes, (std::vector<std::int32_t>{4, 5, 5, 3, 2, 4, 1, 0}));
   ASSERT_EQ(model.Tables.BeamSectionRefs.size(), 4U);
-  const std::array<std::int32_t, 4> types{0, 1, 2, 3};
+  const std::array<std::int32_t, 4> types{BeamSecTypeT, BeamSecTypeL, BeamSecTypeC, 3};
   const std::array<std::int32_t, 4> indices{1, 0, 1, 88};
   const std::array<double, 4> offsets{0.03, -0.04, 0.05, 0.06};
   const std::array<bool, 4> mirrored{true, true, false, true};  // 1, -7, 0, 1 in the file
@@ -315,8 +315,8 @@ TEST(ReadInputFile, AnLBeamWithoutMirroringIsNotMirrored) {
   EXPECT_GT(beam.Section.Ey, 0.0);  // the flange stands towards +y
 }
 
-// The node comes first in the file and the flags in the order of the dofs; a flag is any number.
-TEST(ReadInputFile, RestraintsKeepTheirFlagsAsTheyStand) {
+// A row has the node first, then the flags in the order of the dofs. A flag may be any number.
+TEST(ReadInputFile, RestraintsKeepTheirFlagsUnchanged) {
   const Model model = ReadText(FullFile);
   EXPECT_EQ(model.Tables.NRN, 2);
   ASSERT_EQ(model.Tables.NodalRestraints.size(), 2U);
@@ -368,13 +368,13 @@ TEST(ReadInputFile, RowNumbersAreDiscarded) {
   ExpectReadToTheEnd(model);
 }
 
-// A file numbered from 1 is used as it stands: each reference means the node one further on.
+// A file with nodes numbered from 1 is not corrected: each reference means the next node.
 TEST(ReadInputFile, AFileNumberedFromOneIsNotCorrected) {
   test::ModelText text;
   text.materials = {{1.0, 0.25, 0.0}};
   text.tSections = {{1.0, 0.5, 0.0, 0.0}};
   text.nodes = {{10.0, 0.0, 0.0}, {20.0, 0.0, 0.0}, {30.0, 0.0, 0.0}};
-  text.beams = {{1, 2}};  // the first two nodes, were it numbered from 1
+  text.beams = {{1, 2}};  // the first two nodes, if nodes were numbered from 1
   text.restraints = {{1}};
   const Model model = ReadText(WriteModel(text));
   EXPECT_EQ(model.BeamElements.at(0).NodeI, (Vector3{20.0, 0.0, 0.0}));
@@ -385,7 +385,7 @@ TEST(ReadInputFile, AFileNumberedFromOneIsNotCorrected) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// What the format allows, and what it does not.
+// What the format allows and what it does not allow.
 
 TEST(ReadInputFile, CountsOfZeroGiveEmptyTables) {
   const Model model = ReadText(EmptyFile);
@@ -437,11 +437,11 @@ TEST(ReadInputFile, AHeaderThatDoesNotMatchIsAWrongRelease) {
   ExpectStopOnText("\xEF\xBB\xBF" + std::string(FullFile), notice);  // a byte order mark
 }
 
-// The number is there before the tail is looked at. What the tail leaves derails the counts.
+// The release is read before the rest of the header line. After a wrong rest no count can be read.
 TEST(ReadInputFile, AHeaderWithTheRightNumberAndAWrongTailIsAccepted) {
-  const Model derailed = ReadText(Replace(FullFile, "release=3.0 ###", "release=3.0 ##!"));
-  EXPECT_EQ(derailed.Tables.NMT, 0);
-  EXPECT_EQ(derailed.Tables.NDL_B, 0);
+  const Model unread = ReadText(Replace(FullFile, "release=3.0 ###", "release=3.0 ##!"));
+  EXPECT_EQ(unread.Tables.NMT, 0);
+  EXPECT_EQ(unread.Tables.NDL_B, 0);
   EXPECT_EQ(ReadText("### Toln_Korvex release=3.0").Tables.NMT, 0);
 }
 
@@ -485,7 +485,7 @@ TEST(ReadInputFile, AThicknessLabelMustBeANumberSignANumberAndAColon) {
   EXPECT_EQ(model.Tables.NTBS, 0);
 }
 
-// Element 3 of the file: its material and section references lead nowhere and are not looked at.
+// Element 3 of the file: its references to a missing material and section are not checked.
 TEST(ReadInputFile, ABeamOfAnotherTypeStaysAsConstructed) {
   for (const char* type : {"3", "-1", "2147483647"}) {
     const Model model =
@@ -504,8 +504,8 @@ TEST(ReadInputFile, ABeamOfAnotherTypeStaysAsConstructed) {
   }
 }
 
-// The second flag is read at the comma, fails there, and so does everything behind it.
-TEST(ReadInputFile, CommasBetweenRestraintFlagsDerailTheRest) {
+// Reading the second flag fails at the comma, and so does all further reading.
+TEST(ReadInputFile, CommasBetweenRestraintFlagsEndTheReading) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4: 1,2,0,-3,4,5"));
   EXPECT_EQ(model.Tables.NRN, 2);
   EXPECT_EQ(model.Tables.NodalRestraints.at(0).node, 4);
@@ -517,14 +517,14 @@ TEST(ReadInputFile, CommasBetweenRestraintFlagsDerailTheRest) {
   EXPECT_EQ(model.Tables.NDL_B, 0);
 }
 
-TEST(ReadInputFile, RestraintFlagsMayStandOnSeveralLines) {
+TEST(ReadInputFile, RestraintFlagsMayBeOnSeveralLines) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4:1\n2\t0\r\n\n-3\v4\f5"));
   EXPECT_EQ(model.Tables.NodalRestraints.at(0).fixed,
             (std::array<std::int32_t, 6>{1, 2, 0, -3, 4, 5}));
   ExpectReadToTheEnd(model);
 }
 
-// The node is read; the flags fail at the colon.
+// The node is read; reading the flags fails at the colon.
 TEST(ReadInputFile, TheColonOfARestraintFollowsItsDigitsDirectly) {
   const Model model = ReadText(Replace(FullFile, "4: 1 2 0 -3 4 5", "4 : 1 2 0 -3 4 5"));
   EXPECT_EQ(model.Tables.NodalRestraints.at(0).node, 4);
@@ -532,7 +532,7 @@ TEST(ReadInputFile, TheColonOfARestraintFollowsItsDigitsDirectly) {
   EXPECT_EQ(model.Tables.NFOR, 0);
 }
 
-TEST(ReadInputFile, ASectionLabelAtTheEndOfTheFileEnds) {
+TEST(ReadInputFile, ASectionLabelMayBeTheEndOfTheFile) {
   const std::string file = FullFile;
   const Model model = ReadText(file.substr(0, file.find("T_beam #1")) + "T_beam #1");
   EXPECT_EQ(model.Tables.NTBS, 2);
@@ -549,7 +549,7 @@ TEST(ReadInputFile, BlankLinesAndIndentationBetweenRowsAreSkipped) {
   ExpectReadToTheEnd(ReadText(file));
 }
 
-// A label is skipped to its line feed and no further, so the first value may not be indented.
+// A label is skipped up to its line feed only, so that the first value must not be indented.
 TEST(ReadInputFile, AnIndentedValueAfterASectionLabelDoesNotMatch) {
   const Model model = ReadText(Replace(FullFile, "L_beam #0\nHw", "L_beam #0\n Hw"));
   EXPECT_EQ(model.Tables.NLBS, 1);
@@ -581,7 +581,7 @@ TEST(ReadInputFile, TheLastLineNeedsNoLineEnd) {
 }
 
 // ---------------------------------------------------------------------------------------------
-// What stops the run.
+// Errors that stop the run.
 
 TEST(ReadInputFile, AMissingFileStops) {
   const TempFolder folder;
@@ -598,7 +598,7 @@ TEST(ReadInputFile, AFolderOfThatNameStops) {
   ExpectStop([&] { ReadInputFile(file.c_str(), model); }, "Preprocessor file read error!");
 }
 
-// A table of a negative size cannot be allocated; these are always allocated.
+// These tables are always allocated, and a table of a negative size cannot be.
 TEST(ReadInputFile, ANegativeCountOfATableThatIsAlwaysAllocatedStopsAndIsNamed) {
   for (const std::string key : {"NMT", "NTK", "NPOIN", "NRN"}) {
     SCOPED_TRACE(key);
@@ -607,7 +607,8 @@ TEST(ReadInputFile, ANegativeCountOfATableThatIsAlwaysAllocatedStopsAndIsNamed) 
   }
 }
 
-// These are allocated for rows alone: a negative count is kept as it is read and has none.
+// These tables are allocated only if they have rows. A negative count is stored as it is and has no
+// rows.
 TEST(ReadInputFile, AnotherNegativeCountActsAsZero) {
   for (const std::string key : {"NTBS", "NLBS", "NCBS", "NELEM_S_4ND", "NELEM_S_3ND", "NELEM_B",
                                 "NFOR", "NDL_S_4ND", "NDL_S_3ND", "NDL_B"}) {

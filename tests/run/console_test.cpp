@@ -1,5 +1,5 @@
-// The console and the ways to end a run: nothing stays in a buffer, outputs keep their order, waits
-// take what they should, GBK bytes.
+// The console and the ways to end a run: output is visible at once and in order, a wait takes one
+// character, Chinese texts are GBK.
 #include "run/console.h"
 
 #include <gtest/gtest.h>
@@ -56,7 +56,7 @@ TEST(Console, WaitEndsAtTheEndOfTheInput) {
   EXPECT_EQ(std::getchar(), EOF);
 }
 
-TEST(ShowStop, AResultFilesTextIsGbkAndWaitsForOneCharacter) {
+TEST(ShowStop, TextOfAResultFileIsGbkAndWaitsForOneCharacter) {
   const test::TempFolder folder;
   for (const char* text : {"节点位移文件输出失败!", "单元节点应力文件输出失败!",
                            "节点应力文件输出失败!", "文件输出失败!"}) {
@@ -68,7 +68,7 @@ TEST(ShowStop, AResultFilesTextIsGbkAndWaitsForOneCharacter) {
   }
 }
 
-TEST(ShowStop, InconsistencyIsALineAndNoMore) {
+TEST(ShowStop, InconsistencyIsOneLine) {
   testing::internal::CaptureStdout();
   ReportInconsistency();
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "\xB4\xED\xCE\xF3!\n");

@@ -1,4 +1,4 @@
-// The committed examples, solved by the program as a user does, against their hand checks.
+// The committed examples, solved with the program as a user does, against their hand calculations.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "support/dof_names.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 
@@ -64,7 +65,7 @@ void SkipLines(std::istream& file, std::size_t count) {
   }
 }
 
-// The number behind `key`, which is the whole line but for it.
+// The number after `key` in the next line, which holds nothing else.
 std::size_t ReadCount(std::istream& file, const std::string& key) {
   std::string line;
   std::getline(file, line);
@@ -72,7 +73,7 @@ std::size_t ReadCount(std::istream& file, const std::string& key) {
   return std::strtoul(line.c_str() + key.size(), nullptr, 10);
 }
 
-// The detail model of the beam that comes next. `detail` is null where nobody wants it.
+// Reads the next beam's detail model into `detail`. Skips it where `detail` is null.
 void ReadDetail(std::istream& file, Detail* detail) {
   Detail unwanted;
   Detail& d = detail != nullptr ? *detail : unwanted;
@@ -94,7 +95,7 @@ void ReadDetail(std::istream& file, Detail* detail) {
   }
 }
 
-// The detail models of the beams `wanted`. The file may be large: only these are kept.
+// The detail models of the beams `wanted`. The others are skipped, as the file may be large.
 Details ReadDetails(const std::filesystem::path& name, const std::set<std::size_t>& wanted) {
   std::ifstream file(name);
   SkipLines(file, 2 * ReadCount(file, "NPOIN="));
@@ -126,7 +127,7 @@ Solved SolveExample(const std::string& name, const std::set<std::size_t>& beams 
           ReadDetails(folder.Path() / "Korvex_AverageStrs.txt", beams)};
 }
 
-// The stress along the beam of one face, a S a for the beam's direction a.
+// The axial stress of one face: a S a, S the stress tensor, a the direction of the beam.
 double StressAlong(const Detail& d, const std::array<double, 7>& s) {
   std::array<double, 3> a{};
   double length = 0.0;
@@ -135,13 +136,13 @@ double StressAlong(const Detail& d, const std::array<double, 7>& s) {
     length = std::hypot(length, a[i]);
   }
   for (double& component : a) component /= length;
-  return a[0] * a[0] * s[0] + a[1] * a[1] * s[1] + a[2] * a[2] * s[2] +
-         2.0 * (a[0] * a[1] * s[3] + a[0] * a[2] * s[4] + a[1] * a[2] * s[5]);
+  return a[0] * a[0] * s[SX] + a[1] * a[1] * s[SY] + a[2] * a[2] * s[SZ] +
+         2.0 * (a[0] * a[1] * s[TXY] + a[0] * a[2] * s[TXZ] + a[1] * a[2] * s[TYZ]);
 }
 
-// The stress along the beam at mid-length, faces A and B: at the first (side 0) or second (side 1)
-// edge of a plate of the outline, which has `plates` of them. With an odd number of steps the mean
-// of the two stations beside the middle, which are corners 0 and 1, or 3 and 2, of a shell.
+// The axial stress at mid-length on faces A and B, at the first (side 0) or second (side 1) edge of
+// plate number `plate` of the outline's `plates`. With an odd number of steps it is the mean of the
+// two stations beside the middle: corners 0 and 1, or 3 and 2, of a shell.
 std::array<double, 2> AtMidLength(const Detail& d, std::size_t plates, std::size_t plate,
                                   std::size_t side) {
   const std::size_t steps = d.shells.size() / plates;
@@ -161,7 +162,7 @@ double MeanAtMidLength(const Detail& d, std::size_t plates, std::size_t plate, s
   return 0.5 * (a + b);
 }
 
-// Section modulus about the centroid of a T or L section for the mid-plane of its flange.
+// The section modulus of a T or L section at the mid-plane of its flange, about the centroid.
 double FlangeModulus(double Hw, double Tw, double Bf, double Tf) {
   const double Aw = Hw * Tw, Af = Bf * Tf, zf = Hw + Tf / 2.0;
   const double zc = (Aw * Hw / 2.0 + Af * zf) / (Aw + Af);
@@ -170,14 +171,15 @@ double FlangeModulus(double Hw, double Tw, double Bf, double Tf) {
   return I / (zf - zc);
 }
 
-// The sum of the support forces of held nodes in direction d, read off their displacements.
+// The sum of the support forces of supported nodes in direction d, from their displacements.
 double SumSupports(const Displacements& u, std::size_t d, const std::vector<std::size_t>& nodes) {
   double sum = 0.0;
   for (const std::size_t node : nodes) sum -= 1e20 * u[node][d];
   return sum;
 }
 
-// The mean over the tube's eight plates and the bending round it, of both faces.
+// A tube's axial stress, mean of both faces: the mean over its eight plates and the rest, which is
+// bending.
 struct TubeStress {
   double mean = 0.0;
   std::array<double, 8> bending{};  // at point i, mean of the two plates that meet there
@@ -193,13 +195,13 @@ TubeStress TubeAtMidLength(const Detail& d) {
   return stress;
 }
 
-// E (theta x e) a / L for point i of the outline, e being its place on the first station: the
-// stress of a beam whose ends turn by theta against each other.
+// E (theta x e) a / L for point i of the outline, where e is its position on the first station: the
+// stress of a beam whose ends rotate by theta relative to each other.
 double BendingStress(const Detail& d, std::size_t i, const std::array<double, 6>& u1,
                      const std::array<double, 6>& u2) {
   std::array<double, 3> theta{}, e{}, l{};
   for (std::size_t k = 0; k < 3; ++k) {
-    theta[k] = u2[3 + k] - u1[3 + k];
+    theta[k] = u2[Rx + k] - u1[Rx + k];
     e[k] = d.nodes[1 + i][k] - d.ends[0][k];
     l[k] = d.ends[1][k] - d.ends[0][k];
   }
@@ -209,9 +211,9 @@ double BendingStress(const Detail& d, std::size_t i, const std::array<double, 6>
          (l[0] * l[0] + l[1] * l[1] + l[2] * l[2]);
 }
 
-// The legs' stresses against the truss of the README, wind + weight in N over A. The truss is good
-// to one percent of the displacements, which are sums over the panels; a single leg is given two,
-// of the leeward leg's stress.
+// The legs' stresses against the truss of the README: wind + weight, in N, divided by A. The truss
+// agrees within one percent in the displacements, which are sums over the panels. A single leg is
+// allowed two percent of the leeward leg's stress.
 void ExpectLegs(const Solved& tower) {
   struct Panel {
     std::size_t windward, leeward;
@@ -228,9 +230,10 @@ void ExpectLegs(const Solved& tower) {
     EXPECT_NEAR(TubeAtMidLength(tower.details.at(p.windward)).mean, windward, tolerance);
   }
 
-  // Leg 1, nodes 1 and 9. The element's stress changes by 1 / (1 - Mu^2) too much about the mean of
-  // a plate; of two plates at a point of an octagon these means are (1 + cos 45) / 2 of the point's
-  // value. The tolerance of 0.3 percent is for the rigid ends, which add about 0.1 / n for n = 72.
+  // Leg 1, nodes 1 and 9. About the mean of a plate, the element's stress varies by 1 / (1 - Mu^2)
+  // too much. At a point of an octagon the means of the two plates are (1 + cos 45) / 2 of the
+  // point's value. The tolerance of 0.3 percent is for the rigid ends, which add about 0.1 / n with
+  // n = 72.
   const double excess = 1.0 + (1.0 / 0.91 - 1.0) * (1.0 - (1.0 + std::sqrt(0.5)) / 2.0);
   const Detail& leg = tower.details.at(1);
   const TubeStress stress = TubeAtMidLength(leg);
@@ -243,10 +246,10 @@ void ExpectLegs(const Solved& tower) {
   EXPECT_NEAR(largest, 1.73, 0.005);  // as the README has it, from the file: two decimals
 }
 
-// Cuts through all beams of a direction at mid-length: the moments that follow from the flanges'
-// stresses against statics, see the README. The rigid ends of the short detail models leave up to
-// 2.5 percent more strain to the middle (docs/detail-models.md, six steps). In the field the legs'
-// end moments are left out by hand: another 1.5 percent.
+// Sections through all beams of one direction at mid-length. The moments computed from the flanges'
+// stresses are compared with statics, as in the README. The rigid ends of the short detail models
+// increase the strain in the middle by up to 2.5 percent (docs/detail-models.md, six steps). In the
+// field the hand calculation neglects the legs' end moments: another 1.5 percent.
 void ExpectDeck(const Details& details) {
   const double girder = FlangeModulus(240, 8, 120, 12), secondary = FlangeModulus(200, 8, 100, 10);
   const double stiffener = FlangeModulus(92, 8, 65, 8), edge = FlangeModulus(140, 10, 90, 10);
@@ -265,7 +268,7 @@ void ExpectDeck(const Details& details) {
       {{{283, 4, edge}, {291, 5, girder}, {299, 5, secondary}, {307, 5, girder}, {315, 4, edge}},
        7200.0 * 2100.0 + 14400.0 * (1500.0 + 900.0 + 300.0) + 20000.0 * 300.0 - 77600.0 * 900.0,
        0.04},
-      // Line loads of 24 N/mm: the cantilever's moment, and q l^2 / 24 that the details lack.
+      // Line loads of 24 N/mm: the cantilever's moment, and q l^2 / 24, which the details lack.
       {{{244, 4, edge},
         {248, 4, stiffener},
         {252, 5, girder},
@@ -295,16 +298,16 @@ TEST(Examples, LatticeTowerAgreesWithItsHandCheck) {
   const Displacements& u = tower.u;
   ASSERT_EQ(u.size(), 137U);
   // Six digits of four numbers of up to 2e5 N.
-  EXPECT_NEAR(SumSupports(u, 0, {0, 1, 2, 3}), -58000.0, 2.0);
-  EXPECT_NEAR(SumSupports(u, 1, {0, 1, 2, 3}), 0.0, 2.0);
-  EXPECT_NEAR(SumSupports(u, 2, {0, 1, 2, 3}), 204800.0, 2.0);
+  EXPECT_NEAR(SumSupports(u, Ux, {0, 1, 2, 3}), -58000.0, 2.0);
+  EXPECT_NEAR(SumSupports(u, Uy, {0, 1, 2, 3}), 0.0, 2.0);
+  EXPECT_NEAR(SumSupports(u, Uz, {0, 1, 2, 3}), 204800.0, 2.0);
 
   double ux = 0.0, uz = 0.0;
   for (const std::size_t top : {103U, 105U, 123U, 125U}) {
-    ux += u[top][0] / 4.0;
-    uz += u[top][2] / 4.0;
+    ux += u[top][Ux] / 4.0;
+    uz += u[top][Uz] / 4.0;
   }
-  // A truss by hand against a frame with rigid joints: within one percent.
+  // The hand calculation is a truss, the model a frame with rigid joints: within one percent.
   EXPECT_NEAR(ux, 21.88, 0.01 * 21.88);
   EXPECT_NEAR(uz, -2.909, 0.01 * 2.909);
 
@@ -312,10 +315,10 @@ TEST(Examples, LatticeTowerAgreesWithItsHandCheck) {
   ExpectDeck(tower.details);
 }
 
-// The frame's middle, one step long and therefore 1 / (1 - Mu^2) times M / W, and the stiffeners,
-// mean of the six, against single beams by hand, see the README. Those are known to be 6 percent
-// off (half the mesh, half the grillage) in the deflection; curvatures and stresses are given as
-// much.
+// The middle of a frame and the mean of the six stiffeners against single beams, as in the README.
+// The frame's detail model is one step long, so that its stress is M / W times 1 / (1 - Mu^2).
+// Single beams are known to be 6 percent off in the deflection (half of it the mesh, half the
+// grillage). Curvatures and stresses are allowed as much.
 void ExpectFramesAndStiffeners(const Details& details) {
   const Detail& frame = details.at(164);
   ASSERT_EQ(frame.shells.size(), 5U);
@@ -331,7 +334,8 @@ void ExpectFramesAndStiffeners(const Details& details) {
               16.0 * (MeanAtMidLength(frame, 5, 3, 0) - MeanAtMidLength(frame, 5, 0, 0)) / 408.0,
               0.01);
 
-  // x = 0 to 300 less 3300 to 3600, 19.02 kNm apart: flange's mid-plane and web at two thirds.
+  // The beams x = 0 to 300 minus the beams 3300 to 3600; their moments differ by 19.02 kNm.
+  // Stresses at the mid-plane of the flange and at two thirds of the web.
   double flange = 0.0, web = 0.0;
   for (std::size_t k = 0; k < 6; ++k) {
     const Detail &first = details.at(24 * k), &last = details.at(24 * k + 11);
@@ -356,9 +360,9 @@ TEST(Examples, StiffenedPanelAgreesWithItsHandCheck) {
     const std::size_t column = node % 25, row = node / 25;
     if (column == 0 || column == 24 || row == 0 || row == 42) edges.push_back(node);
   }
-  EXPECT_NEAR(SumSupports(u, 2, edges), 816000.0, 8.0);  // six digits of 134 numbers up to 2e4 N
-  // Single beams by hand against plate and grillage on this mesh, which is known to be 6 % stiffer.
-  EXPECT_NEAR(u[533][2], -2.992, 0.06 * 2.992);
+  EXPECT_NEAR(SumSupports(u, Uz, edges), 816000.0, 8.0);  // six digits of 134 numbers up to 2e4 N
+  // By hand: single beams. The model: plate and grillage on this mesh, known to be 6 % stiffer.
+  EXPECT_NEAR(u[533][Uz], -2.992, 0.06 * 2.992);
 
   ExpectFramesAndStiffeners(panel.details);
 }
@@ -370,15 +374,15 @@ TEST(Examples, WaterTroughAgreesWithItsHandCheck) {
   ASSERT_EQ(u.size(), 911U);
   std::vector<std::size_t> bearings;
   for (std::size_t node = 0; node < u.size(); ++node) {
-    if (u[node][2] != 0.0 && std::fabs(u[node][2]) < 1e-12) bearings.push_back(node);
+    if (u[node][Uz] != 0.0 && std::fabs(u[node][Uz]) < 1e-12) bearings.push_back(node);
   }
   EXPECT_EQ(bearings.size(), 4U);
-  EXPECT_NEAR(SumSupports(u, 2, bearings), 410148.5, 4.0);  // six digits of four numbers of 1e5 N
+  EXPECT_NEAR(SumSupports(u, Uz, bearings), 410148.5, 4.0);  // six digits of four numbers of 1e5 N
   // The mesh is 1.6 % stiffer than the strips.
-  EXPECT_NEAR(u[452][2], -1.421e-3, 0.02 * 1.421e-3);
+  EXPECT_NEAR(u[452][Uz], -1.421e-3, 0.02 * 1.421e-3);
 }
 
-// What stands in a page of docs/ between the fence that follows `after` and the next.
+// The fenced text that follows `after` in a page of docs/.
 std::string FencedText(const std::string& name, const std::string& after) {
   const std::string page = ReadFile(std::filesystem::path(KORVEX_DOCS) / name);
   const std::string fence = "```\n";
@@ -403,11 +407,11 @@ TEST(Examples, ModelOfTheFileDescription) {
   const double EI = 2.06e11 * 4.33738286e-5, GA = 2.06e11 / 2.6 * 0.003, L = 2.0;
   const double w =
       -1500.0 * (L * L * L / (3.0 * EI) + L / GA) + 500.0 * L * L * L * L / (24.0 * EI);
-  EXPECT_NEAR(u[1][2], w, 1e-5 * -w);  // the file has six digits
+  EXPECT_NEAR(u[1][Uz], w, 1e-5 * -w);  // the file has six digits
 }
 
-// The excerpt in docs/detail-models.md: its lines stand in the file in this order, without a gap
-// but for "...", and the file has as many lines as the page says.
+// The excerpt in docs/detail-models.md: its lines are in the file in this order, with gaps only at
+// "...", and the file has as many lines as the page says.
 TEST(Examples, ExcerptOfTheDetailFile) {
   const TempFolder folder;
   SolveModelOfTheFileDescription(folder.Path());

@@ -1,6 +1,6 @@
-// The clock of a program whose times are known: linked in front of the library, this takes the
-// place of the system's counter. The numbers stand on standard input in the order in which a run
-// asks for them: frequency, counter before the solution, counter behind it.
+// A clock with known times. Linked before the library, it replaces the system's counter. Standard
+// input holds the numbers in the order in which a run asks for them: frequency, counter before the
+// solution, counter after it.
 #include <iostream>
 
 #include "platform/clock.h"

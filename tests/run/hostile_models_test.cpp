@@ -1,5 +1,6 @@
-// Model files that claim to be larger than they are, and files that are no model at all, through
-// the program as a process: it ends, says why, and takes no memory for rows that nobody wrote.
+// Model files with counts far beyond their rows, and files that are no models at all, solved with
+// the program as a process: it ends, says why, and takes no memory for rows that are not in the
+// file.
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
@@ -8,6 +9,7 @@
 #include "model/model.h"
 #include "model/read_input_file.h"
 #include "platform/free_memory.h"
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
@@ -20,7 +22,7 @@ namespace fs = std::filesystem;
 
 struct Section {
   const char* key;
-  const char* rows;       // or a row, as notices call them
+  const char* rows;       // the rows, or one row, in the words of notices
   std::uint64_t rowSize;  // bytes of a row as it is stored
 };
 
@@ -41,14 +43,14 @@ constexpr Section Sections[] = {
     {"NDL_B", "distributed loads on beam elements", sizeof(BeamLineLoad)},
 };
 
-// A file without rows up to the count `key`, which is `count`, and the end.
+// A file without rows that ends after the count `key`, whose value is `count`.
 std::string EndAfterCount(const std::string& key, const std::string& count) {
   const std::string empty = WriteModel(ModelText());
   return empty.substr(0, empty.find(":" + key + "=") + key.size() + 2) + count;
 }
 
 #if defined(__SANITIZE_ADDRESS__)
-// The sanitizer needs terabytes of addresses, and writes a byte for every eight that are allocated.
+// The sanitizer needs terabytes of addresses and writes a byte for every eight allocated bytes.
 constexpr bool HasLimitedMemory = false;
 #else
 constexpr bool HasLimitedMemory = true;
@@ -60,8 +62,8 @@ std::uint64_t PeakOfChildren() {
   return static_cast<std::uint64_t>(usage.ru_maxrss) * 1024;
 }
 
-// Two thousand million rows in a file of a few lines: what memory could hold is accepted, what it
-// could not is said, and neither touches a gigabyte.
+// A count of two thousand million rows in a file of a few lines. If memory could hold the rows, the
+// count is accepted, otherwise a notice says so. Neither run uses a gigabyte.
 TEST(HostileModels, ACountFarBeyondTheFileTouchesNoMemory) {
   const std::uint64_t before = PeakOfChildren();
   for (const Section& section : Sections) {
@@ -73,7 +75,7 @@ TEST(HostileModels, ACountFarBeyondTheFileTouchesNoMemory) {
     const std::string notice =
         std::string("Warning!\nNot enough memory for 2000000000 ") + section.rows + ": ";
     const bool isNoticed = run.err.compare(0, notice.size(), notice) == 0;
-    // What the program could have got is less than what this process sees, by its own size.
+    // The program could get less than the free memory of this moment: it needs some for itself.
     EXPECT_TRUE(isNoticed || bytes <= ReadFreeMemory()) << run.err;
     if (isNoticed) {
       EXPECT_EQ(run.exitStatus, 1);
@@ -81,7 +83,7 @@ TEST(HostileModels, ACountFarBeyondTheFileTouchesNoMemory) {
     } else if (std::string(section.key) == "NPOIN") {
       EXPECT_EQ(run.exitStatus, 1);  // its equations have no numbers
     } else if (run.exitStatus != 0) {
-      // Loads that lead nowhere: the file ended before any node or element.
+      // Loads on missing nodes or elements: the file ends before any of them.
       EXPECT_EQ(run.exitStatus, 1);
       EXPECT_NE(run.err.find(" refers to "), std::string::npos) << run.err;
     }
@@ -90,7 +92,8 @@ TEST(HostileModels, ACountFarBeyondTheFileTouchesNoMemory) {
   EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 30U);
 }
 
-// Elements are built row by row: of five million (6 GB of shells), the first without a node stops.
+// Elements are built row by row: of five million rows (6 GB of shells), the first one stops the
+// run, as its node does not exist.
 TEST(HostileModels, ElementsBehindABadReferenceAreNotBuilt) {
   const std::uint64_t before = PeakOfChildren();
   const Section elements[] = {{"NELEM_S_4ND", "Four-node shell element", sizeof(Shell4Element)},
@@ -111,7 +114,7 @@ TEST(HostileModels, ElementsBehindABadReferenceAreNotBuilt) {
   EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 29U);
 }
 
-// Fifty million nodes, of which the file has one and a piece of the next.
+// A count of fifty million nodes; the file has one of them and a part of the next.
 TEST(HostileModels, RowsBehindTheEndOfTheFileAreZeros) {
   Model model;
   ReadInputText(EndAfterCount("NPOIN", "50000000\n0:1,2,3\n1:4"), model);
@@ -123,7 +126,8 @@ TEST(HostileModels, RowsBehindTheEndOfTheFileAreZeros) {
   EXPECT_EQ(model.Tables.Nodes[49999999].x, 0.0);
 }
 
-// Rows that do not match take nothing of the text and leave their fields at zero, up to the last.
+// A row that does not match takes nothing of the text, and its fields stay zero; so do all further
+// rows.
 TEST(HostileModels, RowsThatDoNotMatchAreZeros) {
   Model model;
   ReadInputText(EndAfterCount("NMT", "3\n#0:\nE=7\nMu=8\nDensity=9\nNot a row\nE=5\n"), model);
@@ -133,7 +137,7 @@ TEST(HostileModels, RowsThatDoNotMatchAreZeros) {
   EXPECT_EQ(model.Tables.Materials[2].E, 0.0);
 }
 
-// A row of which only the end matches takes text, and the one behind it is read from there.
+// A row of which only the last fields match takes their text. The next row is read from there.
 TEST(HostileModels, ARowAfterOneThatMatchesInPartIsRead) {
   Model model;
   ReadInputText(EndAfterCount("NMT", "3\nE=7\nMu=8\nDensity=9\n#1:\nE=1\nMu=2\nDensity=3\n"),
@@ -144,7 +148,7 @@ TEST(HostileModels, ARowAfterOneThatMatchesInPartIsRead) {
   EXPECT_EQ(model.Tables.Materials[2].E, 0.0);
 }
 
-// 6 x 357913941 is 2147483646, the last number of equations that an int32 holds.
+// 6 x 357913941 = 2147483646 is the largest number of equations that an int32 can count.
 TEST(HostileModels, MoreEquationsThanNumbersAreNoticed) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", EndAfterCount("NPOIN", "357913942"));
@@ -158,7 +162,7 @@ TEST(HostileModels, MoreEquationsThanNumbersAreNoticed) {
   EXPECT_EQ(run.out, "");
 }
 
-// Runs the program with so many kilobytes of address space.
+// Runs the program with an address space of `kilobytes`.
 ProgramRun RunWithin(int kilobytes, const TempFolder& folder) {
   const TempFolder tools;
   WriteFile(tools.Path() / "run", "#!/bin/sh\nulimit -v " + std::to_string(kilobytes) + "\nexec '" +
@@ -167,8 +171,8 @@ ProgramRun RunWithin(int kilobytes, const TempFolder& folder) {
   return RunProgram(tools.Path() / "run", folder.Path());
 }
 
-// Notices of the sizes, in turn: a table, the system, the matrix. 36 bytes per equation:
-// 6 x 10^6 x 36 / 2^30 = 0.201166.
+// Notices with sizes: of a table, 24 bytes per material, 24 x 10^7 / 2^30 = 0.223517; and of the
+// system, 36 bytes per equation, 6 x 10^6 x 36 / 2^30 = 0.201166.
 TEST(HostileModels, AMachineThatIsTooSmallSaysWhatForAndHowMuch) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   const TempFolder folder;
@@ -188,12 +192,9 @@ TEST(HostileModels, AMachineThatIsTooSmallSaysWhatForAndHowMuch) {
             "Press Enter to continue.\n");
 }
 
-// Beams from the first node to the last of 4000: 24 columns of full height, about 24000 entries
-// each for six of them per beam. The estimate stands before the notice. Nodes 0 and 3999 make
-// columns 23994 to 23999 of heights 23995 to 24000, all others of height 1:
-// 23994 + 6 x 23997.5 = 167979 entries; a chain from node to node in the opposite order does the
-// rest: every node tied to node 0 by a beam has columns up to row 0. Heights 6 n + d + 1 for all
-// n >= 1, d, and 1 to 6 for node 0: 24000 x 24001 / 2 = 288012000 entries, 2.14585 GB.
+// Beams from node 0 to each of 3999 other nodes: every column reaches up to row 0. The matrix has
+// 24000 x 24001 / 2 = 288012000 entries of 8 bytes, 2.14586 GB. The estimate is printed before the
+// notice.
 TEST(HostileModels, AMatrixThatIsTooLargeIsEstimatedBeforeTheNotice) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   ModelText text;
@@ -212,15 +213,15 @@ TEST(HostileModels, AMatrixThatIsTooLargeIsEstimatedBeforeTheNotice) {
   EXPECT_EQ(ReadFile(folder.Path() / LogPath()), run.out);
 }
 
-// A tube of radius 1e-4 and length 1000: steps of 2 R sin(pi / 8), 13 million of them, 8 shells of
-// a kilobyte each. Said before one of them is made.
+// A tube of radius 1e-4 and length 1000 has 13 million steps of 2 R sin(pi / 8), with 8 shells of a
+// kilobyte each. The notice comes before any of them is made.
 TEST(HostileModels, ADetailModelThatIsTooLargeIsNoticed) {
   ModelText text;
   text.materials = {{1.0, 0.25, 0.0}};
   text.cSections = {{1e-4, 1e-5}};
   text.nodes = {{0, 0, 0}, {1000, 0, 0}};
   text.beams.resize(1);
-  text.beams[0].BeamSecType = 2;
+  text.beams[0].BeamSecType = BeamSecTypeC;
   text.restraints = {{0}};
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
@@ -233,7 +234,7 @@ TEST(HostileModels, ADetailModelThatIsTooLargeIsNoticed) {
   EXPECT_LT(std::max(PeakOfChildren(), before) - before, std::uint64_t{1} << 30U);
 }
 
-// 12 x 12 shells and a beam along one edge, loaded and held.
+// 12 x 12 shells and a beam along one edge, with a load and a support.
 std::string MakePlate() {
   constexpr int Sides = 12;
   ModelText text;
@@ -251,14 +252,15 @@ std::string MakePlate() {
   }
   text.beams.push_back({0, Sides});
   text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
-  text.forces = {{Sides, {0, 0, -1, 0, 0, 0}}};
+  text.forces = {{Sides, SingleLoad(Fz, -1.0)}};
   return WriteModel(text);
 }
 
-// From a limit at which the program can hardly be started up to one with which it completes: no run
-// ends otherwise than with a notice, and the notices say what for. Blocks of which none is said are
-// so small that they rarely ask the system: the C library does that for 132 kB at a time, and what
-// an exception needs is asked for at the very beginning. Each of them may end three limits.
+// Limits from one at which the program can hardly start to one at which it completes: every run
+// that fails ends with a notice, and nearly every notice says what the memory is for. Small blocks
+// have no such text, but they rarely need memory from the system, as the C library gets 132 kB at a
+// time. The memory for an exception is reserved when the program starts. Each of the two may fail
+// at up to three limits.
 TEST(HostileModels, WhereverMemoryEndsANoticeSaysSo) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   constexpr int CannotBeLoaded = 127;
@@ -285,7 +287,7 @@ TEST(HostileModels, WhereverMemoryEndsANoticeSaysSo) {
   EXPECT_LE(unnamed, 3);
 }
 
-// A number as long as its file: its digits are taken apart in a memory of their own.
+// A number as long as its file: its conversion needs memory for the digits.
 TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   const TempFolder folder;
@@ -296,7 +298,7 @@ TEST(HostileModels, ANumberThatIsTooLongIsNoticed) {
   EXPECT_EQ(run.err.substr(0, 53), "Warning!\nNot enough memory for the digits of a number");
 }
 
-// A file without an end: memory is asked for before the text grows.
+// A file without an end: the reader asks for memory before it reads on.
 TEST(HostileModels, AnEndlessModelFileIsNoticed) {
   if (!HasLimitedMemory) GTEST_SKIP() << "not under the address sanitizer";
   if (!fs::exists("/dev/zero")) GTEST_SKIP() << "no /dev/zero";
@@ -307,7 +309,7 @@ TEST(HostileModels, AnEndlessModelFileIsNoticed) {
   EXPECT_EQ(run.err.substr(0, 57), "Warning!\nNot enough memory for the text of the model file");
 }
 
-// A file of 2^50 bytes, all of them a hole.
+// A sparse file of 2^43 bytes = 8192 GB.
 TEST(HostileModels, AModelFileLargerThanMemoryIsNoticed) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", "### ");
@@ -333,9 +335,9 @@ TEST(HostileModels, FilesThatAreNoModelStop) {
   }
 }
 
-// The material comes first, then the section.
+// The material is checked first, then the section.
 TEST(HostileModels, OfTwoWrongReferencesTheFirstUsedIsNamed) {
-  for (const int type : {0, 1, 2}) {
+  for (const int type : {BeamSecTypeT, BeamSecTypeL, BeamSecTypeC}) {
     ModelText text;
     text.nodes = {{0, 0, 0}, {1, 0, 0}};
     text.beams.resize(1);
@@ -352,13 +354,13 @@ TEST(HostileModels, OfTwoWrongReferencesTheFirstUsedIsNamed) {
   }
 }
 
-// References that are never used are not looked at: those of a section type without a table, of a
-// restraint that fixes nothing.
+// References that are never used are not checked: those of a beam whose section type has no table,
+// and of a restraint that fixes nothing.
 TEST(HostileModels, ReferencesThatAreNotUsedPass) {
   ModelText text;
   text.nodes = {{0, 0, 0}, {1, 0, 0}};
   text.beams.resize(1);
-  text.beams[0].BeamSecType = 3;
+  text.beams[0].BeamSecType = 3;  // has no section table
   text.beams[0].BeamSecIndex = 77;
   text.beams[0].material = 88;
   text.restraints = {{99, {0, 2, -1, 0, 0, 0}}};

@@ -1,5 +1,5 @@
-// Shells whose node count is not that of their kind: how often each stage meets them, that the
-// stages do the same work and only count them, and what the run says of them.
+// Shells whose node count is not that of their kind: how often each stage counts them, that the
+// results do not change, and what the run prints.
 #include "run/inconsistencies.h"
 
 #include <gtest/gtest.h>
@@ -41,7 +41,7 @@ ModelText MakePlate() {
   return text;
 }
 
-// The plate after the stage that reads it, in a folder.
+// Writes the plate into `folder` and runs the stage that reads it.
 void ReadPlate(const TempFolder& folder, Job& job) {
   WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakePlate()));
   job.folder = folder.Path().string() + '/';
@@ -60,7 +60,7 @@ void ExpectCounts(const Model& model, const Counts& expected) {
   EXPECT_EQ(CountOnRecovery(model), expected.recovery);
 }
 
-TEST(Inconsistencies, AModelAsItIsReadHasNone) {
+TEST(Inconsistencies, AModelAsReadHasNone) {
   const TempFolder folder;
   Job job;
   ReadPlate(folder, job);
@@ -68,9 +68,9 @@ TEST(Inconsistencies, AModelAsItIsReadHasNone) {
   ExpectCounts(Model(), {0, 0, 0, 0});
 }
 
-// Once when it is read, twice when it is formed, once for each of its loads, and twice at each of
-// its corners.
-TEST(Inconsistencies, OfEachShell) {
+// A shell is counted once in reading, twice in forming, once for each of its loads, and twice for
+// each of its corners in stress recovery.
+TEST(Inconsistencies, AreCountedForEachShell) {
   const TempFolder folder;
   Job job;
   ReadPlate(folder, job);
@@ -85,7 +85,7 @@ TEST(Inconsistencies, OfEachShell) {
   ExpectCounts(model, {1, 2, 3, 6});
 }
 
-TEST(Inconsistencies, OfAllShellsTogether) {
+TEST(Inconsistencies, AreCountedForAllShellsTogether) {
   const TempFolder folder;
   Job job;
   ReadPlate(folder, job);
@@ -94,7 +94,7 @@ TEST(Inconsistencies, OfAllShellsTogether) {
   ExpectCounts(job.model, {3, 6, 6, 22});
 }
 
-// A run through all stages, its shells given another node count behind the reading.
+// A run through all stages. If `isChanged`, all shells get another node count after the reading.
 struct CountedRun {
   explicit CountedRun(bool isChanged) {
     const TempFolder folder;
@@ -143,7 +143,7 @@ TEST(Inconsistencies, StagesCountThemAndDoTheSameWork) {
   EXPECT_TRUE(changed.job.incompleteFiles.empty());
 }
 
-// What the front half of a run prints of a job that has met so many.
+// The console of the first half of a run whose job starts with so many inconsistencies.
 std::string PrintFrontHalf(int inconsistencies) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakePlate()));
@@ -158,7 +158,7 @@ std::string PrintFrontHalf(int inconsistencies) {
   return printed;
 }
 
-// "错误!" in GBK, a line for each of them behind the stage that met them, and the run goes on.
+// One line "错误!" in GBK for each, after the stage that counted them. The run goes on.
 TEST(Inconsistencies, TheRunSaysEachOnce) {
   const std::string line = "\xB4\xED\xCE\xF3!\n";
   const std::string others = PrintFrontHalf(0);

@@ -1,5 +1,6 @@
 // A whole run of a model whose counts of sections, elements, forces and distributed loads are
-// negative: that of the model with zeros there, but for the three counts that a file repeats.
+// negative. It gives the results of a model with zeros there, except for the three counts that a
+// result file repeats.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -13,7 +14,7 @@ namespace {
 
 constexpr const char* DetailFile = "Korvex_AverageStrs.txt";
 
-// `text` with its one "key=0\n" saying `count`.
+// Replaces the only "key=0\n" in `text` by this count.
 void SetCount(const std::string& key, const std::string& count, std::string& text) {
   const std::string zero = key + "=0\n";
   const std::size_t at = text.find(zero);
@@ -22,7 +23,7 @@ void SetCount(const std::string& key, const std::string& count, std::string& tex
   text.replace(at, zero.size(), key + "=" + count + "\n");
 }
 
-// Two nodes, one of them supported: all that is left where the counts are zero.
+// Two supported nodes and no elements, forces or distributed loads.
 std::string MakeModel() {
   ModelText text;
   text.materials = {{2e11, 0.3, 7850.0}};

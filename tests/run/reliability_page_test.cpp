@@ -1,4 +1,4 @@
-// The page on reliability names a test for each condition: every one of them is there.
+// The page on reliability names a test for each condition. All these tests exist.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -71,7 +71,7 @@ TEST(ReliabilityPage, NamesTestsThatExist) {
   EXPECT_GT(names, 0U);
 }
 
-// A row is "| condition | reaction | test |"; the two lines that head a table are none.
+// A row is "| condition | reaction | test |". The first two lines of a table are its head.
 TEST(ReliabilityPage, HasATestForEachRow) {
   std::istringstream page(ReadFile(std::filesystem::path(KORVEX_DOCS) / "reliability.md"));
   int tableLine = 0;

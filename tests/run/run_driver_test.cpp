@@ -1,5 +1,5 @@
-// Whole runs of the program as a process: console, log and every file byte by byte, and each way to
-// fail, with its texts, their order, the exit status and what was not written.
+// Whole runs of the program as a process: console, log and every file byte by byte, and every way
+// to fail, with its texts, their order, the exit status and the files that are missing.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -49,7 +49,7 @@ std::string Console(const std::string& gigabytes, const std::string& progress) {
          "Post-processing completed.\n";
 }
 
-// Checks everything that a complete run of a model without plates leaves behind.
+// Checks the console and all files of a complete run of a model without shells.
 void ExpectCompleteRun(const std::string& model, const std::string& gigabytes,
                        const std::string& progress, const std::string& displacements) {
   const TempFolder folder;
@@ -77,7 +77,7 @@ void ExpectCompleteRun(const std::string& model, const std::string& gigabytes,
                      "deformation.dxf", "fem_solving.txt", "structure.dxf"}));
 }
 
-// A node held in all directions moves by its load / 1e20. Six columns of one entry each: 48 bytes.
+// A supported node moves by its load / 1e20. Six columns of one entry each: 48 bytes.
 TEST(RunDriver, SingleSupportedNode) {
   ModelText text;
   text.nodes = {{1, 2, 3}};
@@ -88,7 +88,7 @@ TEST(RunDriver, SingleSupportedNode) {
                     "        2.5e-20              0              1\n");
 }
 
-// A flat bar 2 x 0.5 of length 2 along X, its offset -1 putting the centroid on the nodes.
+// A flat bar 2 x 0.5 of length 2 along X; the offset -1 puts the centroid on the nodes.
 // E = 1200, G = 480, A = 1, Iy = 1/3, Iz = 1/48, J = 1/12, shear area 2/3. At the free end:
 //   u = 600 L / E A = 1;  rx = 40 L / G J = 2;
 //   w = 3 L^3 / 3 E Iy + 3 L / (G 2/3) = 0.02 + 0.01875;  ry = -3 L^2 / 2 E Iy = -0.015;
@@ -176,7 +176,7 @@ TEST(RunDriver, WrongRelease) {
   EXPECT_EQ(ReadFile(folder.Path() / LogPath()), "");
 }
 
-// The log comes first: nothing else is looked at, read or written.
+// The log comes first: the model is not read and nothing else is written.
 TEST(RunDriver, UnwritableLog) {
   const TempFolder folder;
   fs::create_directory(folder.Path() / LogPath());
@@ -225,7 +225,7 @@ TEST(RunDriver, UnwritableStructureDrawing) {
   EXPECT_EQ(ListFolder(folder.Path()), WithLog({"fem_solving.txt", "structure.dxf"}));
 }
 
-// The displacement file is there by then, and its line on the console.
+// The displacement file is complete before, and so is its line on the console.
 TEST(RunDriver, UnwritableDeformationDrawing) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakeCantilever()));
@@ -239,8 +239,8 @@ TEST(RunDriver, UnwritableDeformationDrawing) {
             std::string(DisplacementHeader) + CantileverDisplacements);
 }
 
-// A run that ends in the detail models has written everything else by then, and its console ends
-// with their line.
+// A run that stops in the detail models has written everything else before. The last line on its
+// console is theirs.
 void ExpectStopInDetailModels(const ProgramRun& run, const TempFolder& folder,
                               std::vector<std::string> furtherFiles,
                               const std::string& consoleEnd) {
@@ -260,7 +260,7 @@ void ExpectStopInDetailModels(const ProgramRun& run, const TempFolder& folder,
   EXPECT_EQ(ListFolder(folder.Path()), WithLog(furtherFiles));
 }
 
-// A section type without a table is noticed by nobody before the detail models need its outline.
+// A section type without a table stops the run only when its detail model needs the outline.
 TEST(RunDriver, SectionTypeWithoutTable) {
   for (const int type : {3, -1}) {
     const TempFolder folder;

@@ -1,5 +1,5 @@
-// Whole runs of plated models as a process: the console, every file, stresses that follow from
-// statics, and stress files that cannot be written.
+// Whole runs of models with shells as a process: the console, every file, stresses against statics,
+// and stress files that cannot be written.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <map>
 #include <sstream>
 
+#include "support/dof_names.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -33,7 +34,9 @@ std::size_t Count(const std::string& text, const std::string& part) {
   return count;
 }
 
-// One line of a stress file: node, the six components, SE.
+constexpr std::size_t SE = 6;  // behind the six components
+
+// One line of a stress file: node, SX to TYZ, SE.
 struct StressLine {
   int node = -1;
   std::array<double, 7> values{};
@@ -102,7 +105,7 @@ ModelText MakePlate() {
     text.beams.back().node2 = n + 2;
   }
   for (const int n : {0, 1}) text.restraints.push_back({n, {1, 1, 1, 1, 1, 1}});
-  text.forces = {{7, {0, 0, -100, 0, 0, 0}}};
+  text.forces = {{7, SingleLoad(Fz, -100.0)}};
   text.shell4Loads = {{1, {-1000, -1000, -1000}}};
   text.shell3Loads = {{0, {-600, -600, -600}}};
   return text;
@@ -114,7 +117,7 @@ ModelText MakePlate() {
 constexpr const char* PlateEstimate =
     "The global stiffness matrix will occupy 5.54323e-06 GB of memory space.\n";
 
-// A complete run in a folder of its own.
+// A complete run in a temporary folder.
 struct PlateRun {
   explicit PlateRun(const ModelText& text) {
     WriteFile(folder.Path() / "fem_solving.txt", WriteModel(text));
@@ -177,10 +180,10 @@ TEST(ShellRun, SupportForcesBalancePressuresAndForces) {
   const PlateRun plate(MakePlate());
   const auto u = ParseDisplacements(plate.Read("Node_Dis.txt"));
   ASSERT_EQ(u.size(), 8U);
-  EXPECT_NEAR(-1e20 * (u[0][2] + u[1][2]), 1400.0, 0.05);
-  EXPECT_NEAR(-1e20 * (u[0][3] + u[1][3] + 1.0 * u[1][2]), 700.0, 0.05);  // node 1 at y = 1
-  EXPECT_NEAR(-1e20 * (u[0][4] + u[1][4]), -2600.0, 0.05);                // both at x = 0
-  EXPECT_LT(u[7][2], 0.0);                                                // down, with the loads
+  EXPECT_NEAR(-1e20 * (u[0][Uz] + u[1][Uz]), 1400.0, 0.05);
+  EXPECT_NEAR(-1e20 * (u[0][Rx] + u[1][Rx] + 1.0 * u[1][Uz]), 700.0, 0.05);  // node 1 at y = 1
+  EXPECT_NEAR(-1e20 * (u[0][Ry] + u[1][Ry]), -2600.0, 0.05);                 // both at x = 0
+  EXPECT_LT(u[7][Uz], 0.0);                                                  // down, with the loads
 }
 
 // Titles, nodes in the order of the model, faces in pairs.
@@ -204,7 +207,7 @@ TEST(ShellRun, StressFilesListElementsAndNodes) {
   expectNodes(average.at("Three-nodes element:1"), {4, 7, 5});
 }
 
-// The values that each node's corners have in a stress file, by node and face (0: upper).
+// The values of all corners at a node in a stress file, by node and face (0: upper).
 using NodeValues = std::map<std::pair<int, std::size_t>, std::vector<std::array<double, 7>>>;
 
 NodeValues GatherByNode(const StressBlocks& blocks) {
@@ -217,9 +220,9 @@ NodeValues GatherByNode(const StressBlocks& blocks) {
   return values;
 }
 
-// All elements lie in one plane, face up, and have one thickness: the average at a node is the mean
-// over all that have it, and is the same in each of their blocks. Where only one element has it,
-// the files show the same line.
+// All elements lie in one plane and have the same normal and thickness: the average at a node is
+// the mean over all elements at it, and is the same in all their blocks. At a node of a single
+// element both files have the same line.
 TEST(ShellRun, AveragesAreTheMeansOfTheElementFile) {
   const PlateRun plate(MakePlate());
   const NodeValues own = GatherByNode(ParseStressFile(plate.Read(ElementFileName)));
@@ -253,8 +256,9 @@ TEST(ShellRun, EquivalentStressesFollowFromTheirLines) {
     for (const auto& block : ParseStressFile(plate.Read(name))) {
       for (const StressLine& line : block.second) {
         const auto& s = line.values;
-        const double se = std::sqrt(s[0] * s[0] - s[0] * s[1] + s[1] * s[1] + 3 * s[3] * s[3]);
-        EXPECT_NEAR(s[6], se, 2e-5 * se) << name << ' ' << block.first << ' ' << line.node;
+        const double se =
+            std::sqrt(s[SX] * s[SX] - s[SX] * s[SY] + s[SY] * s[SY] + 3 * s[TXY] * s[TXY]);
+        EXPECT_NEAR(s[SE], se, 2e-5 * se) << name << ' ' << block.first << ' ' << line.node;
         EXPECT_GT(se, 0.0);
       }
     }
@@ -262,9 +266,8 @@ TEST(ShellRun, EquivalentStressesFollowFromTheirLines) {
 }
 
 // Two squares of 1 m side and 0.5 m thickness, pulled along X with 2 x 25 N at the far edge: the
-// stress is 50 / (1 x 0.5) = 100 everywhere, with E = 1000 and Mu = 0.25 the far edge moves by
-// 2 x 0.1 = 0.2 and the edges Y = 1 by -0.025. The near edge slides along Y but at node 0, and
-// nothing moves along Z.
+// stress is 50 / (1 x 0.5) = 100 everywhere. With E = 1000 and Mu = 0.25 the far edge moves by
+// 2 x 0.1 = 0.2 and the edges Y = 1 by -0.025. Node 0 is fixed; node 1 can move along Y only.
 ModelText MakeStrip() {
   ModelText text;
   text.materials = {{1000.0, 0.25, 1.0}};
@@ -272,12 +275,12 @@ ModelText MakeStrip() {
   text.nodes = {{0, 0, 0}, {0, 1, 0}, {1, 0, 0}, {1, 1, 0}, {2, 0, 0}, {2, 1, 0}};
   text.shells4 = {{{0, 2, 3, 1}}, {{2, 4, 5, 3}}};
   text.restraints = {{0, {1, 1, 1, 1, 1, 0}}, {1, {1, 0, 1, 1, 1, 0}}};
-  text.forces = {{4, {25, 0, 0, 0, 0, 0}}, {5, {25, 0, 0, 0, 0, 0}}};
+  text.forces = {{4, SingleLoad(Fx, 25.0)}, {5, SingleLoad(Fx, 25.0)}};
   return text;
 }
 
-// A line of the strip: SX and SE are 100, and the frame is that of the global axes, so everything
-// along Z is exactly zero. SY and TXY are zero but for rounding: no more than 1e-10 of E.
+// A line of the strip: SX and SE are 100. The element's axes are the global ones, so that SZ, TXZ
+// and TYZ are exactly zero. SY and TXY are rounding errors of at most 1e-10 of E.
 void ExpectStripLine(const std::string& line, int node) {
   const auto column = [&](std::size_t c) { return line.substr(15 * c, 15); };
   const std::string zero = "              0", hundred = "            100";
@@ -317,32 +320,31 @@ TEST(ShellRun, PulledStrip) {
     EXPECT_FALSE(std::getline(file, line));
   }
   const auto u = ParseDisplacements(strip.Read("Node_Dis.txt"));
-  EXPECT_NEAR(u[5][0], 0.2, 1e-6);  // six digits
-  EXPECT_NEAR(u[5][1], -0.025, 1e-7);
+  EXPECT_NEAR(u[5][Ux], 0.2, 1e-6);  // six digits
+  EXPECT_NEAR(u[5][Uy], -0.025, 1e-7);
 }
 
-// Bent by 2 x 1/24 N m about -Y at the far edge of the strip above: the moment per length is
-// m = 1/12, the face stress 6 m / t^2 = 0.5 / 0.25 = 2, a pull on the face that is stretched. A
-// moment about +Y presses the upper face (z > 0) forward: it turns the end's z axis towards +x, so
-// it stretches the upper face. With Mu = 0 nothing happens across.
+// The strip above, bent by 2 x 1/24 N m about +Y at the far edge. The moment per length is m =
+// 1/12, the stress on the faces 6 m / t^2 = 0.5 / 0.25 = 2. A moment about +Y rotates the end's z
+// axis towards +x: the upper face (z > 0) is in tension. With Mu = 0 there is no stress across.
 TEST(ShellRun, BentStripHasOppositeFaces) {
   ModelText text = MakeStrip();
   text.materials = {{1000.0, 0.0, 1.0}};
-  text.forces = {{4, {0, 0, 0, 0, 1.0 / 24.0, 0}}, {5, {0, 0, 0, 0, 1.0 / 24.0, 0}}};
+  text.forces = {{4, SingleLoad(My, 1.0 / 24.0)}, {5, SingleLoad(My, 1.0 / 24.0)}};
   const PlateRun strip(text);
   ASSERT_EQ(strip.run.exitStatus, 0);
   const StressBlocks blocks = ParseStressFile(strip.Read(ElementFileName));
   ASSERT_EQ(blocks.size(), 2U);
   for (const auto& block : blocks) {
     for (std::size_t i = 0; i < block.second.size(); ++i) {
-      EXPECT_NEAR(block.second[i].values[0], i % 2 == 0 ? 2.0 : -2.0, 1e-5);  // six digits
-      EXPECT_NEAR(block.second[i].values[6], 2.0, 1e-5);
+      EXPECT_NEAR(block.second[i].values[SX], i % 2 == 0 ? 2.0 : -2.0, 1e-5);  // six digits
+      EXPECT_NEAR(block.second[i].values[SE], 2.0, 1e-5);
     }
   }
 }
 
-// Runs the plate in a folder where a folder has the name of a stress file. Expects the message, and
-// `files` to be all that is there afterwards.
+// Runs the plate where a folder has the name of a stress file. Expects the message, and that the
+// working folder then holds `files` and nothing else.
 void ExpectUnwritable(const char* name, const std::vector<std::string>& files) {
   const TempFolder folder;
   WriteFile(folder.Path() / "fem_solving.txt", WriteModel(MakePlate()));
@@ -361,7 +363,7 @@ void ExpectUnwritable(const char* name, const std::vector<std::string>& files) {
   }
 }
 
-// It comes first: there is no average file either.
+// The element stress file comes first: there is no average file either.
 TEST(ShellRun, UnwritableElementStressFile) {
   ExpectUnwritable(ElementFileName, {ElementFileName, "Node_Dis.txt", "deformation.dxf",
                                      "fem_solving.txt", "structure.dxf"});

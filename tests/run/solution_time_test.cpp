@@ -1,5 +1,5 @@
-// The solution time on the console and in the log: its value, two decimals here and six significant
-// digits there, from the counts of a clock that the test sets.
+// The value of the solution time on the console, with two decimals, and in the log, with six
+// significant digits, from the counts of a clock that the test sets.
 #include <gtest/gtest.h>
 
 #include "support/model_text.h"
@@ -25,7 +25,7 @@ struct TimedRun {
   std::string log;
 };
 
-// console, inLog: the seconds as they stand there.
+// console, inLog: the printed seconds.
 void ExpectTime(const std::string& counts, const std::string& console, const std::string& inLog) {
   SCOPED_TRACE(counts);
   const TimedRun timed(counts);
@@ -51,8 +51,8 @@ TEST(SolutionTime, IsInGeneralNotationInTheLog) {
   ExpectTime("10000000 77 77", "0.00", "0");
 }
 
-// Each count is a double before the subtraction. Above 2^53 doubles are 2 apart: 2^53 + 1 becomes
-// 2^53, 2^53 + 3 becomes 2^53 + 4, and of 2 counts come 4.
+// Each count is converted to double before the subtraction. Above 2^53 doubles are 2 apart: 2^53 +
+// 1 becomes 2^53 and 2^53 + 3 becomes 2^53 + 4, so that a difference of 2 becomes 4.
 TEST(SolutionTime, CountsAreDoublesBeforeTheyAreSubtracted) {
   ExpectTime("1 9007199254740993 9007199254740995", "4.00", "4");
   ExpectTime("1 9007199254740992 9007199254740993", "0.00", "0");

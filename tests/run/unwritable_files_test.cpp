@@ -1,12 +1,13 @@
-// Output files that cannot be opened or not written whole: each of them in turn as a folder,
-// without permission, on a full disk. Linux has the means: "/dev/full", on which every write fails,
-// and small file systems in memory.
+// Output files that cannot be opened or not completely written: each of them in turn is a folder,
+// has no write permission, or lies on a full disk. Linux only: "/dev/full", where every write
+// fails, and small file systems in memory.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
 
+#include "support/dof_names.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -16,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// GBK texts on the console.
+// Texts on the console, GBK.
 constexpr const char* DrawingFailed = "\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n";
 constexpr const char* DisplacementsFailed =
     "\xBD\xDA\xB5\xE3\xCE\xBB\xD2\xC6\xCE\xC4\xBC\xFE\xCA\xE4\xB3\xF6\xCA\xA7\xB0\xDC!\n";
@@ -28,8 +29,8 @@ constexpr const char* DetailStressesFailed =
 
 struct OutputFile {
   const char* name;     // in the folder
-  const char* said;     // the name in messages
-  const char* failure;  // the console's last line where it cannot be opened
+  const char* said;     // its name in messages
+  const char* failure;  // the last line on the console if it cannot be opened
 };
 
 // In the order in which a run opens them.
@@ -52,7 +53,7 @@ constexpr const char* LogFailed =
     "\xE8\xAE\xA1\xE7\xAE\x97\xE6\x97\xA5\xE5\xBF\x97\xE8\xBE\x93\xE5\x87\xBA\xE5\xA4\xB1\xE8\xB4"
     "\xA5!\nPress Enter to continue.\n";
 
-// A shell and a beam: every file has rows.
+// A model with a shell and a beam, so that every result file has rows.
 std::string MakeModel() {
   ModelText text;
   text.materials = {{1200.0, 0.25, 1.0}};
@@ -62,13 +63,13 @@ std::string MakeModel() {
   text.shells4 = {{{0, 1, 2, 3}}};
   text.beams.resize(1);
   text.restraints = {{0, {1, 1, 1, 1, 1, 1}}, {3, {1, 1, 1, 1, 1, 1}}};
-  text.forces = {{1, {0, 0, -1, 0, 0, 0}}};
+  text.forces = {{1, SingleLoad(Fz, -1.0)}};
   return WriteModel(text);
 }
 
 void WriteModelFile(const fs::path& folder) { WriteFile(folder / "fem_solving.txt", MakeModel()); }
 
-// Ends with the message, and nothing behind the file has been opened.
+// Expects that the console ends with the message of this file and that no later file was opened.
 void ExpectStopAt(std::size_t index, const ProgramRun& run, const fs::path& folder) {
   const std::string failure = ResultFiles[index].failure;
   EXPECT_EQ(run.exitStatus, 1);
@@ -92,7 +93,7 @@ TEST(UnwritableFiles, AFolderInAResultFilesPlace) {
   }
 }
 
-// The program waits for one character: what stands behind it is left for the next reader.
+// The program waits for one character before it ends.
 TEST(UnwritableFiles, TheStopWaitsForOneCharacter) {
   const TempFolder folder;
   WriteModelFile(folder.Path());
@@ -107,8 +108,8 @@ TEST(UnwritableFiles, TheStopWaitsForOneCharacter) {
   EXPECT_EQ(RunProgram(tools.Path() / "run", folder.Path()).exitStatus, 1);
 }
 
-// Runs the program as somebody who may not write what the owner forbids. For root, nothing is
-// forbidden: the program then runs as another user.
+// Runs the program as a user without write permission. Root may write everything: if the test runs
+// as root, the program runs as another user.
 struct ForbiddenRun {
   ProgramRun run;
   bool possible = false;
@@ -128,7 +129,7 @@ ForbiddenRun RunForbidden(const fs::path& folder) {
   return forbidden;
 }
 
-// The file is there and may not be written; the folder may.
+// The file exists and is read-only; the folder is writable.
 TEST(UnwritableFiles, AReadOnlyResultFile) {
   for (std::size_t i = 0; i < std::size(ResultFiles); ++i) {
     SCOPED_TRACE(ResultFiles[i].name);
@@ -159,7 +160,7 @@ TEST(UnwritableFiles, AReadOnlyFolder) {
   EXPECT_EQ(ListFolder(folder.Path()), std::vector<std::string>{"fem_solving.txt"});
 }
 
-// The whole run, but one file on a full disk: it says so and all other files are complete.
+// A whole run with one file on a full disk: the run says so, and all other files are complete.
 TEST(UnwritableFiles, AFullDiskUnderAResultFile) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   const TempFolder complete;
@@ -192,7 +193,7 @@ TEST(UnwritableFiles, AFullDiskUnderTheLog) {
   EXPECT_NE(run.out.find("Post-processing completed.\n"), std::string::npos);
 }
 
-// The stop has its own words; the log that ends with it is named all the same.
+// The run stops with its own message and also names the incomplete log.
 TEST(UnwritableFiles, AFullDiskUnderTheLogOfAStoppedRun) {
   if (!fs::exists("/dev/full")) GTEST_SKIP() << "no /dev/full";
   const TempFolder folder;
@@ -205,8 +206,8 @@ TEST(UnwritableFiles, AFullDiskUnderTheLogOfAStoppedRun) {
   EXPECT_EQ(run.out.find("Post-processing completed.\n"), std::string::npos);
 }
 
-// A file system of `size` kilobytes that holds the model, and at most `files` files. Exit status
-// 125: it cannot be made here.
+// Runs in a file system of `size` kilobytes and at most `files` entries that holds the model. Exit
+// status 125: such a file system cannot be made here.
 ProgramRun RunOnSmallDisk(const TempFolder& tools, int size, int files) {
   const std::string base = tools.Path().string();
   WriteModelFile(tools.Path());
@@ -222,8 +223,8 @@ ProgramRun RunOnSmallDisk(const TempFolder& tools, int size, int files) {
   return RunProgram(tools.Path() / "run", tools.Path());
 }
 
-// Room for the model (1 page of 4) and the first three files: the stress files find none. The link
-// beside the log and empty files take no page.
+// Room for the model (1 page of 4) and the first three result files, but not for the stress files.
+// The link beside the log and empty files take no page.
 TEST(UnwritableFiles, ADiskThatFillsDuringTheRun) {
   const TempFolder tools;
   const ProgramRun run = RunOnSmallDisk(tools, 20, 100);
@@ -237,7 +238,7 @@ TEST(UnwritableFiles, ADiskThatFillsDuringTheRun) {
   EXPECT_NE(run.out.find("Post-processing completed.\n"), std::string::npos);
 }
 
-// No entry is left for the third result file, after the root, the model, the log and its link.
+// After the root, the model, the log and its link, no entry is left for the third result file.
 TEST(UnwritableFiles, ADiskWithoutRoomForAnotherFile) {
   const TempFolder tools;
   const ProgramRun run = RunOnSmallDisk(tools, 1000, 6);

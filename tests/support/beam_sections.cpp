@@ -1,8 +1,9 @@
-// The sections of beam_sections.h.
 #include "support/beam_sections.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include "deck/model_tables.h"
 
 namespace korvex::test {
 
@@ -48,11 +49,12 @@ std::ostream& operator<<(std::ostream& out, const TestSection& section) {
 
 std::vector<TestSection> AllSections() {
   const std::array<double, 4> plates{0.3, 0.02, 0.16, 0.025};
-  const std::vector<TestSection> plain{{"T", 0, plates, 0.0, false},
-                                       {"L", 1, plates, 0.0, false},
-                                       {"MirroredL", 1, plates, 0.0, true},
-                                       {"FlatBar", 0, {0.3, 0.05, 0.0, 0.025}, 0.0, false},
-                                       {"Tube", 2, {0.15, 0.02, 0.0, 0.0}, 0.0, false}};
+  const std::vector<TestSection> plain{
+      {"T", BeamSecTypeT, plates, 0.0, false},
+      {"L", BeamSecTypeL, plates, 0.0, false},
+      {"MirroredL", BeamSecTypeL, plates, 0.0, true},
+      {"FlatBar", BeamSecTypeT, {0.3, 0.05, 0.0, 0.025}, 0.0, false},
+      {"Tube", BeamSecTypeC, {0.15, 0.02, 0.0, 0.0}, 0.0, false}};
   std::vector<TestSection> all = plain;
   for (TestSection section : plain) {
     section.name += "WithOffset";
@@ -65,7 +67,7 @@ std::vector<TestSection> AllSections() {
 SectionNumbers ComputeNumbers(const TestSection& section) {
   const auto& d = section.dimensions;
   SectionNumbers s;
-  if (section.BeamSecType == 2) {
+  if (section.BeamSecType == BeamSecTypeC) {
     s = TubeNumbers(d[0], d[1]);
   } else {
     const Real Hw = d[0], Tw = d[1], Bf = d[2], Tf = d[3];
@@ -73,7 +75,7 @@ SectionNumbers ComputeNumbers(const TestSection& section) {
     const bool flange = Bf != 0 && Tf != 0;
     // An L flange begins at the web's outer face: its centre lies (Bf - Tw) / 2 beside the web's.
     const Real side = section.mirrored ? -1 : 1;
-    const Real y = section.BeamSecType == 1 ? side * (Bf - Tw) / 2 : 0;
+    const Real y = section.BeamSecType == BeamSecTypeL ? side * (Bf - Tw) / 2 : 0;
     if (flange) rectangles.push_back({y, Hw + Tf / 2, Bf, Tf});
     s = SumRectangles(rectangles);
     s.J = (Hw * Tw * Tw * Tw + (flange ? Bf * Tf * Tf * Tf : 0)) / 3;
@@ -85,9 +87,9 @@ SectionNumbers ComputeNumbers(const TestSection& section) {
 
 void UseSection(const TestSection& section, ModelText& model, ModelText::Beam& beam) {
   const auto& d = section.dimensions;
-  if (section.BeamSecType == 0) model.tSections = {d};
-  if (section.BeamSecType == 1) model.lSections = {d};
-  if (section.BeamSecType == 2) model.cSections = {{d[0], d[1]}};
+  if (section.BeamSecType == BeamSecTypeT) model.tSections = {d};
+  if (section.BeamSecType == BeamSecTypeL) model.lSections = {d};
+  if (section.BeamSecType == BeamSecTypeC) model.cSections = {{d[0], d[1]}};
   beam.BeamSecType = section.BeamSecType;
   beam.BeamSecOz = section.BeamSecOz;
   beam.BeamSecMirrored = section.mirrored ? 1 : 0;

@@ -1,13 +1,15 @@
-// The section kinds of the tests, each with its rows for a model file and its numbers.
+// The beam sections of the tests: their rows for a model file and their section properties.
 //
-// The numbers come from the shape alone: T and L sections are rectangles summed about their common
-// centroid, the tube is the difference of two circles in its mean radius and thickness.
+// The properties are computed from the shape, independently of src: T and L sections are sums of
+// rectangles about their common centroid; the tube, two circles, is written in its mean radius and
+// wall thickness.
 #pragma once
 
 #include <ostream>
 #include <string>
 #include <vector>
 
+#include "deck/model_tables.h"
 #include "support/force_method.h"
 #include "support/model_text.h"
 
@@ -15,13 +17,13 @@ namespace korvex::test {
 
 struct TestSection {
   std::string name;
-  int BeamSecType = 0;
+  int BeamSecType = BeamSecTypeT;
   std::array<double, 4> dimensions{};  // Hw, Tw, Bf, Tf, or R, T
   double BeamSecOz = 0.0;
   bool mirrored = false;
 };
 
-// How a failed test names the section.
+// The name of the section in messages of failed tests.
 std::ostream& operator<<(std::ostream& out, const TestSection& section);
 
 // T, L, mirrored L, flat bar and tube, each without and with an offset.
@@ -29,7 +31,7 @@ std::vector<TestSection> AllSections();
 
 SectionNumbers ComputeNumbers(const TestSection& section);
 
-// Puts the section into its table, as the only row of it, and fills in the beam's reference.
+// Makes the section the only row of its table and lets the beam refer to it.
 void UseSection(const TestSection& section, ModelText& model, ModelText::Beam& beam);
 
 }  // namespace korvex::test

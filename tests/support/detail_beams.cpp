@@ -1,19 +1,19 @@
-// The detail models of detail_beams.h.
 #include "support/detail_beams.h"
 
 #include <cmath>
 
 #include "beamshell/extrude_outline.h"
 #include "shell/shell_stiffness.h"
+#include "support/dof_names.h"
 
 namespace korvex::test {
 
 namespace {
 
-// The component along the unit vector x.
+// The normal stress in the direction of the unit vector x.
 double AxialStress(const StressVector& s, const Vector3& x) {
-  return x[0] * x[0] * s[0] + x[1] * x[1] * s[1] + x[2] * x[2] * s[2] +
-         2 * (x[0] * x[1] * s[3] + x[0] * x[2] * s[4] + x[1] * x[2] * s[5]);
+  return x[0] * x[0] * s[SX] + x[1] * x[1] * s[SY] + x[2] * x[2] * s[SZ] +
+         2 * (x[0] * x[1] * s[TXY] + x[0] * x[2] * s[TXZ] + x[1] * x[2] * s[TYZ]);
 }
 
 }  // namespace
@@ -21,11 +21,12 @@ double AxialStress(const StressVector& s, const Vector3& x) {
 SectionOutline BuildOutline(const TestSection& section, std::int32_t meshLevel) {
   const auto& d = section.dimensions;
   SectionOutline outline;
-  if (section.BeamSecType == 0) BuildTOutline({d[0], d[1], d[2], d[3]}, meshLevel, outline);
-  if (section.BeamSecType == 1) {
+  if (section.BeamSecType == BeamSecTypeT)
+    BuildTOutline({d[0], d[1], d[2], d[3]}, meshLevel, outline);
+  if (section.BeamSecType == BeamSecTypeL) {
     BuildLOutline({d[0], d[1], d[2], d[3]}, section.mirrored, meshLevel, outline);
   }
-  if (section.BeamSecType == 2) BuildCOutline({d[0], d[1]}, meshLevel, outline);
+  if (section.BeamSecType == BeamSecTypeC) BuildCOutline({d[0], d[1]}, meshLevel, outline);
   ShiftOutline(section.BeamSecOz, outline);
   return outline;
 }
@@ -68,7 +69,7 @@ Vector3 Combine(const std::array<Vector3, 3>& axes, const Vector3& a) {
 
 Six NodeDisplacements(const BeamShellModel& model, std::size_t node) {
   Six u{};
-  for (std::size_t d = 0; d < 6; ++d) u[d] = model.Displacements[6 * node + d];
+  for (std::size_t d = 0; d < 6; ++d) u[d] = model.Displacements[Equation(node, d)];
   return u;
 }
 
@@ -81,8 +82,7 @@ std::vector<Six> SumShellForces(const BeamShellModel& model) {
     for (std::size_t r = 0; r < 24; ++r) {
       double sum = 0.0;
       for (std::size_t c = 0; c < 24; ++c) {
-        sum +=
-            K[24 * r + c] * model.Displacements[static_cast<std::size_t>(nodes[c / 6]) * 6 + c % 6];
+        sum += K[24 * r + c] * model.Displacements[Equation(nodes[c / 6], c % 6)];
       }
       forces[static_cast<std::size_t>(nodes[r / 6])][r % 6] += sum;
     }

@@ -1,5 +1,5 @@
-// Detail models of single beams for tests: described and extruded as a run does it, yet without a
-// structure around them; their sections' thin-walled numbers; and what their shells carry.
+// Detail models of single beams without a structure around them: tests make them as a run does, and
+// read their displacements, nodal forces and stresses.
 #pragma once
 
 #include <string>
@@ -23,14 +23,14 @@ struct DetailBeam {
 // The section's outline with its offset.
 SectionOutline BuildOutline(const TestSection& section, std::int32_t meshLevel);
 
-// The beam's detail model with nodes, shells and links, Tolerance included: ready to be solved.
+// The beam's detail model, ready to be solved: nodes, shells, links and Tolerance.
 BeamShellModel ExtrudeBeam(const DetailBeam& beam);
 
-// The same into `model`, which may hold the memory of another.
+// The same, written into `model`, which may hold the memory of another model.
 void ExtrudeBeam(const DetailBeam& beam, BeamShellModel& model);
 
-// Local axes by rows x, y, z, from the rule itself: z is the orientation vector less its part along
-// the axis, y = z x x.
+// The local axes x, y, z, by their definition: x along the beam, z the normalised part of the
+// orientation vector that is normal to x, y = z x x.
 std::array<Vector3, 3> LocalAxes(const DetailBeam& beam);
 
 double Dot(const Vector3& a, const Vector3& b);
@@ -41,19 +41,19 @@ Vector3 Combine(const std::array<Vector3, 3>& axes, const Vector3& a);
 // The six displacements of a detail model's node.
 Six NodeDisplacements(const BeamShellModel& model, std::size_t node);
 
-// What all shells at each node exert on it, global: their stiffnesses times the displacements. At
-// the end stations it is what the links bring in; the links' own product would be rounding alone,
+// By node, global: the sum of the shells' stiffness matrices times the displacements. At the end
+// stations it is what the links transfer. The links' own matrices would give rounding errors only:
 // 1e20 times the last digits of the displacements.
 std::vector<Six> SumShellForces(const BeamShellModel& model);
 
-// The axial stress on a face at a corner of a shell, and where: y, z from the node line, in section
-// axes; sy, sz from the middle of the corner's segment.
+// The axial stress on a face at a corner of a shell, and the place in section axes: y, z from the
+// line between the beam's nodes; sy, sz from the middle of the corner's segment.
 struct Reading {
   double stress, y, z, sy, sz;
 };
 
-// All faces of all corners of the shells that reach the beam's middle: station by station, segment
-// by segment in the outline's order, corner by corner, the upper face first.
+// Both faces of all corners of the shells that touch the beam's mid-length: step by step along the
+// beam, segment by segment in the outline's order, corner by corner, the upper face first.
 // axes: the beam's local axes.
 std::vector<Reading> ReadMiddle(const BeamShellModel& model, const std::array<Vector3, 3>& axes,
                                 const SectionOutline& outline);

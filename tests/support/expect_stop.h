@@ -8,8 +8,8 @@
 
 namespace korvex::test {
 
-// Runs `work` and expects that it throws a Stop of this kind with this text, and that it says
-// nothing itself.
+// Runs `work` and expects that it throws a Stop of this kind with this text, and that it prints
+// nothing.
 void ExpectStop(const std::function<void()>& work, const std::string& text,
                 StopKind kind = StopKind::Notice);
 

@@ -1,8 +1,9 @@
-// The force method of force_method.h.
 #include "support/force_method.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include "support/dof_names.h"
 
 namespace korvex::test {
 
@@ -24,7 +25,7 @@ struct Axes {
   Real3 x, y, z;
 };
 
-// z is what the orientation vector has across the axis; y = z x x.
+// z is the normalised part of the orientation vector that is normal to the axis x; y = z x x.
 Axes MemberAxes(const BeamChain& chain, std::size_t member) {
   const Real3 x = Unit(Plus(chain.points[member + 1], -1, chain.points[member]));
   const Real3& v = chain.orientations[member];
@@ -34,8 +35,8 @@ Axes MemberAxes(const BeamChain& chain, std::size_t member) {
 
 // N, Vy, Vz, T, My, Mz at `point` of a member with axes `axes`, of a load at `from`.
 Real6 SectionForces(const Axes& axes, const Real3& point, const Real3& from, const Real6& load) {
-  const Real3 force{load[0], load[1], load[2]};
-  const Real3 couple{load[3], load[4], load[5]};
+  const Real3 force{load[Fx], load[Fy], load[Fz]};
+  const Real3 couple{load[Mx], load[My], load[Mz]};
   const Real3 moment = Plus(couple, 1, Across(Plus(from, -1, point), force));
   return {Dot(force, axes.x),  Dot(force, axes.y),  Dot(force, axes.z),
           Dot(moment, axes.x), Dot(moment, axes.y), Dot(moment, axes.z)};
@@ -64,7 +65,7 @@ Real MemberWork(const BeamChain& chain, std::size_t member, const Real3& fromA, 
   return sum * std::sqrt(Dot(span, span)) / 6;
 }
 
-// Solves A x = b by elimination with row exchange. A is symmetric and positive definite here.
+// Solves A x = b by Gaussian elimination with row exchange.
 Real6 Solve(std::array<Real6, 6> A, Real6 b) {
   for (std::size_t k = 0; k < 6; ++k) {
     std::size_t pivot = k;

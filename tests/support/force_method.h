@@ -1,11 +1,11 @@
-// Displacements of chains of beams by the force method, independent of any stiffness matrix.
+// Displacements of chains of beams by the force method, which needs no stiffness matrix.
 //
 // Unit-load theorem (Timoshenko & Gere 1972, ch. 11): the displacement at a point is the integral
 // over the members of the products of the section forces of the real and of a unit load, each over
 // its rigidity. The section forces of a chain clamped at its start follow from statics alone; a
-// second clamped end is a set of six redundant forces. Member axes run through the centroids, which
-// rigid arms join to the nodes. Products of linear functions are integrated exactly by Simpson's
-// rule. All in long double: the comparison then measures the solver alone.
+// second clamped end adds six redundant forces. Member axes run through the centroids, which rigid
+// arms join to the nodes. Simpson's rule integrates products of linear functions exactly. All
+// numbers are long double, so that the difference from the solver's result is the solver's error.
 #pragma once
 
 #include <array>
@@ -17,7 +17,7 @@ using Real = long double;
 using Real3 = std::array<Real, 3>;
 using Real6 = std::array<Real, 6>;  // ux, uy, uz, rx, ry, rz or Fx, Fy, Fz, Mx, My, Mz, global
 
-// The numbers of a cross-section in local axes, found from its shape in beam_sections.h.
+// The properties of a cross-section in local axes.
 struct SectionNumbers {
   Real A = 0, Iy = 0, Iz = 0, J = 0;
   Real shearAreaZ = 0;  // carries the shear of bending in x-z; 0: no shear deformation
@@ -29,11 +29,11 @@ struct SectionNumbers {
 struct BeamChain {
   Real E = 0, Mu = 0;
   std::vector<Real3> points;
-  std::vector<Real3> orientations;       // by member; only the part across the axis counts
+  std::vector<Real3> orientations;       // by member; only the part normal to the axis counts
   std::vector<SectionNumbers> sections;  // by member
 };
 
-// Displacements of point `at` under `load` at point `loaded`, the other end free.
+// Displacements of point `at` under `load` at point `loaded`. The last point is free.
 Real6 DisplaceCantilever(const BeamChain& chain, int at, int loaded, const Real6& load);
 
 // The same with the last point clamped as well.

@@ -1,4 +1,4 @@
-// Chinese texts in the encoding of the console, from tables that are not ours.
+// Chinese texts in the encoding of the console, converted by the system, not by our own tables.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// The conversion of gbk.h by the C library.
+// Converts with the C library.
 #include <gtest/gtest.h>
 #include <iconv.h>
 

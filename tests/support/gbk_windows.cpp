@@ -1,4 +1,4 @@
-// The conversion of gbk.h by the system's code pages.
+// Converts with the system's code pages.
 #define WIN32_LEAN_AND_MEAN
 #define NOMINMAX 1  // as the standard library defines it
 #include <windows.h>

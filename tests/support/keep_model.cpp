@@ -1,4 +1,3 @@
-// The files of keep_model.h.
 #include "support/keep_model.h"
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// Keeps the models that tests solve, so that other programs can be compared on them.
+// Keeps the model files that tests solve, so that other programs can solve them for comparison.
 #pragma once
 
 #include <string>

@@ -1,4 +1,3 @@
-// ModelText -> tables -> the program's own writer of model files.
 #include "support/model_text.h"
 
 #include "deck/write_tables.h"

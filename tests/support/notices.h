@@ -1,9 +1,9 @@
-// Answers the notices that a piece of work shows, as their reader would, and keeps what they say.
+// Answers the notices that a test's work shows, as a user does, and collects them.
 //
-// A notice is kept as its title, a line end and its text, both UTF-8. Windows: the box of the
-// process is looked at and its button pressed; where it has another button than one OK, an
-// icon or an owner, a further line says so. POSIX: standard error is taken apart, standard input is
-// at its end.
+// A collected notice is its title, a line end and its text, both UTF-8. Windows: reads the message
+// box of the process and presses its button; if the box has any buttons but one OK, an icon or an
+// owner, a further line says so. POSIX: splits standard error into notices; standard input is
+// empty.
 #pragma once
 
 #include <functional>
@@ -12,11 +12,11 @@
 
 namespace korvex::test {
 
-// What is kept of a notice of the program with `text` (UTF-8).
+// The collected form of a notice of the program with `text` (UTF-8).
 inline std::string ExpectedNotice(const std::string& text) { return "Warning!\n" + text; }
 
-// Runs `work` in this process and returns the notices that it has shown, in order. `work` may not
-// throw. POSIX: what it writes to standard error besides comes last.
+// Runs `work` in this process and returns the notices that it has shown, in order. `work` must not
+// throw. POSIX: anything else that it writes to standard error comes last.
 std::vector<std::string> CollectNotices(const std::function<void()>& work);
 
 }  // namespace korvex::test

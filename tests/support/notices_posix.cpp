@@ -1,5 +1,4 @@
-// The notices of notices.h on a terminal: a line with the title, the text, a line that asks for
-// Enter.
+// A notice on a terminal: a line with the title, then the text, then a line that asks for Enter.
 #include "support/notices_posix.h"
 
 #include <gtest/gtest.h>

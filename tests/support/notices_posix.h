@@ -6,7 +6,7 @@
 
 namespace korvex::test {
 
-// The notices at the beginning of `err`, as notices.h keeps them; behind them what else is there.
+// The notices at the beginning of `err`, in the form of notices.h, then the rest of `err`, if any.
 std::vector<std::string> SplitNotices(const std::string& err);
 
 }  // namespace korvex::test

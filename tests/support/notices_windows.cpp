@@ -1,5 +1,5 @@
-// The notices of notices.h as message boxes: found among all windows by their process and class,
-// read and pressed by messages, as a hand would.
+// Message boxes are found among all windows by their process and class. Window messages read their
+// text and press their buttons.
 #include "support/notices_windows.h"
 
 #include <atomic>
@@ -16,8 +16,9 @@ namespace {
 constexpr const wchar_t* BoxClass = L"#32770";
 constexpr int TextControl = 0xFFFF;
 
-// A box that does not answer within this time is broken. That it seems to hang is no reason to give
-// up before (SMTO_ABORTIFHUNG): a thread that has computed for seconds before it shows a box does.
+// A box that does not answer within this time is broken. A box that only seems to hang is waited
+// for, without SMTO_ABORTIFHUNG: a thread seems hung if it has computed for seconds before it shows
+// a box.
 constexpr UINT AnswerWithinMilliseconds = 60000;
 
 struct Box {
@@ -31,8 +32,8 @@ bool HasClass(HWND window, const wchar_t* name) {
   return std::wstring(found) == name;
 }
 
-// For EnumWindows: stops at the visible message box of the process. A box becomes visible when all
-// of its controls are there.
+// For EnumWindows: stops at the visible message box of the process. A box becomes visible after all
+// its controls have been created.
 BOOL CALLBACK FindBox(HWND window, LPARAM wanted) {
   Box& box = *reinterpret_cast<Box*>(wanted);
   DWORD process = 0;
@@ -44,7 +45,7 @@ BOOL CALLBACK FindBox(HWND window, LPARAM wanted) {
   return FALSE;
 }
 
-// For EnumChildWindows: gathers the buttons.
+// For EnumChildWindows: collects the buttons.
 BOOL CALLBACK GatherButtons(HWND window, LPARAM list) {
   if (HasClass(window, L"Button")) {
     reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
@@ -52,7 +53,8 @@ BOOL CALLBACK GatherButtons(HWND window, LPARAM list) {
   return TRUE;
 }
 
-// For EnumChildWindows: stops at a picture. The place for it is always there.
+// For EnumChildWindows: stops at an icon. Every box has a control for one, most without an icon in
+// it.
 BOOL CALLBACK FindIcon(HWND window, LPARAM found) {
   if (!HasClass(window, L"Static")) return TRUE;
   DWORD_PTR icon = 0;
@@ -68,7 +70,8 @@ std::string NarrowToUtf8(const wchar_t* text, int units) {
   return utf8;
 }
 
-// The window's text in UTF-8. Asked by a message: GetWindowText shows no other process's controls.
+// The window's text in UTF-8. It is read by a message, because GetWindowText cannot read controls
+// of another process.
 std::string ReadText(HWND window) {
   wchar_t text[1024] = {};
   DWORD_PTR units = 0;
@@ -77,7 +80,7 @@ std::string ReadText(HWND window) {
   return NarrowToUtf8(text, static_cast<int>(units));
 }
 
-// Title and text; then what a box of the program never has.
+// Title and text, then a line for each thing that a box of the program must not have.
 std::string DescribeBox(HWND window, const std::vector<HWND>& buttons) {
   const HWND text = GetDlgItem(window, TextControl);
   std::string description = ReadText(window) + "\n" + (text ? ReadText(text) : "(no text)");
@@ -108,7 +111,7 @@ void AnswerNotice(DWORD process, std::vector<std::string>& notices) {
   EnumChildWindows(box, GatherButtons, reinterpret_cast<LPARAM>(&buttons));
   notices.push_back(DescribeBox(box, buttons));
   if (buttons.empty()) return;
-  // Sent, not posted: the box is gone, or going, when the call returns, and is not found again.
+  // Sent, not posted: when the call returns, the box is closed or closing and is not found again.
   DWORD_PTR ignored = 0;
   const LRESULT clicked = SendMessageTimeoutW(buttons[0], BM_CLICK, 0, 0, SMTO_NORMAL,
                                               AnswerWithinMilliseconds, &ignored);

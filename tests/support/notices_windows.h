@@ -10,13 +10,13 @@
 
 namespace korvex::test {
 
-// How often somebody who waits for a message box looks for one.
+// The interval at which a wait for a message box looks for one.
 inline constexpr DWORD LookEveryMilliseconds = 5;
 
 // The message box that the process shows, or null.
 HWND FindNotice(DWORD process);
 
-// If the process shows a message box, adds it to `notices` as notices.h keeps it and presses its
+// If the process shows a message box, adds it to `notices` in the form of notices.h and presses its
 // first button.
 void AnswerNotice(DWORD process, std::vector<std::string>& notices);
 

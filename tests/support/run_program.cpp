@@ -1,4 +1,3 @@
-// What run_program.h has beside the process itself.
 #include "support/run_program.h"
 
 #include <algorithm>

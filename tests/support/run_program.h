@@ -1,4 +1,4 @@
-// Runs the program as a process of its own, the way a user does.
+// Runs the program as a separate process, as a user does.
 #pragma once
 
 #include <filesystem>
@@ -11,11 +11,11 @@ struct ProgramRun {
   int exitStatus = -1;               // of the process; POSIX: 128 + signal where one killed it
   std::string out;                   // standard output
   std::string err;                   // standard error; POSIX: the notices are there
-  std::vector<std::string> notices;  // as notices.h keeps them; what else is in err comes last
+  std::vector<std::string> notices;  // as in notices.h; the rest of err comes last
 };
 
-// Runs the executable `program` in `folder`. `input` is all that its standard input holds. Message
-// boxes are answered as soon as they show.
+// Runs the executable `program` in `folder`, with `input` as its whole standard input. Message
+// boxes are answered as soon as they appear.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::filesystem::path& folder,
                       const std::string& input = "");
 

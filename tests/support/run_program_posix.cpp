@@ -1,4 +1,4 @@
-// The process of run_program.h, started through the shell with files for its three streams.
+// Starts the program through the shell, with files for its three standard streams.
 #include <sys/wait.h>
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// The process of run_program.h with files for its three streams. Whoever waits for its end answers
-// its message boxes meanwhile.
+// Starts the program with files for its three standard streams, and answers its message boxes until
+// it ends.
 #include "support/notices_windows.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
@@ -8,7 +8,7 @@ namespace korvex::test {
 
 namespace {
 
-// A run that takes longer hangs, and is killed.
+// A run that takes longer is taken for hung and is killed.
 constexpr ULONGLONG RunMilliseconds = 300000;
 constexpr UINT KilledStatus = 200;
 
@@ -20,7 +20,7 @@ HANDLE OpenStream(const std::filesystem::path& file, DWORD access) {
                      FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-// Starts the program with the three streams in `streams`; its process, or null.
+// Starts the program with the three streams in `streams`. Returns its process, or null.
 PROCESS_INFORMATION StartProgram(const std::filesystem::path& program,
                                  const std::filesystem::path& folder,
                                  const std::filesystem::path& streams) {
@@ -65,7 +65,7 @@ ProgramRun RunProgram(const std::filesystem::path& program, const std::filesyste
   return run;
 }
 
-// "计算日志.txt", a wide name, and no second one.
+// "计算日志.txt". Windows has wide names, so no second name is needed.
 std::filesystem::path LogPath() { return L"\u8BA1\u7B97\u65E5\u5FD7.txt"; }
 
 std::vector<std::string> LogNames() { return {LogPath().u8string()}; }

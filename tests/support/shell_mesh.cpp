@@ -1,5 +1,6 @@
-// The meshes of shell_mesh.h.
 #include "support/shell_mesh.h"
+
+#include "support/dof_names.h"
 
 namespace korvex::test {
 
@@ -9,7 +10,7 @@ constexpr std::array<Point3, 3> Rotation{{{-20.0 / 30.0, 4.0 / 30.0, 22.0 / 30.0
                                           {20.0 / 30.0, -10.0 / 30.0, 20.0 / 30.0},
                                           {10.0 / 30.0, 28.0 / 30.0, 4.0 / 30.0}}};
 
-// SX, SY, SZ, TXY, TXZ, TYZ as places of the tensor.
+// Row and column of SX, SY, SZ, TXY, TXZ, TYZ in the stress tensor.
 constexpr std::array<std::array<std::size_t, 2>, 6> TensorPlaces{
     {{0, 0}, {1, 1}, {2, 2}, {0, 1}, {0, 2}, {1, 2}}};
 
@@ -60,7 +61,7 @@ void Prescribe(ModelText& model, int node, const std::array<double, 6>& values) 
 std::array<double, 6> NodeDisplacements(const Model& model, int node) {
   std::array<double, 6> u{};
   for (std::size_t d = 0; d < 6; ++d) {
-    u[d] = model.Displacements[static_cast<std::size_t>(node) * 6 + d];
+    u[d] = model.Displacements[Equation(node, d)];
   }
   return u;
 }

@@ -13,10 +13,11 @@ namespace korvex::test {
 
 using Point3 = std::array<double, 3>;
 
-// What the cells of a mesh are made of: each a quad, each two triangles, or the two in turn.
+// What the cells of a mesh are made of: each a quad, each two triangles, or alternately the one and
+// the other.
 enum class Cells { Quads, Triangles, Mixed };
 
-// How a failed test, and the name of a test, calls it.
+// Its name in test names and in messages of failed tests.
 const char* NameCells(Cells cells);
 std::ostream& operator<<(std::ostream& out, Cells cells);
 
@@ -36,11 +37,11 @@ ModelText BuildGrid(int n1, int n2, Cells cells,
 // The number of the grid's node (i, j).
 inline int GridNode(int n1, int i, int j) { return i + j * (n1 + 1); }
 
-// What a support puts onto the diagonal.
+// The diagonal entry of a supported dof.
 inline constexpr double SupportPenalty = 1e20;
 
-// Supports all six dofs of the node and moves them by `values`, with the forces that move the
-// springs of the supports as far.
+// Moves the node's six dofs by `values`: supports all of them and applies SupportPenalty times
+// `values` as forces.
 void Prescribe(ModelText& model, int node, const std::array<double, 6>& values);
 
 // The six displacements of a node.
@@ -49,12 +50,12 @@ std::array<double, 6> NodeDisplacements(const Model& model, int node);
 // v turned by the rotation of the unit quaternion (1, 2, 3, 4) / sqrt(30): a matrix with rational
 // entries and no zero among them.
 Point3 Turn(const Point3& v);
-// Both triples of six displacements, or of a force and a moment.
+// The same of six displacements, or of a force and a moment: both vectors turned.
 std::array<double, 6> TurnSix(const std::array<double, 6>& v);
 StressVector TurnStress(const StressVector& stress);
 
-// The whole model turned about the origin. Supports stay as they are written: they turn with the
-// model only where a node is fixed in all three translations, or rotations, or in none.
+// The whole model turned about the origin. Supports are copied unchanged. So a node must have all
+// three translations fixed or none, and all three rotations fixed or none.
 ModelText TurnModel(const ModelText& model);
 
 }  // namespace korvex::test

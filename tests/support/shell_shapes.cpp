@@ -1,4 +1,3 @@
-// The shapes of shell_shapes.h.
 #include "support/shell_shapes.h"
 
 namespace korvex::test {

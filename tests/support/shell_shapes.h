@@ -1,4 +1,4 @@
-// Flat shell elements of the tests: plane shapes, put into space in any position.
+// The flat shell elements of the tests: plane shapes placed in space.
 //
 // A shape has node 1 at the origin and node 2 on the positive x axis, so that the element's local
 // axes are those of the shape, and its nodes run counter-clockwise.
@@ -23,13 +23,14 @@ struct NamedShape {
   PlaneShape<Nodes> shape;
 };
 
-// How a failed test names the shape.
+// The name of the shape in messages of failed tests.
 template <std::size_t Nodes>
 std::ostream& operator<<(std::ostream& out, const NamedShape<Nodes>& shape) {
   return out << shape.name;
 }
 
-// Where a shape lies: the columns of `axes` are its x, y and normal in global components.
+// The position of a shape in space. The columns of `axes` are its x, y and normal in global
+// components.
 struct Placement {
   ElementFrame axes;
   Vector3 origin;
@@ -38,8 +39,8 @@ struct Placement {
 inline constexpr Placement InGlobalPlane{{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}, {}};
 
 // A plane that is parallel to no axis. The columns (3, 6, 2), (-6, 2, 3) and (2, -3, 6) have the
-// length 7 and are orthogonal and right-handed; the matrix is not symmetric, so that a transposed
-// one is seen.
+// length 7 and are orthogonal and right-handed. The matrix is not symmetric, so that tests detect a
+// transposed one.
 inline constexpr Placement InObliquePlane{{3.0 / 7.0, -6.0 / 7.0, 2.0 / 7.0,  //
                                            6.0 / 7.0, 2.0 / 7.0, -3.0 / 7.0,  //
                                            2.0 / 7.0, 3.0 / 7.0, 6.0 / 7.0},
@@ -55,7 +56,7 @@ inline constexpr PlaneShape<4> BowTie{{{0.0, 0.0}, {2.0, 0.0}, {0.5, 1.0}, {1.25
 std::vector<NamedShape<4>> AllQuads();
 std::vector<NamedShape<3>> AllTriangles();
 
-// The element that the shape makes there, with ShapeE, ShapeMu and the thickness.
+// The element of this shape at this placement, with ShapeE, ShapeMu and thickness TK.
 Shell4Element PlaceShape(const PlaneShape<4>& shape, const Placement& placement,
                          double TK = ShapeTK);
 Shell3Element PlaceShape(const PlaneShape<3>& shape, const Placement& placement,
@@ -64,8 +65,8 @@ Shell3Element PlaceShape(const PlaneShape<3>& shape, const Placement& placement,
 // matrix: 3 x 3, row-major, times v.
 Vector3 TurnBy(const ElementFrame& matrix, const Vector3& v);
 
-// The element's 6 x Nodes displacements, global, for a field of the shape's own axes:
-// field(x, y) gives the six local components at a node.
+// The element's 6 x Nodes displacements, global, from a field in the shape's own axes: field(x, y)
+// gives the six local components at a node.
 template <std::size_t Nodes, typename Field>
 std::array<double, 6 * Nodes> DisplaceNodes(const PlaneShape<Nodes>& shape,
                                             const Placement& placement, const Field& field) {
@@ -94,7 +95,7 @@ double IntegrateMonomial(const PlaneShape<Nodes>& shape, int p, int q) {
     const auto value = [p, q](double x, double y) {
       return (p > 0 ? x : 1.0) * (p > 1 ? x : 1.0) * (q > 0 ? y : 1.0) * (q > 1 ? y : 1.0);
     };
-    // By the mid-side points: exact for squares.
+    // The mid-side rule: exact up to degree two.
     sum += area / 3.0 *
            (value(x1 / 2.0, y1 / 2.0) + value(x2 / 2.0, y2 / 2.0) +
             value((x1 + x2) / 2.0, (y1 + y2) / 2.0));

@@ -15,7 +15,7 @@ namespace korvex::test {
 
 namespace {
 
-// Named after the test that runs; the verification book, which is no test, keeps its models itself.
+// Named after the running test. The verification book is no test and keeps its models itself.
 void KeepModelOfTest(const std::string& text) {
   const testing::TestInfo* test = testing::UnitTest::GetInstance()->current_test_info();
   if (test == nullptr) return;

@@ -1,7 +1,7 @@
 // Assembles and solves a model in the test's own process, for results at full precision.
 //
-// Where the environment variable KORVEX_KEEP_MODELS names a folder, every model file stays there,
-// for whoever wants to solve it with the program.
+// If the environment variable KORVEX_KEEP_MODELS names a folder, every model file is kept there, to
+// be solved with the program.
 #pragma once
 
 #include "model/model.h"
@@ -9,11 +9,11 @@
 
 namespace korvex::test {
 
-// Reads and assembles the model in a folder of its own: afterwards `model` holds the tables, the
-// stiffness matrix with its supports and the load vector.
+// Reads the model from a temporary folder and assembles it: `model` then holds the tables, the
+// stiffness matrix with supports and the load vector.
 void AssembleModel(const ModelText& text, Model& model);
 
-// The same and solves it: `model` holds the displacements.
+// Assembles and solves the model: `model` holds the displacements too.
 void SolveModel(const ModelText& text, Model& model);
 
 }  // namespace korvex::test

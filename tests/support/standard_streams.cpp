@@ -1,4 +1,4 @@
-// The redirections of standard_streams.h, by descriptors that POSIX and Windows both have.
+// Uses file descriptors, which POSIX and Windows both have.
 #include "support/standard_streams.h"
 
 #include <gtest/gtest.h>

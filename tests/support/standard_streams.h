@@ -1,4 +1,4 @@
-// The process's own standard input and output as files of a test.
+// Redirects the standard input and output of the test's own process to files.
 #pragma once
 
 #include <string>
@@ -7,8 +7,7 @@
 
 namespace korvex::test {
 
-// As long as it exists, standard output goes into a file, where it is seen while the program still
-// runs.
+// While the object exists, standard output goes into a file, which tests can read at once.
 class StdoutInFile {
  public:
   StdoutInFile();

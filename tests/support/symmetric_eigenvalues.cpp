@@ -1,4 +1,3 @@
-// The rotations of symmetric_eigenvalues.h.
 #include "support/symmetric_eigenvalues.h"
 
 #include <algorithm>
@@ -7,7 +6,7 @@
 namespace korvex::test {
 
 std::vector<double> SymmetricEigenvalues(std::vector<double> A, std::size_t n) {
-  // Convergence is quadratic: far fewer sweeps are needed for n = 24.
+  // Convergence is quadratic: for n = 24 far fewer sweeps than this limit are needed.
   for (int sweep = 0; sweep < 30; ++sweep) {
     for (std::size_t p = 0; p < n; ++p) {
       for (std::size_t q = p + 1; q < n; ++q) {

@@ -6,8 +6,9 @@
 
 namespace korvex::test {
 
-// A: n x n, row-major, symmetric to rounding; its eigenvalues in ascending order, by cyclic Jacobi
-// rotations (Golub & Van Loan 2013, sec. 8.5). Absolute errors are some 1e-15 of the largest.
+// The eigenvalues of A in ascending order, by cyclic Jacobi rotations (Golub & Van Loan 2013, sec.
+// 8.5). Their absolute errors are about 1e-15 of the largest eigenvalue.
+// A: n x n, row-major, symmetric except for rounding errors.
 std::vector<double> SymmetricEigenvalues(std::vector<double> A, std::size_t n);
 
 }  // namespace korvex::test

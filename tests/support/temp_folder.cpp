@@ -1,4 +1,3 @@
-// The folders and files of temp_folder.h.
 #include "support/temp_folder.h"
 
 #include <fstream>

@@ -1,4 +1,4 @@
-// A folder of a test's own, gone with everything in it when the test is over.
+// A folder for one test, deleted with its contents when the test ends.
 #pragma once
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class TempFolder {
   std::filesystem::path path_;
 };
 
-// A TempFolder that is the process's current folder as long as it exists.
+// A TempFolder that is the current folder of the process while the object exists.
 class WorkingFolder {
  public:
   WorkingFolder();

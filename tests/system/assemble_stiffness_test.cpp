@@ -9,24 +9,25 @@
 
 #include "beam/beam_stiffness.h"
 #include "shell/shell_stiffness.h"
+#include "support/dof_names.h"
 #include "support/solve_model.h"
 #include "support/temp_folder.h"
 
-namespace korvex {
+namespace korvex::test {
 namespace {
 
-// Three tubes along X between four nodes; the last node first in the numbering of its beam.
-test::ModelText MakeTubes() {
-  test::ModelText text;
+// Three tubes along X between four nodes. The last tube runs from node 3 back to node 2.
+ModelText MakeTubes() {
+  ModelText text;
   text.materials = {{2e11, 0.3, 0.0}};
   text.cSections = {{0.15, 0.02}};
   text.nodes = {{0, 0, 0}, {1, 0, 0}, {2.5, 0, 0}, {4, 0, 0}};
   const std::array<std::array<int, 2>, 3> nodes{{{0, 1}, {1, 2}, {3, 2}}};
   for (const auto& n : nodes) {
-    test::ModelText::Beam beam;
+    ModelText::Beam beam;
     beam.node1 = n[0];
     beam.node2 = n[1];
-    beam.BeamSecType = 2;
+    beam.BeamSecType = BeamSecTypeC;
     text.beams.push_back(beam);
   }
   return text;
@@ -50,7 +51,7 @@ void AddElements(const std::vector<Element>& elements,
   for (std::size_t e = 0; e < elements.size(); ++e) {
     stiffness(elements[e], ke.data());
     const auto equation = [&](std::size_t i) {
-      return static_cast<std::size_t>(connectivity[e * Nodes + i / 6]) * 6 + i % 6;
+      return Equation(connectivity[e * Nodes + i / 6], i % 6);
     };
     for (std::size_t r = 0; r < n; ++r) {
       for (std::size_t c = r; c < n; ++c) {
@@ -61,7 +62,8 @@ void AddElements(const std::vector<Element>& elements,
   }
 }
 
-// The sum over all elements: four-node shells, three-node shells, beams, or the reverse.
+// The sum over all elements: four-node shells, three-node shells, beams. `reversed`: in the reverse
+// order of the kinds.
 FullMatrix SumElements(const Model& model, bool reversed = false) {
   const auto n = static_cast<std::size_t>(model.NEQ);
   FullMatrix sum(n, std::vector<double>(n, 0.0));
@@ -88,20 +90,20 @@ FullMatrix FillOut(const SkylineMatrix& K) {
 // Every stored entry is the sum of the beams' entries at its two dofs, in table order.
 TEST(AssembleStiffness, StiffnessIsTheSumOfTheBeams) {
   Model model;
-  test::AssembleModel(MakeTubes(), model);
+  AssembleModel(MakeTubes(), model);
   EXPECT_EQ(model.NEQ, 24);
   EXPECT_EQ(FillOut(model.Stiffness), SumElements(model));
 }
 
-// Two quadrilaterals and two triangles about node 4, none of them along the global axes, and beams
-// on the edges between them. Node 8 belongs to nothing.
+// Two quadrilaterals and two triangles round node 4, none of them along the global axes, and beams
+// on the edges between them. Node 8 belongs to no element.
 //   6---5---7
 //   | 0 |\ 1|     The quadrilaterals are 2-4-5-6 and 0-1-4-2, the triangles 4-3-7 and 4-7-5.
 //   2---4--3      Beams run from 4 to 5, from 2 to 4 and from 3 to 4.
 //   | 1 |/
 //   0---1
-test::ModelText MakeMixed() {
-  test::ModelText text;
+ModelText MakeMixed() {
+  ModelText text;
   text.materials = {{2e11, 0.3, 0.0}, {7e10, 0.33, 0.0}};
   text.thicknesses = {0.01, 0.025};
   text.cSections = {{0.15, 0.02}};
@@ -112,19 +114,19 @@ test::ModelText MakeMixed() {
   text.shells3 = {{{4, 3, 7}, 0, 0}, {{4, 7, 5}, 1, 1}};
   const std::array<std::array<int, 2>, 3> nodes{{{4, 5}, {2, 4}, {3, 4}}};
   for (const auto& n : nodes) {
-    test::ModelText::Beam beam;
+    ModelText::Beam beam;
     beam.node1 = n[0];
     beam.node2 = n[1];
-    beam.BeamSecType = 2;
+    beam.BeamSecType = BeamSecTypeC;
     text.beams.push_back(beam);
   }
   return text;
 }
 
-// Rounding tells the order of the kinds: the reverse makes other bits.
+// The rounding errors depend on the order of the kinds: the reverse order gives other bits.
 TEST(AssembleStiffness, StiffnessIsTheSumOfQuadrilateralsThenTrianglesThenBeams) {
   Model model;
-  test::AssembleModel(MakeMixed(), model);
+  AssembleModel(MakeMixed(), model);
   EXPECT_EQ(model.NEQ, 54);
   EXPECT_EQ(FillOut(model.Stiffness), SumElements(model));
   EXPECT_NE(SumElements(model), SumElements(model, true));
@@ -141,40 +143,44 @@ void ExpectUpperTriangle(const SkylineMatrix& K, const double* ke, std::size_t n
   }
 }
 
-// On nodes 0, 1, 2, 3 the skyline is the upper triangle of the element's matrix.
-TEST(AssembleStiffness, SingleFourNodeShellFillsTheSkyline) {
-  test::ModelText text;
+// A model for one shell, on the first three or on all of the four nodes.
+ModelText MakeNodesForAShell() {
+  ModelText text;
   text.materials = {{2e11, 0.3, 0.0}};
   text.thicknesses = {0.01};
   text.nodes = {{0, 0, 0}, {1.1, 0.1, 0.2}, {1, 1.1, 0.3}, {-0.1, 1, 0.1}};
+  return text;
+}
+
+TEST(AssembleStiffness, SingleFourNodeShellFillsTheSkyline) {
+  ModelText text = MakeNodesForAShell();
   text.shells4 = {{{0, 1, 2, 3}, 0, 0}};
   Model model;
-  test::AssembleModel(text, model);
+  AssembleModel(text, model);
   std::array<double, 576> ke{};
   Shell4Stiffness(model.Shell4Elements[0], ke.data());
   ExpectUpperTriangle(model.Stiffness, ke.data(), 24);
 }
 
 TEST(AssembleStiffness, SingleThreeNodeShellFillsTheSkyline) {
-  test::ModelText text;
-  text.materials = {{2e11, 0.3, 0.0}};
-  text.thicknesses = {0.01};
-  text.nodes = {{0, 0, 0}, {1.1, 0.1, 0.2}, {1, 1.1, 0.3}};
+  ModelText text = MakeNodesForAShell();
+  text.nodes.pop_back();
   text.shells3 = {{{0, 1, 2}, 0, 0}};
   Model model;
-  test::AssembleModel(text, model);
+  AssembleModel(text, model);
   std::array<double, 324> ke{};
   Shell3Stiffness(model.Shell3Elements[0], ke.data());
   ExpectUpperTriangle(model.Stiffness, ke.data(), 18);
 }
 
-// Its third and fourth corner are one node. Of the 6 x 6 terms between the two, those of equal dofs
-// fall on the diagonal, once, and the others on pairs that the corners' own blocks have as well.
+// The third and the fourth corner are the same node. Of the 6 x 6 terms between the two corners,
+// those of equal dofs are added to the diagonal once. The others are added to entries to which the
+// corners' own blocks contribute as well.
 TEST(AssembleStiffness, ShellThatRepeatsANode) {
-  test::ModelText text = MakeMixed();
+  ModelText text = MakeMixed();
   text.shells4[0].nodes = {2, 4, 5, 5};
   Model model;
-  test::AssembleModel(text, model);
+  AssembleModel(text, model);
   const FullMatrix full = FillOut(model.Stiffness);
   for (const auto& row : full) {
     for (const double value : row) ASSERT_TRUE(std::isfinite(value));
@@ -183,87 +189,88 @@ TEST(AssembleStiffness, ShellThatRepeatsANode) {
 }
 
 TEST(AssembleStiffness, SupportsComeAfterTheElements) {
-  test::ModelText text = MakeTubes();
+  ModelText text = MakeTubes();
   text.restraints = {{0, {1, 1, 1, 1, 1, 0}}};
   Model model;
-  test::AssembleModel(text, model);
-  for (std::size_t d = 0; d < 5; ++d) EXPECT_EQ(Entry(model.Stiffness, d, d), 1e20);
-  EXPECT_NE(Entry(model.Stiffness, 5, 5), 1e20);
-  EXPECT_NE(Entry(model.Stiffness, 0, 6), 0.0);  // off the diagonal everything stays
+  AssembleModel(text, model);
+  for (const std::size_t d : {Ux, Uy, Uz, Rx, Ry}) EXPECT_EQ(Entry(model.Stiffness, d, d), 1e20);
+  EXPECT_NE(Entry(model.Stiffness, Rz, Rz), 1e20);
+  // Entries beside the diagonal stay.
+  EXPECT_NE(Entry(model.Stiffness, Equation(0, Ux), Equation(1, Ux)), 0.0);
 }
 
-// The six equations of a node without elements have a zero pivot: 0 / 0 there, without a word.
+// The six equations of a node without elements have zero pivots: 0 / 0, and no message.
 TEST(AssembleStiffness, UnconnectedNodeGivesNonFiniteValues) {
-  test::ModelText text = MakeTubes();
+  ModelText text = MakeTubes();
   text.nodes.push_back({9, 9, 9});
   text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
   Model model;
-  test::SolveModel(text, model);
-  EXPECT_TRUE(std::isnan(model.Displacements[4 * 6]));
-  EXPECT_EQ(model.Displacements[3 * 6], 0.0);
+  SolveModel(text, model);
+  EXPECT_TRUE(std::isnan(model.Displacements[Equation(4, Ux)]));
+  EXPECT_EQ(model.Displacements[Equation(3, Ux)], 0.0);
 }
 
-// The same node held by a support moves by its force over the penalty.
+// A supported node without elements moves by its force divided by the penalty.
 TEST(AssembleStiffness, SupportedNodeWithoutElements) {
-  test::ModelText text;
+  ModelText text;
   text.nodes = {{0, 0, 0}};
   text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
   text.forces = {{0, {1, 2, 3, 4, 5, 6}}};
   Model model;
-  test::SolveModel(text, model);
+  SolveModel(text, model);
   for (std::size_t d = 0; d < 6; ++d) {
     EXPECT_DOUBLE_EQ(model.Displacements[d], static_cast<double>(d + 1) / 1e20);
   }
 }
 
 TEST(AssembleStiffness, WithoutLoadsNothingMoves) {
-  test::ModelText text = MakeTubes();
+  ModelText text = MakeTubes();
   text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
   Model model;
-  test::SolveModel(text, model);
+  SolveModel(text, model);
   for (const double u : model.Displacements) EXPECT_EQ(u, 0.0);
 }
 
-// A tube held nowhere. Along the axis, a - (-1) x (-a) leaves a pivot of exactly zero.
+// A tube without supports. Along its axis the pivot a - (-1) x (-a) is exactly zero.
 TEST(AssembleStiffness, FreeStructureGivesNonFiniteValues) {
-  test::ModelText text = MakeTubes();
+  ModelText text = MakeTubes();
   text.nodes.resize(2);
   text.beams.resize(1);
-  text.forces = {{1, {1, 0, 0, 0, 0, 0}}};
+  text.forces = {{1, SingleLoad(Fx, 1.0)}};
   Model model;
-  test::SolveModel(text, model);
-  EXPECT_FALSE(std::isfinite(model.Displacements[0]));
-  EXPECT_FALSE(std::isfinite(model.Displacements[6]));
+  SolveModel(text, model);
+  EXPECT_FALSE(std::isfinite(model.Displacements[Equation(0, Ux)]));
+  EXPECT_FALSE(std::isfinite(model.Displacements[Equation(1, Ux)]));
 }
 
 // One free node, no elements: every pivot is zero.
 TEST(AssembleStiffness, FreeNodeGivesNonFiniteValues) {
-  test::ModelText text;
+  ModelText text;
   text.nodes = {{0, 0, 0}};
-  text.forces = {{0, {1, 0, 0, 0, 0, 0}}};
+  text.forces = {{0, SingleLoad(Fx, 1.0)}};
   Model model;
-  test::SolveModel(text, model);
-  EXPECT_TRUE(std::isinf(model.Displacements[0]));
-  EXPECT_TRUE(std::isnan(model.Displacements[1]));
+  SolveModel(text, model);
+  EXPECT_TRUE(std::isinf(model.Displacements[Ux]));
+  EXPECT_TRUE(std::isnan(model.Displacements[Uy]));
 }
 
-// A beam from a node to itself: its pairs of equal dofs fall on the diagonal. Its length is zero,
-// so the values are NaN, but the run goes on.
+// A beam from a node to itself: its pairs of equal dofs are added to the diagonal. Its length is
+// zero, so the values are NaN, but the run goes on.
 TEST(AssembleStiffness, BeamThatRepeatsItsNode) {
-  test::ModelText text = MakeTubes();
+  ModelText text = MakeTubes();
   text.beams[2].node1 = 2;
   Model model;
-  test::AssembleModel(text, model);
-  EXPECT_TRUE(std::isnan(Entry(model.Stiffness, 12, 12)));
+  AssembleModel(text, model);
+  EXPECT_TRUE(std::isnan(Entry(model.Stiffness, Equation(2, Ux), Equation(2, Ux))));
 }
 
 TEST(AssembleStiffness, UnknownSectionTypeIsComputedAllTheSame) {
-  test::ModelText text = MakeTubes();
-  text.beams[2].BeamSecType = 3;
+  ModelText text = MakeTubes();
+  text.beams[2].BeamSecType = 3;  // has no section table
   Model model;
-  test::AssembleModel(text, model);
-  EXPECT_TRUE(std::isnan(Entry(model.Stiffness, 18, 18)));
+  AssembleModel(text, model);
+  EXPECT_TRUE(std::isnan(Entry(model.Stiffness, Equation(3, Ux), Equation(3, Ux))));
 }
 
 }  // namespace
-}  // namespace korvex
+}  // namespace korvex::test

@@ -1,5 +1,5 @@
-// The load vector: nodal forces, pressures, line loads, their sums and the order in which they are
-// added, references that lead nowhere.
+// The load vector: nodal forces, pressures, line loads, the order of their sum, and references to
+// nodes and elements that do not exist.
 #include "system/load_vector.h"
 
 #include <gtest/gtest.h>
@@ -10,9 +10,11 @@
 #include "beam/beam_line_load.h"
 #include "report/stop.h"
 #include "shell/shell_loads.h"
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
+#include "support/model_text.h"
 
-namespace korvex {
+namespace korvex::test {
 namespace {
 
 // Two nodes and a beam along X, orientation Z, of length 2.
@@ -59,9 +61,13 @@ TEST(LoadVector, LoadListedTwiceIsAppliedTwice) {
   Model model = MakeModel();
   AddLoad(model, {0, {3.0, 3.0}});
   AddLoad(model, {0, {3.0, 3.0}});
-  AddForce(model, {0, {0, 0, 0.5, 0, 0, 0}});
+  AddForce(model, {0, SingleLoad(Fz, 0.5)});
   AssembleLoadVector(model);
-  const std::vector<double> expected{0, 0, 6.5, 0, -2, 0, 0, 0, 6, 0, 2, 0};
+  std::vector<double> expected(12, 0.0);
+  expected[Equation(0, Fz)] = 3.0 + 3.0 + 0.5;
+  expected[Equation(0, My)] = -1.0 - 1.0;
+  expected[Equation(1, Fz)] = 3.0 + 3.0;
+  expected[Equation(1, My)] = 1.0 + 1.0;
   for (std::size_t i = 0; i < 12; ++i) EXPECT_NEAR(model.LoadVector[i], expected[i], 1e-14) << i;
 }
 
@@ -82,8 +88,8 @@ void AddElement(const Model& model, const std::int32_t (&nodes)[N],
   SetGeometry(elements.back(), coordinates.data(), static_cast<std::int32_t>(N), 1.0, 0.0, 1.0);
 }
 
-// Two squares of side 6 and, on their right, another one of two triangles, in the plane z = 0,
-// facing up; and a beam of the same length.
+// Two squares of side 6 and, on their right, a third square of two triangles, in the plane z = 0
+// with normals along Z; and a beam of the same length.
 //   4---5---6---7
 //   | 0 | 1 |1/0|    Triangle 0 is 2-3-7, triangle 1 is 2-7-6.
 //   0---1---2---3
@@ -118,9 +124,10 @@ void AddLoad3(Model& model, const ShellSurfaceLoad& load) {
   ++model.Tables.NDL_S_3ND;
 }
 
-// The square of 36 under 2 puts 18 on each of nodes 1, 2, 6, 5. Triangle 0 of 18 under 3 puts 18 on
-// each of 2, 3, 7; triangle 1 under -1 puts -6 on each of 2, 7, 6. Gauss abscissas of ten digits
-// leave the square's shares off by some 1e-10 of them.
+// The square, of area 36, under the pressure 2 gives 18 to each of its nodes 1, 2, 6, 5. Triangle
+// 0, of area 18, under 3 gives 18 to each of 2, 3, 7. Triangle 1 under -1 gives -6 to each of 2,
+// 7, 6. The Gauss abscissas have ten digits, so that the square's shares have errors of about
+// 1e-10.
 TEST(LoadVector, PressuresActAtTheNodesOfTheirElements) {
   Model model = MakePlates();
   AddLoad4(model, {1, {2, 2, 2}});
@@ -129,7 +136,7 @@ TEST(LoadVector, PressuresActAtTheNodesOfTheirElements) {
   AssembleLoadVector(model);
   const std::array<double, 8> expected{0, 18, 30, 18, 0, 18, 12, 12};
   for (std::size_t i = 0; i < 48; ++i) {
-    EXPECT_NEAR(model.LoadVector[i], i % 6 == 2 ? expected[i / 6] : 0.0, 1e-8) << i;
+    EXPECT_NEAR(model.LoadVector[i], i % 6 == Fz ? expected[i / 6] : 0.0, 1e-8) << i;
   }
 }
 
@@ -141,54 +148,72 @@ TEST(LoadVector, PressureListedTwiceIsAppliedTwice) {
       AddLoad3(model, {0, {1, 1, 1}});
     }
     AssembleLoadVector(model);
-    EXPECT_NEAR(model.LoadVector[0 * 6 + 2], 36.0 * times, 1e-8);
-    EXPECT_NEAR(model.LoadVector[3 * 6 + 2], 6.0 * times, 1e-8);
+    EXPECT_NEAR(model.LoadVector[Equation(0, Fz)], 36.0 * times, 1e-8);
+    EXPECT_NEAR(model.LoadVector[Equation(3, Fz)], 6.0 * times, 1e-8);
   }
 }
 
 // Adds `count` dofs of fe at the element's nodes.
 void AddAt(const std::int32_t* nodes, const double* fe, std::size_t count, std::vector<double>& F) {
   for (std::size_t i = 0; i < count; ++i) {
-    F[static_cast<std::size_t>(nodes[i / 6]) * 6 + i % 6] += fe[i];
+    F[Equation(nodes[i / 6], i % 6)] += fe[i];
   }
 }
 
-// Adds all loads of one kind: 0 forces, 1 on quadrilaterals, 2 on triangles, 3 on the beam. Each
-// through its element routine, which the tests of the elements judge.
-void AddKind(const Model& model, int kind, std::vector<double>& F) {
-  std::array<double, 24> fe{};
-  if (kind == 0) {
-    for (const NodalForce& force : model.Tables.NodalForces) {
-      AddAt(&force.node, force.components.data(), 6, F);
-    }
-  } else if (kind == 1) {
-    for (const ShellSurfaceLoad& load : model.Tables.Shell4SurfaceLoads) {
-      const auto e = static_cast<std::size_t>(load.element);
-      Shell4LoadVector(model.Shell4Elements[e], load, fe.data());
-      AddAt(&model.Tables.Shell4Nodes[4 * e], fe.data(), 24, F);
-    }
-  } else if (kind == 2) {
-    for (const ShellSurfaceLoad& load : model.Tables.Shell3SurfaceLoads) {
-      const auto e = static_cast<std::size_t>(load.element);
-      Shell3LoadVector(model.Shell3Elements[e], load, fe.data());
-      AddAt(&model.Tables.Shell3Nodes[3 * e], fe.data(), 18, F);
-    }
-  } else {
-    for (const BeamLineLoad& load : model.Tables.BeamLineLoads) {
-      BeamLineLoadVector(model.BeamElements[0], load, fe.data());
-      AddAt(model.Tables.BeamNodes.data(), fe.data(), 12, F);
-    }
+// Adds the loads on shells of one kind.
+template <std::size_t Nodes, typename Element>
+void AddShellLoads(const ZeroedTable<ShellSurfaceLoad>& loads, const std::vector<Element>& elements,
+                   const std::vector<std::int32_t>& connectivity,
+                   void (*loadVector)(const Element&, const ShellSurfaceLoad&, double*),
+                   std::vector<double>& F) {
+  std::array<double, 6 * Nodes> fe{};
+  for (const ShellSurfaceLoad& load : loads) {
+    const auto e = static_cast<std::size_t>(load.element);
+    loadVector(elements[e], load, fe.data());
+    AddAt(&connectivity[Nodes * e], fe.data(), fe.size(), F);
   }
 }
 
-std::vector<double> AddUp(const Model& model, const std::array<int, 4>& kinds) {
+// The kinds of loads, in the order in which they are to be added.
+enum class LoadKind { Forces, OnQuads, OnTriangles, OnBeams };
+using LoadOrder = std::array<LoadKind, 4>;
+constexpr LoadOrder InOrder{LoadKind::Forces, LoadKind::OnQuads, LoadKind::OnTriangles,
+                            LoadKind::OnBeams};
+
+// Adds all loads of one kind, each by its element's load routine, which has tests of its own.
+void AddKind(const Model& model, LoadKind kind, std::vector<double>& F) {
+  const ModelTables& tables = model.Tables;
+  switch (kind) {
+    case LoadKind::Forces:
+      for (const NodalForce& force : tables.NodalForces) {
+        AddAt(&force.node, force.components.data(), 6, F);
+      }
+      break;
+    case LoadKind::OnQuads:
+      AddShellLoads<4>(tables.Shell4SurfaceLoads, model.Shell4Elements, tables.Shell4Nodes,
+                       Shell4LoadVector, F);
+      break;
+    case LoadKind::OnTriangles:
+      AddShellLoads<3>(tables.Shell3SurfaceLoads, model.Shell3Elements, tables.Shell3Nodes,
+                       Shell3LoadVector, F);
+      break;
+    case LoadKind::OnBeams:
+      for (const BeamLineLoad& load : tables.BeamLineLoads) {
+        std::array<double, 12> fe{};
+        BeamLineLoadVector(model.BeamElements[0], load, fe.data());
+        AddAt(tables.BeamNodes.data(), fe.data(), 12, F);
+      }
+  }
+}
+
+std::vector<double> AddUp(const Model& model, const LoadOrder& order) {
   std::vector<double> F(48, 0.0);
-  for (const int kind : kinds) AddKind(model, kind, F);
+  for (const LoadKind kind : order) AddKind(model, kind, F);
   return F;
 }
 
-// Twenty loads of each kind or more, their numbers between -1/6 and 1/6: thirds, so that no sum is
-// exact. All kinds meet at node 2.
+// Twenty or more loads of each kind. Their values are random numbers between -1/6 and 1/6, divided
+// by three so that no sum is exact. Loads of all kinds act at node 2.
 Model MakeLoadedPlates(unsigned seed) {
   Model model = MakePlates();
   std::mt19937 random(seed);
@@ -203,22 +228,23 @@ Model MakeLoadedPlates(unsigned seed) {
   return model;
 }
 
-// Rounding tells the order: each other order makes other bits, if not in every model.
+// The rounding errors depend on the order: every other order gives other bits, at least in some of
+// the models.
 TEST(LoadVector, LoadsAreAddedKindByKind) {
-  std::array<int, 4> kinds{0, 1, 2, 3};
+  LoadOrder order = InOrder;
   do {
     int same = 0;
     for (unsigned seed = 1; seed <= 10; ++seed) {
       Model model = MakeLoadedPlates(seed);
       AssembleLoadVector(model);
-      if (model.LoadVector == AddUp(model, kinds)) ++same;
+      if (model.LoadVector == AddUp(model, order)) ++same;
     }
-    if (std::is_sorted(kinds.begin(), kinds.end())) {
+    if (order == InOrder) {
       EXPECT_EQ(same, 10);
     } else {
-      EXPECT_LT(same, 10) << testing::PrintToString(kinds);
+      EXPECT_LT(same, 10) << testing::PrintToString(order);
     }
-  } while (std::next_permutation(kinds.begin(), kinds.end()));
+  } while (std::next_permutation(order.begin(), order.end()));
 }
 
 TEST(LoadVector, LoadsOfAKindAreAddedInTableOrder) {
@@ -226,14 +252,14 @@ TEST(LoadVector, LoadsOfAKindAreAddedInTableOrder) {
   for (unsigned seed = 1; seed <= 10; ++seed) {
     Model model = MakeLoadedPlates(seed);
     AssembleLoadVector(model);
-    EXPECT_EQ(model.LoadVector, AddUp(model, {0, 1, 2, 3}));
+    EXPECT_EQ(model.LoadVector, AddUp(model, InOrder));
     Model reversed4 = model, reversed3 = model;
     std::reverse(reversed4.Tables.Shell4SurfaceLoads.begin(),
                  reversed4.Tables.Shell4SurfaceLoads.end());
     std::reverse(reversed3.Tables.Shell3SurfaceLoads.begin(),
                  reversed3.Tables.Shell3SurfaceLoads.end());
-    if (model.LoadVector == AddUp(reversed4, {0, 1, 2, 3})) ++same4;
-    if (model.LoadVector == AddUp(reversed3, {0, 1, 2, 3})) ++same3;
+    if (model.LoadVector == AddUp(reversed4, InOrder)) ++same4;
+    if (model.LoadVector == AddUp(reversed3, InOrder)) ++same3;
   }
   EXPECT_LT(same4, 10);
   EXPECT_LT(same3, 10);
@@ -241,78 +267,82 @@ TEST(LoadVector, LoadsOfAKindAreAddedInTableOrder) {
 
 TEST(LoadVector, AssemblingAgainStartsFromZero) {
   Model model = MakeModel();
-  AddForce(model, {1, {1, 0, 0, 0, 0, 0}});
+  AddForce(model, {1, SingleLoad(Fx, 1.0)});
   AssembleLoadVector(model);
   AssembleLoadVector(model);
-  EXPECT_EQ(model.LoadVector[6], 1.0);
+  EXPECT_EQ(model.LoadVector[Equation(1, Fx)], 1.0);
 }
 
 TEST(LoadVector, ForceOnAMissingNodeStops) {
   for (const std::int32_t node : {-1, 2}) {
     Model model = MakeModel();
     AddForce(model, {node, {}});
-    test::ExpectStop(
-        [&] { AssembleLoadVector(model); },
-        "Force 0 refers to node " + std::to_string(node) + "; there are 2 nodal points.");
+    ExpectStop([&] { AssembleLoadVector(model); },
+               "Force 0 refers to node " + std::to_string(node) + "; there are 2 nodal points.");
   }
+}
+
+// A kind of shells: how a test loads them and takes some of them away, and their name in messages.
+struct ShellKind {
+  void (*addLoad)(Model& model, const ShellSurfaceLoad& load);
+  void (*keepElements)(Model& model, std::size_t count);
+  std::string name;
+};
+
+const ShellKind ShellKinds[]{
+    {AddLoad4, [](Model& model, std::size_t count) { model.Shell4Elements.resize(count); },
+     "four-node shell elements"},
+    {AddLoad3, [](Model& model, std::size_t count) { model.Shell3Elements.resize(count); },
+     "three-node shell elements"}};
+
+// Expects the stop of load number `load` of a kind, on the missing element `element`.
+void ExpectMissingShell(Model& model, const ShellKind& kind, int load, int element, int existing) {
+  ExpectStop([&] { AssembleLoadVector(model); },
+             "Distributed load on " + kind.name + " " + std::to_string(load) +
+                 " refers to element " + std::to_string(element) + "; there are " +
+                 std::to_string(existing) + " " + kind.name + ".");
 }
 
 TEST(LoadVector, LoadOnAMissingShellStops) {
-  Model model = MakeModel();
-  model.Tables.Shell4SurfaceLoads = {{7, {1, 2, 3}}};
-  test::ExpectStop([&] { AssembleLoadVector(model); },
-                   "Distributed load on four-node shell elements 0 refers to element 7; "
-                   "there are 0 four-node shell elements.");
-  model.Tables.Shell4SurfaceLoads.clear();
-  model.Tables.Shell3SurfaceLoads = {{0, {1, 2, 3}}};
-  test::ExpectStop([&] { AssembleLoadVector(model); },
-                   "Distributed load on three-node shell elements 0 refers to element 0; "
-                   "there are 0 three-node shell elements.");
-}
-
-// With elements of both kinds at hand: one past the last, and one before the first.
-TEST(LoadVector, LoadBesideTheShellTablesStops) {
-  for (const std::int32_t element : {-1, 2}) {
-    const std::string number = std::to_string(element);
-    Model quads = MakePlates();
-    AddLoad4(quads, {1, {1, 2, 3}});
-    AddLoad4(quads, {element, {1, 2, 3}});
-    test::ExpectStop([&] { AssembleLoadVector(quads); },
-                     "Distributed load on four-node shell elements 1 refers to element " + number +
-                         "; there are 2 four-node shell elements.");
-    Model triangles = MakePlates();
-    AddLoad3(triangles, {1, {1, 2, 3}});
-    AddLoad3(triangles, {element, {1, 2, 3}});
-    test::ExpectStop([&] { AssembleLoadVector(triangles); },
-                     "Distributed load on three-node shell elements 1 refers to element " + number +
-                         "; there are 2 three-node shell elements.");
+  for (const ShellKind& kind : ShellKinds) {
+    for (const int element : {0, 7}) {
+      Model model = MakeModel();
+      kind.addLoad(model, {element, {1, 2, 3}});
+      ExpectMissingShell(model, kind, 0, element, 0);
+    }
   }
 }
 
-// One element of the kind and two of the other.
+// There are elements of both kinds. The references are one past the last and one before the first.
+TEST(LoadVector, LoadBesideTheShellTablesStops) {
+  for (const ShellKind& kind : ShellKinds) {
+    for (const int element : {-1, 2}) {
+      Model model = MakePlates();
+      kind.addLoad(model, {1, {1, 2, 3}});
+      kind.addLoad(model, {element, {1, 2, 3}});
+      ExpectMissingShell(model, kind, 1, element, 2);
+    }
+  }
+}
+
+// There is one element of the kind and two of the other.
 TEST(LoadVector, ATableOfTheOtherKindDoesNotHelp) {
-  Model quads = MakePlates();
-  quads.Shell4Elements.resize(1);
-  AddLoad4(quads, {1, {1, 2, 3}});
-  test::ExpectStop([&] { AssembleLoadVector(quads); },
-                   "Distributed load on four-node shell elements 0 refers to element 1; "
-                   "there are 1 four-node shell elements.");
-  Model triangles = MakePlates();
-  triangles.Shell3Elements.resize(1);
-  AddLoad3(triangles, {1, {1, 2, 3}});
-  test::ExpectStop([&] { AssembleLoadVector(triangles); },
-                   "Distributed load on three-node shell elements 0 refers to element 1; "
-                   "there are 1 three-node shell elements.");
+  for (const ShellKind& kind : ShellKinds) {
+    Model model = MakePlates();
+    kind.keepElements(model, 1);
+    kind.addLoad(model, {1, {1, 2, 3}});
+    ExpectMissingShell(model, kind, 0, 1, 1);
+  }
 }
 
 TEST(LoadVector, LoadOnAMissingBeamStops) {
   Model model = MakeModel();
   AddLoad(model, {0, {}});
   AddLoad(model, {1, {}});
-  test::ExpectStop([&] { AssembleLoadVector(model); },
-                   "Distributed load on beam elements 1 refers to element 1; "
-                   "there are 1 beam elements.");
+  ExpectStop([&] { AssembleLoadVector(model); },
+             "Distributed load on beam elements 1 refers to element 1; "
+             "there are 1 beam elements.");
 }
 
 }  // namespace
-}  // namespace korvex
+}  // namespace korvex::test

@@ -6,7 +6,9 @@
 #include <cmath>
 #include <numeric>
 
-namespace korvex {
+#include "support/dof_names.h"
+
+namespace korvex::test {
 namespace {
 
 // A model of `nodes` nodes without coordinates: the profile needs the connectivity alone.
@@ -32,6 +34,7 @@ TEST(Profile, DofListRunsNodeByNode) {
   const std::array<std::int32_t, 2> nodes{3, 1};
   std::array<std::int32_t, 12> g{};
   BuildDofList(nodes.data(), 2, g.data());
+  // 6 x 3 = 18 and 6 x 1 = 6 are the first equations of the two nodes.
   EXPECT_EQ(g, (std::array<std::int32_t, 12>{18, 19, 20, 21, 22, 23, 6, 7, 8, 9, 10, 11}));
 }
 
@@ -42,7 +45,7 @@ TEST(Profile, OneNodeWithoutElements) {
   EXPECT_EQ(model.Stiffness.SkylineSize, 6);
 }
 
-// 8 bytes / 2^30. The sixteen digits 7.450580596923828e-9 lead to the same double.
+// 8 bytes / 2^30. The decimal 7.450580596923828e-9 is the same double.
 TEST(Profile, AnEntryIsTwoToTheMinusTwentySeventhOfAGigabyte) {
   EXPECT_EQ(EstimateOf(1), std::ldexp(1.0, -27));
   EXPECT_EQ(EstimateOf(1), 7.450580596923828e-9);
@@ -82,19 +85,21 @@ TEST(Profile, ElementsWithoutCommonNodesAreIndependentBlocks) {
   Build(model);
   const std::int64_t block = 12 * 13 / 2;
   EXPECT_EQ(model.Stiffness.SkylineSize, 2 * block + 6);
-  for (std::size_t j = 12; j < 18; ++j) EXPECT_EQ(model.Stiffness.ColumnHeights[j], 1);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 1);
+  for (const std::size_t d : {Ux, Uy, Uz, Rx, Ry, Rz}) {
+    EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(2, d)], 1);
+  }
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(3, Ux)], 1);
 }
 
-// The column reaches up to the lowest dof of all elements at its node.
+// A column begins at the first dof of the lowest node that shares an element with its node.
 TEST(Profile, ColumnsReachTheLowestNeighbour) {
   Model model = MakeModel(4);
   model.Tables.NELEM_B = 2;
   model.Tables.BeamNodes = {0, 3, 2, 3};
   Build(model);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 19);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[23], 24);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[12], 1);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(3, Ux)], 19);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(3, Rz)], 24);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(2, Ux)], 1);
 }
 
 // A quadrilateral 0-1-2-3, a triangle 3-2-4 on its edge and a beam 1-5. Nodes 0 to 3 reach back to
@@ -106,9 +111,9 @@ TEST(Profile, KindsOfElementsRaiseTheSameColumns) {
   model.Tables.Shell3Nodes = {3, 2, 4};
   model.Tables.BeamNodes = {1, 5};
   Build(model);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[18], 19);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[24], 13);
-  EXPECT_EQ(model.Stiffness.ColumnHeights[30], 25);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(3, Ux)], 19);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(4, Ux)], 13);
+  EXPECT_EQ(model.Stiffness.ColumnHeights[Equation(5, Ux)], 25);
   EXPECT_EQ(model.Stiffness.SkylineSize, 558);
 }
 
@@ -130,4 +135,4 @@ TEST(Profile, NoNodesNoColumns) {
 }
 
 }  // namespace
-}  // namespace korvex
+}  // namespace korvex::test

@@ -1,4 +1,4 @@
-// Supports: what they assign, what they leave, and which flags count.
+// Supports: the penalty on the diagonal, all other entries unchanged, and which flags fix a dof.
 #include "system/supports.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 namespace korvex {
 namespace {
 
-// One node whose six columns are full, all stored values 7.
+// One node with full columns: all stored stiffnesses are 7, all loads 9.
 Model MakeModel() {
   Model model;
   model.Tables.NPOIN = 1;
@@ -27,7 +27,7 @@ void AddRestraint(Model& model, const NodalRestraint& restraint) {
   ++model.Tables.NRN;
 }
 
-// The diagonal of the six columns, and a check that nothing else has changed.
+// Returns the diagonal of the six columns and checks that nothing else has changed.
 std::vector<double> Diagonal(const Model& model) {
   std::vector<double> diagonal;
   std::vector<double> rest = model.Stiffness.Values;
@@ -75,7 +75,7 @@ TEST(Supports, FixingAMissingNodeStops) {
                    "Restraint 0 refers to node 5; there are 1 nodal points.");
 }
 
-// A row that fixes nothing never uses its node.
+// The node of a row that fixes nothing is never used.
 TEST(Supports, RestraintWithoutAFixedDofIsNotLookedAt) {
   Model model = MakeModel();
   AddRestraint(model, {{0, 2, 0, 0, 0, 0}, 5});
