@@ -1,10 +1,12 @@
-// The stiffness of the two shell elements as wholes: how the parts come together, zero-energy
-// modes, rigid motions, rotations in space, warp.
+// The stiffness of the two shell elements: what their in-plane and bending parts have in common,
+// how the parts come together, zero-energy modes, rigid motions, rotations in space, warp.
 #include "shell/shell_stiffness.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "shell/quad_membrane.h"
@@ -45,9 +47,166 @@ Part MakePart(const test::PlaneShape<Nodes>& shape) {
   part.E = test::ShapeE;
   part.Mu = test::ShapeMu;
   part.TK = test::ShapeTK;
+  part.K.fill(-7.0);  // nothing that was there may remain
   part.Stiffness();
   return part;
 }
+
+// ---- The four parts -----------------------------------------------------------------------------
+
+// Dofs per node of an in-plane part: u, v and the drilling rotation; of a bending part: w, rx, ry.
+constexpr std::size_t PartDofsPerNode = 3;
+constexpr std::size_t Drilling = 2;
+
+template <typename Part>
+constexpr std::size_t NodesOf = std::tuple_size<decltype(Part::x)>::value;
+
+template <typename Part>
+constexpr std::size_t DofsOf = PartDofsPerNode* NodesOf<Part>;
+
+// The shapes of the part's element.
+template <typename Part>
+auto AllShapesOf() {
+  if constexpr (NodesOf<Part> == 4) {
+    return test::AllQuads();
+  } else {
+    return test::AllTriangles();
+  }
+}
+
+// A shape without symmetry.
+template <typename Part>
+auto UnevenShapeOf() {
+  if constexpr (NodesOf<Part> == 4) {
+    return test::DistortedQuad;
+  } else {
+    return test::ScaleneTriangle;
+  }
+}
+
+struct NamePart {
+  template <typename Part>
+  static std::string GetName(int) {
+    if (std::is_same<Part, QuadMembrane>::value) return "QuadMembrane";
+    if (std::is_same<Part, QuadPlate>::value) return "QuadPlate";
+    if (std::is_same<Part, TriMembrane>::value) return "TriMembrane";
+    return "TriPlate";
+  }
+};
+
+template <typename Part>
+class ShellPart : public testing::Test {};
+
+using AllParts = testing::Types<QuadMembrane, QuadPlate, TriMembrane, TriPlate>;
+TYPED_TEST_SUITE(ShellPart, AllParts, NamePart);
+
+TYPED_TEST(ShellPart, SymmetricToRounding) {
+  constexpr std::size_t n = DofsOf<TypeParam>;
+  const auto K = MakePart<TypeParam>(UnevenShapeOf<TypeParam>()).K;
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < i; ++j)
+      EXPECT_NEAR(K[n * i + j], K[n * j + i], 1e-15 * test::LargestEntry(K));
+  }
+}
+
+// In the plane two translations and the rotation; across it the deflection and two rotations. The
+// fourth eigenvalue is small where an element is slender: least of all in the in-plane part of
+// quadrilaterals, most in the bending part of triangles.
+TYPED_TEST(ShellPart, ThreeZeroEnergyModes) {
+  double smallest = 1e-4;
+  if (std::is_same<TypeParam, QuadMembrane>::value) smallest = 1e-3;
+  if (std::is_same<TypeParam, TriPlate>::value) smallest = 1e-5;
+  for (const auto& named : AllShapesOf<TypeParam>()) {
+    const auto K = MakePart<TypeParam>(named.shape).K;
+    const auto eigenvalues = test::SymmetricEigenvalues({K.begin(), K.end()}, DofsOf<TypeParam>);
+    EXPECT_LT(std::fabs(eigenvalues[0]), 1e-13 * eigenvalues.back()) << named;  // rounding
+    EXPECT_LT(std::fabs(eigenvalues[2]), 1e-13 * eigenvalues.back()) << named;
+    EXPECT_GT(eigenvalues[3], smallest * eigenvalues.back()) << named;
+  }
+}
+
+// ---- The two in-plane parts ---------------------------------------------------------------------
+
+template <typename Membrane>
+std::vector<double> MembraneOf(Membrane membrane) {
+  constexpr std::size_t n = 2 * NodesOf<Membrane>;  // u, v per node
+  std::vector<double> K(n * n, -7.0);
+  membrane.MembraneStiffness(K.data());
+  return K;
+}
+
+template <typename Membrane>
+std::vector<double> DrillingOf(Membrane membrane) {
+  std::vector<double> K(DofsOf<Membrane> * DofsOf<Membrane>, -7.0);
+  membrane.DrillingStiffness(K.data());
+  return K;
+}
+
+template <typename Membrane>
+class ShellMembrane : public testing::Test {};
+
+using BothMembranes = testing::Types<QuadMembrane, TriMembrane>;
+TYPED_TEST_SUITE(ShellMembrane, BothMembranes, NamePart);
+
+TYPED_TEST(ShellMembrane, RigidRotationWithItsDrillingNeedsNoForce) {
+  constexpr std::size_t n = DofsOf<TypeParam>;
+  const double theta = 0.125;
+  for (const auto& named : AllShapesOf<TypeParam>()) {
+    const auto membrane = MakePart<TypeParam>(named.shape);
+    const auto K = DrillingOf(membrane);
+    for (std::size_t i = 0; i < n; ++i) {
+      double force = 0.0, size = 0.0;
+      for (std::size_t k = 0; k < NodesOf<TypeParam>; ++k) {
+        const std::array<double, 3> d{-theta * membrane.y[k], theta * membrane.x[k], theta};
+        for (std::size_t j = 0; j < 3; ++j) {
+          const double term = K[n * i + PartDofsPerNode * k + j] * d[j];
+          force += term;
+          size += std::fabs(term);
+        }
+      }
+      EXPECT_NEAR(force, 0.0, 1e-14 * size) << named << " dof " << i;  // rounding of the terms
+    }
+  }
+}
+
+// Doubling is exact in binary.
+TYPED_TEST(ShellMembrane, GrowsLinearlyWithTheThickness) {
+  auto membrane = MakePart<TypeParam>(UnevenShapeOf<TypeParam>());
+  const auto once = membrane.K;
+  membrane.TK *= 2.0;
+  membrane.Stiffness();
+  for (std::size_t i = 0; i < once.size(); ++i) EXPECT_EQ(membrane.K[i], 2.0 * once[i]) << i;
+}
+
+// The penalty alone holds a node against drilling where only shells meet.
+TYPED_TEST(ShellMembrane, StiffnessIsTheMembranePlusTheDrillingPenalty) {
+  constexpr std::size_t nodes = NodesOf<TypeParam>, n = DofsOf<TypeParam>;
+  const auto membrane = MakePart<TypeParam>(UnevenShapeOf<TypeParam>());
+  const auto penalty = DrillingOf(membrane);
+  const auto plane = MembraneOf(membrane);
+  for (std::size_t i = 0; i < n; ++i) {
+    for (std::size_t j = 0; j < n; ++j) {
+      const std::size_t nodeI = i / 3, dofI = i % 3, nodeJ = j / 3, dofJ = j % 3;
+      const bool both = dofI != Drilling && dofJ != Drilling;
+      const double membranePart =
+          both ? plane[2 * nodes * (2 * nodeI + dofI) + 2 * nodeJ + dofJ] : 0.0;
+      EXPECT_EQ(membrane.K[n * i + j], penalty[n * i + j] + membranePart) << i << ' ' << j;
+    }
+  }
+  for (std::size_t k = 0; k < nodes; ++k) {
+    const std::size_t drilling = 3 * k + Drilling;
+    EXPECT_GT(membrane.K[n * drilling + drilling], 0.0) << k;
+  }
+}
+
+// All nodes on a line.
+TYPED_TEST(ShellMembrane, ElementWithoutAreaIsNotFinite) {
+  test::PlaneShape<NodesOf<TypeParam>> line{};
+  for (std::size_t k = 0; k < line.size(); ++k) line[k] = {static_cast<double>(k), 0.0};
+  EXPECT_FALSE(std::isfinite(MakePart<TypeParam>(line).K[0]));
+}
+
+// ---- The two elements ---------------------------------------------------------------------------
 
 // A shape in the global X-Y plane has the global axes as its own, so that the parts' matrices stand
 // in the element's as they are: u, v, drilling at 0, 1, 5 and w, rx, ry at 2, 3, 4 of each node.
