@@ -8,6 +8,7 @@
 
 #include <cmath>
 
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -33,6 +34,8 @@ void FixJ(ModelText& model, int n, int row, const std::array<int, 6>& fixed) {
   for (int i = 0; i <= n; ++i) model.restraints.push_back({GridNode(n, i, row), fixed});
 }
 
+// ux, uy, uz, rx, ry, rz. A plane of symmetry holds the translation across it and the rotations
+// about the two axes in it.
 constexpr std::array<int, 6> Diaphragm{1, 0, 1, 0, 0, 0};
 constexpr std::array<int, 6> MirrorX{1, 0, 0, 0, 1, 1};
 constexpr std::array<int, 6> MirrorY{0, 1, 0, 1, 0, 1};
@@ -68,7 +71,7 @@ double DeflectRoof(Cells cells, int n) {
   }
   Model model;
   SolveModel(text, model);
-  return -NodeDisplacements(model, GridNode(n, n, n))[2];
+  return -NodeDisplacements(model, GridNode(n, n, n))[Uz];
 }
 
 // An eighth of the cylinder under two opposite unit forces: diaphragm at y = 0, middle at y = L/2,
@@ -85,7 +88,7 @@ double DeflectCylinder(Cells cells, int n) {
   text.forces = {{loaded, {0.0, 0.0, -0.25, 0.0, 0.0, 0.0}}};
   Model model;
   SolveModel(text, model);
-  return -NodeDisplacements(model, loaded)[2];
+  return -NodeDisplacements(model, loaded)[Uz];
 }
 
 // One row: u / reference on meshes of 4, 8, 16 and 32 cells a side, as pinned and as published.

@@ -13,6 +13,7 @@
 
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -105,8 +106,8 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
     for (const auto& p : nodes) {
       const auto v = field(p[0], p[1]);
       for (std::size_t d = 0; d < 3; ++d) {
-        translation = std::max(translation, std::fabs(v[d]));
-        rotation = std::max(rotation, std::fabs(v[d + 3]));
+        translation = std::max(translation, std::fabs(v[Ux + d]));
+        rotation = std::max(rotation, std::fabs(v[Rx + d]));
       }
     }
     // Without rotations in the field, those of a strain of the same size.
@@ -116,7 +117,7 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
       const auto expected = PutSix(std::get<1>(GetParam()), field(p[0], p[1]));
       const auto computed = NodeDisplacements(model, node);
       for (std::size_t d = 0; d < 6; ++d) {
-        EXPECT_NEAR(computed[d], expected[d], Bound * (d < 3 ? translation : rotation))
+        EXPECT_NEAR(computed[d], expected[d], Bound * (d < Rx ? translation : rotation))
             << "node " << node << " dof " << d;
       }
     }
@@ -126,7 +127,7 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
     const StressVector expected =
         std::get<1>(GetParam()) == Place::InSpace ? TurnStress(local) : local;
     for (std::size_t c = 0; c < 6; ++c) {
-      EXPECT_NEAR(computed[c], expected[c], Bound * std::fabs(local[0])) << "component " << c;
+      EXPECT_NEAR(computed[c], expected[c], Bound * std::fabs(local[SX])) << "component " << c;
     }
   }
 
@@ -206,7 +207,7 @@ double FindMixedBendingError(double t) {
   for (const auto& element : model.Shell3Elements) {
     for (const auto& stress : element.NodeStressTop) compare(stress);
   }
-  return worst / std::fabs(exact[0]);
+  return worst / std::fabs(exact[SX]);
 }
 
 // Quads beside triangles bend exactly only as thin plates. Along an edge of length l a constant
@@ -228,10 +229,10 @@ TEST(MixedBendingPatch, ErrsByTheSquareOfTheThickness) {
 
 // The numbers of the literature, so that the formulas above are not the only witness.
 TEST(ShellPatchNumbers, AreThePublishedOnes) {
-  EXPECT_NEAR(MembraneStress()[0], 1333.0, 0.5);
-  EXPECT_NEAR(MembraneStress()[3], 400.0, 1e-9);
-  EXPECT_NEAR(BendingStress(TK)[0], -0.667, 0.0005);
-  EXPECT_NEAR(BendingStress(TK)[3], -0.200, 1e-12);
+  EXPECT_NEAR(MembraneStress()[SX], 1333.0, 0.5);
+  EXPECT_NEAR(MembraneStress()[TXY], 400.0, 1e-9);
+  EXPECT_NEAR(BendingStress(TK)[SX], -0.667, 0.0005);
+  EXPECT_NEAR(BendingStress(TK)[TXY], -0.200, 1e-12);
 }
 
 }  // namespace

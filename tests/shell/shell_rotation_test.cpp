@@ -12,6 +12,7 @@
 #include "results/average_stresses.h"
 #include "results/corner_stress.h"
 #include "results/shell_stresses.h"
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -103,12 +104,12 @@ void SolveFold(const ModelText& text, Model& model) {
   AverageNodeStresses(model);
 }
 
-// The largest size of a translation (part = 0) or rotation (part = 3).
-double FindLargest(const Model& model, std::size_t part) {
+// The largest size of a translation (first = Ux) or rotation (first = Rx).
+double FindLargest(const Model& model, Dof first) {
   double largest = 0.0;
   for (int node = 0; node < model.Tables.NPOIN; ++node) {
     const auto u = NodeDisplacements(model, node);
-    for (std::size_t d = part; d < part + 3; ++d) largest = std::max(largest, std::fabs(u[d]));
+    for (std::size_t d = first; d < first + 3; ++d) largest = std::max(largest, std::fabs(u[d]));
   }
   return largest;
 }
@@ -124,13 +125,13 @@ TEST(TurnedShells, GiveTurnedDisplacements) {
   Model before, after;
   SolveFold(text, before);
   SolveFold(TurnModel(text), after);
-  for (const std::size_t part : {0U, 3U}) {
-    const double largest = FindLargest(before, part);
+  for (const Dof first : {Ux, Rx}) {
+    const double largest = FindLargest(before, first);
     ASSERT_GT(largest, 1e-6);
     for (int node = 0; node < before.Tables.NPOIN; ++node) {
       const auto expected = TurnSix(NodeDisplacements(before, node));
       const auto computed = NodeDisplacements(after, node);
-      for (std::size_t d = part; d < part + 3; ++d) {
+      for (std::size_t d = first; d < first + 3; ++d) {
         EXPECT_NEAR(computed[d], expected[d], DisplacementBound * largest)
             << "node " << node << " dof " << d;
       }
@@ -208,10 +209,10 @@ std::array<double, 6> SumSupports(const ModelText& text, const Model& model) {
   std::array<double, 6> sum{};
   for (const auto& restraint : text.restraints) {
     const auto u = NodeDisplacements(model, restraint.node);
-    const Point3 force{-SupportPenalty * u[0], -SupportPenalty * u[1], -SupportPenalty * u[2]};
+    const Point3 force{-SupportPenalty * u[Ux], -SupportPenalty * u[Uy], -SupportPenalty * u[Uz]};
     const auto part = At(text.nodes[static_cast<std::size_t>(restraint.node)], force);
     for (std::size_t d = 0; d < 6; ++d) sum[d] += part[d];
-    for (std::size_t d = 3; d < 6; ++d) sum[d] -= SupportPenalty * u[d];
+    for (const Dof d : {Rx, Ry, Rz}) sum[d] -= SupportPenalty * u[d];
   }
   return sum;
 }

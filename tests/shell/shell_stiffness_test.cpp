@@ -13,11 +13,14 @@
 #include "shell/quad_plate.h"
 #include "shell/tri_membrane.h"
 #include "shell/tri_plate.h"
+#include "support/dof_names.h"
 #include "support/shell_shapes.h"
 #include "support/symmetric_eigenvalues.h"
 
 namespace korvex {
 namespace {
+
+using test::Dof, test::Ux, test::Uy, test::Uz, test::Rx, test::Ry, test::Rz;
 
 using Matrix24 = std::array<double, 576>;
 using Matrix18 = std::array<double, 324>;
@@ -209,25 +212,26 @@ TYPED_TEST(ShellMembrane, ElementWithoutAreaIsNotFinite) {
 // ---- The two elements ---------------------------------------------------------------------------
 
 // A shape in the global X-Y plane has the global axes as its own, so that the parts' matrices stand
-// in the element's as they are: u, v, drilling at 0, 1, 5 and w, rx, ry at 2, 3, 4 of each node.
+// in the element's as they are. Nothing couples the two.
 template <typename Membrane, typename Plate, std::size_t Nodes>
 void ExpectPartsInPlace(const test::PlaneShape<Nodes>& shape) {
   const auto element = test::PlaceShape(shape, test::InGlobalPlane);
   const Membrane membrane = MakePart<Membrane>(shape);
   const Plate plate = MakePart<Plate>(shape);
   const auto K = StiffnessOf(element);
-  constexpr std::array<bool, 6> inPlane{true, true, false, false, false, true};
-  constexpr std::array<std::size_t, 6> place{0, 1, 0, 1, 2, 2};
-  for (std::size_t i = 0; i < 6 * Nodes; ++i) {
-    for (std::size_t j = 0; j < 6 * Nodes; ++j) {
-      double expected = 0.0;
-      if (inPlane[i % 6] == inPlane[j % 6]) {
-        const auto& part = inPlane[i % 6] ? membrane.K : plate.K;
-        expected = part[3 * Nodes * (3 * (i / 6) + place[i % 6]) + 3 * (j / 6) + place[j % 6]];
-      }
-      EXPECT_EQ(K[6 * Nodes * i + j], expected) << i << ' ' << j;
+  constexpr std::array<Dof, 3> inPlane{Ux, Uy, Rz}, bending{Uz, Rx, Ry};  // the parts' orders
+  std::array<double, 36 * Nodes * Nodes> expected{};
+  for (std::size_t i = 0; i < 3 * Nodes; ++i) {
+    for (std::size_t j = 0; j < 3 * Nodes; ++j) {
+      const auto entry = [i, j](const std::array<Dof, 3>& dofs) {
+        return 6 * Nodes * test::Equation(i / 3, dofs[i % 3]) + test::Equation(j / 3, dofs[j % 3]);
+      };
+      expected[entry(inPlane)] = membrane.K[3 * Nodes * i + j];
+      expected[entry(bending)] = plate.K[3 * Nodes * i + j];
     }
   }
+  for (std::size_t i = 0; i < K.size(); ++i)
+    EXPECT_EQ(K[i], expected[i]) << "row " << i / (6 * Nodes) << " column " << i % (6 * Nodes);
 }
 
 TEST(ShellStiffness, RectangleInTheGlobalPlaneHasItsLocalStiffness) {
@@ -239,7 +243,7 @@ TEST(ShellStiffness, TriangleInTheGlobalPlaneHasItsLocalStiffness) {
   ExpectPartsInPlace<TriMembrane, TriPlate, 3>({{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}});
 }
 
-// Both kinds of elements at all shapes: test(element, name, shape).
+// Calls test(element, name) for both kinds of elements at all shapes.
 template <typename Test>
 void ForAllShapes(const test::Placement& placement, const Test& test) {
   for (const auto& named : test::AllQuads())
@@ -259,7 +263,7 @@ TEST(ShellStiffness, SymmetricToRounding) {
   });
 }
 
-// The motions of a rigid body and no more: rank 18 of 24 and 12 of 18.
+// The six motions of a rigid body and no more: rank 18 of 24 and 12 of 18.
 TEST(ShellStiffness, ExactlySixZeroEnergyModes) {
   for (const auto& placement : {test::InGlobalPlane, test::InObliquePlane}) {
     ForAllShapes(placement, [](const auto& element, const std::string& name) {
@@ -331,7 +335,7 @@ TEST(ShellStiffness, TurnedElementHasTheTurnedStiffness) {
 TEST(ShellStiffness, WarpedQuadIsItsProjection) {
   const Shell4Element flat = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
   std::array<double, 12> coordinates = flat.Coordinates;
-  coordinates[8] = 1.5;
+  coordinates[3 * 2 + 2] = 1.5;  // z of node 3
   Shell4Element warped;
   SetGeometry(warped, coordinates.data(), 4, test::ShapeE, test::ShapeMu, test::ShapeTK);
   EXPECT_EQ(StiffnessOf(warped), StiffnessOf(flat));
@@ -355,7 +359,7 @@ TEST(ShellStiffness, DoubledThicknessOfATriangle) {
   const Matrix18 twice = StiffnessOf(
       test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane, 2.0 * test::ShapeTK));
   for (std::size_t i = 0; i < 18; ++i) {
-    const bool bends = i % 6 == 2 || i % 6 == 3 || i % 6 == 4;
+    const bool bends = i % 6 == Uz || i % 6 == Rx || i % 6 == Ry;
     for (std::size_t j = 0; j < 18; ++j)
       EXPECT_EQ(twice[18 * i + j], (bends ? 8.0 : 2.0) * once[18 * i + j]) << i << ' ' << j;
   }
