@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "deck/read_tables.h"
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/model_text.h"
 
@@ -196,7 +197,7 @@ TEST(RowListener, TablesAreReadWithoutAListener) {
   EXPECT_EQ(tables.Shell3Nodes, (std::vector<std::int32_t>{0, 1, 99}));
   EXPECT_EQ(tables.Shell3Properties.at(0).material, -7);
   EXPECT_EQ(tables.Shell3Properties.at(0).thickness, 8);
-  EXPECT_EQ(tables.NodalForces.at(0).components[2], -1000.0);
+  EXPECT_EQ(tables.NodalForces.at(0).components[test::Fz], -1000.0);
 }
 
 // A listener may end the reading; the tables then hold the rows before.
