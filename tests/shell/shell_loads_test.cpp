@@ -1,5 +1,5 @@
-// The equivalent nodal loads of pressures: closed integrals, resultants of linear fields, and that
-// the first three intensities alone fix the field.
+// The equivalent nodal loads of pressures: closed integrals, resultants of linear fields, and the
+// pressure field, which follows from the intensities at the first three nodes alone.
 #include "shell/shell_loads.h"
 
 #include <gtest/gtest.h>
@@ -102,7 +102,7 @@ TEST(ShellLoads, LinearPressureOnATriangle) {
 
 // q = (0, 0, p) on the unit square is the plane q = p y, so p at node 4 as well: the forces are
 // the integrals of y N, 1/12 at y = 0 and 1/6 at y = 1. 1e-10: the ten-digit abscissa.
-TEST(ShellLoads, FirstThreeIntensitiesFixTheField) {
+TEST(ShellLoads, FirstThreeIntensitiesDefineTheField) {
   const Vector24 f =
       LoadVectorOf(test::PlaceShape(test::UnitSquare, test::InGlobalPlane), {0.0, 0.0, 6.0});
   EXPECT_NEAR(f[Equation(0, Fz)], 0.5, 1e-10);
@@ -149,8 +149,8 @@ TEST(ShellLoads, LinearPressuresHaveTheirResultantsAndNoMoments) {
   for (const auto& named : test::AllTriangles()) ExpectResultants(named);
 }
 
-// A water level in global Z on an oblique panel is linear in the panel's plane, too: its resultant
-// is the pressure at the centroid times the area.
+// The pressure of water, linear in global Z, is linear in the plane of an oblique panel too: its
+// resultant is the pressure at the centroid times the area.
 TEST(ShellLoads, HydrostaticPressureOnAnObliquePanel) {
   const auto& shape = test::DistortedQuad;
   const Shell4Element element = test::PlaceShape(shape, test::InObliquePlane);
@@ -171,9 +171,9 @@ TEST(ShellLoads, HydrostaticPressureOnAnObliquePanel) {
   }
 }
 
-// The rule in plain sums, with the fourth intensity of the shape's own plane. 1e-13 is above the
-// rounding and well below the 1e-11 that the exact abscissa would change. Determinants count
-// without their sign.
+// The Gauss rule in plain sums, with the fourth intensity from the same linear pressure. 1e-13 is
+// above the rounding and well below the 1e-11 that the exact abscissa would change. Determinants
+// enter by their absolute value.
 TEST(ShellLoads, QuadRule) {
   const LinearPressure pressure{2.0, -1.25, 3.5};
   for (const auto& shape : {test::DistortedQuad, test::BowTie}) {
@@ -216,7 +216,7 @@ TEST(ShellLoads, PressureActsAlongTheNormal) {
     EXPECT_NEAR(LoadVectorOf(element, {8.0, 8.0, 8.0})[Equation(k, Fz)], -2.0, 1e-15);  // rounding
 }
 
-// Warped: the projection along e3 is loaded.
+// A warped quadrilateral is loaded as its projection along e3.
 TEST(ShellLoads, WarpedQuadIsItsProjection) {
   const Shell4Element flat = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
   Shell4Element warped = flat;

@@ -277,8 +277,8 @@ TEST(ShellStiffness, ExactlySixZeroEnergyModes) {
   }
 }
 
-// Three translations and three rotations about an arbitrary centre. In the element's own axes one
-// of them is the drilling, which turns with the plane.
+// Three translations and three rotations about an arbitrary centre. The rotation about the normal
+// needs no force because the drilling rotations follow it.
 TEST(ShellStiffness, RigidMotionsNeedNoForce) {
   const Vector3 centre{1.0, -2.0, 0.5};
   ForAllShapes(test::InObliquePlane, [&centre](const auto& element, const std::string& name) {
@@ -305,7 +305,8 @@ TEST(ShellStiffness, RigidMotionsNeedNoForce) {
   });
 }
 
-// Turning an element turns its forces and displacements: K' = T K T^T with the turn in each block.
+// Turning an element turns its forces and displacements: K' = T K T^T, with the rotation R in each
+// 3 x 3 block on the diagonal of T.
 template <std::size_t Nodes>
 void ExpectTurnedStiffness(const test::NamedShape<Nodes>& named) {
   const auto flat = StiffnessOf(test::PlaceShape(named.shape, test::InGlobalPlane));
@@ -330,8 +331,8 @@ TEST(ShellStiffness, TurnedElementHasTheTurnedStiffness) {
   for (const auto& named : test::AllTriangles()) ExpectTurnedStiffness(named);
 }
 
-// Node 3 off the plane of the others changes nothing: the element is its projection along e3. Steps
-// along a global axis are exact.
+// Node 3 off the plane of the others changes nothing: the element is its projection along e3. Here
+// e3 is a global axis, and not a bit changes.
 TEST(ShellStiffness, WarpedQuadIsItsProjection) {
   const Shell4Element flat = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
   std::array<double, 12> coordinates = flat.Coordinates;
@@ -352,8 +353,8 @@ TEST(ShellStiffness, WarpedQuadIsItsProjectionInAnObliquePlane) {
   EXPECT_EQ(test::FindDifference(StiffnessOf(warped), K, 1e-14), "");  // rounding
 }
 
-// Doubling is exact in binary: in local axes each entry doubles, or is eight times as large where
-// it bends.
+// Doubling is exact in binary: in local axes the entries of the in-plane part double and those of
+// the bending part grow by eight.
 TEST(ShellStiffness, DoubledThicknessOfATriangle) {
   const Matrix18 once = StiffnessOf(test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane));
   const Matrix18 twice = StiffnessOf(
