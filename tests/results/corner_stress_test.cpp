@@ -1,5 +1,5 @@
-// The stresses of one element: fields of known strain and curvature in any plane, both faces,
-// turning stresses into global axes.
+// The stresses of one element: fields of known strain and curvature in any plane, both faces, and
+// the rotation of stresses into global axes.
 #include "results/corner_stress.h"
 
 #include <gtest/gtest.h>
@@ -127,7 +127,7 @@ TEST(CornerStress, BendingGivesOppositeFaces) {
   });
 }
 
-// The moment is divided by the thickness twice, not by its square: this decides about the last bit.
+// The moment is divided by the thickness twice, not by its square: the last bits differ.
 // With E = 12 and Mu = 0 the rigidity is TK^3, and the unit square under ry = x has the curvature
 // 1: the stress is 6 TK^3 / TK / TK. Exact fractions, rounded after each division: 6 / 11 / 11
 // comes out 5.6e-18 below 6 / 121 and 6 / 17 / 17 2.4e-18 above 6 / 289, and the products with 11^3
@@ -256,7 +256,7 @@ TEST(CornerStress, TriangleMomentsAreThoseAtThePoint) {
   }
 }
 
-// Clockwise numbers turn the normal and with it the faces.
+// Clockwise nodes reverse the normal, and the upper and lower faces change places.
 TEST(CornerStress, UpperFaceLiesTowardTheNormal) {
   const std::array<double, 12> up{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 1.0, 1.0, 0.0, 0.0, 1.0, 0.0};
   const std::array<double, 12> down{0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 1.0, 1.0, 0.0, 1.0, 0.0, 0.0};
@@ -278,8 +278,8 @@ TEST(CornerStress, UpperFaceLiesTowardTheNormal) {
   ExpectStress(downward.top, upward.bottom, 1e-15, "");
 }
 
-// Every component has a value of its own and the frame is not symmetric, so that a transposed frame
-// or exchanged components are seen. Bound: rounding of numbers up to 17.
+// All components differ and the frame is not symmetric, so that a transposed frame or exchanged
+// components would fail. Bound: rounding of numbers up to 17.
 TEST(CornerStress, ToGlobalIsTheProductOfMatrices) {
   const StressVector local{2.0, -3.0, 5.0, 7.0, -11.0, 13.0};
   const ElementFrame& R = test::InObliquePlane.axes;

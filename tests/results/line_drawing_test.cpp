@@ -144,8 +144,8 @@ TEST(LineDrawing, ScaleLooksAtAllDirections) {
   }
 }
 
-// The search begins with ux of node 0 and keeps what it has unless something is larger: a NaN there
-// stays, one elsewhere is passed over.
+// The search for the largest translation begins with ux of node 0. No comparison with NaN is true:
+// a NaN there stays, and a NaN elsewhere is passed over.
 TEST(LineDrawing, ScaleStartsFromTheFirstTranslation) {
   Model model = MakeHouse();
   double& first = model.Displacements[Equation(0, Ux)];
