@@ -108,7 +108,7 @@ TEST(WriteTables, RandomNumbersReadBackBitForBit) {
   }
 }
 
-// What is read from a written text makes the same text: nothing is lost in any section.
+// A written text, read and written again, is the same text: nothing is lost in any section.
 TEST(WriteTables, WhatIsReadIsWrittenAlike) {
   ModelTables t, read;
   t.Materials = {{1.1, 0.2, 3.3}, {4.4, 0.5, 6.6}};
