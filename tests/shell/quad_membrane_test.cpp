@@ -14,6 +14,10 @@ namespace korvex {
 namespace {
 
 constexpr double E = test::ShapeE, Mu = test::ShapeMu, TK = test::ShapeTK;
+// Dofs of a node of the in-plane part; the membrane alone has u and v.
+enum InPlaneDof : std::size_t { U, V, Drilling };
+enum Strain : std::size_t { EXX, EYY, GXY };
+
 constexpr Array4 NodeXi{-1.0, 1.0, 1.0, -1.0};
 constexpr Array4 NodeEta{-1.0, -1.0, 1.0, 1.0};
 
@@ -76,13 +80,13 @@ TEST(QuadMembrane, StrainsOfALinearField) {
   for (std::size_t k = 0; k < 4; ++k) {
     const double x = membrane.x[k], y = membrane.y[k];
     for (std::size_t i = 0; i < 3; ++i) {
-      strain[i] += membrane.B[8 * i + 2 * k] * (2.0 * x + 3.0 * y) +
-                   membrane.B[8 * i + 2 * k + 1] * (5.0 * x + 7.0 * y);
+      strain[i] += membrane.B[8 * i + 2 * k + U] * (2.0 * x + 3.0 * y) +
+                   membrane.B[8 * i + 2 * k + V] * (5.0 * x + 7.0 * y);
     }
   }
-  EXPECT_NEAR(strain[0], 2.0, 1e-13);  // rounding of numbers up to some 40
-  EXPECT_NEAR(strain[1], 7.0, 1e-13);
-  EXPECT_NEAR(strain[2], 8.0, 1e-13);
+  EXPECT_NEAR(strain[EXX], 2.0, 1e-13);  // rounding of numbers up to some 40
+  EXPECT_NEAR(strain[EYY], 7.0, 1e-13);
+  EXPECT_NEAR(strain[GXY], 8.0, 1e-13);
 }
 
 // Closed integrals of products over the rectangle a x b with N = (1 + r xi)(1 + s eta) / 4, node
@@ -175,8 +179,8 @@ std::array<double, 64> SumMembraneRule(const Array4& x, const Array4& y, double 
       const double det = yEta * xXi - xEta * yXi;
       double B[3][8] = {};
       for (std::size_t k = 0; k < 4; ++k) {
-        B[0][2 * k] = B[2][2 * k + 1] = yEta / det * dXi[k] + -yXi / det * dEta[k];
-        B[1][2 * k + 1] = B[2][2 * k] = -xEta / det * dXi[k] + xXi / det * dEta[k];
+        B[EXX][2 * k + U] = B[GXY][2 * k + V] = yEta / det * dXi[k] + -yXi / det * dEta[k];
+        B[EYY][2 * k + V] = B[GXY][2 * k + U] = -xEta / det * dXi[k] + xXi / det * dEta[k];
       }
       for (std::size_t i = 0; i < 8; ++i) {
         for (std::size_t j = 0; j < 8; ++j) {
@@ -233,9 +237,9 @@ std::array<double, 144> SumDrillingRule(const Array4& x, const Array4& y, double
       const double det = xXi * yEta - yXi * xEta;
       double b[12];
       for (std::size_t k = 0; k < 4; ++k) {
-        b[3 * k] = 0.5 * (xXi * dEta[k] - xEta * dXi[k]) / det;
-        b[3 * k + 1] = -0.5 * (yEta * dXi[k] - yXi * dEta[k]) / det;
-        b[3 * k + 2] = N[k];
+        b[3 * k + U] = 0.5 * (xXi * dEta[k] - xEta * dXi[k]) / det;
+        b[3 * k + V] = -0.5 * (yEta * dXi[k] - yXi * dEta[k]) / det;
+        b[3 * k + Drilling] = N[k];
       }
       const double s = 10.0 * TK * E / (2.0 * (1.0 + Mu)) * std::fabs(det);
       for (std::size_t i = 0; i < 12; ++i) {

@@ -13,6 +13,10 @@ namespace korvex {
 namespace {
 
 constexpr double E = test::ShapeE, Mu = test::ShapeMu, TK = test::ShapeTK;
+// Dofs of a node and curvatures of the bending part.
+enum PlateDof : std::size_t { W, Rx, Ry };
+enum Curvature : std::size_t { KX, KY, KXY };
+
 constexpr Array4 NodeXi{-1.0, 1.0, 1.0, -1.0};
 constexpr Array4 NodeEta{-1.0, -1.0, 1.0, 1.0};
 constexpr std::array<std::array<double, 2>, 5> Points{
@@ -71,11 +75,11 @@ std::array<double, 24> TieShearStrains(const QuadPlate& plate, double xi, double
   std::array<double, 12> gamXi{}, gamEta{};
   const auto addEdge = [&plate](std::size_t i, std::size_t j, double share,
                                 std::array<double, 12>& gam) {
-    gam[3 * i] -= share / 2.0;
-    gam[3 * j] += share / 2.0;
+    gam[3 * i + W] -= share / 2.0;
+    gam[3 * j + W] += share / 2.0;
     for (const std::size_t k : {i, j}) {
-      gam[3 * k + 1] -= share * (plate.y[j] - plate.y[i]) / 4.0;
-      gam[3 * k + 2] += share * (plate.x[j] - plate.x[i]) / 4.0;
+      gam[3 * k + Rx] -= share * (plate.y[j] - plate.y[i]) / 4.0;
+      gam[3 * k + Ry] += share * (plate.x[j] - plate.x[i]) / 4.0;
     }
   };
   addEdge(0, 1, (1.0 - eta) / 2.0, gamXi);
@@ -126,9 +130,9 @@ TEST(QuadPlate, CurvaturesOfALinearRotationField) {
       for (std::size_t j = 0; j < 3; ++j) curvature[i] += plate.Bb[12 * i + 3 * k + j] * d[j];
     }
   }
-  EXPECT_NEAR(curvature[0], 5.0, 1e-13);  // rounding of numbers up to some 40
-  EXPECT_NEAR(curvature[1], -3.0, 1e-13);
-  EXPECT_NEAR(curvature[2], 5.0, 1e-13);
+  EXPECT_NEAR(curvature[KX], 5.0, 1e-13);  // rounding of numbers up to some 40
+  EXPECT_NEAR(curvature[KY], -3.0, 1e-13);
+  EXPECT_NEAR(curvature[KXY], 5.0, 1e-13);
 }
 
 // 1e-14: rounding of a handful of operations.
@@ -176,10 +180,10 @@ TEST(QuadPlate, ShearStrainsOfTheSquareOfSideTwo) {
   const double xi = 0.25, eta = -0.5;
   std::array<double, 24> expected{};
   for (std::size_t k = 0; k < 4; ++k) {
-    expected[3 * k] = NodeXi[k] * (1.0 + NodeEta[k] * eta) / 4.0;
-    expected[3 * k + 2] = (1.0 + NodeEta[k] * eta) / 4.0;
-    expected[12 + 3 * k] = NodeEta[k] * (1.0 + NodeXi[k] * xi) / 4.0;
-    expected[12 + 3 * k + 1] = -(1.0 + NodeXi[k] * xi) / 4.0;
+    expected[3 * k + W] = NodeXi[k] * (1.0 + NodeEta[k] * eta) / 4.0;
+    expected[3 * k + Ry] = (1.0 + NodeEta[k] * eta) / 4.0;
+    expected[12 + 3 * k + W] = NodeEta[k] * (1.0 + NodeXi[k] * xi) / 4.0;
+    expected[12 + 3 * k + Rx] = -(1.0 + NodeXi[k] * xi) / 4.0;
   }
   EXPECT_EQ(ShearStrainsOf(plate, xi, eta), expected);  // exact in binary
 }
@@ -199,9 +203,9 @@ std::array<double, 12> CurvedField(const QuadPlate& plate, double p, double q, d
   std::array<double, 12> d{};
   for (std::size_t k = 0; k < 4; ++k) {
     const double x = plate.x[k], y = plate.y[k];
-    d[3 * k] = -(p * x * x + q * y * y + 2.0 * r * x * y) / 2.0;
-    d[3 * k + 1] = -(q * y + r * x);
-    d[3 * k + 2] = p * x + r * y;
+    d[3 * k + W] = -(p * x * x + q * y * y + 2.0 * r * x * y) / 2.0;
+    d[3 * k + Rx] = -(q * y + r * x);
+    d[3 * k + Ry] = p * x + r * y;
   }
   return d;
 }
@@ -241,7 +245,7 @@ TEST(QuadPlate, ConstantShearIsDividedByTheCorrection) {
   for (const auto& shape : {test::UnitSquare, test::Parallelogram}) {
     const QuadPlate plate = MakePlate(shape);
     std::array<double, 12> d{};
-    for (std::size_t k = 0; k < 4; ++k) d[3 * k] = g * plate.x[k] + h * plate.y[k];
+    for (std::size_t k = 0; k < 4; ++k) d[3 * k + W] = g * plate.x[k] + h * plate.y[k];
     const double expected =
         shearModulus * TK / 1.2 * (g * g + h * h) / 2.0 * test::IntegrateMonomial(shape, 0, 0);
     EXPECT_NEAR(EnergyOf(StiffnessOf(plate), d), expected, 1e-14 * expected);  // rounding
@@ -274,18 +278,18 @@ std::array<double, 144> SumRule(const QuadPlate& plate, double g) {
         const double dEta = NodeEta[n] * (1.0 + NodeXi[n] * xi) / 4.0;
         const double dx = (d[3] * dXi - d[1] * dEta) / det;
         const double dy = (d[0] * dEta - d[2] * dXi) / det;
-        k[0][3 * n + 2] = dx;
-        k[1][3 * n + 1] = -dy;
-        k[2][3 * n + 1] = -dx;
-        k[2][3 * n + 2] = dy;
+        k[KX][3 * n + Ry] = dx;
+        k[KY][3 * n + Rx] = -dy;
+        k[KXY][3 * n + Rx] = -dx;
+        k[KXY][3 * n + Ry] = dy;
       }
       const auto Bs = TieShearStrains(plate, xi, eta, Directions::OfTheMidLines);
       for (std::size_t i = 0; i < 12; ++i) {
         for (std::size_t j = 0; j < 12; ++j) {
           K[12 * i + j] +=
-              std::fabs(det) * (rigidity * (k[0][i] * k[0][j] + k[1][i] * k[1][j] +
-                                            Mu * (k[0][i] * k[1][j] + k[1][i] * k[0][j]) +
-                                            (1.0 - Mu) / 2.0 * k[2][i] * k[2][j]) +
+              std::fabs(det) * (rigidity * (k[KX][i] * k[KX][j] + k[KY][i] * k[KY][j] +
+                                            Mu * (k[KX][i] * k[KY][j] + k[KY][i] * k[KX][j]) +
+                                            (1.0 - Mu) / 2.0 * k[KXY][i] * k[KXY][j]) +
                                 shear * (Bs[i] * Bs[j] + Bs[12 + i] * Bs[12 + j]));
         }
       }
