@@ -100,8 +100,8 @@ struct Row {
 
 constexpr std::array<int, 4> Meshes{4, 8, 16, 32};
 
-// The pinned digits are the program's own. The exact ratio rounds to them: half a unit of the
-// fourth, and a little for a digit at the edge.
+// The pinned digits are the program's own ratios rounded to four digits: half a unit of the fourth,
+// and a little more.
 constexpr double Bound = 0.51e-4;
 
 void ExpectRow(const Row& row, double (*deflect)(Cells, int), double reference) {
@@ -113,13 +113,14 @@ void ExpectRow(const Row& row, double (*deflect)(Cells, int), double reference) 
   }
 }
 
-// The quads come out stiffer than published on coarse meshes, and the penalty on the drilling
-// rotation is why: along a fold between two flat elements the drilling of one is bending of the
-// other, and ten times the shear modulus ties it to the rotation of a bilinear membrane, which
-// cannot follow. With a penalty of a thousandth of the shear modulus the rows would read
-// .9418 .9739 .9913 .9971 and .3711 .7434 .9288 .9890, within a hundredth of the published; the
-// flatness of the elements and their membrane cost no more than that. The triangles have the same
-// penalty, 2.125 times as strong, over a constant strain; theirs have no published row.
+// On coarse meshes the quads are stiffer than published, because of the penalty on the drilling
+// rotation. Along a fold between two flat elements the drilling rotation of one is a bending
+// rotation of the other. A penalty of ten times the shear modulus ties it to the rotation of a
+// bilinear membrane, which cannot follow. With a penalty of a thousandth of the shear modulus the
+// rows would read .9418 .9739 .9913 .9971 and .3711 .7434 .9288 .9890, within a hundredth of the
+// published; the flatness of the elements and their membrane cost no more than that. The triangles
+// have the same penalty, 2.125 times as strong, over a constant strain; theirs have no published
+// row.
 //
 // References: 0.3024 of the roof and 1.8248e-5 of the cylinder (MacNeal & Harder 1985; Belytschko
 // et al. 1985), from deep-shell solutions.

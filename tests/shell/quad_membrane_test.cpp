@@ -1,5 +1,5 @@
-// The quadrilateral's in-plane part against closed integrals over rectangles, against its rule
-// written out, and by the modes of the membrane alone.
+// The quadrilateral's in-plane part against closed integrals over rectangles and against its Gauss
+// rule written out, and the zero-energy modes of the membrane alone.
 #include "shell/quad_membrane.h"
 
 #include <gtest/gtest.h>
@@ -155,8 +155,8 @@ TEST(QuadMembrane, RectangleHasTheClosedDrillingPenalty) {
             "");
 }
 
-// The membrane's rule in plain sums, entry by entry in the order that fixes every bit, with the
-// xi derivatives at the two eta written as ten-digit numbers.
+// The membrane's Gauss rule in plain sums, in the same order, so that all bits agree. g: abscissa;
+// nearValue, farValue: (1 + g) / 4 and (1 - g) / 4, the xi derivatives at the two eta.
 std::array<double, 64> SumMembraneRule(const Array4& x, const Array4& y, double g, double nearValue,
                                        double farValue) {
   const double d = E / (1.0 - Mu * Mu);
@@ -207,9 +207,9 @@ TEST(QuadMembrane, RuleBitForBit) {
   }
 }
 
-// That the comparison sees the ten digits: with the exact root, or with one more digit in the
-// derivatives alone, it fails.
-TEST(QuadMembrane, RuleWithMoreDigitsIsAnother) {
+// The comparison above depends on the ten digits: it fails with the exact root, and with the exact
+// root in the derivatives alone.
+TEST(QuadMembrane, RuleWithMoreDigitsDiffers) {
   const QuadMembrane membrane = MakeMembrane(test::DistortedQuad);
   const auto K = MembraneOf(membrane);
   const double g = 1.0 / std::sqrt(3.0);
@@ -218,7 +218,7 @@ TEST(QuadMembrane, RuleWithMoreDigitsIsAnother) {
       K, SumMembraneRule(membrane.x, membrane.y, 0.5773502692, (1.0 + g) / 4.0, (1.0 - g) / 4.0));
 }
 
-// The penalty's rule in plain sums.
+// The Gauss rule of the drilling penalty in plain sums.
 std::array<double, 144> SumDrillingRule(const Array4& x, const Array4& y, double g) {
   std::array<double, 144> K{};
   for (const double xi : {-g, g}) {
@@ -265,7 +265,8 @@ TEST(QuadMembrane, DrillingRule) {
   }
 }
 
-// Both integrals take the determinant without its sign: the matrices stay sums of squares.
+// Both integrals take the absolute value of the determinant, so the matrices have no negative
+// eigenvalue.
 TEST(QuadMembrane, BowTieIsIntegratedWithAbsoluteDeterminants) {
   const QuadMembrane membrane = MakeMembrane(test::BowTie);
   QuadMembrane probe = membrane;

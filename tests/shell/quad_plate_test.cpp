@@ -1,5 +1,5 @@
-// The quadrilateral's bending part: shear strains tied at the mid-sides, constant curvature and
-// constant shear, its rule written out.
+// The quadrilateral's bending part: shear strains tied at the mid-sides, constant curvature,
+// constant shear, and its Gauss rule written out.
 #include "shell/quad_plate.h"
 
 #include <gtest/gtest.h>
@@ -149,8 +149,8 @@ TEST(QuadPlate, ShearStrainsAreTiedAtTheMidSides) {
   }
 }
 
-// Where opposite edges are parallel the directions are the same everywhere: the tied strains are
-// the covariant ones without approximation.
+// Where opposite edges are parallel, the base vectors have the same directions everywhere: the tied
+// strains are the covariant ones without approximation.
 TEST(QuadPlate, ShearStrainsOfParallelogramsAreTheCovariantOnes) {
   for (const auto& shape : {test::UnitSquare, test::Parallelogram}) {
     const QuadPlate plate = MakePlate(shape);
@@ -163,8 +163,9 @@ TEST(QuadPlate, ShearStrainsOfParallelogramsAreTheCovariantOnes) {
   }
 }
 
-// The mid-lines' directions are kept on distorted shapes, where they are not those at the point.
-TEST(QuadPlate, ShearStrainsOfDistortedShapesKeepTheMidLines) {
+// On a distorted shape the directions of the mid-lines are used everywhere; those at the point
+// would give other strains.
+TEST(QuadPlate, ShearStrainsOfDistortedShapesUseTheMidLines) {
   const QuadPlate plate = MakePlate(test::DistortedQuad);
   for (const auto& [xi, eta] : Points) {
     if (xi == 0.0 && eta == 0.0) continue;
@@ -220,8 +221,8 @@ double EnergyOf(const std::array<double, 144>& K, const std::array<double, 12>& 
 
 // Along every edge the tied strain of a quadratic deflection is zero, so there is no shear energy
 // on any shape and however thin: no locking. Energy per area: D (p^2 + q^2 + 2 Mu p q) / 2 +
-// D (1 - Mu) r^2. The thin plate's shear stiffness is 1 / TK^2 of its bending stiffness and leaves
-// its rounding.
+// D (1 - Mu) r^2. The shear stiffness is about 1 / TK^2 times the bending stiffness, and the bound
+// is the rounding that it leaves.
 TEST(QuadPlate, ConstantCurvatureHasTheEnergyOfAThinPlate) {
   const double p = 0.5, q = -0.75, r = 0.375;
   for (const double thickness : {0.25, 0.001}) {
@@ -263,7 +264,7 @@ TEST(QuadPlate, ShearRigidityBitForBit) {
   EXPECT_NE(c, e * t / ((Mu + 1.0) * 2.0) / 1.2);
 }
 
-// The rule in plain sums over the four points +-g, with strains from their definitions.
+// The Gauss rule in plain sums over the four points +-g, with strains from their definitions.
 std::array<double, 144> SumRule(const QuadPlate& plate, double g) {
   std::array<double, 144> K{};
   const double rigidity = E * TK * TK * TK / 12.0 / (1.0 - Mu * Mu);
@@ -308,7 +309,7 @@ TEST(QuadPlate, Rule) {
   }
 }
 
-// Where the determinant is negative its absolute value is integrated: a sum of squares.
+// Where the determinant is negative its absolute value is integrated, so no eigenvalue is negative.
 TEST(QuadPlate, BowTieIsIntegratedWithAbsoluteDeterminants) {
   const QuadPlate plate = MakePlate(test::BowTie);
   const auto K = StiffnessOf(plate);

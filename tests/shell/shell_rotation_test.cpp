@@ -1,5 +1,5 @@
-// A whole structure of quads, triangles and beams: turned in space it gives the same results,
-// turned; and its supports carry what presses on it.
+// A whole structure of quads, triangles and beams: turned in space it gives the turned results, and
+// the forces of its supports balance the pressures.
 //
 // The structure is a folded roof: two plates that meet at a ridge at about 53 degrees to the
 // horizontal, the first of quads, the second of triangles, a beam along the ridge and one along an
@@ -114,8 +114,8 @@ double FindLargest(const Model& model, Dof first) {
   return largest;
 }
 
-// Rounding alone tells the two apart: the plates are (5 / TK)^2 = 6e4 times as stiff in their plane
-// as they are in bending, and the turned matrix holds both in every entry. Measured: 1.4e-11 in the
+// The two differ by rounding alone. The plates are (5 / TK)^2 = 6e4 times as stiff in their plane
+// as in bending, and every entry of the turned matrix mixes both. Measured: 1.4e-11 in the
 // displacements and 3e-10 in the stresses, which are their derivatives.
 constexpr double DisplacementBound = 1e-9;
 constexpr double StressBound = 1e-8;
@@ -139,8 +139,9 @@ TEST(TurnedShells, GiveTurnedDisplacements) {
   }
 }
 
-// The von Mises stress does not change, and the six stresses turn; these against the largest von
-// Mises stress of the element's corners, for one of them may be small by chance.
+// The von Mises stress stays, and the six components turn. The components are compared relative to
+// the largest von Mises stress of the element's corners, because that of one corner may be small by
+// chance.
 void ExpectSameStress(const StressVector& before, const StressVector& after, double largest) {
   const double equivalent = EquivalentStress(before);
   EXPECT_NEAR(EquivalentStress(after), equivalent, StressBound * equivalent);

@@ -1,5 +1,5 @@
-// The triangle's in-plane part: edge tractions of constant stresses, and the drilling penalty from
-// its weights by hand.
+// The triangle's in-plane part: the edge tractions of constant stresses, and the drilling penalty
+// from its integration weights, by hand.
 #include "shell/tri_membrane.h"
 
 #include <gtest/gtest.h>
@@ -162,8 +162,8 @@ TEST(TriMembrane, DrillingPenaltyHasItsWeights) {
   }
 }
 
-// The area coordinates are found again from the point's position, so where the triangle lies
-// matters for the last bits alone.
+// The area coordinates are computed from the point's position, so the triangle's position changes
+// the last bits alone.
 TEST(TriMembrane, PositionDoesNotMatter) {
   TriMembrane membrane = MakeMembrane(test::ScaleneTriangle);
   const auto K = StiffnessOf(membrane);

@@ -33,8 +33,8 @@ Part MakePart() {
   return part;
 }
 
-// The two orders in which the element sums its area: the three positive terms alike, then the
-// negative ones.
+// The two orders in which the element sums its area: the three positive terms in one order, the
+// negative ones in two.
 double SumArea() {
   const auto& [x1, x2, x3] = X;
   const auto& [y1, y2, y3] = Y;
