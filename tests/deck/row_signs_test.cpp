@@ -53,6 +53,14 @@ const std::vector<Kind>& Kinds() {
   return kinds;
 }
 
+const Kind& KindOf(Section section) {
+  for (const Kind& kind : Kinds()) {
+    if (kind.section == section) return kind;
+  }
+  ADD_FAILURE() << "no such kind";
+  return Kinds().front();
+}
+
 // What the listener is told about the only row of a section.
 RowReading ReadRow(const std::string& text, Section section, ModelTables& tables) {
   RowReading found;
@@ -65,7 +73,7 @@ RowReading ReadRow(const std::string& text, Section section, ModelTables& tables
   return found;
 }
 
-// The file with a blank inserted before byte `at` of the row.
+// The file with a blank inserted before byte `at` of the row, counted from 0.
 std::string InsertBlank(const Kind& kind, std::size_t at) {
   std::string text = MakeFile();
   const std::size_t begin = text.find('\n' + kind.row + '\n');
@@ -96,11 +104,15 @@ TEST(RowSigns, FollowTheirDigitsDirectly) {
   }
 }
 
+// Reads the file with a blank after the first digit of the section's row.
+void ReadRowWithBlank(Section section, ModelTables& tables) {
+  ReadRow(InsertBlank(KindOf(section), 1), section, tables);
+}
+
 // "7 <11,...": the node is read, the components of the force are not.
 TEST(RowSigns, AForceRowWithABlankBeforeItsValuesHasTheNodeAlone) {
-  const Kind& force = Kinds()[5];
   ModelTables tables;
-  ReadRow(InsertBlank(force, 1), Section::Forces, tables);
+  ReadRowWithBlank(Section::Forces, tables);
   ASSERT_EQ(tables.NodalForces.size(), 1U);
   EXPECT_EQ(tables.NodalForces[0].node, 7);
   EXPECT_EQ(tables.NodalForces[0].components, (std::array<double, 6>{}));
@@ -111,22 +123,22 @@ TEST(RowSigns, AForceRowWithABlankBeforeItsValuesHasTheNodeAlone) {
 // The same for the rows whose first sign is a colon.
 TEST(RowSigns, ARowWithABlankBeforeItsColonHasItsNumberAlone) {
   ModelTables node, restraint, load4, load3, loadB;
-  ReadRow(InsertBlank(Kinds()[0], 1), Section::Nodes, node);
+  ReadRowWithBlank(Section::Nodes, node);
   EXPECT_EQ(node.Nodes.at(0).x, 0.0);
   EXPECT_EQ(node.NELEM_S_4ND, 0);
-  ReadRow(InsertBlank(Kinds()[4], 1), Section::Restraints, restraint);
+  ReadRowWithBlank(Section::Restraints, restraint);
   EXPECT_EQ(restraint.NodalRestraints.at(0).node, 5);
   EXPECT_EQ(restraint.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{}));
   EXPECT_EQ(restraint.NFOR, 0);
-  ReadRow(InsertBlank(Kinds()[6], 1), Section::Shell4Loads, load4);
+  ReadRowWithBlank(Section::Shell4Loads, load4);
   EXPECT_EQ(load4.Shell4SurfaceLoads.at(0).element, 8);
   EXPECT_EQ(load4.Shell4SurfaceLoads.at(0).q, (std::array<double, 3>{}));
   EXPECT_EQ(load4.NDL_S_3ND, 0);
-  ReadRow(InsertBlank(Kinds()[7], 1), Section::Shell3Loads, load3);
+  ReadRowWithBlank(Section::Shell3Loads, load3);
   EXPECT_EQ(load3.Shell3SurfaceLoads.at(0).element, 9);
   EXPECT_EQ(load3.Shell3SurfaceLoads.at(0).q, (std::array<double, 3>{}));
   EXPECT_EQ(load3.NDL_B, 0);
-  ReadRow(InsertBlank(Kinds()[8], 1), Section::BeamLoads, loadB);
+  ReadRowWithBlank(Section::BeamLoads, loadB);
   EXPECT_EQ(loadB.BeamLineLoads.at(0).element, 6);
   EXPECT_EQ(loadB.BeamLineLoads.at(0).q, (std::array<double, 2>{}));
 }

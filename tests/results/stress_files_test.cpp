@@ -69,7 +69,7 @@ constexpr const char* ZeroValues =
     "              0              0              0              0"
     "              0              0              0\n";
 
-// The von Mises stresses of the lines that are not zero:
+// SX, SY, SZ, TXY, TXZ, TYZ. The von Mises stresses of the lines that are not zero:
 //   300, 0, 0; no shear: 300.                  -120.5, 0, 0: 120.5.
 //   TXY = 100: 100 sqrt(3) = 173.205.          10, 20, 30: sqrt(0.5 (100 + 100 + 400)) = 17.3205.
 //   -7, -7, -7, a pressure from all sides: 0.  TXZ = 3, TYZ = -4: sqrt(3 x 25) = 8.66025.

@@ -121,11 +121,13 @@ TEST(QuadMembrane, RectangleHasTheClosedStiffness) {
     std::array<double, 64> expected{};
     for (std::size_t i = 0; i < 4; ++i) {
       for (std::size_t j = 0; j < 4; ++j) {
-        double* entry = &expected[16 * i + 2 * j];
-        entry[0] = p * integral.XX(i, j) + G * integral.YY(i, j);
-        entry[1] = p * Mu * integral.XY(i, j) + G * integral.XY(j, i);
-        entry[8] = p * Mu * integral.XY(j, i) + G * integral.XY(i, j);
-        entry[9] = p * integral.YY(i, j) + G * integral.XX(i, j);
+        const auto entry = [&](InPlaneDof row, InPlaneDof column) -> double& {
+          return expected[8 * (2 * i + row) + 2 * j + column];
+        };
+        entry(U, U) = p * integral.XX(i, j) + G * integral.YY(i, j);
+        entry(U, V) = p * Mu * integral.XY(i, j) + G * integral.XY(j, i);
+        entry(V, U) = p * Mu * integral.XY(j, i) + G * integral.XY(i, j);
+        entry(V, V) = p * integral.YY(i, j) + G * integral.XX(i, j);
       }
     }
     EXPECT_EQ(test::FindDifference(MembraneOf(MakeMembrane(MakeRectangle(a, b))), expected, 1e-9),
