@@ -1,5 +1,5 @@
-// Numbers as text against the stream's own formatting, over all magnitudes and next to every place
-// where digits or notation change.
+// Numbers as text against the formatting of a C++ stream: over all magnitudes, and next to every
+// value where digits or notation change.
 #include "base/number_text.h"
 
 #include <gtest/gtest.h>
@@ -57,13 +57,13 @@ TEST(NumberText, ChangesOfNotation) {
   }
 }
 
-// Halfway between two numbers of six digits the even one is taken, if the double is exactly there.
+// A double exactly halfway between two numbers of six digits is rounded to the even one.
 TEST(NumberText, Ties) {
   EXPECT_EQ(Format(1234565.0), "1.23456e+06");
   EXPECT_EQ(Format(1234575.0), "1.23458e+06");
   EXPECT_EQ(Format(100000.5), "100000");
   EXPECT_EQ(Format(100001.5), "100002");
-  EXPECT_EQ(Format(0.5000005), StreamText(0.5000005));  // no tie: its double lies aside
+  EXPECT_EQ(Format(0.5000005), StreamText(0.5000005));  // its double is not exactly halfway
   std::mt19937_64 random(1);
   for (int i = 0; i < 20000; ++i) {
     const double tie = static_cast<double>(random() % 900000 + 100000) + 0.5;

@@ -1,4 +1,5 @@
-// The borders of tables and counts, and the notices' texts.
+// References at the first and last row of a table and beyond, counts at zero and below, and the
+// texts of the notices.
 #include "deck/check_reference.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +22,7 @@ TEST(CheckReference, RowsOfTheTablePass) {
   CheckReference("Beam element", 17, "node", Largest - 1, {"nodal points", Largest});
 }
 
-TEST(CheckReference, ARowBehindTheLastStops) {
+TEST(CheckReference, ARowAfterTheLastStops) {
   ExpectStop(
       [] {
         CheckReference("Beam element", 17, "node", 800, {"nodal points", 800});

@@ -1,5 +1,5 @@
-// What the reader tells of each row: place, fields, where and why it stopped; and that the tables
-// alone can be read.
+// What the reader reports about each row: place, fields, where and why it stopped. The tables can
+// also be read without a listener.
 #include "deck/row_listener.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "deck/read_tables.h"
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/model_text.h"
 
@@ -32,7 +33,7 @@ std::string Replace(std::string text, const std::string& from, const std::string
   return text.replace(text.find(from), from.size(), to);
 }
 
-// All that a listener is told of the text.
+// All that a listener hears of the text.
 std::vector<RowReading> Listen(const std::string& text, ModelTables& tables) {
   std::vector<RowReading> readings;
   RowListener listener;
@@ -97,7 +98,7 @@ TEST(RowListener, TellsTheLineAndTheFieldsOfARow) {
 }
 
 // "0: 1,1,1,1,1,1": the comma ends the first flag; the other five find no number, nor do the rows
-// behind.
+// after it.
 TEST(RowListener, TellsWhereAndWhyARestraintWithCommasStops) {
   const std::string text = Replace(MakeFile(), "0: 1 1 1 1 1 1", "0: 1,1,1,1,1,1");
   const std::vector<RowReading> readings = Listen(text);
@@ -120,7 +121,7 @@ TEST(RowListener, TellsTheLiteralThatIsMissing) {
   EXPECT_EQ(text[reading.stopByte], ';');
 }
 
-// The row's second format fails first; that the others fail too is not told.
+// The row's second format fails first; that later ones fail too is not reported.
 TEST(RowListener, TellsTheFirstOfSeveralStops) {
   const std::string text = Replace(MakeFile(), "E=2e+11", "E:2e+11");
   const RowReading reading = Find(Listen(text), Section::Materials, 0);
@@ -130,7 +131,7 @@ TEST(RowListener, TellsTheFirstOfSeveralStops) {
   EXPECT_EQ(reading.stop.column, 2U);
 }
 
-// Behind the last byte; rows that are not there are told once.
+// The stop lies after the last byte; only the first of the missing rows is reported.
 TEST(RowListener, TellsTheEndOfTheText) {
   const std::string text = Replace(MakeFile(), "NFOR=1", "NFOR=5");
   const std::string cut = text.substr(0, text.find("2<0,0"));
@@ -144,7 +145,7 @@ TEST(RowListener, TellsTheEndOfTheText) {
   EXPECT_EQ(forces, 2);  // the count and the first row
 }
 
-// A decimal comma in a file with Windows line ends and indentation.
+// A decimal comma, in a line with indentation and a Windows line end.
 TEST(RowListener, CountsLinesAndColumnsInBytes) {
   const std::string text = Replace(MakeFile(), "Mu=0.3\n", "\r\n  Mu=0,3\r\n");
   const RowReading reading = Find(Listen(text), Section::Materials, 0);
@@ -168,7 +169,7 @@ TEST(RowListener, HearsOfACountBeforeItsRows) {
   EXPECT_EQ(calls, (std::vector<std::string>{"row -1", "room for 2", "row 0", "row 1"}));
 }
 
-// The row's values are in its table by then.
+// When the listener hears of a row, the values are already in the table.
 TEST(RowListener, HearsOfARowWhenItIsStored) {
   ModelTables tables;
   RowListener listener;
@@ -188,7 +189,7 @@ TEST(RowListener, HearsOfARowWhenItIsStored) {
   EXPECT_EQ(rows, 9);
 }
 
-// References are not followed: they may lead anywhere.
+// References are not checked here: any row number is accepted.
 TEST(RowListener, TablesAreReadWithoutAListener) {
   ModelTables tables;
   ReadTables(Replace(MakeFile(), "0:0,1,2[0,0]", "0:0,1,99[-7,8]"), {}, tables);
@@ -196,10 +197,10 @@ TEST(RowListener, TablesAreReadWithoutAListener) {
   EXPECT_EQ(tables.Shell3Nodes, (std::vector<std::int32_t>{0, 1, 99}));
   EXPECT_EQ(tables.Shell3Properties.at(0).material, -7);
   EXPECT_EQ(tables.Shell3Properties.at(0).thickness, 8);
-  EXPECT_EQ(tables.NodalForces.at(0).components[2], -1000.0);
+  EXPECT_EQ(tables.NodalForces.at(0).components[test::Fz], -1000.0);
 }
 
-// A listener may end the reading; the tables then hold the rows before.
+// A listener may end the reading by throwing; the tables then hold the rows read so far.
 TEST(RowListener, MayStopTheReading) {
   RowListener listener;
   listener.row = [](const RowReading& reading) {

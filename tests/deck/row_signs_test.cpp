@@ -1,5 +1,5 @@
-// The signs between the numbers of a row: each stands directly behind the digits before it. A blank
-// in between ends the row there, and with it the reading of everything behind.
+// The signs between the numbers of a row: each must directly follow the digits before it. A blank
+// in between ends the reading of the row there, and nothing after the row is read.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -30,6 +30,7 @@ std::string MakeFile() {
   return test::WriteModel(text);
 }
 
+// A kind of row.
 struct Kind {
   Section section;
   const char* name;
@@ -52,7 +53,15 @@ const std::vector<Kind>& Kinds() {
   return kinds;
 }
 
-// What is told of the only row of a section.
+const Kind& KindOf(Section section) {
+  for (const Kind& kind : Kinds()) {
+    if (kind.section == section) return kind;
+  }
+  ADD_FAILURE() << "no such kind";
+  return Kinds().front();
+}
+
+// What the listener is told about the only row of a section.
 RowReading ReadRow(const std::string& text, Section section, ModelTables& tables) {
   RowReading found;
   RowListener listener;
@@ -64,7 +73,7 @@ RowReading ReadRow(const std::string& text, Section section, ModelTables& tables
   return found;
 }
 
-// The file with a blank in the row in front of its byte `at`.
+// The file with a blank inserted before byte `at` of the row, counted from 0.
 std::string InsertBlank(const Kind& kind, std::size_t at) {
   std::string text = MakeFile();
   const std::size_t begin = text.find('\n' + kind.row + '\n');
@@ -74,7 +83,7 @@ std::string InsertBlank(const Kind& kind, std::size_t at) {
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
-// The row as it should be is taken whole; with a blank before one of its signs, up to that sign.
+// A correct row is read whole; one with a blank before one of its signs is read up to that sign.
 TEST(RowSigns, FollowTheirDigitsDirectly) {
   for (const Kind& kind : Kinds()) {
     ModelTables whole;
@@ -82,7 +91,7 @@ TEST(RowSigns, FollowTheirDigitsDirectly) {
     int numbers = 0;
     for (std::size_t at = 1; at < kind.row.size(); ++at) {
       if (!IsDigit(kind.row[at - 1]) || IsDigit(kind.row[at])) continue;
-      ++numbers;  // that end in front of `at`
+      ++numbers;  // complete before `at`
       if (kind.row[at] == ' ') continue;
       SCOPED_TRACE(kind.name + (": " + kind.row.substr(0, at)) + " " + kind.row.substr(at));
       ModelTables tables;
@@ -95,37 +104,41 @@ TEST(RowSigns, FollowTheirDigitsDirectly) {
   }
 }
 
-// "7 <11,...": the node is read and no component of the force.
+// Reads the file with a blank after the first digit of the section's row.
+void ReadRowWithBlank(Section section, ModelTables& tables) {
+  ReadRow(InsertBlank(KindOf(section), 1), section, tables);
+}
+
+// "7 <11,...": the node is read, the components of the force are not.
 TEST(RowSigns, AForceRowWithABlankBeforeItsValuesHasTheNodeAlone) {
-  const Kind& force = Kinds()[5];
   ModelTables tables;
-  ReadRow(InsertBlank(force, 1), Section::Forces, tables);
+  ReadRowWithBlank(Section::Forces, tables);
   ASSERT_EQ(tables.NodalForces.size(), 1U);
   EXPECT_EQ(tables.NodalForces[0].node, 7);
   EXPECT_EQ(tables.NodalForces[0].components, (std::array<double, 6>{}));
-  EXPECT_EQ(tables.NDL_S_4ND, 0);  // unread, as everything behind
+  EXPECT_EQ(tables.NDL_S_4ND, 0);  // not read, nor is anything after it
   EXPECT_EQ(tables.NDL_B, 0);
 }
 
-// The same of the rows whose first sign is a colon.
+// The same for the rows whose first sign is a colon.
 TEST(RowSigns, ARowWithABlankBeforeItsColonHasItsNumberAlone) {
   ModelTables node, restraint, load4, load3, loadB;
-  ReadRow(InsertBlank(Kinds()[0], 1), Section::Nodes, node);
+  ReadRowWithBlank(Section::Nodes, node);
   EXPECT_EQ(node.Nodes.at(0).x, 0.0);
   EXPECT_EQ(node.NELEM_S_4ND, 0);
-  ReadRow(InsertBlank(Kinds()[4], 1), Section::Restraints, restraint);
+  ReadRowWithBlank(Section::Restraints, restraint);
   EXPECT_EQ(restraint.NodalRestraints.at(0).node, 5);
   EXPECT_EQ(restraint.NodalRestraints.at(0).fixed, (std::array<std::int32_t, 6>{}));
   EXPECT_EQ(restraint.NFOR, 0);
-  ReadRow(InsertBlank(Kinds()[6], 1), Section::Shell4Loads, load4);
+  ReadRowWithBlank(Section::Shell4Loads, load4);
   EXPECT_EQ(load4.Shell4SurfaceLoads.at(0).element, 8);
   EXPECT_EQ(load4.Shell4SurfaceLoads.at(0).q, (std::array<double, 3>{}));
   EXPECT_EQ(load4.NDL_S_3ND, 0);
-  ReadRow(InsertBlank(Kinds()[7], 1), Section::Shell3Loads, load3);
+  ReadRowWithBlank(Section::Shell3Loads, load3);
   EXPECT_EQ(load3.Shell3SurfaceLoads.at(0).element, 9);
   EXPECT_EQ(load3.Shell3SurfaceLoads.at(0).q, (std::array<double, 3>{}));
   EXPECT_EQ(load3.NDL_B, 0);
-  ReadRow(InsertBlank(Kinds()[8], 1), Section::BeamLoads, loadB);
+  ReadRowWithBlank(Section::BeamLoads, loadB);
   EXPECT_EQ(loadB.BeamLineLoads.at(0).element, 6);
   EXPECT_EQ(loadB.BeamLineLoads.at(0).q, (std::array<double, 2>{}));
 }

@@ -1,7 +1,6 @@
-// The formatted reads of scan_text.h: conversions, white space, literals, what a failed read leaves
-// behind, and the rounding of hard numbers. The last test reads random texts with every format of
-// the model file and with the C library's fscanf, and demands the same values and the same position
-// afterwards.
+// Formatted reads: conversions, white space, literals, values and position after a failed read, and
+// the rounding of hard numbers. The last test reads random texts with every format of the model
+// file and demands the values and the position that the C library's fscanf gives.
 #include "deck/scan_text.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +23,7 @@ constexpr double Infinity = std::numeric_limits<double>::infinity();
 constexpr double UnreadReal = -77.25;
 constexpr std::int32_t UnreadInteger = -7700;
 
-// What one read of one number has left: the value, or the "Unread" value, and the position.
+// The result of one read of one number: the value, or the "Unread" value, and the position.
 struct RealRead {
   double value = UnreadReal;
   std::size_t position = 0;
@@ -57,7 +56,7 @@ std::uint64_t GetBits(double value) {
   return bits;
 }
 
-// The read must take the whole of `text` and give `value`.
+// Expects that the read takes the whole of `text` and gives `value`.
 void ExpectReal(const std::string& text, double value) {
   const RealRead read = ReadReal(text);
   EXPECT_EQ(GetBits(read.value), GetBits(value))
@@ -65,7 +64,7 @@ void ExpectReal(const std::string& text, double value) {
   EXPECT_EQ(read.position, text.size()) << text;
 }
 
-// The read must convert nothing and leave the cursor at `position`.
+// Expects that the read converts nothing and leaves the cursor at `position`.
 void ExpectNoReal(const std::string& text, std::size_t position) {
   const RealRead read = ReadReal(text);
   EXPECT_EQ(read.value, UnreadReal) << text;
@@ -104,7 +103,7 @@ TEST(ScanInteger, WithoutDigitsConvertsNothing) {
   ExpectNoInteger("", 0);
   ExpectNoInteger("x1", 0);
   ExpectNoInteger(".5", 0);
-  ExpectNoInteger("  x", 2);  // the white space before a conversion is gone
+  ExpectNoInteger("  x", 2);  // the white space before the conversion is consumed
 }
 
 TEST(ScanInteger, SignWithoutDigitsIsConsumed) {
@@ -114,7 +113,7 @@ TEST(ScanInteger, SignWithoutDigitsIsConsumed) {
   ExpectNoInteger("- 1", 1);
 }
 
-// 64 bits with saturation, of which the low 32 are kept.
+// The number saturates at 64 bits, and its low 32 bits are kept.
 TEST(ScanInteger, OverflowSaturatesAt64BitsAndKeepsTheLow32) {
   ExpectInteger("2147483647", 2147483647);
   ExpectInteger("2147483648", std::numeric_limits<std::int32_t>::min());   // 2^31
@@ -123,9 +122,9 @@ TEST(ScanInteger, OverflowSaturatesAt64BitsAndKeepsTheLow32) {
   ExpectInteger("4294967295", -1);                                         // 2^32 - 1
   ExpectInteger("4294967301", 5);                                          // 2^32 + 5
   ExpectInteger("9223372036854775806", -2);                                // 2^63 - 2
-  ExpectInteger("9223372036854775808", -1);                                // held at 2^63 - 1
+  ExpectInteger("9223372036854775808", -1);                                // saturates at 2^63 - 1
   ExpectInteger("-9223372036854775807", 1);                                // -2^63 + 1
-  ExpectInteger("-9223372036854775809", 0);                                // held at -2^63
+  ExpectInteger("-9223372036854775809", 0);                                // saturates at -2^63
   ExpectInteger("18446744073709551616", -1);                               // 2^64
   ExpectInteger(std::string(1000, '9'), -1);
 }
@@ -144,7 +143,7 @@ TEST(ScanReal, TakesSignDigitsPointAndExponent) {
 
 TEST(ScanReal, StopsBeforeTheFirstCharacterThatDoesNotBelong) {
   EXPECT_EQ(ReadReal("1.5.5").position, 3U);
-  EXPECT_EQ(ReadReal("1.e5.").position, 4U);  // no point behind the exponent's letter
+  EXPECT_EQ(ReadReal("1.e5.").position, 4U);  // no point after the exponent's letter
   EXPECT_EQ(ReadReal("1e5e5").position, 3U);
   EXPECT_EQ(ReadReal("1e5-5").position, 3U);
   EXPECT_EQ(ReadReal("1,5").position, 1U);
@@ -190,7 +189,7 @@ TEST(ScanReal, InfinityAndNan) {
   EXPECT_EQ(ReadReal("nan(1)").position, 3U);  // no payload
 }
 
-// The word cannot be put back, and neither is the character that shows it to be broken.
+// The characters of the word are consumed, and so is the first that does not belong to it.
 TEST(ScanReal, BrokenWordIsConsumedWithTheCharacterThatBreaksIt) {
   ExpectNoReal("nax", 3);
   ExpectNoReal("n,5", 2);
@@ -250,7 +249,7 @@ TEST(ScanReal, RoundsHalfWayCasesToEven) {
   ExpectReal("0x1.00000000000018p0", 0x1.0000000000002p0);
 }
 
-TEST(ScanReal, ADigitFarBehindDecidesAHalfWayCase) {
+TEST(ScanReal, ADistantDigitDecidesAHalfWayCase) {
   const std::string zeros(800, '0');
   ExpectReal("9007199254740993." + zeros, 0x1p+53);
   ExpectReal("9007199254740993." + zeros + "1", 0x1.0000000000001p+53);
@@ -376,7 +375,7 @@ TEST(ScanFormat, LiteralOfTheUpperHalfOfTheByteValuesMatches) {
   EXPECT_EQ(cursor.position, 1U);
 }
 
-TEST(ScanFormat, FieldsBehindAFailureKeepTheirValues) {
+TEST(ScanFormat, FieldsAfterAFailureKeepTheirValues) {
   TextCursor cursor{"3:1.5;2.5,3.5"};
   std::int32_t number = UnreadInteger;
   std::array<double, 3> values{UnreadReal, UnreadReal, UnreadReal};
@@ -386,7 +385,7 @@ TEST(ScanFormat, FieldsBehindAFailureKeepTheirValues) {
   EXPECT_EQ(cursor.position, 5U);  // before the ";"
 }
 
-TEST(ScanFormat, TheNextReadGoesOnWhereAFailedOneStopped) {
+TEST(ScanFormat, TheNextReadContinuesWhereAFailedOneStopped) {
   TextCursor cursor{"7;8"};
   std::int32_t first = 0, second = UnreadInteger;
   ScanFormat(cursor, "%d:%d", {&first, &second});
@@ -402,7 +401,7 @@ TEST(ScanFormat, NothingIsReadAtTheEndOfTheText) {
   EXPECT_EQ(value, UnreadReal);
 }
 
-TEST(SkipLine, GoesBehindTheLineFeedOnly) {
+TEST(SkipLine, StopsAfterTheLineFeed) {
   TextCursor cursor{"T_beam #1\n  Hw=1"};
   SkipLine(cursor);
   EXPECT_EQ(cursor.position, 10U);  // the indentation stays
@@ -422,7 +421,7 @@ TEST(SkipLine, WithoutALineFeedStopsAtTheEnd) {
   EXPECT_EQ(cursor.position, 9U);
 }
 
-#ifdef __GLIBC__  // the library whose reading of the open points is followed
+#ifdef __GLIBC__  // where the C standard leaves a choice, this library is followed
 
 constexpr std::size_t FieldsAtMost = 10;
 
@@ -467,7 +466,7 @@ constexpr const char* Formats[] = {
     "%d:%lf,%lf\n",
 };
 
-// Spellings at the borders of what a number is.
+// Spellings that are just a number, or just not one.
 constexpr const char* OddNumbers[] = {
     "",         "1e+",  "1e",        "1e-5",     "0x",       "0x.",       "0x.p1",   "0x.8p+",
     ".",        "-",    "+",         "-.",       "infin",    "inf",       "-inf",    "infinity",
@@ -477,7 +476,7 @@ constexpr const char* OddNumbers[] = {
     "- 1",      "1 e5", "INFINITYx", "Na",       "iNf",      "0xp1",      "0xg",     "-0",
     "0x1e+5",   "0b1",  "1,5",       "1e+-5",    "0x1p-1075"};
 
-// A source of random texts. Its numbers depend on the seed alone, on every platform.
+// A source of random texts. The same seed gives the same numbers on every platform.
 struct TextSource {
   std::mt19937_64 engine{20240607};  // NOLINT(cert-msc32-c,cert-msc51-cpp): any seed serves
 };
@@ -523,7 +522,7 @@ std::string DrawHalfWay(TextSource& source) {
   return number;
 }
 
-// An integer near a power of two that some width ends at.
+// An integer near 2^31, 2^32, 2^63 or 2^64, or one of a few digits.
 std::string DrawBorderInteger(TextSource& source) {
   constexpr const char* borders[] = {"214748364",           "429496729",
                                      "922337203685477580",  "1844674407370955161",
@@ -557,7 +556,7 @@ std::string DrawNumber(TextSource& source) {
   }
 }
 
-// One random change of a byte: replaced, dropped, or the text ends there.
+// One random change: a byte replaced, dropped or inserted, or the text cut there.
 void SpoilText(TextSource& source, std::string& text) {
   if (text.empty()) return;
   constexpr char bytes[] = "\0\n\r\v\f\t ,.:<>[]#=-+0159eExXnNiIaA\xFF";
@@ -588,8 +587,8 @@ std::string DrawText(TextSource& source, const char* format) {
   return text;
 }
 
-// What a reader has made of a text: a variable of either type for each conversion, and where it
-// stands.
+// What a reader made of a text: for each conversion a variable of either type, and the position
+// afterwards.
 struct ReadResult {
   std::array<std::int32_t, FieldsAtMost> integers{};
   std::array<double, FieldsAtMost> reals{};

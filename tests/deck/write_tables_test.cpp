@@ -8,6 +8,7 @@
 #include <limits>
 #include <random>
 
+#include "deck/model_tables.h"
 #include "deck/read_tables.h"
 
 namespace korvex {
@@ -43,7 +44,7 @@ TEST(WriteTables, RowsOfEachSection) {
   t.Shell4Properties = {{0, 0}};
   t.BeamNodes = {0, 1};
   t.BeamProperties = {{{0, 0, 1}, 0}};
-  t.BeamSectionRefs = {{2, 0, -0.25, true}};
+  t.BeamSectionRefs = {{BeamSecTypeC, 0, -0.25, true}};
   t.NodalRestraints = {{{1, 1, 1, 0, 0, 2}, 1}};
   t.NodalForces = {{1, {0, 0, -1000, 0, 0.5, 0}}};
   t.Shell4SurfaceLoads = {{0, {1, 2, 3}}};
@@ -107,7 +108,7 @@ TEST(WriteTables, RandomNumbersReadBackBitForBit) {
   }
 }
 
-// What is read from a written text makes the same text: nothing is lost in any section.
+// A written text, read and written again, is the same text: nothing is lost in any section.
 TEST(WriteTables, WhatIsReadIsWrittenAlike) {
   ModelTables t, read;
   t.Materials = {{1.1, 0.2, 3.3}, {4.4, 0.5, 6.6}};
@@ -122,7 +123,7 @@ TEST(WriteTables, WhatIsReadIsWrittenAlike) {
   t.Shell3Properties = {{1, 1}};
   t.BeamNodes = {0, 1, 2, 3};
   t.BeamProperties = {{{0.1, 0.2, 0.3}, 1}, {{0.4, 0.5, 0.6}, 0}};
-  t.BeamSectionRefs = {{1, 1, 0.7, false}, {2, 0, -0.8, true}};
+  t.BeamSectionRefs = {{BeamSecTypeL, 1, 0.7, false}, {BeamSecTypeC, 0, -0.8, true}};
   t.NodalRestraints = {{{1, 0, 1, 0, 1, 0}, 2}, {{0, 1, 0, 1, 0, 1}, 3}};
   t.NodalForces = {{3, {1, 2, 3, 4, 5, 6}}};
   t.Shell4SurfaceLoads = {{1, {1, 2, 3}}};

@@ -1,4 +1,4 @@
-// Tables of zeros, untouched.
+// Tables whose rows are zero without being written.
 #include "deck/zeroed_table.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@
 namespace korvex {
 namespace {
 
-// All bytes of a default record are what a fresh table holds.
+// A default record has the same bytes as a row of a new table.
 template <typename Record>
 void ExpectZeroByDefault() {
   const Record record{};
@@ -44,7 +44,7 @@ TEST(ZeroedTable, RowsKeepTheirValuesAndCopies) {
   EXPECT_EQ(table[3].y, 5.0);
 }
 
-// Memory that has been used before is zero again.
+// A table in memory that was used before is zero too.
 TEST(ZeroedTable, ANewTableIsZeroAgain) {
   ZeroedTable<Node> table;
   for (int round = 0; round < 3; ++round) {
@@ -56,7 +56,7 @@ TEST(ZeroedTable, ANewTableIsZeroAgain) {
   }
 }
 
-// A quarter of all memory, and the process holds hardly more than before.
+// A table of a quarter of the free memory: the process must hold hardly more than before.
 TEST(ZeroedTable, RowsTakeNoMemoryUntilTheyAreWritten) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the address sanitizer writes a byte for every eight that are allocated";

@@ -1,4 +1,4 @@
-// The names of the calculation log: the GBK bytes, and a UTF-8 link that replaces nothing.
+// The names of the calculation log: the GBK bytes, and a link in UTF-8 that replaces no file.
 #include "platform/calc_log_file.h"
 
 #include <gtest/gtest.h>

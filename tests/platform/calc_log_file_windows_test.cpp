@@ -1,4 +1,4 @@
-// The name of the calculation log: wide, so that it does not depend on the code page, and one only.
+// The only name of the calculation log: in wide characters, independent of the code page.
 #include "platform/calc_log_file.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// The counter that times the solution.
+// The counter that measures the time of the solution.
 #include "platform/clock.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +15,7 @@ TEST(Clock, RunsForwardAndFinelyEnough) {
   const std::int64_t before = ReadPerformanceCounter();
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
   const std::int64_t after = ReadPerformanceCounter();
-  // A sleep is never shorter than asked, but for the tick of the system's timer.
+  // A sleep can be shorter than asked by at most one tick of the system's timer.
   EXPECT_GE(static_cast<double>(after - before) / static_cast<double>(ReadPerformanceFrequency()),
             0.03);
 }

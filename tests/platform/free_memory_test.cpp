@@ -1,4 +1,4 @@
-// What the machine, a container and a limit leave, each against what it was set to.
+// The memory that the machine, a container and a limit of the process leave.
 #include "platform/free_memory.h"
 
 #include <gtest/gtest.h>
@@ -27,8 +27,8 @@ TEST(FreeMemory, IsLessThanPhysicalMemoryAndSwap) {
   EXPECT_LT(free, pages * size + (std::uint64_t{1} << 45U));  // no swap space of 32 TB
 }
 
-// Under a limit of 2^50 bytes, a thousand times any machine's memory, nothing changes; under one of
-// what the process has already, nothing is free. In a child, because a limit stays.
+// Under a limit far below what the process already uses, nothing is free. In a child process, so
+// that the limit does not stay.
 TEST(FreeMemory, ALimitOfTheAddressSpaceCounts) {
 #if defined(__SANITIZE_ADDRESS__)
   GTEST_SKIP() << "the address sanitizer asks for addresses of its own";
@@ -36,20 +36,21 @@ TEST(FreeMemory, ALimitOfTheAddressSpaceCounts) {
   const pid_t child = fork();
   ASSERT_GE(child, 0);
   if (child == 0) {
-    // Leaves free blocks in the heap for the buffers of the next call, which cannot grow the heap.
-    ReadFreeMemory();
+    // The first reading leaves free heap behind, which the second one needs: under the limit the
+    // heap cannot grow, and a file could not be opened.
+    const bool isFreeBefore = ReadFreeMemory() > 0;
     struct rlimit limit {};
     getrlimit(RLIMIT_AS, &limit);
     limit.rlim_cur = 4096;
     const bool isSet = setrlimit(RLIMIT_AS, &limit) == 0;
-    _exit(isSet && ReadFreeMemory() == 0 ? 0 : 1);
+    _exit(isFreeBefore && isSet && ReadFreeMemory() == 0 ? 0 : 1);
   }
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_EQ(status, 0);
 }
 
-// A folder of group files. groups: the list of the process's groups.
+// The limit from a folder of group files. groups: the text of the list of the process's groups.
 std::uint64_t LimitOf(const TempFolder& folder, const std::string& groups) {
   WriteFile(folder.Path() / "groups", groups);
   return ReadContainerLimit((folder.Path() / "groups").string(), folder.Path().string());
@@ -63,7 +64,7 @@ TEST(ContainerLimit, NoGroupsMeanNoLimit) {
   EXPECT_EQ(ReadContainerLimit("/no/such/file", "/no/such/folder"), UnknownMemory);
 }
 
-TEST(ContainerLimit, TheSmallestOfTheGroupsAroundItCounts) {
+TEST(ContainerLimit, TheSmallestLimitOfAGroupAndItsParentsCounts) {
   const TempFolder folder;
   fs::create_directories(folder.Path() / "a" / "b");
   WriteFile(folder.Path() / "a" / "b" / "memory.max", "max\n");

@@ -21,7 +21,7 @@ std::string ReadBytes(const fs::path& file) {
   return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-// Every line feed stands behind a carriage return, and no carriage return elsewhere.
+// Every line feed follows a carriage return, and there is no other carriage return.
 bool HasWindowsLineEnds(const std::string& bytes) {
   std::size_t lines = 0;
   for (std::size_t i = 0; i < bytes.size(); ++i) {

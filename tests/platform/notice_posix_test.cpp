@@ -1,4 +1,4 @@
-// The notice on a terminal: its three lines, what it takes from standard input, its place among
+// The notice on a terminal: its three lines, what it reads from standard input, and its order with
 // other output.
 #include <gtest/gtest.h>
 
@@ -34,7 +34,7 @@ TEST(Notice, EndOfTheInputDismissesIt) {
 }
 
 // Standard output and standard error may be the same file.
-TEST(Notice, ComesBehindWhatWasPrintedBefore) {
+TEST(Notice, ComesAfterWhatWasPrintedBefore) {
   const test::TempFolder folder;
   SetInput(folder, "");
   const StdoutInFile out;

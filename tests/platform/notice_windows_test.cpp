@@ -1,5 +1,5 @@
-// The notice as a message box: title and text in UTF-16, one OK button, no owner, and nothing goes
-// on before it is answered.
+// The notice as a message box: title and text in UTF-16, one OK button, no owner. The run waits for
+// the answer.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -36,7 +36,7 @@ TEST(Notice, HoldsTheRunUntilItIsAnswered) {
   bool returnedBefore = false;
   Texts seen;
   std::thread reader([&] {
-    // Long after the box has shown, still nothing has gone on behind it.
+    // Long after the box appeared, ShowNotice has still not returned.
     while (test::FindNotice(GetCurrentProcessId()) == nullptr) Sleep(test::LookEveryMilliseconds);
     Sleep(200);
     returnedBefore = returned;
@@ -49,7 +49,7 @@ TEST(Notice, HoldsTheRunUntilItIsAnswered) {
   EXPECT_EQ(seen, Texts{"Warning!\nwait"});
 }
 
-// The reader of these tests itself: it must tell a box that is not the program's.
+// Tests the helper of these tests: it must recognise a box that is not the program's.
 TEST(Notice, OtherBoxesAreToldApart) {
   EXPECT_EQ(CollectNotices([] { MessageBoxW(nullptr, L"text", L"title", MB_OKCANCEL); }),
             Texts{"title\ntext\nbuttons: OK Cancel"});

@@ -1,4 +1,4 @@
-// The memory itself must not notice: what lies in a block, and beside it, stays.
+// Prefaulting leaves the contents of a block, and of the bytes beside it, unchanged.
 #include "platform/prefault_memory.h"
 
 #include <gtest/gtest.h>

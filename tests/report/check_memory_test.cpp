@@ -1,4 +1,4 @@
-// Sizes that no memory holds, at the borders of 64 bits, and what a failing allocation leads to.
+// Sizes that exceed any memory, at the limits of 64 bits, and the stop of a failing allocation.
 #include "report/check_memory.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using test::ExpectStop;
 
 constexpr std::uint64_t Largest = std::numeric_limits<std::uint64_t>::max();
 
-TEST(CheckMemory, WhatMemoryHoldsPasses) {
+TEST(CheckMemory, SizesThatFitPass) {
   CheckMemory("nothing", 0, 8);
   CheckMemory("a small table", 1000, 8);
   CheckMemory("all that there is", ReadFreeMemory() / 2 / 8, 8);
@@ -37,7 +37,7 @@ TEST(CheckMemory, AProductBeyond64BitsIsNotEnough) {
              "Not enough memory for it: 3.16913e+29 GB.");
 }
 
-// Twice what there is and a gigabyte: what is free may change from one moment to the next.
+// Twice the free memory and a gigabyte, because the free memory may grow in the meantime.
 TEST(CheckMemory, MoreThanIsFreeStops) {
   const std::uint64_t free = ReadFreeMemory();
   ASSERT_LT(free, UnknownMemory);
@@ -45,7 +45,7 @@ TEST(CheckMemory, MoreThanIsFreeStops) {
 }
 
 TEST(AllocateOrStop, AFailingAllocationStopsWithTheSameNotice) {
-  // 3 x 2^30 bytes, which the check lets pass or not: either way this is the notice.
+  // 3 x 2^30 bytes. Whether or not this passes the check, the notice is the same.
   const char* const notice = "Not enough memory for three gigabytes: 3 GB.";
   ExpectStop(
       [] { AllocateOrStop("three gigabytes", 3, 1U << 30U, [] { throw std::bad_alloc(); }); },

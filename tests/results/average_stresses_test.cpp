@@ -1,5 +1,5 @@
-// The averages of corner stresses: each rule on a model of few elements, and all of them together
-// against the rule written out over all pairs of elements.
+// The averages of corner stresses: each rule on a model of few elements, and all rules together
+// against a direct sum over all pairs of elements.
 //
 // In the small models corner k of element i, counted over the quadrilaterals and then the
 // triangles, carries v = 10 (i + 1) + k on its upper and v + 1000 on its lower face: its six
@@ -115,7 +115,7 @@ TEST(AverageStresses, ShallowFoldsAreAveraged) {
     NumberAndAverage(model);
     const Shell4Element& left = model.Shell4Elements[0];
     const Shell4Element& right = model.Shell4Elements[1];
-    // Node 1: (11 + 20) / 2. Node 2: (12 + 23) / 2. The same seen from either side.
+    // Node 1: (11 + 20) / 2. Node 2: (12 + 23) / 2. Both elements get the same.
     ExpectAverage(left, 1, 15.5, 15.5 + Bottom);
     ExpectAverage(right, 0, 15.5, 15.5 + Bottom);
     ExpectAverage(left, 2, 17.5, 17.5 + Bottom);
@@ -124,7 +124,7 @@ TEST(AverageStresses, ShallowFoldsAreAveraged) {
 }
 
 // At a right angle the difference is t / sqrt(2).
-TEST(AverageStresses, SteepFoldsAreNot) {
+TEST(AverageStresses, SteepFoldsAreNotAveraged) {
   for (const double degrees : {11.479, 12.0, -12.0, 45.0, 90.0, -90.0, 135.0}) {
     SCOPED_TRACE(degrees);
     Model model = MakeFold(degrees);
@@ -159,7 +159,8 @@ TEST(AverageStresses, ThickerElementIncludesTheThinnerAndNotTheReverse) {
   ExpectAverage(model.Shell4Elements[1], 3, 17.5, 17.5 + Bottom);
 }
 
-// The bound is a quotient: 1.8 - 1.5 exceeds 3 / 10 by its rounding, not 3 times 0.1.
+// The bound is the quotient 3 / 10 and not the product 3 x 0.1: rounded, 1.8 - 1.5 is above the
+// quotient and equal to the product.
 TEST(AverageStresses, RoundedDifferenceBeyondATenth) {
   Model model = MakeFold(0, 3.0);
   AddShell(model, {1, 4, 5, 2}, 3.6);
@@ -168,7 +169,7 @@ TEST(AverageStresses, RoundedDifferenceBeyondATenth) {
   ExpectAverage(model.Shell4Elements[1], 0, 15.5, 15.5 + Bottom);
 }
 
-// One unit in the last place less on the thinner side, and 1.25 is exceeded.
+// The thinner element is thinner by one unit in the last place: the difference exceeds 1.25.
 TEST(AverageStresses, ThicknessesBeyondTheBoundAreNotAveraged) {
   Model model = MakeFold(0, std::nextafter(10.0, 0.0));
   AddShell(model, {1, 4, 5, 2}, 12.5);
@@ -218,9 +219,9 @@ TEST(AverageStresses, OppositeNormalsSwapTheFaces) {
   }
 }
 
-// Of the frames only the normals count. In the plane x = 0 two squares whose first edges run along
-// Y and along Z have the normal X both, but neither of the other axes in common.
-TEST(AverageStresses, DirectionOfTheFirstEdgeDoesNotCount) {
+// Only the normals of the two frames matter. Both squares lie in the plane x = 0 and have the
+// normal X. Their first edges run along Y and along Z, so that their other axes differ.
+TEST(AverageStresses, DirectionOfTheFirstEdgeDoesNotMatter) {
   Model model;
   for (const Node& node : MakeFold(0).Tables.Nodes) AddNode(model, 0, node.x, node.y);
   AddShell(model, {0, 1, 2, 3});
@@ -232,8 +233,8 @@ TEST(AverageStresses, DirectionOfTheFirstEdgeDoesNotCount) {
   ExpectAverage(model.Shell4Elements[0], 2, 17.0, 17.0 + Bottom);
 }
 
-// The sums above are equal on both faces; with a third element they are not. Node 1: left 11 and
-// 1011, right (facing down) 20 and 1020, the one below (facing up) 32 and 1032.
+// Two elements with opposite normals get equal sums on both faces; a third makes them differ. Node
+// 1: left 11 and 1011, right (facing down) 20 and 1020, the one below (facing up) 32 and 1032.
 TEST(AverageStresses, OppositeNormalsAreSeenFromTheOwnElement) {
   Model model = MakeFold(0);
   AddShell(model, {1, 2, 5, 4});
@@ -286,7 +287,7 @@ TEST(AverageStresses, TriangleFacingTheOtherWay) {
   ExpectAverage(model.Shell4Elements[0], 2, (12 + 1031) / 2.0, (1012 + 31) / 2.0);
 }
 
-TEST(AverageStresses, KindsAreToldApartBySurfaceAlone) {
+TEST(AverageStresses, SameRuleHoldsBetweenQuadrilateralsAndTriangles) {
   Model fold = MakeFold(12);
   AddShell(fold, {1, 4, 2});
   NumberAndAverage(fold);
@@ -343,7 +344,7 @@ TEST(AverageStresses, WebUnderADeckStaysApart) {
 
 // Squares folded up and down by 8 degrees on one edge are 16 degrees apart: both average with the
 // flat one, which averages with both, and not with each other. Node 1: 11, 20, 30.
-TEST(AverageStresses, BeingAveragedIsNotPassedOn) {
+TEST(AverageStresses, AveragingIsNotTransitive) {
   Model model = MakeFold(8);
   const Node a = model.Tables.Nodes[4], b = model.Tables.Nodes[5];
   AddNode(model, a.x, a.y, -a.z);
@@ -357,8 +358,8 @@ TEST(AverageStresses, BeingAveragedIsNotPassedOn) {
   ExpectAverage(model.Shell4Elements[2], 0, (30 + 11) / 2.0, (1030 + 1011) / 2.0);
 }
 
-// The right element has node 1 as its corners 0 and 2. It counts once, with corner 0; its own
-// corner 2 is never asked for and keeps the zeros that it was made with.
+// The right element has node 1 as its corners 0 and 2. It counts once, with corner 0. Its corner 2
+// is never averaged and keeps its initial zeros.
 TEST(AverageStresses, ElementThatRepeatsANodeCountsWithItsFirstCorner) {
   Model model = MakeFold(0);
   AddShell(model, {1, 4, 1, 2});
@@ -391,7 +392,8 @@ TEST(AverageStresses, PerpendicularNormalsCountAsOpposite) {
   ExpectAverage(model.Shell4Elements[0], 1, (11 + 1020) / 2.0, (1011 + 20) / 2.0);
 }
 
-// The two normals are NaN, all comparisons with them false: neither opposite nor too far apart.
+// The normal of the element without area is NaN, and every comparison with it is false: it is
+// neither opposite nor too far apart.
 TEST(AverageStresses, ElementWithoutAreaIsIncluded) {
   Model model = MakeFold(0);
   AddShell(model, {1, 2, 2, 1});
@@ -446,7 +448,7 @@ TEST(AverageStresses, OwnCornerComesFirstThenTheTableOrder) {
   EXPECT_EQ(model.Shell3Elements[0].AvgStressTop[0], Stress(3 * (1.0 / 5.0)));
 }
 
-// A quadrilateral meets the quadrilaterals first, a triangle the triangles.
+// A quadrilateral adds the other quadrilaterals first, a triangle the other triangles.
 TEST(AverageStresses, OwnKindComesBeforeTheOther) {
   Model quads = MakeGrid();
   SetNode4(quads, {3, Large, 0, -Large, 0});
@@ -482,7 +484,7 @@ TEST(AverageStresses, SumsAreMultipliedByTheReciprocal) {
   EXPECT_EQ(model.Shell3Elements[0].AvgStressTop[0], Stress(3 * (1.0 / 5.0)));
 }
 
-// Averages are taken of what was recovered, never of averages.
+// The recovered stresses are averaged, never earlier averages.
 TEST(AverageStresses, AveragingAgainChangesNothing) {
   Model model = MakeGrid();
   NumberAndAverage(model);
@@ -515,7 +517,7 @@ TEST(AverageStresses, OneCornerAloneCanBeAveraged) {
             (std::array<StressVector, 3>{average, none, none}));
 }
 
-// ---- Elements that are alike --------------------------------------------------------------------
+// ---- Equal elements share a sum -----------------------------------------------------------------
 
 // The faces of all four corners.
 void SetFaces(Shell4Element& element, double top, double bottom) {
@@ -534,10 +536,10 @@ void AverageEachCorner(Model& model) {
   }
 }
 
-// Ten elements in one place. Element 2 is like the one before it, and so is 8; 3 differs from it in
-// the upper face alone, 4 in the lower, 7 in thickness, 9 in the side that it faces. 5 is like 0,
-// but others lie between them. Small numbers besides 2^53 make the order of each sum visible.
-TEST(AverageStresses, OnlyElementsAlikeShareASum) {
+// Ten elements in one place. Elements 2 and 8 equal the one before them. From the one before, 3
+// differs in the upper face alone, 4 in the lower, 7 in thickness and 9 in its normal. 5 equals 0,
+// but others lie between them. Small numbers beside 2^53 make the order of each sum visible.
+TEST(AverageStresses, OnlyEqualElementsInSuccessionShareASum) {
   Model model;
   for (const auto& [x, y] : {std::pair{0, 0}, {1, 0}, {1, 1}, {0, 1}}) AddNode(model, x, y, 0);
   for (const double TK : {10.0, 10.0, 10.0, 10.0, 10.0, 10.0, 10.0, 12.1, 12.1}) {
@@ -564,7 +566,7 @@ TEST(AverageStresses, OnlyElementsAlikeShareASum) {
     const Shell4Element& element = model.Shell4Elements[e];
     EXPECT_EQ(element.AvgStressTop, expected.Shell4Elements[e].AvgStressTop) << e;
     EXPECT_EQ(element.AvgStressBottom, expected.Shell4Elements[e].AvgStressBottom) << e;
-    // The sum of the one before would be another one, and so would that of 0 for 5.
+    // The sum of the element before would be wrong here, and that of 0 would be wrong for 5.
     if (e != 3 && e != 4 && e != 7 && e != 9) continue;
     const Shell4Element& before = expected.Shell4Elements[e - 1];
     EXPECT_TRUE(element.AvgStressTop != before.AvgStressTop ||
@@ -574,8 +576,8 @@ TEST(AverageStresses, OnlyElementsAlikeShareASum) {
   EXPECT_NE(model.Shell4Elements[5].AvgStressTop, model.Shell4Elements[0].AvgStressTop);
 }
 
-// A count in a file without rows: all elements at node 0, and alike. With a sum for each corner
-// this would take hours.
+// A model file that states a count but has no rows: all elements lie at node 0 and are equal. With
+// a sum for each corner this would take hours.
 TEST(AverageStresses, ElementsWithoutRowsShareOneSum) {
   constexpr std::size_t Count = 100000;
   Model model;
@@ -598,7 +600,7 @@ TEST(AverageStresses, WithoutShellsNothingHappens) {
 
 // ---- The rule over all pairs of elements --------------------------------------------------------
 
-// What the transcription has come across, so that a test knows that it has seen every case.
+// How often each case of the rule occurred, so that a test can see that every case did.
 struct Tally {
   int included = 0, excluded = 0, flipped = 0;
 };
@@ -741,14 +743,13 @@ TEST(AverageStresses, RandomMeshesAgreeWithTheRuleOverAllPairs) {
     CompareAll(model.Shell3Elements, model.Tables.Shell3Nodes, model.Shell4Elements,
                model.Tables.Shell4Nodes, tally);
   }
-  // Some 48,000 pairs; each case has to be a good part of them for the comparison to mean anything.
+  // Some 48,000 pairs. The comparison covers a case only if that case occurs often.
   EXPECT_GT(tally.included, 5000);
   EXPECT_GT(tally.flipped, 5000);
   EXPECT_GT(tally.excluded, 5000);
 }
 
-// ---- The lists
-// -----------------------------------------------------------------------------------
+// ---- The elements at each node ------------------------------------------------------------------
 
 // Nodes 0 to 4; node 3 belongs to nothing.
 TEST(NodeElementLists, FollowTheTableOrder) {

@@ -1,16 +1,19 @@
-// The stresses of one element: fields of known strain and curvature in any plane, both faces,
-// turning stresses into global axes.
+// The stresses of one element: fields of known strain and curvature in any plane, both faces, and
+// the rotation of stresses into global axes.
 #include "results/corner_stress.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 
+#include "support/dof_names.h"
 #include "support/shell_shapes.h"
 
 namespace korvex {
 namespace {
+
+using test::Equation, test::Uz, test::Ry, test::Rz;
+using test::SX, test::SY, test::SZ, test::TXY, test::TXZ, test::TYZ;
 
 constexpr double E = test::ShapeE, Mu = test::ShapeMu, TK = test::ShapeTK;
 constexpr std::array<double, 4> CornerXi{-1.0, 1.0, 1.0, -1.0};
@@ -18,12 +21,15 @@ constexpr std::array<double, 4> CornerEta{-1.0, -1.0, 1.0, 1.0};
 constexpr std::array<std::array<double, 3>, 3> CornerL{
     {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}}};
 
+template <std::int32_t Nodes>
+using Displacements = std::array<double, static_cast<std::size_t>(Nodes) * 6>;
+
 struct Faces {
   StressVector top, bottom;
 };
 
 // At corner k.
-Faces StressOf(const Shell4Element& element, const std::array<double, 24>& d, std::size_t k) {
+Faces StressOf(const Shell4Element& element, const Displacements<4>& d, std::size_t k) {
   Faces faces{};
   faces.top.fill(-7.0);  // the caller's vectors are not clean; every entry must be written
   faces.bottom.fill(-7.0);
@@ -31,7 +37,7 @@ Faces StressOf(const Shell4Element& element, const std::array<double, 24>& d, st
   return faces;
 }
 
-Faces StressOf(const Shell3Element& element, const std::array<double, 18>& d, std::size_t k) {
+Faces StressOf(const Shell3Element& element, const Displacements<3>& d, std::size_t k) {
   Faces faces{};
   faces.top.fill(-7.0);
   faces.bottom.fill(-7.0);
@@ -41,7 +47,8 @@ Faces StressOf(const Shell3Element& element, const std::array<double, 18>& d, st
 
 // SX, SY, SZ, TXY, TXZ, TYZ of R sigma R^T, as products of full matrices.
 StressVector MultiplyOut(const ElementFrame& R, const StressVector& s) {
-  const double sigma[3][3] = {{s[0], s[3], s[4]}, {s[3], s[1], s[5]}, {s[4], s[5], s[2]}};
+  const double sigma[3][3] = {
+      {s[SX], s[TXY], s[TXZ]}, {s[TXY], s[SY], s[TYZ]}, {s[TXZ], s[TYZ], s[SZ]}};
   double global[3][3] = {};
   for (std::size_t i = 0; i < 3; ++i) {
     for (std::size_t j = 0; j < 3; ++j) {
@@ -66,8 +73,8 @@ StressVector PlaneStress(double exx, double eyy, double gxy) {
   return {p * (exx + Mu * eyy), p * (eyy + Mu * exx), 0.0, E / (2.0 * (1.0 + Mu)) * gxy, 0.0, 0.0};
 }
 
-// Both kinds of elements at all shapes and corners in an oblique plane, under a field of the
-// shape's axes: test(faces, name).
+// Calls test(faces, name) for both kinds of elements at all shapes and corners in an oblique plane,
+// under a field in the shape's axes.
 template <typename Field, typename Test>
 void ForAllCorners(const Field& field, const Test& test) {
   const auto& placement = test::InObliquePlane;
@@ -120,7 +127,7 @@ TEST(CornerStress, BendingGivesOppositeFaces) {
   });
 }
 
-// The moment is divided by the thickness twice, not by its square: this decides about the last bit.
+// The moment is divided by the thickness twice, not by its square: the last bits differ.
 // With E = 12 and Mu = 0 the rigidity is TK^3, and the unit square under ry = x has the curvature
 // 1: the stress is 6 TK^3 / TK / TK. Exact fractions, rounded after each division: 6 / 11 / 11
 // comes out 5.6e-18 below 6 / 121 and 6 / 17 / 17 2.4e-18 above 6 / 289, and the products with 11^3
@@ -134,8 +141,8 @@ TEST(CornerStress, ThicknessDividesTwice) {
     const auto field = [](double x, double) { return std::array<double, 6>{0, 0, 0, 0, x, 0}; };
     const auto d = test::DisplaceNodes(test::UnitSquare, test::InGlobalPlane, field);
     for (std::size_t k = 0; k < 4; ++k) {
-      EXPECT_EQ(StressOf(element, d, k).top[0], stress) << k;
-      EXPECT_EQ(StressOf(element, d, k).bottom[0], -stress) << k;
+      EXPECT_EQ(StressOf(element, d, k).top[SX], stress) << k;
+      EXPECT_EQ(StressOf(element, d, k).bottom[SX], -stress) << k;
     }
   }
 }
@@ -169,35 +176,37 @@ TEST(CornerStress, RigidMotionsAreFreeOfStress) {
   });
 }
 
+template <std::int32_t Nodes>
+void ExpectNoStressOfDrilling(const ShellElement<Nodes>& element) {
+  Displacements<Nodes> d{};
+  for (std::size_t k = 0; k < Nodes; ++k) d[Equation(k, Rz)] = 1.0 + static_cast<double>(k);
+  for (std::size_t k = 0; k < Nodes; ++k)
+    EXPECT_EQ(StressOf(element, d, k).top, StressVector{}) << Nodes << " nodes, corner " << k;
+}
+
 TEST(CornerStress, DrillingRotationsDoNotEnter) {
-  const Shell4Element quad = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
-  const Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
-  std::array<double, 24> d{};
-  for (std::size_t k = 0; k < 4; ++k) d[6 * k + 5] = 1.0 + static_cast<double>(k);
-  std::array<double, 18> e{};
-  for (std::size_t k = 0; k < 3; ++k) e[6 * k + 5] = 1.0 + static_cast<double>(k);
-  for (std::size_t k = 0; k < 4; ++k) EXPECT_EQ(StressOf(quad, d, k).top, StressVector{});
-  for (std::size_t k = 0; k < 3; ++k) EXPECT_EQ(StressOf(triangle, e, k).top, StressVector{});
+  ExpectNoStressOfDrilling(test::PlaceShape(test::DistortedQuad, test::InGlobalPlane));
+  ExpectNoStressOfDrilling(test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane));
+}
+
+template <std::int32_t Nodes>
+void ExpectPlaneStress(const ShellElement<Nodes>& element) {
+  Displacements<Nodes> d{};
+  for (std::size_t i = 0; i < d.size(); ++i) d[i] = std::sin(static_cast<double>(i * i));
+  for (std::size_t k = 0; k < Nodes; ++k) {
+    SCOPED_TRACE(testing::Message() << Nodes << " nodes, corner " << k);
+    const Faces faces = StressOf(element, d, k);
+    for (const StressVector& stress : {faces.top, faces.bottom}) {
+      for (const std::size_t across : {SZ, TXZ, TYZ}) EXPECT_EQ(stress[across], 0.0) << across;
+      EXPECT_NE(stress[SX], 0.0);
+    }
+  }
 }
 
 // Any displacements; the local axes are the global ones.
 TEST(CornerStress, ElementInTheGlobalPlaneHasNoStressAcrossIt) {
-  const Shell4Element quad = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
-  const Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
-  std::array<double, 24> d{};
-  for (std::size_t i = 0; i < 24; ++i) d[i] = std::sin(static_cast<double>(i * i));
-  std::array<double, 18> e{};
-  std::copy_n(d.begin(), 18, e.begin());
-  const auto expectPlane = [](const Faces& faces) {
-    for (const StressVector& stress : {faces.top, faces.bottom}) {
-      EXPECT_EQ(stress[2], 0.0);
-      EXPECT_EQ(stress[4], 0.0);
-      EXPECT_EQ(stress[5], 0.0);
-      EXPECT_NE(stress[0], 0.0);
-    }
-  };
-  for (std::size_t k = 0; k < 4; ++k) expectPlane(StressOf(quad, d, k));
-  for (std::size_t k = 0; k < 3; ++k) expectPlane(StressOf(triangle, e, k));
+  ExpectPlaneStress(test::PlaceShape(test::DistortedQuad, test::InGlobalPlane));
+  ExpectPlaneStress(test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane));
 }
 
 // u = x y / 100 on the unit square: exx = y / 100 and gxy = x / 100 at the corner itself, neither
@@ -236,8 +245,8 @@ TEST(CornerStress, QuadMomentsAreThoseAtTheCorner) {
 TEST(CornerStress, TriangleMomentsAreThoseAtThePoint) {
   const test::PlaneShape<3> shape{{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};
   const Shell3Element element = test::PlaceShape(shape, test::InGlobalPlane);
-  std::array<double, 18> d{};
-  d[8] = 1.0;
+  Displacements<3> d{};
+  d[Equation(1, Uz)] = 1.0;
   const double z = TK / 2.0;
   for (std::size_t k = 0; k < 3; ++k) {
     const auto& [x, y] = shape[k];
@@ -247,30 +256,30 @@ TEST(CornerStress, TriangleMomentsAreThoseAtThePoint) {
   }
 }
 
-// Clockwise numbers turn the normal and with it the faces.
+// Clockwise nodes reverse the normal, and the upper and lower faces change places.
 TEST(CornerStress, UpperFaceLiesTowardTheNormal) {
   const std::array<double, 12> up{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 1.0, 1.0, 0.0, 0.0, 1.0, 0.0};
   const std::array<double, 12> down{0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 1.0, 1.0, 0.0, 1.0, 0.0, 0.0};
   const auto stressAtFirst = [](const std::array<double, 12>& coordinates) {
     Shell4Element element;
     SetGeometry(element, coordinates.data(), 4, E, Mu, TK);
-    std::array<double, 24> d{};
+    Displacements<4> d{};
     for (std::size_t k = 0; k < 4; ++k) {
       const double x = coordinates[3 * k];
-      d[6 * k + 2] = -x * x / 200.0;
-      d[6 * k + 4] = x / 100.0;  // -dw/dx: the side of global +Z stretches
+      d[Equation(k, Uz)] = -x * x / 200.0;
+      d[Equation(k, Ry)] = x / 100.0;  // -dw/dx: the side of global +Z stretches
     }
     return StressOf(element, d, 0);
   };
   const Faces upward = stressAtFirst(up), downward = stressAtFirst(down);
-  EXPECT_GT(upward.top[0], 0.0);
-  EXPECT_LT(upward.bottom[0], 0.0);
+  EXPECT_GT(upward.top[SX], 0.0);
+  EXPECT_LT(upward.bottom[SX], 0.0);
   ExpectStress(downward.bottom, upward.top, 1e-15, "");  // rounding of some 0.3
   ExpectStress(downward.top, upward.bottom, 1e-15, "");
 }
 
-// Every component has a value of its own and the frame is not symmetric, so that a transposed frame
-// or exchanged components are seen. Bound: rounding of numbers up to 17.
+// All components differ and the frame is not symmetric, so that a transposed frame or exchanged
+// components would fail. Bound: rounding of numbers up to 17.
 TEST(CornerStress, ToGlobalIsTheProductOfMatrices) {
   const StressVector local{2.0, -3.0, 5.0, 7.0, -11.0, 13.0};
   const ElementFrame& R = test::InObliquePlane.axes;
@@ -279,11 +288,12 @@ TEST(CornerStress, ToGlobalIsTheProductOfMatrices) {
 
   // Trace, sum of the principal minors and determinant do not change.
   const auto invariants = [](const StressVector& s) {
-    return std::array<double, 3>{
-        s[0] + s[1] + s[2],
-        s[0] * s[1] + s[1] * s[2] + s[2] * s[0] - s[3] * s[3] - s[4] * s[4] - s[5] * s[5],
-        s[0] * s[1] * s[2] + 2.0 * s[3] * s[4] * s[5] - s[0] * s[5] * s[5] - s[1] * s[4] * s[4] -
-            s[2] * s[3] * s[3]};
+    return std::array<double, 3>{s[SX] + s[SY] + s[SZ],
+                                 s[SX] * s[SY] + s[SY] * s[SZ] + s[SZ] * s[SX] - s[TXY] * s[TXY] -
+                                     s[TXZ] * s[TXZ] - s[TYZ] * s[TYZ],
+                                 s[SX] * s[SY] * s[SZ] + 2.0 * s[TXY] * s[TXZ] * s[TYZ] -
+                                     s[SX] * s[TYZ] * s[TYZ] - s[SY] * s[TXZ] * s[TXZ] -
+                                     s[SZ] * s[TXY] * s[TXY]};
   };
   for (std::size_t i = 0; i < 3; ++i)
     EXPECT_NEAR(invariants(global)[i], invariants(local)[i], 1e-12) << i;  // numbers up to 3000
@@ -299,9 +309,9 @@ TEST(CornerStress, TensionAlongTheFirstAxis) {
 TEST(CornerStress, EquivalentStressOfKnownStates) {
   EXPECT_DOUBLE_EQ(EquivalentStress({-8.0, 0.0, 0.0, 0.0, 0.0, 0.0}), 8.0);
   EXPECT_DOUBLE_EQ(EquivalentStress({5.0, 5.0, 5.0, 0.0, 0.0, 0.0}), 0.0);
-  for (std::size_t i = 3; i < 6; ++i) {  // pure shear: sqrt(3) times it
+  for (const std::size_t component : {TXY, TXZ, TYZ}) {  // pure shear: sqrt(3) times it
     StressVector shear{};
-    shear[i] = -2.0;
+    shear[component] = -2.0;
     EXPECT_DOUBLE_EQ(EquivalentStress(shear), 2.0 * std::sqrt(3.0));
   }
   // Turning does not change it.

@@ -1,4 +1,4 @@
-// The rule that tells which corners are averaged, and the sums it leads to, corner by corner.
+// The rule for which corners are averaged with a corner, and the sums that it gives.
 #include "results/corner_sum.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@ namespace {
 
 constexpr StressVector Top{1, 2, 3, 4, 5, 6}, Bottom{10, 20, 30, 40, 50, 60};
 
-// The sum of an own element with this normal and thickness, empty.
+// The empty sum of a corner whose own element has this normal and thickness.
 CornerSum BeginSum(const Vector3& normal, double TK) { return {{}, {}, 0.0, normal, TK}; }
 
 // Whether a corner of an element with this normal and thickness goes into the sum.
@@ -51,8 +51,8 @@ TEST(CornerSum, OppositeNormalSwapsTheFaces) {
   EXPECT_EQ(sum.count, 1.0);
 }
 
-// Perpendicular ones count as opposite; without thickness, where no offset excludes them, the faces
-// tell.
+// Perpendicular normals count as opposite. With thickness zero no offset excludes the corner, so
+// that the exchanged faces show it.
 TEST(CornerSum, PerpendicularNormalSwapsTheFaces) {
   CornerSum sum = BeginSum({0, 0, 1}, 0.0);
   AddCorner(Top, Bottom, {1, 0, 0}, 0.0, sum);
@@ -60,9 +60,10 @@ TEST(CornerSum, PerpendicularNormalSwapsTheFaces) {
   EXPECT_EQ(sum.bottom, Top);
 }
 
-// Directions are told by all three components: each of these pairs has one product that is negative
-// and outweighs the others, though the fold is too steep to be averaged with thickness.
-TEST(CornerSum, EveryComponentTellsTheDirection) {
+// The sign of the dot product decides, with all three components: in each of these pairs one
+// negative product outweighs the other two. The thickness is zero, because the fold is too steep to
+// be averaged otherwise.
+TEST(CornerSum, EveryComponentCountsInTheDirection) {
   for (std::size_t axis = 0; axis < 3; ++axis) {
     Vector3 own{0.5, 0.5, 0.5}, other{0.5, 0.5, 0.5};
     own[axis] = 1.0;
@@ -74,8 +75,8 @@ TEST(CornerSum, EveryComponentTellsTheDirection) {
 }
 
 // The offsets' difference counts with all its components: own normal along an axis, the other one
-// turned from it towards each of the other two by 11 and 12 degrees; the limit is 11.48. Faced the
-// other way it is the same.
+// turned from it towards each of the other two by 11 and 12 degrees; the limit is 11.48.
+// It is the same when the other normal is reversed.
 TEST(CornerSum, FoldsUpTo11Point48Degrees) {
   for (const double degrees : {11.0, 12.0}) {
     const double angle = degrees * std::acos(-1.0) / 180.0;
@@ -102,7 +103,7 @@ TEST(CornerSum, BoundIsATenthOfTheOwnThickness) {
 
 // Elements a fifth thicker or thinner lie on the bound, and rounding decides. 3 / 10 is the double
 // nearest to 0.3; 1.8 - 1.5 comes out as the next one, and 3 times 0.1 too, which would include it.
-TEST(CornerSum, TenthIsAQuotient) {
+TEST(CornerSum, BoundIsAQuotient) {
   ASSERT_LT(3.0 / 10.0, 3.6 * 0.5 - 3.0 * 0.5);
   ASSERT_EQ(3.0 * 0.1, 3.6 * 0.5 - 3.0 * 0.5);
   EXPECT_FALSE(IsIncludedInPlane(3.0, 3.6));
@@ -115,13 +116,14 @@ TEST(CornerSum, TenthIsAQuotient) {
     ASSERT_LE(difference, own * 0.1);
     EXPECT_FALSE(IsIncludedInPlane(own, other)) << own << ' ' << other;
   }
-  // Where it comes out even they are included: 1 = 10 / 10.
+  // A difference equal to the bound is included: 1 = 10 / 10.
   EXPECT_TRUE(IsIncludedInPlane(10.0, 12.0));
   EXPECT_TRUE(IsIncludedInPlane(10.0, 8.0));
 }
 
-// A negative thickness bounds nothing in; what is no number excludes nothing.
-TEST(CornerSum, ThicknessesThatAreNone) {
+// With a negative own thickness no corner is within the bound. A comparison with NaN is false and
+// excludes nothing.
+TEST(CornerSum, NegativeZeroAndNaNThicknesses) {
   constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
   EXPECT_FALSE(IsIncludedInPlane(-10.0, -10.0));
   EXPECT_TRUE(IsIncludedInPlane(0.0, 0.0));
@@ -129,7 +131,8 @@ TEST(CornerSum, ThicknessesThatAreNone) {
   EXPECT_TRUE(IsIncluded({0, 0, 1}, 10.0, {NaN, NaN, NaN}, 10.0));
 }
 
-// A corner of an element brings its own stresses, not the averages, and the frame's third column.
+// An element's corner adds its recovered stresses, not the averages; the normal is the third column
+// of the element's frame.
 TEST(CornerSum, CornerOfAnElement) {
   Shell3Element element{};
   element.TK = 10.0;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "results/line_drawing.h"
+#include "support/dof_names.h"
 
 namespace korvex {
 namespace {
@@ -12,7 +13,7 @@ TEST(DrawingBits, ScaleIsTheQuotientTimesTheShare) {
   model.Tables.NPOIN = 2;
   model.Tables.Nodes = {{0, 0, 0}, {extent, 2.5, -1.25}};
   model.Displacements.assign(12, 0.0);
-  model.Displacements[8] = -translation;
+  model.Displacements[test::Equation(1, test::Uz)] = -translation;
   const double expected = extent / translation * 0.05;
   EXPECT_EQ(ComputeDrawingScale(model), expected);
   EXPECT_NE(extent * 0.05 / translation, expected);

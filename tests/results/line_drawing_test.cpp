@@ -1,4 +1,4 @@
-// The drawings byte by byte, their scale, and what is drawn twice.
+// The drawings byte by byte, their scale, and edges that are drawn twice.
 #include "results/line_drawing.h"
 
 #include <gtest/gtest.h>
@@ -8,11 +8,14 @@
 #include <limits>
 #include <utility>
 
+#include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/temp_folder.h"
 
 namespace korvex {
 namespace {
+
+using test::Equation, test::Ux, test::Uz, test::Rx;
 
 // The unit square with a triangle on its upper edge; the displacements are zero.
 Model MakeHouse() {
@@ -115,9 +118,9 @@ TEST(LineDrawing, SixSignificantDigits) {
 // 0.2. The rotations, larger still, do not count.
 TEST(LineDrawing, LargestTranslationIsDrawnAsATwentiethOfTheExtent) {
   Model model = MakeHouse();
-  model.Displacements[0] = 0.25;           // x of node 0
-  model.Displacements[4 * 6 + 2] = -0.5;   // z of node 4
-  model.Displacements[2 * 6 + 3] = 100.0;  // rx of node 2
+  model.Displacements[Equation(0, Ux)] = 0.25;
+  model.Displacements[Equation(4, Uz)] = -0.5;
+  model.Displacements[Equation(2, Rx)] = 100.0;
   EXPECT_DOUBLE_EQ(ComputeDrawingScale(model), 0.2);
   EXPECT_EQ(DrawDeformation(model),
             Opening + Line({"0.05", "0", "0", "1", "0", "0"}) +
@@ -136,19 +139,21 @@ TEST(LineDrawing, ScaleLooksAtAllDirections) {
     far[d] = -8.0;
     model.Tables.Nodes = {{0, 0, 0}, {far[0], far[1], far[2]}};
     model.Displacements.assign(12, 0.125);
-    model.Displacements[6 + d] = -0.5;
+    model.Displacements[Equation(1, Ux + d)] = -0.5;
     EXPECT_DOUBLE_EQ(ComputeDrawingScale(model), 8.0 / 0.5 * 0.05) << d;
   }
 }
 
-// The search begins with ux of node 0 and keeps what it has unless something is larger: a NaN there
-// stays, one elsewhere is passed over.
+// The search for the largest translation begins with ux of node 0. No comparison with NaN is true:
+// a NaN there stays, and a NaN elsewhere is passed over.
 TEST(LineDrawing, ScaleStartsFromTheFirstTranslation) {
   Model model = MakeHouse();
-  model.Displacements[0] = std::numeric_limits<double>::quiet_NaN();
-  model.Displacements[6] = 1.0;
+  double& first = model.Displacements[Equation(0, Ux)];
+  double& second = model.Displacements[Equation(1, Ux)];
+  first = std::numeric_limits<double>::quiet_NaN();
+  second = 1.0;
   EXPECT_TRUE(std::isnan(ComputeDrawingScale(model)));
-  std::swap(model.Displacements[0], model.Displacements[6]);
+  std::swap(first, second);
   EXPECT_DOUBLE_EQ(ComputeDrawingScale(model), 2.0 / 1.0 * 0.05);
 }
 
@@ -160,7 +165,7 @@ TEST(LineDrawing, SingleNodeHasNoExtent) {
   EXPECT_EQ(ComputeDrawingScale(model), 0.0);
 }
 
-// Nothing moves: 2 / 0 is infinite, infinity times zero is not a number. No special case.
+// Nothing moves: the scale 2 / 0 is infinite, and infinity times zero is NaN. No special case.
 TEST(LineDrawing, ZeroDisplacementsAreDrawnAsTheStreamPrintsThem) {
   const Model model = MakeHouse();
   EXPECT_TRUE(std::isinf(ComputeDrawingScale(model)));

@@ -46,8 +46,8 @@ TEST(NodeDisplacements, NodeNumberTakesFourteenPlacesAndAColon) {
   EXPECT_NE(file.find("\n            10:" + zeros), std::string::npos);
 }
 
-// Values reach six digits, an exponent of three digits and two signs: 13 places. None can be wider
-// than its column, so the columns always stand apart.
+// The widest value has six digits, a point, two signs and an exponent of three digits: 13 places.
+// It is narrower than its column, so a blank always separates the columns.
 TEST(NodeDisplacements, WidestValueKeepsItsColumn) {
   Model model;
   model.Tables.NPOIN = 1;

@@ -1,4 +1,5 @@
-// The text of result files: every item as a stream would write it, columns, blocks.
+// The text of result files: every item as a stream would write it, columns, and files longer than
+// one block.
 #include "results/result_file.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@
 namespace korvex {
 namespace {
 
-// A file of `lines` in a folder of its own, closed.
+// The text of a file that `write` fills, in a folder of its own.
 std::string WriteToText(const std::function<void(ResultFile&)>& write) {
   const test::WorkingFolder folder;
   ResultFile file;
@@ -41,7 +42,7 @@ TEST(ResultFile, ColumnsAreFifteenWideAndRightAligned) {
             "             7:  -1.23457e-300            0.5\n");
 }
 
-TEST(ResultFile, ManyBlocksFollowEachOther) {
+TEST(ResultFile, ManyBlocksFollowOneAnother) {
   std::string expected;
   for (int i = 0; i < 100000; ++i) expected += "line " + std::to_string(i) + "\n";
   EXPECT_TRUE(WriteToText([](ResultFile& file) {

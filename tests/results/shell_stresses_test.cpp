@@ -8,13 +8,13 @@
 #include <cmath>
 
 #include "results/corner_stress.h"
+#include "support/dof_names.h"
 #include "support/shell_shapes.h"
 
 namespace korvex {
 namespace {
 
-// A quad and a triangle of a model with seven nodes, in an order of their own; every displacement
-// is another.
+// Two quads and two triangles on seven nodes, numbered in no order. All displacements differ.
 Model MakeModel() {
   Model model;
   model.Tables.NPOIN = 7;
@@ -31,13 +31,14 @@ Model MakeModel() {
   return model;
 }
 
-// The displacements of nodes `first` ... in turn.
+// The displacements of the nodes, in the order given.
 template <std::size_t Count>
 std::array<double, 6 * Count> Gather(const Model& model,
                                      const std::array<std::size_t, Count>& nodes) {
   std::array<double, 6 * Count> d{};
   for (std::size_t k = 0; k < Count; ++k) {
-    for (std::size_t j = 0; j < 6; ++j) d[6 * k + j] = model.Displacements[6 * nodes[k] + j];
+    for (std::size_t j = 0; j < 6; ++j)
+      d[test::Equation(k, j)] = model.Displacements[test::Equation(nodes[k], j)];
   }
   return d;
 }
@@ -62,7 +63,7 @@ TEST(ShellStresses, QuadsAreEvaluatedAtTheirCorners) {
   }
 }
 
-// A triangle's three corners hold what belongs to its first.
+// All three corners of a triangle hold the stresses at its first corner.
 TEST(ShellStresses, TrianglesAreEvaluatedAtTheirFirstCornerOnly) {
   Model model = MakeModel();
   RecoverShellStresses(model);
@@ -76,7 +77,7 @@ TEST(ShellStresses, TrianglesAreEvaluatedAtTheirFirstCornerOnly) {
       EXPECT_EQ(element.NodeStressTop[k], top) << e << ' ' << k;
       EXPECT_EQ(element.NodeStressBottom[k], bottom) << e << ' ' << k;
     }
-    // The other corners' own stresses are others.
+    // Elsewhere in the triangle the stresses differ.
     for (const std::array<double, 3>& L :
          {std::array<double, 3>{0.0, 1.0, 0.0}, std::array<double, 3>{0.0, 0.0, 1.0},
           std::array<double, 3>{1.0 / 3.0, 1.0 / 3.0, 1.0 / 3.0}}) {
@@ -88,11 +89,11 @@ TEST(ShellStresses, TrianglesAreEvaluatedAtTheirFirstCornerOnly) {
 
 TEST(ShellStresses, AveragesAreLeftAlone) {
   Model model = MakeModel();
-  model.Shell4Elements[0].AvgStressTop[2][3] = 5.0;
-  model.Shell3Elements[0].AvgStressBottom[1][4] = 6.0;
+  model.Shell4Elements[0].AvgStressTop[2][test::TXY] = 5.0;
+  model.Shell3Elements[0].AvgStressBottom[1][test::TXZ] = 6.0;
   RecoverShellStresses(model);
-  EXPECT_EQ(model.Shell4Elements[0].AvgStressTop[2][3], 5.0);
-  EXPECT_EQ(model.Shell3Elements[0].AvgStressBottom[1][4], 6.0);
+  EXPECT_EQ(model.Shell4Elements[0].AvgStressTop[2][test::TXY], 5.0);
+  EXPECT_EQ(model.Shell3Elements[0].AvgStressBottom[1][test::TXZ], 6.0);
 }
 
 TEST(ShellStresses, ModelWithoutShells) {

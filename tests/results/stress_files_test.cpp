@@ -1,5 +1,5 @@
-// The two stress files byte by byte, the von Mises stress in them, and what happens where they
-// cannot be written.
+// The two stress files byte by byte, the von Mises stress in them, and the stop where they cannot
+// be written.
 #include "results/stress_files.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +33,7 @@ std::string WriteAverageFile(const Model& model) {
   return test::ReadFile(AverageFileName);
 }
 
-// Two quadrilaterals and a triangle; the stresses are zero but where a test sets them.
+// Two quadrilaterals and a triangle. Stresses are zero unless a test sets them.
 Model MakeModel() {
   Model model;
   model.Tables.NPOIN = 124;
@@ -69,7 +69,7 @@ constexpr const char* ZeroValues =
     "              0              0              0              0"
     "              0              0              0\n";
 
-// The von Mises stresses of the lines that are not zero:
+// SX, SY, SZ, TXY, TXZ, TYZ. The von Mises stresses of the lines that are not zero:
 //   300, 0, 0; no shear: 300.                  -120.5, 0, 0: 120.5.
 //   TXY = 100: 100 sqrt(3) = 173.205.          10, 20, 30: sqrt(0.5 (100 + 100 + 400)) = 17.3205.
 //   -7, -7, -7, a pressure from all sides: 0.  TXZ = 3, TYZ = -4: sqrt(3 x 25) = 8.66025.
@@ -82,8 +82,8 @@ constexpr std::array<StressVector, 7> Stresses{{{300, 0, 0, 0, 0, 0},
                                                 {0, 0, 0, 0, 3, -4},
                                                 {1e-5, 0, 0, 1e9, 0, 0}}};
 
-// Puts the stresses above into corners of all three elements, by way of the slots that `top` and
-// `bottom` give of an element.
+// Puts the stresses above into corners of all three elements. top(element) and bottom(element)
+// return the corner stresses to set: the recovered ones or the averages.
 template <typename Top, typename Bottom>
 void SetStresses(Model& model, Top top, Bottom bottom) {
   top(model.Shell4Elements[0])[0] = Stresses[0];
@@ -152,7 +152,7 @@ std::string File(const std::string& title4, const std::string& title3) {
          "0\n" + Header + TriangleBlock;
 }
 
-// The averages are zero here: a file that read them would be.
+// The averages are zero here, so a file of averages would differ.
 TEST(StressFiles, ElementFileHoldsTheRecoveredStresses) {
   Model model = MakeModel();
   SetStresses(
@@ -180,7 +180,7 @@ TEST(StressFiles, WithoutShellsBothAreEmpty) {
   }
 }
 
-TEST(StressFiles, AKindWithoutElementsHasNoLine) {
+TEST(StressFiles, AnElementKindWithoutElementsHasNoLine) {
   Model quads = MakeModel();
   quads.Tables.NELEM_S_3ND = 0;
   quads.Shell3Elements.clear();
@@ -250,8 +250,8 @@ TEST(StressFiles, EquivalentStressIsThatOfTheFullPrecision) {
             std::string::npos);
 }
 
-// Two elements that both have 100 at their common node, one pulled along X and one pushed: the
-// average is no stress at all, and so is its equivalent, whereas the mean of both would be 100.
+// At their common node one element is pulled along X with 100 and the other pushed with 100: the
+// average is zero, and so is its equivalent. The mean of the two equivalents would be 100.
 TEST(StressFiles, AverageFileHasTheEquivalentOfTheAverage) {
   Model model;
   model.Tables.NPOIN = 5;

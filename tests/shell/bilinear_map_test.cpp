@@ -1,5 +1,5 @@
-// The bilinear map: shape functions, derivatives and Jacobian against maps that are known, and the
-// signs of its determinant.
+// The bilinear map: shape functions, derivatives and Jacobian against known maps, and the sign of
+// the determinant.
 #include "shell/bilinear_map.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 namespace korvex {
 namespace {
 
-// Dyadic, so that all sums below are exact.
+// Multiples of 1/8, so that all sums below are exact.
 constexpr std::array<std::array<double, 2>, 5> Points{
     {{0.0, 0.0}, {-0.5, 0.25}, {0.75, -0.125}, {1.0, -1.0}, {-0.25, 1.0}}};
 constexpr Array4 NodeXi{-1.0, 1.0, 1.0, -1.0};

@@ -8,6 +8,7 @@
 
 #include <cmath>
 
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -33,6 +34,8 @@ void FixJ(ModelText& model, int n, int row, const std::array<int, 6>& fixed) {
   for (int i = 0; i <= n; ++i) model.restraints.push_back({GridNode(n, i, row), fixed});
 }
 
+// ux, uy, uz, rx, ry, rz. A plane of symmetry holds the translation across it and the rotations
+// about the two axes in it.
 constexpr std::array<int, 6> Diaphragm{1, 0, 1, 0, 0, 0};
 constexpr std::array<int, 6> MirrorX{1, 0, 0, 0, 1, 1};
 constexpr std::array<int, 6> MirrorY{0, 1, 0, 1, 0, 1};
@@ -68,7 +71,7 @@ double DeflectRoof(Cells cells, int n) {
   }
   Model model;
   SolveModel(text, model);
-  return -NodeDisplacements(model, GridNode(n, n, n))[2];
+  return -NodeDisplacements(model, GridNode(n, n, n))[Uz];
 }
 
 // An eighth of the cylinder under two opposite unit forces: diaphragm at y = 0, middle at y = L/2,
@@ -85,7 +88,7 @@ double DeflectCylinder(Cells cells, int n) {
   text.forces = {{loaded, {0.0, 0.0, -0.25, 0.0, 0.0, 0.0}}};
   Model model;
   SolveModel(text, model);
-  return -NodeDisplacements(model, loaded)[2];
+  return -NodeDisplacements(model, loaded)[Uz];
 }
 
 // One row: u / reference on meshes of 4, 8, 16 and 32 cells a side, as pinned and as published.
@@ -97,8 +100,8 @@ struct Row {
 
 constexpr std::array<int, 4> Meshes{4, 8, 16, 32};
 
-// The pinned digits are the program's own. The exact ratio rounds to them: half a unit of the
-// fourth, and a little for a digit at the edge.
+// The pinned digits are the program's own ratios rounded to four digits: half a unit of the fourth,
+// and a little more.
 constexpr double Bound = 0.51e-4;
 
 void ExpectRow(const Row& row, double (*deflect)(Cells, int), double reference) {
@@ -110,13 +113,14 @@ void ExpectRow(const Row& row, double (*deflect)(Cells, int), double reference) 
   }
 }
 
-// The quads come out stiffer than published on coarse meshes, and the penalty on the drilling
-// rotation is why: along a fold between two flat elements the drilling of one is bending of the
-// other, and ten times the shear modulus ties it to the rotation of a bilinear membrane, which
-// cannot follow. With a penalty of a thousandth of the shear modulus the rows would read
-// .9418 .9739 .9913 .9971 and .3711 .7434 .9288 .9890, within a hundredth of the published; the
-// flatness of the elements and their membrane cost no more than that. The triangles have the same
-// penalty, 2.125 times as strong, over a constant strain; theirs have no published row.
+// On coarse meshes the quads are stiffer than published, because of the penalty on the drilling
+// rotation. Along a fold between two flat elements the drilling rotation of one is a bending
+// rotation of the other. A penalty of ten times the shear modulus ties it to the rotation of a
+// bilinear membrane, which cannot follow. With a penalty of a thousandth of the shear modulus the
+// rows would read .9418 .9739 .9913 .9971 and .3711 .7434 .9288 .9890, within a hundredth of the
+// published; the flatness of the elements and their membrane cost no more than that. The triangles
+// have the same penalty, 2.125 times as strong, over a constant strain; theirs have no published
+// row.
 //
 // References: 0.3024 of the roof and 1.8248e-5 of the cylinder (MacNeal & Harder 1985; Belytschko
 // et al. 1985), from deep-shell solutions.

@@ -1,5 +1,5 @@
-// Local coordinates and the rotations of elements: what is rotated three by three must be bit for
-// bit what the full products give.
+// Local coordinates and the rotations of elements: rotating in blocks of 3 x 3 must give the bits
+// of the full matrix products.
 #include "shell/element_parts.h"
 
 #include <gtest/gtest.h>
@@ -63,9 +63,9 @@ TEST(ElementParts, MatrixRotationIsTheFullProductBitForBit) {
   }
 }
 
-// Sums begin with 0, so that a zero is positive: without it, three numbers of a frame that are all
-// negative would make three negative zeros of it, and their sum one.
-TEST(ElementParts, NothingRotatedIsPositiveZeroInAnyFrame) {
+// Each sum begins with 0, so a rotated zero is +0. Without that 0, three negative numbers of the
+// frame would give three negative zeros, whose sum is -0.
+TEST(ElementParts, ZerosRotateToPositiveZerosInAnyFrame) {
   const double a = 1.0 / 3.0, b = 2.0 / 3.0;
   for (const ElementFrame& frame : {ElementFrame{-a, -b, -b, b, -b, a, -b, -a, b},
                                     ElementFrame{-b, -a, b, -a, -b, -b, b, -b, a},
@@ -127,7 +127,7 @@ TEST(ElementParts, LocalCoordinatesAreComponentsOfTheGlobalPosition) {
   EXPECT_EQ(y, (std::array<double, 3>{2.0, 5.5, -8.0}));
 }
 
-// The order x, y, z of the sum: 1e16 - 1e16 + 1 in this order only.
+// 1e16 - 1e16 + 1 is 1 only when summed from x to z.
 TEST(ElementParts, LocalCoordinatesAreSummedFromXToZ) {
   const ElementFrame ones{1.0, 1.0, 0.0, 1.0, 1.0, 0.0, 1.0, 1.0, 0.0};
   const std::array<double, 3> position{1e16, -1e16, 1.0};
@@ -149,7 +149,7 @@ TEST(ElementParts, PartGetsCoordinatesMaterialAndThickness) {
   EXPECT_EQ(plate.TK, test::ShapeTK);
 }
 
-TEST(ElementParts, OtherNodeCountLeavesThePartAsItIs) {
+TEST(ElementParts, OtherNodeCountIsIgnored) {
   Shell3Element triangle = test::PlaceShape(test::ScaleneTriangle, test::InGlobalPlane);
   triangle.NodeCount = 4;
   TriMembrane membrane;

@@ -1,5 +1,6 @@
 // The last bits of the element frame: each axis is a vector divided by its own length, and e2 is
-// that of m = n x a. Other forms are mathematically equal, but their last bits differ.
+// m = n x a divided by its length. Other forms are mathematically equal, but their last bits
+// differ.
 #include <gtest/gtest.h>
 
 #include <cmath>

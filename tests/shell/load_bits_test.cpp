@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "shell/shell_loads.h"
+#include "support/dof_names.h"
 
 namespace korvex {
 namespace {
@@ -30,7 +31,7 @@ std::vector<double> ForcesOn(const Function& loadVector,
   std::array<double, static_cast<std::size_t>(Nodes) * 6> f{};
   loadVector(element, load, f.data());
   std::vector<double> forces;
-  for (std::size_t k = 0; k < x.size(); ++k) forces.push_back(f[6 * k + 2]);
+  for (std::size_t k = 0; k < x.size(); ++k) forces.push_back(f[test::Equation(k, test::Fz)]);
   return forces;
 }
 

@@ -9,6 +9,7 @@
 
 #include <cmath>
 
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -22,14 +23,14 @@ constexpr double Pi = 3.14159265358979323846;
 double Rigidity(double t) { return E * t * t * t / (12 * (1 - Mu * Mu)); }
 
 enum class Edges { Supported, Clamped };
-enum class Load { Uniform, Hydrostatic };
+enum class PressureShape { Uniform, Hydrostatic };
 
 struct Plate {
   std::string name;
   Cells cells;
   Edges edges;
   double slenderness;  // t / L
-  Load load;
+  PressureShape load;
   double exact;  // f
 };
 
@@ -38,18 +39,18 @@ std::ostream& operator<<(std::ostream& out, const Plate& plate) { return out << 
 // Navier's series (Timoshenko & Woinowsky-Krieger 1959, sec. 30) at x, on the centre line y = L/2.
 // Where the edges' rotations about their normals are held as well, each term of a plate that shears
 // is the thin plate's times 1 + D k^2 / (5/6 G t) (Wang, Reddy & Lee 2000, ch. 6).
-double SumNavierSeries(Load load, double slenderness, double x) {
+double SumNavierSeries(PressureShape load, double slenderness, double x) {
   const double t = slenderness * L;
   const double shear = Rigidity(t) / (5.0 / 6.0 * E / (2 * (1 + Mu)) * t);
   double f = 0.0;
   // The terms fall as m^-4 at least, in alternating signs: 200 of them give nine digits.
   for (int m = 1; m < 200; ++m) {
     for (int n = 1; n < 200; n += 2) {
-      if (load == Load::Uniform && m % 2 == 0) continue;
+      if (load == PressureShape::Uniform && m % 2 == 0) continue;
       // The load's own coefficients, in p: 16 / (pi^2 m n) for odd m, and of p x/L half of that
       // for every m, in alternating signs.
       double q = 16 / (Pi * Pi * m * n);
-      if (load == Load::Hydrostatic) q *= m % 2 == 1 ? 0.5 : -0.5;
+      if (load == PressureShape::Hydrostatic) q *= m % 2 == 1 ? 0.5 : -0.5;
       const double k2 = Pi * Pi * (m * m + n * n);  // k^2 L^2
       f += q / (k2 * k2) * (1 + shear / (L * L) * k2) * std::sin(m * Pi * x / L) *
            std::sin(n * Pi / 2);
@@ -70,11 +71,12 @@ ModelText BuildPlate(const Plate& plate, int n) {
   const bool clamped = plate.edges == Edges::Clamped;
   for (int j = 0; j <= 2 * n; ++j) {
     for (int i = 0; i <= n; ++i) {
-      std::array<int, 6> fixed{1, 1, 0, 0, 0, 1};
+      std::array<int, 6> fixed{};
+      fixed[Ux] = fixed[Uy] = fixed[Rz] = 1;
       const bool edgeX = j == 0 || j == 2 * n, edgeY = i == n, middle = i == 0;
-      if (edgeX || edgeY) fixed[2] = 1;
-      if (edgeX || middle || (clamped && edgeY)) fixed[3] = 1;  // dw/dy = 0
-      if (edgeY || (clamped && edgeX)) fixed[4] = 1;            // dw/dx = 0
+      if (edgeX || edgeY) fixed[Uz] = 1;
+      if (edgeX || middle || (clamped && edgeY)) fixed[Rx] = 1;  // dw/dy = 0
+      if (edgeY || (clamped && edgeX)) fixed[Ry] = 1;            // dw/dx = 0
       model.restraints.push_back({GridNode(n, i, j), fixed});
     }
   }
@@ -83,13 +85,13 @@ ModelText BuildPlate(const Plate& plate, int n) {
 
 template <typename Shells>
 std::vector<ModelText::ShellLoad> LoadShells(const ModelText& model, const Shells& shells,
-                                             Load load) {
+                                             PressureShape load) {
   std::vector<ModelText::ShellLoad> loads;
   for (std::size_t e = 0; e < shells.size(); ++e) {
     ModelText::ShellLoad row{static_cast<int>(e), {}};
     for (std::size_t k = 0; k < 3; ++k) {
       const double x = model.nodes[static_cast<std::size_t>(shells[e].nodes[k])][0];
-      row.q[k] = load == Load::Uniform ? Pressure : Pressure * x / L;
+      row.q[k] = load == PressureShape::Uniform ? Pressure : Pressure * x / L;
     }
     loads.push_back(row);
   }
@@ -103,8 +105,8 @@ double ComputeDeflection(const Plate& plate, int n) {
   text.shell3Loads = LoadShells(text, text.shells3, plate.load);
   Model model;
   SolveModel(text, model);
-  const int row = plate.load == Load::Uniform ? n : 3 * n / 2;
-  const double w = NodeDisplacements(model, GridNode(n, 0, row))[2];
+  const int row = plate.load == PressureShape::Uniform ? n : 3 * n / 2;
+  const double w = NodeDisplacements(model, GridNode(n, 0, row))[Uz];
   return w * Rigidity(plate.slenderness * L) / (Pressure * L * L * L * L);
 }
 
@@ -120,26 +122,28 @@ constexpr double ClampedThickUniform = 1.504625e-3, ClampedThickHydrostatic = 5.
 
 std::vector<Plate> AllPlates() {
   std::vector<Plate> plates;
-  const auto add = [&](Cells cells, Edges edges, double slenderness, Load load, double exact) {
+  const auto add = [&](Cells cells, Edges edges, double slenderness, PressureShape load,
+                       double exact) {
     const std::string name = std::string(slenderness == Thin ? "Thin" : "Thick") +
                              (edges == Edges::Clamped ? "Clamped" : "Supported") +
-                             (load == Load::Uniform ? "Uniform" : "Hydrostatic") + NameCells(cells);
+                             (load == PressureShape::Uniform ? "Uniform" : "Hydrostatic") +
+                             NameCells(cells);
     plates.push_back({name, cells, edges, slenderness, load, exact});
   };
   for (const Cells cells : {Cells::Quads, Cells::Triangles}) {
     for (const double slenderness : {Thin, Thick}) {
       // The triangle is a thin plate at any thickness.
       if (cells == Cells::Triangles && slenderness == Thick) continue;
-      for (const Load load : {Load::Uniform, Load::Hydrostatic}) {
-        const double x = load == Load::Uniform ? L / 2 : 3 * L / 4;
+      for (const PressureShape load : {PressureShape::Uniform, PressureShape::Hydrostatic}) {
+        const double x = load == PressureShape::Uniform ? L / 2 : 3 * L / 4;
         add(cells, Edges::Supported, slenderness, load, SumNavierSeries(load, slenderness, x));
       }
     }
-    add(cells, Edges::Clamped, Thin, Load::Uniform, ClampedThinUniform);
-    add(cells, Edges::Clamped, Thin, Load::Hydrostatic, ClampedThinHydrostatic);
+    add(cells, Edges::Clamped, Thin, PressureShape::Uniform, ClampedThinUniform);
+    add(cells, Edges::Clamped, Thin, PressureShape::Hydrostatic, ClampedThinHydrostatic);
     if (cells == Cells::Triangles) continue;
-    add(cells, Edges::Clamped, Thick, Load::Uniform, ClampedThickUniform);
-    add(cells, Edges::Clamped, Thick, Load::Hydrostatic, ClampedThickHydrostatic);
+    add(cells, Edges::Clamped, Thick, PressureShape::Uniform, ClampedThickUniform);
+    add(cells, Edges::Clamped, Thick, PressureShape::Hydrostatic, ClampedThickHydrostatic);
   }
   return plates;
 }
@@ -185,7 +189,7 @@ TEST(PublishedPlates, AreMetToFourDigits) {
   const std::array<PublishedRow, 2> rows{{{Edges::Clamped, 1.267e-3, {.9871, .9958, .9980}},
                                           {Edges::Supported, 4.062e-3, {.9949, .9988, .9998}}}};
   for (const PublishedRow& row : rows) {
-    const Plate plate{"", Cells::Quads, row.edges, Thin, Load::Uniform, row.reference};
+    const Plate plate{"", Cells::Quads, row.edges, Thin, PressureShape::Uniform, row.reference};
     for (std::size_t mesh = 0; mesh < 3; ++mesh) {
       EXPECT_NEAR(ComputeDeflection(plate, Meshes[mesh]) / row.reference, row.ratios[mesh], 0.5e-4)
           << "mesh " << mesh;

@@ -11,6 +11,9 @@
 namespace korvex {
 namespace {
 
+// Dofs of a node of the in-plane part.
+enum InPlaneDof : std::size_t { U, V, Drilling };
+
 // A quadrilateral for which the orders below differ.
 constexpr Array4 X{0.31, 2.73, 3.19, -0.17}, Y{0.47, 0.83, 2.61, 2.29};
 constexpr double E = 2.06e11, Mu = 0.3, TK = 0.013;
@@ -62,9 +65,9 @@ double FillPenaltyRow(double xi, double eta, std::array<double, 12>& b) {
   }
   const double det = yEta * xXi - xEta * yXi;
   for (std::size_t k = 0; k < 4; ++k) {
-    b[3 * k] = 0.5 * (-xEta / det * dXi[k] + xXi / det * dEta[k]);
-    b[3 * k + 1] = -0.5 * (yEta / det * dXi[k] + -yXi / det * dEta[k]);
-    b[3 * k + 2] = N[k];
+    b[3 * k + U] = 0.5 * (-xEta / det * dXi[k] + xXi / det * dEta[k]);
+    b[3 * k + V] = -0.5 * (yEta / det * dXi[k] + -yXi / det * dEta[k]);
+    b[3 * k + Drilling] = N[k];
   }
   return det;
 }

@@ -1,5 +1,5 @@
-// The set-up of the two shell elements: what is copied, the local frame, and the one inconsistency
-// that is reported.
+// The set-up of the two shell elements: the copied data, the local frame, and the report of a node
+// count that does not match.
 #include "shell/shell_element.h"
 
 #include <gtest/gtest.h>
@@ -11,28 +11,32 @@ namespace {
 
 constexpr double E = 2.1e11, Mu = 0.3, TK = 0.012;
 
-using Quad = std::array<double, 12>;
-using Triangle = std::array<double, 9>;
+template <std::int32_t Nodes>
+using Coordinates = std::array<double, static_cast<std::size_t>(Nodes) * 3>;  // x, y, z per node
+
+using Quad = Coordinates<4>;
+using Triangle = Coordinates<3>;
 
 constexpr Quad UnitSquare{0.0, 0.0, 0.0,         //
                           1.0, 0.0, 0.0,         //
                           1.0, 1.0, 0.0,         //
                           0.0, 1.0, 0.0};        //
+constexpr Triangle UnitTriangle{0.0, 0.0, 0.0,   //
+                                1.0, 0.0, 0.0,   //
+                                0.0, 1.0, 0.0};  //
 constexpr ElementFrame Identity{1.0, 0.0, 0.0,   //
                                 0.0, 1.0, 0.0,   //
                                 0.0, 0.0, 1.0};  //
 
-Shell4Element MakeQuad(const Quad& coordinates) {
-  Shell4Element element;
-  SetGeometry(element, coordinates.data(), 4, E, Mu, TK);
+template <std::int32_t Nodes>
+ShellElement<Nodes> MakeElement(const Coordinates<Nodes>& coordinates) {
+  ShellElement<Nodes> element;
+  SetGeometry(element, coordinates.data(), Nodes, E, Mu, TK);
   return element;
 }
 
-Shell3Element MakeTriangle(const Triangle& coordinates) {
-  Shell3Element element;
-  SetGeometry(element, coordinates.data(), 3, E, Mu, TK);
-  return element;
-}
+Shell4Element MakeQuad(const Quad& coordinates) { return MakeElement<4>(coordinates); }
+Shell3Element MakeTriangle(const Triangle& coordinates) { return MakeElement<3>(coordinates); }
 
 // The local axis in column `axis`.
 Vector3 GetAxis(const ElementFrame& frame, std::size_t axis) {
@@ -63,24 +67,23 @@ TEST(ShellElement, ConstructionSetsTheSizes) {
   EXPECT_EQ(triangle.ElementDofs, 18);
 }
 
-TEST(ShellElement, CoordinatesAndPropertiesAreCopied) {
-  const Quad quad{1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0, 23.0, 29.0, 31.0};
-  const Shell4Element four = MakeQuad(quad);
-  EXPECT_EQ(four.Coordinates, quad);
-  EXPECT_EQ(four.E, E);
-  EXPECT_EQ(four.Mu, Mu);
-  EXPECT_EQ(four.TK, TK);
-  const Triangle triangle{1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0};
-  const Shell3Element three = MakeTriangle(triangle);
-  EXPECT_EQ(three.Coordinates, triangle);
-  EXPECT_EQ(three.E, E);
-  EXPECT_EQ(three.Mu, Mu);
-  EXPECT_EQ(three.TK, TK);
+template <std::int32_t Nodes>
+void ExpectCopied(const Coordinates<Nodes>& coordinates) {
+  const ShellElement<Nodes> element = MakeElement<Nodes>(coordinates);
+  EXPECT_EQ(element.Coordinates, coordinates);
+  EXPECT_EQ(element.E, E);
+  EXPECT_EQ(element.Mu, Mu);
+  EXPECT_EQ(element.TK, TK);
 }
 
-TEST(ShellElement, SquareInTheGlobalPlaneHasTheGlobalAxes) {
+TEST(ShellElement, CoordinatesAndPropertiesAreCopied) {
+  ExpectCopied<4>({1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0, 23.0, 29.0, 31.0});
+  ExpectCopied<3>({1.0, 2.0, 3.0, 5.0, 7.0, 11.0, 13.0, 17.0, 19.0});
+}
+
+TEST(ShellElement, ElementsInTheGlobalPlaneHaveTheGlobalAxes) {
   EXPECT_EQ(MakeQuad(UnitSquare).Frame, Identity);
-  EXPECT_EQ(MakeTriangle({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}).Frame, Identity);
+  EXPECT_EQ(MakeTriangle(UnitTriangle).Frame, Identity);
 }
 
 TEST(ShellElement, FrameDoesNotDependOnPositionOrSize) {
@@ -117,13 +120,13 @@ TEST(ShellElement, AxesAreRightHandedUnitVectors) {
       MakeTriangle({1e3, 1e3, 1e3, 1e3, 1e3 + 1, 1e3, 999.0, 1e3, 7.0}).Frame);
 }
 
-TEST(ShellElement, TheOrderOfTheNodesTurnsTheNormal) {
+TEST(ShellElement, ClockwiseNodesTurnTheNormal) {
   const Triangle clockwise{0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 1.0, 0.0, 0.0};
   EXPECT_EQ(GetAxis(MakeTriangle(clockwise).Frame, 2), (Vector3{0.0, 0.0, -1.0}));
 }
 
-// Only the edges that meet at node 1 count; the warp is not corrected.
-TEST(ShellElement, NodeThreeOfAWarpedQuadDoesNotMatter) {
+// The frame depends on the edges that meet at node 1 alone; the warp is not corrected.
+TEST(ShellElement, NodeThreeOfAWarpedQuadDoesNotChangeTheFrame) {
   Quad warped = UnitSquare;
   warped[6] = 3.0;
   warped[7] = -2.0;
@@ -131,8 +134,9 @@ TEST(ShellElement, NodeThreeOfAWarpedQuadDoesNotMatter) {
   EXPECT_EQ(MakeQuad(warped).Frame, Identity);
 }
 
-// The triangle takes its third node where the quadrilateral takes its fourth.
-TEST(ShellElement, TheLastNodeMatters) {
+// The second edge of the frame runs from node 1 to the last node: 4 of a quadrilateral, 3 of a
+// triangle.
+TEST(ShellElement, LastNodeTurnsTheNormal) {
   Quad folded = UnitSquare;
   folded[10] = 0.0;  // node 4 at (0, 0, 1)
   folded[11] = 1.0;
@@ -141,7 +145,7 @@ TEST(ShellElement, TheLastNodeMatters) {
   EXPECT_EQ(GetAxis(MakeTriangle(upright).Frame, 2), (Vector3{0.0, -1.0, 0.0}));
 }
 
-TEST(ShellElement, MatchingNodeCountIsTold) {
+TEST(ShellElement, NodeCountIsComparedWithTheElements) {
   Shell4Element element;
   EXPECT_TRUE(SetGeometry(element, UnitSquare.data(), 4, E, Mu, TK));
   EXPECT_TRUE(HasOwnNodeCount(element));
@@ -149,25 +153,22 @@ TEST(ShellElement, MatchingNodeCountIsTold) {
   EXPECT_FALSE(HasOwnNodeCount(element));
 }
 
-// The element's own node count rules, so four nodes are copied.
-TEST(ShellElement, OtherNodeCountOfAQuadIsToldAndIgnored) {
-  for (const std::int32_t nodeCount : {3, 5, 0, -1}) {
-    Shell4Element element;
-    EXPECT_FALSE(SetGeometry(element, UnitSquare.data(), nodeCount, E, Mu, TK));
-    EXPECT_EQ(element.NodeCount, 4);
-    EXPECT_EQ(element.Coordinates, UnitSquare);
+template <std::int32_t Nodes>
+void ExpectOtherNodeCountIgnored(const Coordinates<Nodes>& coordinates) {
+  for (const std::int32_t nodeCount : {Nodes - 1, Nodes + 1, 0, -1}) {
+    ShellElement<Nodes> element;
+    EXPECT_FALSE(SetGeometry(element, coordinates.data(), nodeCount, E, Mu, TK)) << nodeCount;
+    EXPECT_EQ(element.NodeCount, Nodes);
+    EXPECT_EQ(element.Coordinates, coordinates);
     EXPECT_EQ(element.TK, TK);
     EXPECT_EQ(element.Frame, Identity);
   }
 }
 
-TEST(ShellElement, OtherNodeCountOfATriangleIsToldAndIgnored) {
-  const Triangle triangle{0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0};
-  Shell3Element element;
-  EXPECT_FALSE(SetGeometry(element, triangle.data(), 4, E, Mu, TK));
-  EXPECT_EQ(element.NodeCount, 3);
-  EXPECT_EQ(element.Coordinates, triangle);
-  EXPECT_EQ(element.Frame, Identity);
+// The element is set up with its own node count.
+TEST(ShellElement, OtherNodeCountIsReportedAndIgnored) {
+  ExpectOtherNodeCountIgnored<4>(UnitSquare);
+  ExpectOtherNodeCountIgnored<3>(UnitTriangle);
 }
 
 TEST(ShellElement, CoincidentFirstNodesGiveNoFrame) {
@@ -176,7 +177,7 @@ TEST(ShellElement, CoincidentFirstNodesGiveNoFrame) {
   for (const double value : MakeQuad(quad).Frame) EXPECT_TRUE(std::isnan(value));
 }
 
-// The first edge is sound, so e1 is; the normal is not.
+// The first edge has a length, so e1 is defined; the normal is not.
 TEST(ShellElement, LastNodeOnTheFirstEdgeGivesNoNormal) {
   const ElementFrame frame = MakeTriangle({0.0, 0.0, 0.0, 2.0, 0.0, 0.0, 1.0, 0.0, 0.0}).Frame;
   EXPECT_EQ(GetAxis(frame, 0), (Vector3{1.0, 0.0, 0.0}));

@@ -1,5 +1,5 @@
-// The equivalent nodal loads of pressures: closed integrals, resultants of linear fields, and that
-// the first three intensities alone fix the field.
+// The equivalent nodal loads of pressures: closed integrals, resultants of linear fields, and the
+// pressure field, which follows from the intensities at the first three nodes alone.
 #include "shell/shell_loads.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +7,13 @@
 #include <cmath>
 
 #include "shell/bilinear_map.h"
+#include "support/dof_names.h"
 #include "support/shell_shapes.h"
 
 namespace korvex {
 namespace {
+
+using test::Equation, test::Fx, test::Fz, test::Mx;
 
 using Vector24 = std::array<double, 24>;
 using Vector18 = std::array<double, 18>;
@@ -48,7 +51,7 @@ TEST(ShellLoads, UniformPressureOnARectangleIsSharedEqually) {
       test::PlaceShape({{{0.0, 0.0}, {3.0, 0.0}, {3.0, 1.25}, {0.0, 1.25}}}, test::InGlobalPlane);
   const Vector24 f = LoadVectorOf(element, {8.0, 8.0, 8.0});
   for (std::size_t k = 0; k < 4; ++k)
-    EXPECT_NEAR(f[6 * k + 2], 8.0 * 3.0 * 1.25 / 4.0, 1e-14) << k;  // rounding
+    EXPECT_NEAR(f[Equation(k, Fz)], 8.0 * 3.0 * 1.25 / 4.0, 1e-14) << k;  // rounding
 }
 
 // The determinant is linear in xi and eta and Nk has its centroid at (xi_k / 3, eta_k / 3): the
@@ -71,7 +74,7 @@ TEST(ShellLoads, UniformPressureOnAnyQuad) {
       const double xEta = (x[3] - x[0]) * (1.0 - xi) + (x[2] - x[1]) * (1.0 + xi);
       const double yEta = (y[3] - y[0]) * (1.0 - xi) + (y[2] - y[1]) * (1.0 + xi);
       // 1e-10: the ten-digit abscissa.
-      EXPECT_NEAR(f[6 * k + 2], 8.0 * (xXi * yEta - yXi * xEta) / 16.0, 8e-10) << named << k;
+      EXPECT_NEAR(f[Equation(k, Fz)], 8.0 * (xXi * yEta - yXi * xEta) / 16.0, 8e-10) << named << k;
     }
   }
 }
@@ -82,7 +85,7 @@ TEST(ShellLoads, UniformPressureOnATriangleIsSharedEqually) {
         LoadVectorOf(test::PlaceShape(named.shape, test::InGlobalPlane), {8.0, 8.0, 8.0});
     const double area = test::IntegrateMonomial(named.shape, 0, 0);
     for (std::size_t k = 0; k < 3; ++k)
-      EXPECT_NEAR(f[6 * k + 2], 8.0 * area / 3.0, 1e-14 * area) << named;  // rounding
+      EXPECT_NEAR(f[Equation(k, Fz)], 8.0 * area / 3.0, 1e-14 * area) << named;  // rounding
   }
 }
 
@@ -93,18 +96,19 @@ TEST(ShellLoads, LinearPressureOnATriangle) {
   const std::array<double, 3> expected{3.0 / 12.0 * (16.0 - 4.0 + 20.0),
                                        3.0 / 12.0 * (8.0 - 8.0 + 20.0),
                                        3.0 / 12.0 * (8.0 - 4.0 + 40.0)};
-  for (std::size_t k = 0; k < 3; ++k) EXPECT_NEAR(f[6 * k + 2], expected[k], 1e-14);  // rounding
+  for (std::size_t k = 0; k < 3; ++k)
+    EXPECT_NEAR(f[Equation(k, Fz)], expected[k], 1e-14);  // rounding
 }
 
 // q = (0, 0, p) on the unit square is the plane q = p y, so p at node 4 as well: the forces are
 // the integrals of y N, 1/12 at y = 0 and 1/6 at y = 1. 1e-10: the ten-digit abscissa.
-TEST(ShellLoads, FirstThreeIntensitiesFixTheField) {
+TEST(ShellLoads, FirstThreeIntensitiesDefineTheField) {
   const Vector24 f =
       LoadVectorOf(test::PlaceShape(test::UnitSquare, test::InGlobalPlane), {0.0, 0.0, 6.0});
-  EXPECT_NEAR(f[2], 0.5, 1e-10);
-  EXPECT_NEAR(f[8], 0.5, 1e-10);
-  EXPECT_NEAR(f[14], 1.0, 1e-10);
-  EXPECT_NEAR(f[20], 1.0, 1e-10);
+  EXPECT_NEAR(f[Equation(0, Fz)], 0.5, 1e-10);
+  EXPECT_NEAR(f[Equation(1, Fz)], 0.5, 1e-10);
+  EXPECT_NEAR(f[Equation(2, Fz)], 1.0, 1e-10);
+  EXPECT_NEAR(f[Equation(3, Fz)], 1.0, 1e-10);
 }
 
 // Forces and moments about the local axes of a linear pressure, against the polygon's integrals:
@@ -122,14 +126,14 @@ void ExpectResultants(const test::NamedShape<Nodes>& named) {
   for (std::size_t k = 0; k < Nodes; ++k) {
     double normal = 0.0;
     for (std::size_t i = 0; i < 3; ++i)
-      normal += test::InObliquePlane.axes[3 * i + 2] * f[6 * k + i];
+      normal += test::InObliquePlane.axes[3 * i + 2] * f[Equation(k, Fx + i)];
     force += normal;
     momentX += normal * named.shape[k][0];
     momentY += normal * named.shape[k][1];
     for (std::size_t i = 0; i < 3; ++i) {
-      EXPECT_NEAR(f[6 * k + i], normal * test::InObliquePlane.axes[3 * i + 2], 1e-13)
-          << named;                               // along e3 and nothing across; rounding
-      EXPECT_EQ(f[6 * k + 3 + i], 0.0) << named;  // no moment
+      EXPECT_NEAR(f[Equation(k, Fx + i)], normal * test::InObliquePlane.axes[3 * i + 2], 1e-13)
+          << named;                                     // along e3 and nothing across; rounding
+      EXPECT_EQ(f[Equation(k, Mx + i)], 0.0) << named;  // no moment
     }
   }
   EXPECT_NEAR(force, q.c * integral(0, 0) + q.gx * integral(1, 0) + q.gy * integral(0, 1), 1e-9)
@@ -145,8 +149,8 @@ TEST(ShellLoads, LinearPressuresHaveTheirResultantsAndNoMoments) {
   for (const auto& named : test::AllTriangles()) ExpectResultants(named);
 }
 
-// A water level in global Z on an oblique panel is linear in the panel's plane, too: its resultant
-// is the pressure at the centroid times the area.
+// The pressure of water, linear in global Z, is linear in the plane of an oblique panel too: its
+// resultant is the pressure at the centroid times the area.
 TEST(ShellLoads, HydrostaticPressureOnAnObliquePanel) {
   const auto& shape = test::DistortedQuad;
   const Shell4Element element = test::PlaceShape(shape, test::InObliquePlane);
@@ -160,14 +164,16 @@ TEST(ShellLoads, HydrostaticPressureOnAnObliquePanel) {
       (R[6] * test::IntegrateMonomial(shape, 1, 0) + R[7] * test::IntegrateMonomial(shape, 0, 1)) /
           area;
   for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_NEAR(f[i] + f[6 + i] + f[12 + i] + f[18 + i], pressure(centroidZ) * area * R[3 * i + 2],
+    double force = 0.0;
+    for (std::size_t k = 0; k < 4; ++k) force += f[Equation(k, Fx + i)];
+    EXPECT_NEAR(force, pressure(centroidZ) * area * R[3 * i + 2],
                 1e-8);  // the ten-digit abscissa in forces of some hundreds
   }
 }
 
-// The rule in plain sums, with the fourth intensity of the shape's own plane. 1e-13 is above the
-// rounding and well below the 1e-11 that the exact abscissa would change. Determinants count
-// without their sign.
+// The Gauss rule in plain sums, with the fourth intensity from the same linear pressure. 1e-13 is
+// above the rounding and well below the 1e-11 that the exact abscissa would change. Determinants
+// enter by their absolute value.
 TEST(ShellLoads, QuadRule) {
   const LinearPressure pressure{2.0, -1.25, 3.5};
   for (const auto& shape : {test::DistortedQuad, test::BowTie}) {
@@ -193,7 +199,8 @@ TEST(ShellLoads, QuadRule) {
     };
     const Vector24 f =
         LoadVectorOf(test::PlaceShape(shape, test::InGlobalPlane), pressure.AtNodes(shape));
-    const std::array<double, 4> forces{f[2], f[8], f[14], f[20]};
+    const std::array<double, 4> forces{f[Equation(0, Fz)], f[Equation(1, Fz)], f[Equation(2, Fz)],
+                                       f[Equation(3, Fz)]};
     EXPECT_EQ(test::FindDifference(forces, sumRule(0.5773502692), 1e-13), "");
     EXPECT_NE(test::FindDifference(forces, sumRule(std::sqrt(1.0 / 3.0)), 1e-13), "");
   }
@@ -206,14 +213,14 @@ TEST(ShellLoads, PressureActsAlongTheNormal) {
   Shell4Element element;
   SetGeometry(element, coordinates.data(), 4, test::ShapeE, test::ShapeMu, test::ShapeTK);
   for (std::size_t k = 0; k < 4; ++k)
-    EXPECT_NEAR(LoadVectorOf(element, {8.0, 8.0, 8.0})[6 * k + 2], -2.0, 1e-15);  // rounding
+    EXPECT_NEAR(LoadVectorOf(element, {8.0, 8.0, 8.0})[Equation(k, Fz)], -2.0, 1e-15);  // rounding
 }
 
-// Warped: the projection along e3 is loaded.
+// A warped quadrilateral is loaded as its projection along e3.
 TEST(ShellLoads, WarpedQuadIsItsProjection) {
   const Shell4Element flat = test::PlaceShape(test::DistortedQuad, test::InGlobalPlane);
   Shell4Element warped = flat;
-  warped.Coordinates[8] = 1.5;
+  warped.Coordinates[3 * 2 + 2] = 1.5;  // z of node 3
   EXPECT_EQ(LoadVectorOf(warped, {1.0, 2.0, 4.0}), LoadVectorOf(flat, {1.0, 2.0, 4.0}));
 }
 
@@ -222,7 +229,7 @@ TEST(ShellLoads, FirstThreeNodesOnALineGiveNoFourthIntensity) {
   const auto element =
       test::PlaceShape({{{0.0, 0.0}, {1.0, 0.0}, {2.0, 0.0}, {0.0, 1.0}}}, test::InGlobalPlane);
   const Vector24 f = LoadVectorOf(element, {1.0, 2.0, 4.0});
-  for (std::size_t k = 0; k < 4; ++k) EXPECT_FALSE(std::isfinite(f[6 * k + 2])) << k;
+  for (std::size_t k = 0; k < 4; ++k) EXPECT_FALSE(std::isfinite(f[Equation(k, Fz)])) << k;
 }
 
 TEST(ShellLoads, OtherNodeCountIsIgnored) {

@@ -1,10 +1,10 @@
-// Patch tests: a distorted patch whose boundary follows a constant state of strain takes on that
-// state inside, exactly.
+// Patch tests: if the boundary of a distorted patch follows a constant state of strain, the inside
+// takes on that state exactly.
 //
 // The patch is that of MacNeal & Harder (1985), a plate of 0.24 x 0.12 with four inner nodes at
 // uneven places: five quads, ten triangles, or both kinds side by side; in the XY plane and turned
-// into space. Nothing in either element's rules limits the exactness: see Bound. Only both kinds
-// together bend inexactly, by a share that vanishes with the thickness: see MixedBendingPatch.
+// into space. Either kind alone is exact to rounding: see Bound. Both kinds together bend with an
+// error that vanishes with the thickness: see MixedBendingPatch.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,6 +13,7 @@
 
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -105,8 +106,8 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
     for (const auto& p : nodes) {
       const auto v = field(p[0], p[1]);
       for (std::size_t d = 0; d < 3; ++d) {
-        translation = std::max(translation, std::fabs(v[d]));
-        rotation = std::max(rotation, std::fabs(v[d + 3]));
+        translation = std::max(translation, std::fabs(v[Ux + d]));
+        rotation = std::max(rotation, std::fabs(v[Rx + d]));
       }
     }
     // Without rotations in the field, those of a strain of the same size.
@@ -116,7 +117,7 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
       const auto expected = PutSix(std::get<1>(GetParam()), field(p[0], p[1]));
       const auto computed = NodeDisplacements(model, node);
       for (std::size_t d = 0; d < 6; ++d) {
-        EXPECT_NEAR(computed[d], expected[d], Bound * (d < 3 ? translation : rotation))
+        EXPECT_NEAR(computed[d], expected[d], Bound * (d < Rx ? translation : rotation))
             << "node " << node << " dof " << d;
       }
     }
@@ -126,7 +127,7 @@ class ShellPatch : public testing::TestWithParam<std::tuple<Cells, Place>> {
     const StressVector expected =
         std::get<1>(GetParam()) == Place::InSpace ? TurnStress(local) : local;
     for (std::size_t c = 0; c < 6; ++c) {
-      EXPECT_NEAR(computed[c], expected[c], Bound * std::fabs(local[0])) << "component " << c;
+      EXPECT_NEAR(computed[c], expected[c], Bound * std::fabs(local[SX])) << "component " << c;
     }
   }
 
@@ -166,7 +167,7 @@ INSTANTIATE_TEST_SUITE_P(All, ShellPatch,
                                           testing::Values(Place::InPlaneXY, Place::InSpace)),
                          NamePatch);
 
-// The kinds that bend exactly.
+// The meshes that bend exactly: of one kind of elements.
 class ShellBendingPatch : public ShellPatch {};
 
 INSTANTIATE_TEST_SUITE_P(All, ShellBendingPatch,
@@ -206,32 +207,32 @@ double FindMixedBendingError(double t) {
   for (const auto& element : model.Shell3Elements) {
     for (const auto& stress : element.NodeStressTop) compare(stress);
   }
-  return worst / std::fabs(exact[0]);
+  return worst / std::fabs(exact[SX]);
 }
 
-// Quads beside triangles bend exactly only as thin plates. Along an edge of length l a constant
-// twisting moment Mnt reaches a quad's nodes as two moments Mnt l/2, for it has linear rotations
-// and no deflection of its own, and a triangle's nodes as two opposite forces Mnt, for its
-// tangential slope is that of the deflection. The difference does work on the quad's shear strain
-// at the edge alone and strains it by about Mnt / (5/6 G t l). Spread over the element's size, the
-// curvature errs by that over l, relative to the bending moment
+// Quads beside triangles bend exactly only in the limit of a thin plate. Along an edge of length l
+// a constant twisting moment Mnt acts on a quad's nodes as two moments Mnt l/2, because its
+// rotations are linear and independent of the deflection. On a triangle's nodes it acts as two
+// opposite forces Mnt, because its tangential slope is that of the deflection. The difference does
+// work on the quad's shear strain at the edge alone and strains it by about Mnt / (5/6 G t l).
+// Spread over the element's size, the curvature errs by that over l, relative to the bending moment
 //   (Mnt / M) (D / (5/6 G t l^2)) = 0.3 (0.27 (t/l)^2) with D / (G t) = t^2 / (6 (1 - Mu)),
 // that is some 1e-5 to 1e-4 for t = 0.001 and the patch's l of 0.05, and falls with t squared.
 TEST(MixedBendingPatch, ErrsByTheSquareOfTheThickness) {
   const double error = FindMixedBendingError(1e-3);
-  // The estimate is one of magnitude. The number itself, at the worst corner, has no closed form:
-  // it is the program's own, so that a change of it is seen.
+  // The estimate gives the magnitude only. The error at the worst corner has no closed form: this
+  // is the program's own number, so that a change of it fails the test.
   EXPECT_NEAR(error, 1.453e-4, 1e-7);
-  // The square within half a percent, some times the next term's share (t/l)^2 of 4e-4.
+  // The square within half a percent: a few times the next term's share (t/l)^2, which is 4e-4.
   EXPECT_NEAR(error / FindMixedBendingError(1e-4), 100.0, 0.5);
 }
 
-// The numbers of the literature, so that the formulas above are not the only witness.
+// The formulas above against the numbers published with the patch.
 TEST(ShellPatchNumbers, AreThePublishedOnes) {
-  EXPECT_NEAR(MembraneStress()[0], 1333.0, 0.5);
-  EXPECT_NEAR(MembraneStress()[3], 400.0, 1e-9);
-  EXPECT_NEAR(BendingStress(TK)[0], -0.667, 0.0005);
-  EXPECT_NEAR(BendingStress(TK)[3], -0.200, 1e-12);
+  EXPECT_NEAR(MembraneStress()[SX], 1333.0, 0.5);
+  EXPECT_NEAR(MembraneStress()[TXY], 400.0, 1e-9);
+  EXPECT_NEAR(BendingStress(TK)[SX], -0.667, 0.0005);
+  EXPECT_NEAR(BendingStress(TK)[TXY], -0.200, 1e-12);
 }
 
 }  // namespace

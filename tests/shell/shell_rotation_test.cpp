@@ -1,5 +1,5 @@
-// A whole structure of quads, triangles and beams: turned in space it gives the same results,
-// turned; and its supports carry what presses on it.
+// A whole structure of quads, triangles and beams: turned in space it gives the turned results, and
+// the forces of its supports balance the pressures.
 //
 // The structure is a folded roof: two plates that meet at a ridge at about 53 degrees to the
 // horizontal, the first of quads, the second of triangles, a beam along the ridge and one along an
@@ -12,6 +12,7 @@
 #include "results/average_stresses.h"
 #include "results/corner_stress.h"
 #include "results/shell_stresses.h"
+#include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -103,18 +104,18 @@ void SolveFold(const ModelText& text, Model& model) {
   AverageNodeStresses(model);
 }
 
-// The largest size of a translation (part = 0) or rotation (part = 3).
-double FindLargest(const Model& model, std::size_t part) {
+// The largest size of a translation (first = Ux) or rotation (first = Rx).
+double FindLargest(const Model& model, Dof first) {
   double largest = 0.0;
   for (int node = 0; node < model.Tables.NPOIN; ++node) {
     const auto u = NodeDisplacements(model, node);
-    for (std::size_t d = part; d < part + 3; ++d) largest = std::max(largest, std::fabs(u[d]));
+    for (std::size_t d = first; d < first + 3; ++d) largest = std::max(largest, std::fabs(u[d]));
   }
   return largest;
 }
 
-// Rounding alone tells the two apart: the plates are (5 / TK)^2 = 6e4 times as stiff in their plane
-// as they are in bending, and the turned matrix holds both in every entry. Measured: 1.4e-11 in the
+// The two differ by rounding alone. The plates are (5 / TK)^2 = 6e4 times as stiff in their plane
+// as in bending, and every entry of the turned matrix mixes both. Measured: 1.4e-11 in the
 // displacements and 3e-10 in the stresses, which are their derivatives.
 constexpr double DisplacementBound = 1e-9;
 constexpr double StressBound = 1e-8;
@@ -124,13 +125,13 @@ TEST(TurnedShells, GiveTurnedDisplacements) {
   Model before, after;
   SolveFold(text, before);
   SolveFold(TurnModel(text), after);
-  for (const std::size_t part : {0U, 3U}) {
-    const double largest = FindLargest(before, part);
+  for (const Dof first : {Ux, Rx}) {
+    const double largest = FindLargest(before, first);
     ASSERT_GT(largest, 1e-6);
     for (int node = 0; node < before.Tables.NPOIN; ++node) {
       const auto expected = TurnSix(NodeDisplacements(before, node));
       const auto computed = NodeDisplacements(after, node);
-      for (std::size_t d = part; d < part + 3; ++d) {
+      for (std::size_t d = first; d < first + 3; ++d) {
         EXPECT_NEAR(computed[d], expected[d], DisplacementBound * largest)
             << "node " << node << " dof " << d;
       }
@@ -138,8 +139,9 @@ TEST(TurnedShells, GiveTurnedDisplacements) {
   }
 }
 
-// The von Mises stress does not change, and the six stresses turn; these against the largest von
-// Mises stress of the element's corners, for one of them may be small by chance.
+// The von Mises stress stays, and the six components turn. The components are compared relative to
+// the largest von Mises stress of the element's corners, because that of one corner may be small by
+// chance.
 void ExpectSameStress(const StressVector& before, const StressVector& after, double largest) {
   const double equivalent = EquivalentStress(before);
   EXPECT_NEAR(EquivalentStress(after), equivalent, StressBound * equivalent);
@@ -208,10 +210,10 @@ std::array<double, 6> SumSupports(const ModelText& text, const Model& model) {
   std::array<double, 6> sum{};
   for (const auto& restraint : text.restraints) {
     const auto u = NodeDisplacements(model, restraint.node);
-    const Point3 force{-SupportPenalty * u[0], -SupportPenalty * u[1], -SupportPenalty * u[2]};
+    const Point3 force{-SupportPenalty * u[Ux], -SupportPenalty * u[Uy], -SupportPenalty * u[Uz]};
     const auto part = At(text.nodes[static_cast<std::size_t>(restraint.node)], force);
     for (std::size_t d = 0; d < 6; ++d) sum[d] += part[d];
-    for (std::size_t d = 3; d < 6; ++d) sum[d] -= SupportPenalty * u[d];
+    for (const Dof d : {Rx, Ry, Rz}) sum[d] -= SupportPenalty * u[d];
   }
   return sum;
 }

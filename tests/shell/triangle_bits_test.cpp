@@ -11,6 +11,12 @@
 namespace korvex {
 namespace {
 
+// Dofs of a node of the in-plane part.
+enum InPlaneDof : std::size_t { U, V, Drilling };
+// Dofs of a node and curvatures of the bending part.
+enum PlateDof : std::size_t { W, Rx, Ry };
+enum Curvature : std::size_t { KX, KY, KXY };
+
 // A triangle for which the forms below differ.
 constexpr Array3 X{0.16, 2.12, 1.31}, Y{0.53, 0.67, 2.58};
 constexpr double E = 2.06e11, Mu = 0.3, TK = 0.013;
@@ -27,8 +33,8 @@ Part MakePart() {
   return part;
 }
 
-// The two orders in which the element sums its area: the three positive terms alike, then the
-// negative ones.
+// The two orders in which the element sums its area: the three positive terms in one order, the
+// negative ones in two.
 double SumArea() {
   const auto& [x1, x2, x3] = X;
   const auto& [y1, y2, y3] = Y;
@@ -95,9 +101,9 @@ std::array<double, 81> SumPenalty(double cornerWeight, double A, Penalty form) {
     double b[9];
     for (std::size_t k = 0; k < 3; ++k) {
       const std::size_t i = (k + 1) % 3, j = (k + 2) % 3;
-      b[3 * k] = (X[j] - X[i]) / (4.0 * A);
-      b[3 * k + 1] = -(Y[i] - Y[j]) / (4.0 * A);
-      b[3 * k + 2] =
+      b[3 * k + U] = (X[j] - X[i]) / (4.0 * A);
+      b[3 * k + V] = -(Y[i] - Y[j]) / (4.0 * A);
+      b[3 * k + Drilling] =
           (X[i] * Y[j] - X[j] * Y[i] + (Y[i] - Y[j]) * px + (X[j] - X[i]) * py) / (2.0 * A);
     }
     const double s = gamma * weight;
@@ -142,11 +148,11 @@ void ConstrainMidSide(std::size_t i, std::size_t j, Mixed form, double* rx, doub
   const double a = 0.5 * (c * c) - 0.25 * (s * s);
   const double b = 0.5 * (s * s) - 0.25 * (c * c);
   const double e = form == Mixed::FactorFirst ? -0.75 * c * s : -0.75 * (c * s);
-  rx[3 * i] = -1.5 * s / l, rx[3 * j] = 1.5 * s / l;
-  ry[3 * i] = -1.5 * c / l, ry[3 * j] = 1.5 * c / l;
-  rx[3 * i + 1] = rx[3 * j + 1] = a;
-  rx[3 * i + 2] = rx[3 * j + 2] = ry[3 * i + 1] = ry[3 * j + 1] = e;
-  ry[3 * i + 2] = ry[3 * j + 2] = b;
+  rx[3 * i + W] = -1.5 * s / l, rx[3 * j + W] = 1.5 * s / l;
+  ry[3 * i + W] = -1.5 * c / l, ry[3 * j + W] = 1.5 * c / l;
+  rx[3 * i + Rx] = rx[3 * j + Rx] = a;
+  rx[3 * i + Ry] = rx[3 * j + Ry] = ry[3 * i + Rx] = ry[3 * j + Rx] = e;
+  ry[3 * i + Ry] = ry[3 * j + Ry] = b;
 }
 
 // The curvatures at the area coordinates L: the mid-side functions 4 Li Lj, then the corners' own.
@@ -161,19 +167,19 @@ Curvatures SumCurvatures(const Array3& L, double A, Mixed form) {
     double rx[9] = {}, ry[9] = {};
     ConstrainMidSide(i, j, form, rx, ry);
     for (std::size_t d = 0; d < 9; ++d) {
-      B[d] += ddx * ry[d];        // kx = d(ry)/dx
-      B[9 + d] += -ddy * rx[d];   // ky = -d(rx)/dy
-      B[18 + d] += -ddx * rx[d];  // kxy = d(ry)/dy - d(rx)/dx
-      B[18 + d] += ddy * ry[d];
+      B[9 * KX + d] += ddx * ry[d];    // kx = d(ry)/dx
+      B[9 * KY + d] += -ddy * rx[d];   // ky = -d(rx)/dy
+      B[9 * KXY + d] += -ddx * rx[d];  // kxy = d(ry)/dy - d(rx)/dx
+      B[9 * KXY + d] += ddy * ry[d];
     }
   }
   for (std::size_t k = 0; k < 3; ++k) {
     const double ddx = (4.0 * L[k] - 1.0) / 2.0 * dy[k] / A;
     const double ddy = (4.0 * L[k] - 1.0) / 2.0 * dx[k] / A;
-    B[3 * k + 2] += ddx;
-    B[9 + 3 * k + 1] += -ddy;
-    B[18 + 3 * k + 1] += -ddx;
-    B[18 + 3 * k + 2] += ddy;
+    B[9 * KX + 3 * k + Ry] += ddx;
+    B[9 * KY + 3 * k + Rx] += -ddy;
+    B[9 * KXY + 3 * k + Rx] += -ddx;
+    B[9 * KXY + 3 * k + Ry] += ddy;
   }
   return B;
 }
