@@ -48,7 +48,7 @@ struct Corner {
 void AppendNodes(const BeamShellModel& model, CornerTable& table) {
   const std::size_t nodes = model.NodeCoords.size(), before = table.corners.size();
   for (const Vector3& point : model.NodeCoords) {
-    if (!HasPlace(point)) table.nonFinite.push_back(table.points.size());
+    if (!IsFinite(point)) table.nonFinite.push_back(table.points.size());
     table.points.push_back(point);
   }
   table.firstNode.push_back(table.points.size());
@@ -97,7 +97,7 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
   family.own = own;
   family.others.clear();
   for (const Vector3& end : {models[own].EndPoint1, models[own].EndPoint2}) {
-    if (HasPlace(end)) FindNear(table.ends, end, family.others);
+    if (IsFinite(end)) FindNear(table.ends, end, family.others);
   }
   for (std::size_t& end : family.others) end /= 2;
   SortUnique(family.others);
@@ -123,7 +123,7 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
 void FindCandidates(const CornerTable& table, const Family& family, const Vector3& point,
                     Numbers& found) {
   found.clear();
-  if (HasPlace(point)) {
+  if (IsFinite(point)) {
     FindNear(table.grid, point, found);
     found.insert(found.end(), family.nonFinite.begin(), family.nonFinite.end());
     return;

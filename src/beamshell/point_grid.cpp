@@ -47,7 +47,7 @@ std::size_t BucketOf(const Vector3& cell, std::size_t buckets) {
 
 }  // namespace
 
-bool HasPlace(const Vector3& point) {
+bool IsFinite(const Vector3& point) {
   return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
 }
 
@@ -59,14 +59,14 @@ void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid) {
   };
   grid.first.assign(buckets + 1, 0);
   for (const Vector3& p : points) {
-    if (HasPlace(p)) ++grid.first[bucketOf(p) + 1];
+    if (IsFinite(p)) ++grid.first[bucketOf(p) + 1];
   }
   for (std::size_t b = 0; b < buckets; ++b) grid.first[b + 1] += grid.first[b];
 
   grid.points.resize(grid.first[buckets]);
   std::vector<std::size_t> next(grid.first.begin(), grid.first.end() - 1);
   for (std::size_t i = 0; i < points.size(); ++i) {
-    if (HasPlace(points[i])) grid.points[next[bucketOf(points[i])]++] = i;
+    if (IsFinite(points[i])) grid.points[next[bucketOf(points[i])]++] = i;
   }
 }
 

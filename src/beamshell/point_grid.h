@@ -18,14 +18,14 @@ struct PointGrid {
 };
 
 // Whether all three coordinates are finite. Other points cannot be in a grid.
-bool HasPlace(const Vector3& point);
+bool IsFinite(const Vector3& point);
 
-// Fills `grid` with all points that have a place.
+// Fills `grid` with all points whose coordinates are finite.
 void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid);
 
 // Appends to `found` the indices of all points within CoincidenceTolerance of `point`, and perhaps
-// of other points. The order is not defined, and an index may occur more than once. `point` must
-// have a place.
+// of other points. The order is not defined, and an index may occur more than once. The coordinates
+// of `point` must be finite.
 void FindNear(const PointGrid& grid, const Vector3& point, std::vector<std::size_t>& found);
 
 // Points closer than this coincide. In model units: it is not scaled with the model.

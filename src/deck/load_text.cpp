@@ -32,7 +32,10 @@ std::size_t FindSize(std::ifstream& stream) {
 
 bool OpenInputFile(const std::string& fileName, std::ifstream& stream) {
   stream.open(fileName, std::ios::in | std::ios::binary);
-  if (!stream.is_open()) return false;
+  if (!stream.is_open()) {
+    CheckOpeningMemory();
+    return false;
+  }
   stream.peek();
   return !stream.bad();
 }

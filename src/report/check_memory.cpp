@@ -2,6 +2,8 @@
 // product of two counts may need more than 64 bits.
 #include "report/check_memory.h"
 
+#include <cerrno>
+
 #include "base/number_text.h"
 #include "platform/free_memory.h"
 #include "report/stop.h"
@@ -30,6 +32,10 @@ void StopOutOfMemory(const std::string& what, std::uint64_t count, std::uint64_t
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize) {
   if (count <= SmallSize / itemSize) return;
   if (count > ReadFreeMemory() / itemSize) StopOutOfMemory(what, count, itemSize);
+}
+
+void CheckOpeningMemory() {
+  if (errno == ENOMEM) throw std::bad_alloc();
 }
 
 }  // namespace korvex

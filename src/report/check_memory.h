@@ -25,6 +25,10 @@ namespace korvex {
 // Throws a Stop where the free memory is smaller than the items. Arguments as above.
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize);
 
+// To be called right after a file could not be opened: throws std::bad_alloc if the reason was not
+// the file but memory, of which opening takes some.
+void CheckOpeningMemory();
+
 // Checks the memory and calls `allocate`, which allocates the items. Throws a Stop where the memory
 // is too small or the allocation fails. Arguments as above.
 template <typename Allocation>

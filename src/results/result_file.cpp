@@ -28,7 +28,10 @@ void WriteBlock(ResultFile& file) {
 void OpenResultFile(const std::string& name, const char* failure, ResultFile& file) {
   file.name = name;
   file.stream.open(name);
-  if (!file.stream.is_open()) throw Stop{StopKind::ResultFile, failure};
+  if (!file.stream.is_open()) {
+    CheckOpeningMemory();
+    throw Stop{StopKind::ResultFile, failure};
+  }
   constexpr std::size_t Size = BlockSize + BlockSize / 4;
   AllocateOrStop("the text of " + file.name, Size, 1, [&] { file.text.reserve(Size); });
 }

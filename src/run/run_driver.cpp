@@ -14,6 +14,7 @@
 #include "platform/calc_log_file.h"
 #include "platform/clock.h"
 #include "platform/notice.h"
+#include "report/check_memory.h"
 #include "report/stop.h"
 #include "report/texts.h"
 #include "run/console.h"
@@ -147,6 +148,7 @@ int RunKorvex() {
     std::ofstream CalcLog;
     OpenCalcLog(CalcLog);
     if (CalcLog.is_open()) return RunLogged(CalcLog);
+    CheckOpeningMemory();
     ShowNotice(CalcLogFailed);
   } catch (const std::bad_alloc&) {  // a small block, not checked before: see check_memory.h
     ShowOutOfMemory();

@@ -132,11 +132,11 @@ TEST(PointGrid, SignOfZeroDoesNotCount) {
 }
 
 TEST(PointGrid, PointsThatAreNotFiniteHaveNoPlace) {
-  EXPECT_TRUE(HasPlace({0.0, -Largest, Largest}));
+  EXPECT_TRUE(IsFinite({0.0, -Largest, Largest}));
   for (const double x : {std::nan(""), Infinity, -Infinity}) {
-    EXPECT_FALSE(HasPlace({x, 0.0, 0.0}));
-    EXPECT_FALSE(HasPlace({0.0, x, 0.0}));
-    EXPECT_FALSE(HasPlace({0.0, 0.0, x}));
+    EXPECT_FALSE(IsFinite({x, 0.0, 0.0}));
+    EXPECT_FALSE(IsFinite({0.0, x, 0.0}));
+    EXPECT_FALSE(IsFinite({0.0, 0.0, x}));
   }
 }
 
