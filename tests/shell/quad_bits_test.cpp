@@ -7,6 +7,7 @@
 
 #include "shell/quad_membrane.h"
 #include "shell/quad_plate.h"
+#include "support/shell_shapes.h"
 
 namespace korvex {
 namespace {
@@ -23,14 +24,9 @@ using Matrix12 = std::array<double, 144>;
 
 template <typename Part>
 Part MakePart() {
-  Part part;
-  part.Init();
-  part.x = X;
-  part.y = Y;
-  part.E = E;
-  part.Mu = Mu;
-  part.TK = TK;
-  return part;
+  test::PlaneShape<4> shape{};
+  for (std::size_t k = 0; k < shape.size(); ++k) shape[k] = {X[k], Y[k]};
+  return test::SetUpShape<Part>(shape, E, Mu, TK);
 }
 
 enum class Loops { XiOutside, EtaOutside };

@@ -22,16 +22,7 @@ constexpr Array4 NodeXi{-1.0, 1.0, 1.0, -1.0};
 constexpr Array4 NodeEta{-1.0, -1.0, 1.0, 1.0};
 
 QuadMembrane MakeMembrane(const test::PlaneShape<4>& shape) {
-  QuadMembrane membrane;
-  membrane.Init();
-  for (std::size_t k = 0; k < 4; ++k) {
-    membrane.x[k] = shape[k][0];
-    membrane.y[k] = shape[k][1];
-  }
-  membrane.E = E;
-  membrane.Mu = Mu;
-  membrane.TK = TK;
-  return membrane;
+  return test::SetUpShape<QuadMembrane>(shape, E, Mu, TK);
 }
 
 test::PlaneShape<4> MakeRectangle(double a, double b) {

@@ -23,16 +23,7 @@ constexpr std::array<std::array<double, 2>, 5> Points{
     {{0.0, 0.0}, {-0.5773502692, 0.5773502692}, {0.75, -0.125}, {1.0, -1.0}, {-0.25, 1.0}}};
 
 QuadPlate MakePlate(const test::PlaneShape<4>& shape, double thickness = TK) {
-  QuadPlate plate;
-  plate.Init();
-  for (std::size_t k = 0; k < 4; ++k) {
-    plate.x[k] = shape[k][0];
-    plate.y[k] = shape[k][1];
-  }
-  plate.E = E;
-  plate.Mu = Mu;
-  plate.TK = thickness;
-  return plate;
+  return test::SetUpShape<QuadPlate>(shape, E, Mu, thickness);
 }
 
 std::array<double, 144> StiffnessOf(QuadPlate plate) {

@@ -41,15 +41,7 @@ Matrix18 StiffnessOf(const Shell3Element& element) {
 
 template <typename Part, std::size_t Nodes>
 Part MakePart(const test::PlaneShape<Nodes>& shape) {
-  Part part;
-  part.Init();
-  for (std::size_t k = 0; k < shape.size(); ++k) {
-    part.x[k] = shape[k][0];
-    part.y[k] = shape[k][1];
-  }
-  part.E = test::ShapeE;
-  part.Mu = test::ShapeMu;
-  part.TK = test::ShapeTK;
+  Part part = test::SetUpShape<Part>(shape, test::ShapeE, test::ShapeMu, test::ShapeTK);
   part.K.fill(-7.0);  // nothing that was there may remain
   part.Stiffness();
   return part;

@@ -17,16 +17,7 @@ enum Strain : std::size_t { EXX, EYY, GXY };
 constexpr test::PlaneShape<3> RightTriangle{{{0.0, 0.0}, {1.0, 0.0}, {0.0, 1.0}}};
 
 TriMembrane MakeMembrane(const test::PlaneShape<3>& shape) {
-  TriMembrane membrane;
-  membrane.Init();
-  for (std::size_t k = 0; k < 3; ++k) {
-    membrane.x[k] = shape[k][0];
-    membrane.y[k] = shape[k][1];
-  }
-  membrane.E = E;
-  membrane.Mu = Mu;
-  membrane.TK = TK;
-  return membrane;
+  return test::SetUpShape<TriMembrane>(shape, E, Mu, TK);
 }
 
 std::array<double, 36> MembraneOf(const TriMembrane& membrane) {

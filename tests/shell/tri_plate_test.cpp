@@ -18,16 +18,7 @@ constexpr std::array<Array3, 5> Points{
     {{1.0, 0.0, 0.0}, {0.0, 1.0, 0.0}, {0.0, 0.0, 1.0}, {0.5, 0.0, 0.5}, {0.2, 0.5, 0.3}}};
 
 TriPlate MakePlate(const test::PlaneShape<3>& shape, double thickness = TK) {
-  TriPlate plate;
-  plate.Init();
-  for (std::size_t k = 0; k < 3; ++k) {
-    plate.x[k] = shape[k][0];
-    plate.y[k] = shape[k][1];
-  }
-  plate.E = E;
-  plate.Mu = Mu;
-  plate.TK = thickness;
-  return plate;
+  return test::SetUpShape<TriPlate>(shape, E, Mu, thickness);
 }
 
 using Curvatures = std::array<double, 27>;  // 3 x 9

@@ -7,6 +7,7 @@
 #include "shell/tri_membrane.h"
 #include "shell/tri_plate.h"
 #include "shell/triangle.h"
+#include "support/shell_shapes.h"
 
 namespace korvex {
 namespace {
@@ -23,14 +24,9 @@ constexpr double E = 2.06e11, Mu = 0.3, TK = 0.013;
 
 template <typename Part>
 Part MakePart() {
-  Part part;
-  part.Init();
-  part.x = X;
-  part.y = Y;
-  part.E = E;
-  part.Mu = Mu;
-  part.TK = TK;
-  return part;
+  test::PlaneShape<3> shape{};
+  for (std::size_t k = 0; k < shape.size(); ++k) shape[k] = {X[k], Y[k]};
+  return test::SetUpShape<Part>(shape, E, Mu, TK);
 }
 
 // The two orders in which the element sums its area: the three positive terms in one order, the

@@ -130,4 +130,20 @@ std::string FindDifference(const Values& values, const Expected& expected, doubl
   return "";
 }
 
+// A membrane or plate part (QuadMembrane, TriPlate, ...) with the nodes of `shape` as its local
+// coordinates. Nothing is formed yet.
+template <typename Part, std::size_t Nodes>
+Part SetUpShape(const PlaneShape<Nodes>& shape, double E, double Mu, double TK) {
+  Part part;
+  part.Init();
+  for (std::size_t k = 0; k < Nodes; ++k) {
+    part.x[k] = shape[k][0];
+    part.y[k] = shape[k][1];
+  }
+  part.E = E;
+  part.Mu = Mu;
+  part.TK = TK;
+  return part;
+}
+
 }  // namespace korvex::test

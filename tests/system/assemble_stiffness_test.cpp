@@ -16,13 +16,8 @@
 namespace korvex::test {
 namespace {
 
-// Three tubes along X between four nodes. The last tube runs from node 3 back to node 2.
-ModelText MakeTubes() {
-  ModelText text;
-  text.materials = {{2e11, 0.3, 0.0}};
-  text.cSections = {{0.15, 0.02}};
-  text.nodes = {{0, 0, 0}, {1, 0, 0}, {2.5, 0, 0}, {4, 0, 0}};
-  const std::array<std::array<int, 2>, 3> nodes{{{0, 1}, {1, 2}, {3, 2}}};
+// Adds tubes of the first C section between these pairs of nodes.
+void AddTubes(const std::array<std::array<int, 2>, 3>& nodes, ModelText& text) {
   for (const auto& n : nodes) {
     ModelText::Beam beam;
     beam.node1 = n[0];
@@ -30,6 +25,15 @@ ModelText MakeTubes() {
     beam.BeamSecType = BeamSecTypeC;
     text.beams.push_back(beam);
   }
+}
+
+// Three tubes along X between four nodes. The last tube runs from node 3 back to node 2.
+ModelText MakeTubes() {
+  ModelText text;
+  text.materials = {{2e11, 0.3, 0.0}};
+  text.cSections = {{0.15, 0.02}};
+  text.nodes = {{0, 0, 0}, {1, 0, 0}, {2.5, 0, 0}, {4, 0, 0}};
+  AddTubes({{{0, 1}, {1, 2}, {3, 2}}}, text);
   return text;
 }
 
@@ -112,14 +116,7 @@ ModelText MakeMixed() {
                 {7, 7, 7}};
   text.shells4 = {{{2, 4, 5, 6}, 0, 1}, {{0, 1, 4, 2}, 1, 0}};
   text.shells3 = {{{4, 3, 7}, 0, 0}, {{4, 7, 5}, 1, 1}};
-  const std::array<std::array<int, 2>, 3> nodes{{{4, 5}, {2, 4}, {3, 4}}};
-  for (const auto& n : nodes) {
-    ModelText::Beam beam;
-    beam.node1 = n[0];
-    beam.node2 = n[1];
-    beam.BeamSecType = BeamSecTypeC;
-    text.beams.push_back(beam);
-  }
+  AddTubes({{{4, 5}, {2, 4}, {3, 4}}}, text);
   return text;
 }
 
