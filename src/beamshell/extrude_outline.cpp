@@ -7,6 +7,7 @@
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include "base/number_text.h"
 #include "beam/beam_frame.h"
@@ -35,7 +36,7 @@ constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::
   std::string text = "Beam element " + std::to_string(beam) + ": its detail model would have ";
   text.append(FormatNumber(steps, buffer));
   text += " steps along the beam, too many to number its equations.";
-  throw Stop{StopKind::Notice, text};
+  throw Stop{StopKind::Notice, std::move(text)};
 }
 
 // Returns n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.

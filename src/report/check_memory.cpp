@@ -3,6 +3,7 @@
 #include "report/check_memory.h"
 
 #include <cerrno>
+#include <utility>
 
 #include "base/number_text.h"
 #include "platform/free_memory.h"
@@ -26,7 +27,7 @@ void StopOutOfMemory(const std::string& what, std::uint64_t count, std::uint64_t
   NumberBuffer buffer;
   std::string text = "Not enough memory for " + what + ": ";
   text.append(FormatNumber(gigabytes, buffer)).append(" GB.");
-  throw Stop{StopKind::Notice, text};
+  throw Stop{StopKind::Notice, std::move(text)};
 }
 
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize) {
