@@ -12,7 +12,7 @@
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   korvex::Model model;
   try {
-    korvex::ReadInputText(std::string(data, data + size), model);
+    korvex::ReadInputText({reinterpret_cast<const char*>(data), size}, model);
   } catch (const korvex::Stop&) {  // a correct end for a wrong file
     return 0;
   }

@@ -5,7 +5,7 @@
 // present in a fixed order; an empty one has the count 0. A listener is called after each row.
 #pragma once
 
-#include <string>
+#include <string_view>
 
 #include "deck/model_tables.h"
 #include "deck/row_listener.h"
@@ -16,6 +16,6 @@ namespace korvex {
 // release differs from ModelFileRelease, where the memory is too small for a table, and where the
 // count of materials, thicknesses, nodal points or restraints is negative. Other negative counts
 // are stored and act as 0.
-void ReadTables(std::string text, const RowListener& listener, ModelTables& tables);
+void ReadTables(std::string_view text, const RowListener& listener, ModelTables& tables);
 
 }  // namespace korvex

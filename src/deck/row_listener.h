@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "deck/scan_text.h"
+
 namespace korvex {
 
 // The sections of a model file, in their order.
@@ -45,6 +47,8 @@ struct RowReading {
   TextPlace place;              // begin of the row: after the last byte read for the row before
   int fieldsExpected = 0;       // numbers that the row should have, with its running number
   int fieldsTaken = 0;          // numbers that were read
+  std::int32_t number = 0;      // the running number, of rows that have one; no table keeps it
+  std::size_t endByte = 0;      // where the reading goes on after the row, 0-based, in the text
 
   // The rest of the format from the first directive that did not match, such as ",%lf,%lf\n"; null
   // if the whole row was read.
@@ -53,6 +57,10 @@ struct RowReading {
   // breaks off, behind the byte that did not match.
   TextPlace stop;
   std::size_t stopByte = 0;  // the same position, 0-based, in the text
+
+  // The first number of the row whose value is not what its text says.
+  OddNumber odd = OddNumber::None;
+  std::size_t oddByte = 0;  // its first byte, 0-based, in the text
 };
 
 struct RowListener {

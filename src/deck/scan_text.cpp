@@ -44,8 +44,7 @@ bool TakeWord(TextCursor& cursor, const char* word) {
 }
 
 // "%d": optional sign, decimal digits. A sign without digits is consumed and converts nothing.
-bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
-  SkipSpace(cursor);
+bool ScanInteger(TextCursor& cursor, std::int32_t& value, OddNumber& odd) {
   const bool negative = PeekCharacter(cursor) == '-';
   if (IsSign(PeekCharacter(cursor))) ++cursor.position;
   if (!IsDigit(PeekCharacter(cursor))) return false;
@@ -58,6 +57,8 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
     magnitude = magnitude > (limit - digit) / 10 ? limit : magnitude * 10 + digit;
     ++cursor.position;
   }
+  constexpr std::uint64_t largest32 = std::numeric_limits<std::int32_t>::max();
+  if (magnitude > (negative ? largest32 + 1 : largest32)) odd = OddNumber::IntegerTooLarge;
   const std::uint64_t bits = negative ? std::uint64_t{0} - magnitude : magnitude;
   value = static_cast<std::int32_t>(static_cast<std::uint32_t>(bits));
   return true;
@@ -67,9 +68,10 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value) {
 struct RealText {
   bool hexadecimal = false;
   bool anyDigit = false;
-  bool nonzero = false;  // some digit is not 0
-  std::string mantissa;  // digits and point
-  std::string exponent;  // sign and digits; empty if there is none or it has no digit
+  bool nonzero = false;       // some digit is not 0
+  std::string mantissa;       // digits and point
+  std::string exponent;       // sign and digits; empty if there is none or it has no digit
+  bool exponentLost = false;  // there is an exponent, without a digit
 };
 
 constexpr const char* Digits = "the digits of a number";
@@ -118,7 +120,9 @@ void TakeExponent(TextCursor& cursor, RealText& number) {
     anyDigit = true;
     ++cursor.position;
   }
-  if (!anyDigit) number.exponent.clear();
+  if (anyDigit) return;
+  number.exponent.clear();
+  number.exponentLost = true;
 }
 
 // Returns the nearest double; changes number.mantissa. For a number outside the range of doubles
@@ -141,8 +145,14 @@ double ConvertReal(RealText& number) {
   return std::strtod(text.c_str(), nullptr);
 }
 
-bool ScanReal(TextCursor& cursor, double& value) {
-  SkipSpace(cursor);
+OddNumber FindOddity(const RealText& number, double value) {
+  if (number.exponentLost || !number.anyDigit) return OddNumber::Incomplete;
+  if (std::isinf(value)) return OddNumber::RealTooLarge;
+  if (number.nonzero && value == 0.0) return OddNumber::RealTooSmall;
+  return OddNumber::None;
+}
+
+bool ScanReal(TextCursor& cursor, double& value, OddNumber& odd) {
   const double sign = PeekCharacter(cursor) == '-' ? -1.0 : 1.0;
   if (IsSign(PeekCharacter(cursor))) ++cursor.position;
 
@@ -174,17 +184,25 @@ bool ScanReal(TextCursor& cursor, double& value) {
   const bool zeroPrefix = number.hexadecimal && number.mantissa == ".";  // "0x." counts as its 0
   if (!number.anyDigit && !zeroPrefix) return false;
   value = std::copysign(ConvertReal(number), sign);
+  odd = FindOddity(number, value);
   return true;
 }
 
 // Reads one conversion. conversion: points after the "%"; moves to the end of the conversion.
-bool ScanConversion(TextCursor& cursor, const char*& conversion, const ScanField& field) {
-  if (*conversion == 'd') {
-    conversion += 1;
-    return ScanInteger(cursor, *field.integer);
+bool ScanConversion(TextCursor& cursor, const char*& conversion, const ScanField& field,
+                    ScanResult& result) {
+  SkipSpace(cursor);
+  const std::size_t first = cursor.position;
+  const bool isInteger = *conversion == 'd';
+  conversion += isInteger ? 1 : 2;  // "d", "lf"
+  OddNumber odd = OddNumber::None;
+  const bool converted =
+      isInteger ? ScanInteger(cursor, *field.integer, odd) : ScanReal(cursor, *field.real, odd);
+  if (odd != OddNumber::None && result.odd == OddNumber::None) {
+    result.odd = odd;
+    result.oddByte = first;
   }
-  conversion += 2;  // "lf"
-  return ScanReal(cursor, *field.real);
+  return converted;
 }
 
 }  // namespace
@@ -200,7 +218,7 @@ ScanResult ScanFormat(TextCursor& cursor, const char* format,
       ++format;
     } else if (*format == '%') {
       ++format;
-      if (!ScanConversion(cursor, format, *field)) {
+      if (!ScanConversion(cursor, format, *field, result)) {
         result.awaited = directive;
         return result;
       }
@@ -220,7 +238,7 @@ ScanResult ScanFormat(TextCursor& cursor, const char* format,
 
 void SkipLine(TextCursor& cursor) {
   const std::size_t lineFeed = cursor.text.find('\n', cursor.position);
-  cursor.position = lineFeed == std::string::npos ? cursor.text.size() : lineFeed + 1;
+  cursor.position = lineFeed == std::string_view::npos ? cursor.text.size() : lineFeed + 1;
 }
 
 }  // namespace korvex

@@ -11,13 +11,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <string>
+#include <string_view>
 
 namespace korvex {
 
 // A text and the position of the next character to be read.
 struct TextCursor {
-  std::string text;          // the whole file, bytes as they stand
+  std::string_view text;     // bytes as they stand in the file; the caller owns them
   std::size_t position = 0;  // 0 .. text.size()
 };
 
@@ -30,10 +30,21 @@ struct ScanField {
   double* real = nullptr;
 };
 
+// What the conversions accept although the value is not what the text says.
+enum class OddNumber {
+  None,
+  IntegerTooLarge,  // outside 32 bits: its low 32 bits are the value
+  Incomplete,       // "1e+", "0x.": digits are missing; the value is that of the rest, or 0
+  RealTooLarge,     // infinity, from digits
+  RealTooSmall,     // 0, from digits that are not all 0
+};
+
 // How far a format was read.
 struct ScanResult {
-  int taken = 0;                  // conversions that have stored a value
-  const char* awaited = nullptr;  // the format from the directive that did not match; null: none
+  int taken = 0;                    // conversions that have stored a value
+  const char* awaited = nullptr;    // the format from the directive that did not match; null: none
+  OddNumber odd = OddNumber::None;  // of the first odd number
+  std::size_t oddByte = 0;          // its first byte, position in the text
 };
 
 // Reads `format` from the cursor and stores the converted values into `fields` in order. Stops at

@@ -1,7 +1,6 @@
 #include "model/read_input_file.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "deck/load_text.h"
 #include "deck/read_tables.h"
@@ -45,16 +44,16 @@ void BuildElement(Section section, std::int32_t row, Model& model) {
 void ReadInputFile(const std::string& fileName, Model& model) {
   std::string text;
   LoadText(fileName, text);
-  ReadInputText(std::move(text), model);
+  ReadInputText(text, model);
 }
 
-void ReadInputText(std::string text, Model& model) {
+void ReadInputText(std::string_view text, Model& model) {
   RowListener listener;
   listener.makeRoom = [&](Section section, std::int32_t count) { MakeRoom(section, count, model); };
   listener.row = [&](const RowReading& reading) {
     BuildElement(reading.section, reading.row, model);
   };
-  ReadTables(std::move(text), listener, model.Tables);
+  ReadTables(text, listener, model.Tables);
 }
 
 }  // namespace korvex

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "model/model.h"
 
@@ -16,6 +17,6 @@ namespace korvex {
 void ReadInputFile(const std::string& fileName, Model& model);
 
 // The same from the text of a model file.
-void ReadInputText(std::string text, Model& model);
+void ReadInputText(std::string_view text, Model& model);
 
 }  // namespace korvex

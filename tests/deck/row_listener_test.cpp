@@ -112,6 +112,20 @@ TEST(RowListener, TellsWhereAndWhyARestraintWithCommasStops) {
   EXPECT_EQ(text[reading.stopByte], ',');
 }
 
+TEST(RowListener, TellsRunningNumbersAndOddNumbers) {
+  const std::string text = Replace(MakeFile(), "1:1,0,0\n", "7:1,1e999,5e\n");
+  const std::vector<RowReading> readings = Listen(text);
+  const RowReading& reading = Find(readings, Section::Nodes, 1);
+  EXPECT_EQ(reading.awaited, nullptr);
+  EXPECT_EQ(reading.number, 7);
+  EXPECT_EQ(reading.odd, OddNumber::RealTooLarge);
+  EXPECT_EQ(text.substr(reading.oddByte, 5), "1e999");
+  EXPECT_EQ(text.substr(reading.endByte, 4), "2:0,");
+  EXPECT_EQ(Find(readings, Section::Materials, 0).number, 0);
+  EXPECT_EQ(Find(readings, Section::Shells3, 0).odd, OddNumber::None);
+  EXPECT_EQ(Find(readings, Section::BeamLoads, TitleRow).endByte, text.size());
+}
+
 TEST(RowListener, TellsTheLiteralThatIsMissing) {
   const std::string text = Replace(MakeFile(), "1:1,0,0\n", "1:1;0,0\n");
   const RowReading reading = Find(Listen(text), Section::Nodes, 1);

@@ -401,6 +401,30 @@ TEST(ScanFormat, NothingIsReadAtTheEndOfTheText) {
   EXPECT_EQ(value, UnreadReal);
 }
 
+// What is accepted although the value is not what the text says, and its place.
+TEST(ScanFormat, TellsTheFirstNumberWhoseValueIsNotItsText) {
+  const auto scan = [](std::string_view text) {
+    TextCursor cursor{text};
+    std::int32_t number = 0;
+    double value = 0.0;
+    return ScanFormat(cursor, "%d:%lf", {&number, &value});
+  };
+  EXPECT_EQ(scan("2147483647: 1e308").odd, OddNumber::None);
+  EXPECT_EQ(scan("-2147483648: 4.9e-324").odd, OddNumber::None);
+  EXPECT_EQ(scan("1: 0e-999").odd, OddNumber::None);
+  EXPECT_EQ(scan("1: -inf").odd, OddNumber::None);  // says what it is
+  EXPECT_EQ(scan("1: 0x1p3").odd, OddNumber::None);
+  EXPECT_EQ(scan("  2147483648: 1").odd, OddNumber::IntegerTooLarge);
+  EXPECT_EQ(scan("  2147483648: 1e").oddByte, 2U);
+  EXPECT_EQ(scan("-2147483649: 1").odd, OddNumber::IntegerTooLarge);
+  EXPECT_EQ(scan("1: 1e309").odd, OddNumber::RealTooLarge);
+  EXPECT_EQ(scan("1: 1e309").oddByte, 3U);
+  EXPECT_EQ(scan("1: -1e-400").odd, OddNumber::RealTooSmall);
+  EXPECT_EQ(scan("1: 5e+").odd, OddNumber::Incomplete);
+  EXPECT_EQ(scan("1: 0x1p").odd, OddNumber::Incomplete);
+  EXPECT_EQ(scan("1: 0x.").odd, OddNumber::Incomplete);
+}
+
 TEST(SkipLine, StopsAfterTheLineFeed) {
   TextCursor cursor{"T_beam #1\n  Hw=1"};
   SkipLine(cursor);
@@ -408,7 +432,7 @@ TEST(SkipLine, StopsAfterTheLineFeed) {
 }
 
 TEST(SkipLine, CarriageReturnAndZeroAreOrdinaryCharacters) {
-  TextCursor cursor{std::string("a\rb\0c\nd", 7)};
+  TextCursor cursor{std::string_view("a\rb\0c\nd", 7)};
   SkipLine(cursor);
   EXPECT_EQ(cursor.position, 6U);
 }
