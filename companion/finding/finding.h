@@ -1,0 +1,59 @@
+// A finding: something in a model that an engineer should look at, as data. Nothing here prints.
+//
+// Findings of one kind are counted: the first 20 are kept one by one, the rest is one finding that
+// lists their rows and nodes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/vector3.h"
+
+namespace kvx {
+
+enum class Severity {
+  Error,    // the run stops, or its results are wrong or not numbers
+  Warning,  // nearly always a mistake
+  Hint,     // good to know
+};
+
+struct Finding {
+  std::string code;  // "K104", see codes.h
+  Severity severity = Severity::Error;
+  std::size_t line = 0;             // 1-based line of the model file; 0: none
+  std::size_t column = 0;           // 1-based, in bytes; 0: none
+  const char* table = "";           // the key of the table's count, "NELEM_B"; "": none
+  std::vector<std::int32_t> rows;   // 0-based rows of the table
+  std::vector<std::int32_t> nodes;  // 0-based
+  bool hasPosition = false;
+  korvex::Vector3 position{};  // model units, global
+  std::string message;         // "beam 10 at (0, 0, 0) .. (1, 0, 0): its length is zero."
+  std::string remedy;          // "Merge ..., or remove ..."; may be empty
+};
+
+// How many findings of one code are kept one by one.
+inline constexpr std::size_t FindingsOfAKind = 20;
+
+struct FindingList {
+  std::vector<Finding> findings;              // in the order of AddFinding
+  std::map<std::string, std::size_t> counts;  // findings of each code, also those not kept
+  std::map<std::string, std::size_t> rests;   // index of the finding that lists the rest of a code
+};
+
+// A finding with the code's usual severity (codes.h).
+Finding MakeFinding(const char* code);
+
+// Adds the finding, or counts it and adds its rows and nodes to the rest of its code.
+void AddFinding(Finding finding, FindingList& list);
+
+// Sorts by severity, then by line (findings without a line last), then in the order of AddFinding.
+// Nothing may be added afterwards.
+void SortFindings(FindingList& list);
+
+// How many findings of this severity there are, also those not kept.
+std::size_t CountFindings(const FindingList& list, Severity severity);
+
+}  // namespace kvx
