@@ -1,0 +1,26 @@
+// The size of the solution: memory and time of the matrix, and what a better order of the nodes
+// would give.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "check/checked_model.h"
+#include "finding/finding.h"
+
+namespace kvx {
+
+struct SolutionSize {
+  double gigabytes = 0.0;                         // of the matrix as the nodes stand, 2^30 bytes
+  double seconds = 0.0;                           // about, for its factorisation on this processor
+  double bestGigabytes = 0.0, bestSeconds = 0.0;  // in the best order found
+  std::string bestOrder;                          // its name, "given" where none is better
+};
+
+// Fills `size` and adds K501 and K502.
+// freeMemory: bytes that the solver may use; vectorBits: the processor's vector registers, see
+// platform/vector_bits.h.
+void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
+               SolutionSize& size, FindingList& findings);
+
+}  // namespace kvx
