@@ -1,11 +1,11 @@
 #include "check/check_model.h"
 
-#include "check/read_checked.h"
+#include "check/check_text.h"
 
 namespace kvx {
 
 void CheckModel(std::string_view text, const CheckOptions&, CheckReport& report) {
-  ReadChecked(text, report.model);
+  CheckText(text, report.model, report.findings);
   SortFindings(report.findings);
 }
 
