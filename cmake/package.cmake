@@ -1,4 +1,4 @@
-# The packages that users get, made by the target "package": the program, its examples and pages.
+# The packages that users get, made by the target "package": the programs, the examples and pages.
 #
 # Windows: a zip that is unpacked anywhere, everything side by side. Elsewhere: a tar.gz, and where
 # Debian's tools are a .deb, with bin/ and share/doc/korvex/.
@@ -12,12 +12,21 @@ else()
 endif()
 
 install(TARGETS korvex_program RUNTIME DESTINATION ${program_folder})
+if(KORVEX_COMPANION)
+  install(TARGETS kvx_program RUNTIME DESTINATION ${program_folder})
+  if(NOT WIN32)
+    install(FILES docs/man/kvx.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+    install(FILES companion/completion/kvx
+            DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  endif()
+endif()
 # The page that they begin with, and those that it leads to.
 install(FILES README.md ARCHITECTURE.md CONTRIBUTING.md CHANGELOG.md DESTINATION ${pages_folder})
 install(
   DIRECTORY docs examples
   DESTINATION ${pages_folder}
-  PATTERN __pycache__ EXCLUDE)
+  PATTERN __pycache__ EXCLUDE
+  PATTERN man EXCLUDE)
 
 set(CPACK_PACKAGE_NAME korvex)
 set(CPACK_PACKAGE_VENDOR "The Korvex developers")

@@ -27,7 +27,8 @@ inline constexpr std::array<korvex::Section, 3> ElementSections{
 enum class ElementState : std::uint8_t {
   Sound,
   Broken,    // a finding names it; it connects its nodes, but its shape says nothing
-  Unusable,  // its nodes are not known: a reference leads outside, or its row was not read
+  Unusable,  // its nodes are not known: a reference leads outside, a node stands twice, or its row
+             // was not read
 };
 
 struct CheckedModel {

@@ -55,13 +55,13 @@ std::string PointText(const korvex::Vector3& point) {
 }
 
 std::string DescribeNode(const CheckedModel& model, std::int32_t node) {
-  const std::string name = "node " + std::to_string(node);
+  std::string name = "node " + std::to_string(node);
   if (!HasPlace(model, node)) return name;
   return name + " at " + PointText(PlaceOf(model.tables, node));
 }
 
 std::string DescribeElement(const CheckedModel& model, Section section, std::int32_t row) {
-  const std::string name = std::string(NameOf(section)) + " " + std::to_string(row);
+  std::string name = std::string(NameOf(section)) + " " + std::to_string(row);
   const ElementNodes element = NodesOf(model.tables, section, row);
   if (IsLost(model, section, row) || !HasPlace(model, element)) return name;
   if (section != Section::Beams) return name + " at " + PointText(MiddleOf(model, element));

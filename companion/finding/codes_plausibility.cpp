@@ -4,14 +4,58 @@
 namespace kvx {
 
 const std::vector<CodeText> PlausibilityCodes{
-    {"K601", Severity::Warning, "A thickness is out of line", "", "", "", "", ""},
-    {"K602", Severity::Warning, "A section is out of line", "", "", "", "", ""},
-    {"K603", Severity::Warning, "A node is far away from all others", "", "", "", "", ""},
-    {"K604", Severity::Warning, "Young's modulus does not fit the size of the model", "", "", "",
-     "", ""},
-    {"K605", Severity::Warning, "A stiffness comes near that of the supports", "", "", "", "", ""},
-    {"K606", Severity::Hint, "A density does not fit the other units", "", "", "", "", ""},
-    {"K607", Severity::Warning, "Poisson's ratio is negative", "", "", "", "", ""},
+    {"K601", Severity::Warning, "A thickness is out of line",
+     "A thickness is alone in its table by a factor near 10, 25.4, 100 or 1000, as of a mistaken "
+     "unit or digit; or it is more than 5 times its largest element, or below 1/20000 of its "
+     "smallest.",
+     "It takes the thickness as it is. Bending goes with its third power: a plate of 0.01 for 10 "
+     "bends a thousand million times as much.",
+     "Look at the unit and the decimal point.", "#0:\nTK=10\n#1:\nTK=12\n#2:\nTK=0.012",
+     "#2:\nTK=12"},
+    {"K602", Severity::Warning, "A section is out of line",
+     "A size of a section is alone in its table by a factor near 10, 25.4, 100 or 1000; or its "
+     "height or radius is more than 20 times its longest beam, or below 1/20000 of its shortest.",
+     "It takes the section as it is. Bending goes with the third power of its height. A section "
+     "that is much too small makes a very large detail model.",
+     "Look at the unit and the decimal point.", "girder\nHw=100\nTw=0.008\nBf=60\nTf=10",
+     "girder\nHw=100\nTw=8\nBf=60\nTf=10"},
+    {"K603", Severity::Warning, "A node is far away from all others",
+     "A node of shells stands off its neighbours by more than ten times their extent; or a node of "
+     "beams does so from the rest of the model. Where a shell is spoilt by it, this is an error.",
+     "It takes the node where it is. Its elements are long and thin, or crossed.",
+     "Mend the coordinate: a digit too many, a missing decimal point, or another unit?",
+     "24:1000000,1000,0", "24:1000,1000,0"},
+    {"K604", Severity::Warning, "Young's modulus does not fit the size of the model",
+     "E is that of a metal in a system of units with mm, but the model seems to be in m; or the "
+     "other way round. Said only where E is that of a metal in N or kN and m or mm, and plates "
+     "would be 1.5 m thick, or foil of 0.1 mm.",
+     "Nothing is converted. Stresses under given forces are right, displacements are wrong by "
+     "powers of 10: with E in Pa and lengths in mm a millionth.",
+     "Write E in the units of forces and lengths: steel has 206000 in N and mm, 2.06e11 in N and "
+     "m.",
+     "#0:\nE=2.06e11\n...\n#0:\nTK=10", "#0:\nE=206000\n...\n#0:\nTK=10"},
+    {"K605", Severity::Warning, "A stiffness comes near that of the supports",
+     "An element has stiffnesses above 1e17 at a support, or above 1e20 anywhere: then it is an "
+     "error. Mostly it is a rigid arm with a very large E.",
+     "A support is a 1e20 in place of the diagonal entry. Support forces, read as 1e20 times the "
+     "displacement, are wrong by the element's stiffness over 1e20. Above that the matrix is no "
+     "longer positive; detail models become NaN.",
+     "Take a smaller E: a rigid arm needs no more than a thousand times the stiffness of what it "
+     "joins.",
+     "#1:\nE=1e18\nMu=0.3\nDensity=0", "#1:\nE=1e9\nMu=0.3\nDensity=0"},
+    {"K606", Severity::Hint, "A density does not fit the other units",
+     "E is that of a metal in a system of units in which metals have another density.",
+     "It does not use the density. The mass that this check reports is wrong, and so would be a "
+     "self-weight.",
+     "Steel has 7850 in N and m, 7.85 in kN and m, 7.85e-9 in N and mm, 7.85e-6 in kN and mm.",
+     "#0:\nE=206000\nMu=0.3\nDensity=7850", "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},
+    {"K607", Severity::Warning, "Poisson's ratio is negative",
+     "Pulled, such a material grows thicker. There are a few, foams and lattices; in a model of "
+     "plates it is mostly a sign too many.",
+     "It takes the value as it is: with -0.3 for 0.3 a plate that was tried bends by a quarter "
+     "less.",
+     "Write a positive value, unless it is meant.", "#0:\nE=206000\nMu=-0.3\nDensity=7.85e-9",
+     "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},
 };
 
 }  // namespace kvx

@@ -1,8 +1,8 @@
 #include "finding/finding.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <limits>
+#include <stdexcept>
 #include <utility>
 
 #include "finding/codes.h"
@@ -11,7 +11,7 @@ namespace kvx {
 
 Finding MakeFinding(const char* code) {
   const CodeText* text = FindCode(code);
-  if (text == nullptr) std::abort();  // a bug: the code is in no table
+  if (text == nullptr) throw std::logic_error(std::string("no finding has the code ") + code);
   Finding finding;
   finding.code = code;
   finding.severity = text->severity;

@@ -43,7 +43,8 @@ struct FindingList {
   std::map<std::string, std::size_t> rests;   // index of the finding that lists the rest of a code
 };
 
-// A finding with the code's usual severity (codes.h).
+// A finding with the code's usual severity (codes.h). Throws a std::logic_error where there is no
+// such code: a fault of the program.
 Finding MakeFinding(const char* code);
 
 // Adds the finding, or counts it and adds its rows and nodes to the rest of its code.

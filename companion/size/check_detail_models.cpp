@@ -1,11 +1,16 @@
 #include "size/check_detail_models.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "beamshell/extrude_outline.h"
 #include "beamshell/section_outline.h"
 #include "check/describe.h"
+#include "deck/row_formats.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -36,6 +41,20 @@ korvex::SectionOutline OutlineOf(const korvex::ModelTables& tables,
   return outline;
 }
 
+// Whether a finding names the section: then its sizes say nothing.
+bool IsNamed(const korvex::BeamSectionRef& ref, const FindingList& findings) {
+  if (!korvex::HasSectionTable(ref.BeamSecType)) return true;
+  constexpr std::array<Section, 3> Sections{Section::TBeamSections, Section::LBeamSections,
+                                            Section::CBeamSections};
+  const std::string_view key =
+      korvex::FormatOf(Sections[static_cast<std::size_t>(ref.BeamSecType)]).key;
+  return std::any_of(
+      findings.findings.begin(), findings.findings.end(), [&](const Finding& finding) {
+        return finding.table == key &&
+               std::count(finding.rows.begin(), finding.rows.end(), ref.BeamSecIndex) > 0;
+      });
+}
+
 void AddLongModel(const CheckedModel& model, std::int32_t row, double length, double segment,
                   FindingList& findings) {
   Finding finding = MakeRowFinding("K503", model, Section::Beams, row);
@@ -61,6 +80,42 @@ double CountBytes(const korvex::SectionOutline& outline, std::int32_t row,
   }
 }
 
+// A finding about elements or sizes that names one of the beam's nodes: a node far away, say. Null:
+// none.
+Finding* FindCause(const ElementNodes& beam, FindingList& findings) {
+  const auto cause =
+      std::find_if(findings.findings.begin(), findings.findings.end(), [&](const Finding& finding) {
+        const bool isSize = finding.code[1] == '1' || finding.code[1] == '6';
+        return isSize && finding.severity != Severity::Hint &&
+               std::any_of(finding.nodes.begin(), finding.nodes.end(), [&](std::int32_t node) {
+                 return node == beam.nodes[0] || node == beam.nodes[1];
+               });
+      });
+  return cause == findings.findings.end() ? nullptr : &*cause;
+}
+
+// All detail models together are too large. row: the beam with the largest one.
+void AddTooLarge(const CheckedModel& model, std::int32_t row, std::uint64_t freeMemory,
+                 FindingList& findings) {
+  constexpr double BytesPerGigabyte = 1073741824.0;
+  const std::string stop =
+      "the detail models of all beams take more memory than this machine has "
+      "free (" +
+      NumberText(std::round(static_cast<double>(freeMemory) / BytesPerGigabyte)) +
+      " GB), and the run stops after the solution.";
+  Finding* const cause = FindCause(NodesOf(model.tables, Section::Beams, row), findings);
+  if (cause != nullptr) {
+    if (cause->severity != Severity::Error) cause->message += " With it " + stop;
+    cause->severity = Severity::Error;
+    return;
+  }
+  Finding finding = MakeRowFinding("K504", model, Section::Beams, row);
+  finding.message =
+      DescribeElement(model, Section::Beams, row) + " has the largest detail model; " + stop;
+  finding.remedy = "Check the sizes of its section against the units of the coordinates.";
+  AddFinding(std::move(finding), findings);
+}
+
 }  // namespace
 
 void CheckDetailModels(const CheckedModel& model, std::uint64_t freeMemory, FindingList& findings) {
@@ -68,9 +123,9 @@ void CheckDetailModels(const CheckedModel& model, std::uint64_t freeMemory, Find
   double bytes = 0.0, mostBytes = 0.0;
   std::int32_t largest = 0;
   for (std::int32_t row = 0; row < CountRows(tables, Section::Beams); ++row) {
-    if (StateOf(model, Section::Beams, row) != ElementState::Sound) continue;
-    const korvex::SectionOutline outline =
-        OutlineOf(tables, tables.BeamSectionRefs[static_cast<std::size_t>(row)]);
+    if (StateOf(model, Section::Beams, row) == ElementState::Unusable) continue;
+    const korvex::BeamSectionRef& ref = tables.BeamSectionRefs[static_cast<std::size_t>(row)];
+    const korvex::SectionOutline outline = OutlineOf(tables, ref);
     if (outline.points.empty()) continue;
     const ElementNodes beam = NodesOf(tables, Section::Beams, row);
     const korvex::Vector3 end1 = PlaceOf(tables, beam.nodes[0]);
@@ -83,21 +138,13 @@ void CheckDetailModels(const CheckedModel& model, std::uint64_t freeMemory, Find
     }
     const double length = korvex::Length(korvex::Subtract(end2, end1));
     const double segment = korvex::LongestSegment(outline);
-    if (length / segment > MostRows && bytes <= static_cast<double>(freeMemory) &&
-        !IsDoubtful(model, Section::Beams, row)) {
+    if (segment > 0.0 && length / segment > MostRows && bytes <= static_cast<double>(freeMemory) &&
+        StateOf(model, Section::Beams, row) == ElementState::Sound &&
+        !IsDoubtful(model, Section::Beams, row) && !IsNamed(ref, findings)) {
       AddLongModel(model, row, length, segment, findings);
     }
   }
-  if (bytes <= static_cast<double>(freeMemory)) return;
-  Finding finding = MakeRowFinding("K504", model, Section::Beams, largest);
-  constexpr double BytesPerGigabyte = 1073741824.0;
-  finding.message = DescribeElement(model, Section::Beams, largest) +
-                    " has the largest detail model; together they take more memory than this "
-                    "machine has free (" +
-                    NumberText(std::round(static_cast<double>(freeMemory) / BytesPerGigabyte)) +
-                    " GB). The run stops after the solution.";
-  finding.remedy = "Check the sizes of its section against the units of the coordinates.";
-  AddFinding(std::move(finding), findings);
+  if (bytes > static_cast<double>(freeMemory)) AddTooLarge(model, largest, freeMemory, findings);
 }
 
 }  // namespace kvx

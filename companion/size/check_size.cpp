@@ -19,6 +19,9 @@ namespace {
 constexpr double EntryBytes = 8.0;                 // a double
 constexpr double BytesPerGigabyte = 1073741824.0;  // 2^30, as the solver prints its memory
 
+// Shorter times are not told apart.
+constexpr double ShortestSeconds = 0.01;
+
 // From here on another order of the nodes is looked for.
 constexpr double NoticeableSeconds = 0.5;
 
@@ -42,10 +45,6 @@ std::string About(double value) {
   if (value <= 0.0) return "0";
   const double unit = std::pow(10.0, std::floor(std::log10(value)) - 1.0);
   return NumberText(std::round(value / unit) * unit);
-}
-
-std::string DescribeSize(double gigabytes, double seconds) {
-  return About(gigabytes) + " GB, about " + About(std::max(seconds, 0.01)) + " s";
 }
 
 void AddOrderFinding(const CheckedModel& model, const SolutionSize& size, FindingList& findings) {
@@ -93,6 +92,10 @@ void CheckMemoryOfMatrix(const CheckedModel& model, double entries, std::uint64_
 }
 
 }  // namespace
+
+std::string DescribeSize(double gigabytes, double seconds) {
+  return About(gigabytes) + " GB, about " + About(std::max(seconds, ShortestSeconds)) + " s";
+}
 
 void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
                SolutionSize& size, FindingList& findings) {

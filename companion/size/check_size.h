@@ -17,6 +17,9 @@ struct SolutionSize {
   std::string bestOrder;                          // its name, "given" where none is better
 };
 
+// "0.024 GB, about 0.2 s"
+std::string DescribeSize(double gigabytes, double seconds);
+
 // Fills `size` and adds K501 and K502.
 // freeMemory: bytes that the solver may use; vectorBits: the processor's vector registers, see
 // platform/vector_bits.h.

@@ -1,7 +1,10 @@
-// The plan of src: which folder may include which. Arrows run downward only.
+// The plan of src and companion: which folder may include which. Arrows run downward only.
 //
 // Every include of every source is looked at. The table below is the plan; a folder that includes
 // what stands beside or above it fails the test, and so does a permission that nothing uses.
+//
+// Includes are written relative to src or to companion. The folders of companion stand above those
+// of src, so nothing in src can include them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Room {
-  std::string name;                // folder under src; "" are the files in src itself
+  std::string name;                // folder under src or companion; "" is src/main.cpp
   std::vector<std::string> below;  // folders that it may include, besides its own
 };
 
@@ -42,11 +45,23 @@ const std::vector<Room>& Rooms() {
       {"beamshell", {"base", "report", "beam", "shell", "skyline", "model", "system", "results"}},
       {"run", {"platform", "report", "deck", "skyline", "model", "system", "results", "beamshell"}},
       {"", {"run"}},
+      {"finding", {"base"}},
+      {"check", {"finding", "base", "report", "beam", "shell", "deck", "skyline"}},
+      {"mechanism",
+       {"finding", "check", "platform", "report", "deck", "skyline", "model", "system"}},
+      {"renumber", {"base", "deck"}},
+      {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
+      {"audit",
+       {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
+        "beamshell", "run"}},
+      {"commands", {"finding", "check", "mechanism", "size", "platform", "deck", "report"}},
+      {"companion", {"commands"}},
   };
   return rooms;
 }
 
-// The folder of a path relative to src: "skyline/panel" of "skyline/panel/panel.h".
+// The folder of a source: "skyline/panel" of "skyline/panel/panel.h", "companion" of
+// "companion/main.cpp".
 std::string RoomOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string::npos ? "" : path.substr(0, slash);
@@ -65,16 +80,30 @@ std::vector<std::string> FindIncludes(const std::string& text, bool brackets) {
   return names;
 }
 
-// The sources by their path relative to src.
+// The sources by the names with which they are included, and main.cpp of companion as
+// "companion/main.cpp".
 std::map<std::string, std::string> ReadSources() {
-  const fs::path src = fs::path(KORVEX_SOURCE) / "src";
   std::map<std::string, std::string> sources;
-  for (const auto& entry : fs::recursive_directory_iterator(src)) {
-    const std::string extension = entry.path().extension().string();
-    if (extension != ".h" && extension != ".cpp") continue;
-    sources[fs::relative(entry.path(), src).generic_string()] = ReadFile(entry.path());
+  for (const char* part : {"src", "companion"}) {
+    const fs::path root = fs::path(KORVEX_SOURCE) / part;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+      const std::string extension = entry.path().extension().string();
+      if (extension != ".h" && extension != ".cpp") continue;
+      const fs::path path = fs::relative(entry.path(), root);
+      const bool isSecondMain = root.filename() == "companion" && !path.has_parent_path();
+      sources[(isSecondMain ? part / path : path).generic_string()] = ReadFile(entry.path());
+    }
   }
   return sources;
+}
+
+// A folder name in both parts would hide the sources of one.
+TEST(Arrows, NoFolderIsInBothParts) {
+  for (const auto& entry : fs::directory_iterator(fs::path(KORVEX_SOURCE) / "companion")) {
+    if (!entry.is_directory()) continue;
+    EXPECT_FALSE(fs::exists(fs::path(KORVEX_SOURCE) / "src" / entry.path().filename()))
+        << entry.path();
+  }
 }
 
 TEST(Arrows, ThePlanHasNoneGoingUp) {
@@ -111,11 +140,13 @@ TEST(Arrows, EveryIncludeIsInThePlan) {
 }
 
 // What a user reads, hears or answers goes through the run, and where systems differ through the
-// notice. Everything else is silent: it has not even the headers to speak.
-TEST(Arrows, OnlyTheRunSpeaks) {
+// notice; in the companion through the commands. Everything else is silent: it has not even the
+// headers to speak.
+TEST(Arrows, OnlyTheRunAndTheCommandsSpeak) {
   for (const auto& [path, text] : ReadSources()) {
-    const bool maySpeak =
-        path == "main.cpp" || RoomOf(path) == "run" || path.rfind("platform/notice", 0) == 0;
+    const bool maySpeak = path == "main.cpp" || path == "companion/main.cpp" ||
+                          RoomOf(path) == "run" || RoomOf(path) == "commands" ||
+                          path.rfind("platform/notice", 0) == 0;
     if (maySpeak) continue;
     for (const std::string& name : FindIncludes(text, true)) {
       EXPECT_TRUE(name != "iostream" && name != "cstdio" && name != "stdio.h" && name != "print")
@@ -131,11 +162,28 @@ TEST(Arrows, OnlyTheRunSpeaks) {
   }
 }
 
+// CLI11 takes long to compile: one unit alone has it. src has the standard library alone.
+TEST(Arrows, LibrariesStandInOneUnitEach) {
+  std::map<std::string, std::set<std::string>> users;
+  for (const auto& [path, text] : ReadSources()) {
+    for (const std::string& name : FindIncludes(text, true)) {
+      for (const char* library : {"CLI/", "nlohmann/"}) {
+        if (name.rfind(library, 0) == 0) users[library].insert(path);
+      }
+    }
+  }
+  EXPECT_EQ(users["CLI/"], std::set<std::string>{"commands/command_line.cpp"});
+  EXPECT_EQ(users["nlohmann/"], std::set<std::string>{"commands/report_json.cpp"});
+}
+
 // The walk sees something: an empty list would pass all the tests above.
 TEST(Arrows, SourcesAreFound) {
   const auto sources = ReadSources();
   EXPECT_GT(sources.size(), 100U);
   EXPECT_EQ(sources.count("run/run_driver.cpp"), 1U);
+  EXPECT_EQ(sources.count("main.cpp"), 1U);
+  EXPECT_EQ(sources.count("companion/main.cpp"), 1U);
+  EXPECT_EQ(sources.count("commands/check_model.cpp"), 1U);
   EXPECT_EQ(FindIncludes("#include \"a/b.h\"\n#include <c>\n", false),
             std::vector<std::string>{"a/b.h"});
   EXPECT_EQ(RoomOf("skyline/panel/panel.h"), "skyline/panel");

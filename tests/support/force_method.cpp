@@ -65,8 +65,15 @@ Real MemberWork(const BeamChain& chain, std::size_t member, const Real3& fromA, 
   return sum * std::sqrt(Dot(span, span)) / 6;
 }
 
-// Solves A x = b by Gaussian elimination with row exchange.
-Real6 Solve(std::array<Real6, 6> A, Real6 b) {
+Real6 UnitLoad(std::size_t direction) {
+  Real6 load{};
+  load[direction] = 1;
+  return load;
+}
+
+}  // namespace
+
+Real6 SolveSix(std::array<Real6, 6> A, Real6 b) {
   for (std::size_t k = 0; k < 6; ++k) {
     std::size_t pivot = k;
     for (std::size_t i = k + 1; i < 6; ++i) {
@@ -87,14 +94,6 @@ Real6 Solve(std::array<Real6, 6> A, Real6 b) {
   return b;
 }
 
-Real6 UnitLoad(std::size_t direction) {
-  Real6 load{};
-  load[direction] = 1;
-  return load;
-}
-
-}  // namespace
-
 Real6 DisplaceCantilever(const BeamChain& chain, int at, int loaded, const Real6& load) {
   const auto a = static_cast<std::size_t>(at);
   const auto b = static_cast<std::size_t>(loaded);
@@ -108,7 +107,7 @@ Real6 DisplaceCantilever(const BeamChain& chain, int at, int loaded, const Real6
   return displacement;
 }
 
-Real6 DisplacePortal(const BeamChain& chain, int at, int loaded, const Real6& load) {
+Real6 ClampPortal(const BeamChain& chain, int loaded, const Real6& load) {
   const int end = static_cast<int>(chain.points.size()) - 1;
   std::array<Real6, 6> flexibility{};
   for (std::size_t direction = 0; direction < 6; ++direction) {
@@ -117,7 +116,12 @@ Real6 DisplacePortal(const BeamChain& chain, int at, int loaded, const Real6& lo
   }
   Real6 gap = DisplaceCantilever(chain, end, loaded, load);
   for (Real& value : gap) value = -value;
-  const Real6 redundant = Solve(flexibility, gap);
+  return SolveSix(flexibility, gap);
+}
+
+Real6 DisplacePortal(const BeamChain& chain, int at, int loaded, const Real6& load) {
+  const int end = static_cast<int>(chain.points.size()) - 1;
+  const Real6 redundant = ClampPortal(chain, loaded, load);
 
   Real6 displacement = DisplaceCantilever(chain, at, loaded, load);
   const Real6 restrained = DisplaceCantilever(chain, at, end, redundant);

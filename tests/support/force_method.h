@@ -39,4 +39,10 @@ Real6 DisplaceCantilever(const BeamChain& chain, int at, int loaded, const Real6
 // The same with the last point clamped as well.
 Real6 DisplacePortal(const BeamChain& chain, int at, int loaded, const Real6& load);
 
+// Force and moment that the clamp at the last point of that chain exerts on it.
+Real6 ClampPortal(const BeamChain& chain, int loaded, const Real6& load);
+
+// Solves A x = b by Gaussian elimination with row exchange.
+Real6 SolveSix(std::array<Real6, 6> A, Real6 b);
+
 }  // namespace korvex::test

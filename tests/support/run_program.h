@@ -15,9 +15,10 @@ struct ProgramRun {
 };
 
 // Runs the executable `program` in `folder`, with `input` as its whole standard input. Message
-// boxes are answered as soon as they appear.
+// boxes are answered as soon as they appear. arguments: UTF-8, without quotes.
 ProgramRun RunProgram(const std::filesystem::path& program, const std::filesystem::path& folder,
-                      const std::string& input = "");
+                      const std::string& input = "",
+                      const std::vector<std::string>& arguments = {});
 
 // The calculation log in the program's folder.
 std::filesystem::path LogPath();

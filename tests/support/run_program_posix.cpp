@@ -10,12 +10,13 @@
 namespace korvex::test {
 
 ProgramRun RunProgram(const std::filesystem::path& program, const std::filesystem::path& folder,
-                      const std::string& input) {
+                      const std::string& input, const std::vector<std::string>& arguments) {
   const TempFolder streams;
   const std::string base = streams.Path().string();
   WriteFile(base + "/in", input);
-  const std::string command = "cd '" + folder.string() + "' && '" + program.string() + "' <'" +
-                              base + "/in' >'" + base + "/out' 2>'" + base + "/err'";
+  std::string command = "cd '" + folder.string() + "' && '" + program.string() + "'";
+  for (const std::string& argument : arguments) command += " '" + argument + "'";
+  command += " <'" + base + "/in' >'" + base + "/out' 2>'" + base + "/err'";
   const int status = std::system(command.c_str());  // NOLINT(cert-env33-c): the paths are ours
   ProgramRun run;
   run.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);

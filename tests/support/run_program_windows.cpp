@@ -23,7 +23,8 @@ HANDLE OpenStream(const std::filesystem::path& file, DWORD access) {
 // Starts the program with the three streams in `streams`. Returns its process, or null.
 PROCESS_INFORMATION StartProgram(const std::filesystem::path& program,
                                  const std::filesystem::path& folder,
-                                 const std::filesystem::path& streams) {
+                                 const std::filesystem::path& streams,
+                                 const std::vector<std::string>& arguments) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
@@ -31,7 +32,11 @@ PROCESS_INFORMATION StartProgram(const std::filesystem::path& program,
   startup.hStdOutput = OpenStream(streams / "out", GENERIC_WRITE);
   startup.hStdError = OpenStream(streams / "err", GENERIC_WRITE);
   PROCESS_INFORMATION process{};
-  CreateProcessW(program.c_str(), nullptr, nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
+  std::wstring line = L'"' + program.wstring() + L'"';
+  for (const std::string& argument : arguments) {
+    line += L" \"" + std::filesystem::u8path(argument).wstring() + L'"';
+  }
+  CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0, nullptr, folder.c_str(),
                  &startup, &process);
   for (HANDLE stream : {startup.hStdInput, startup.hStdOutput, startup.hStdError}) {
     CloseHandle(stream);
@@ -42,11 +47,11 @@ PROCESS_INFORMATION StartProgram(const std::filesystem::path& program,
 }  // namespace
 
 ProgramRun RunProgram(const std::filesystem::path& program, const std::filesystem::path& folder,
-                      const std::string& input) {
+                      const std::string& input, const std::vector<std::string>& arguments) {
   const TempFolder streams;
   WriteFile(streams.Path() / "in", input);
   ProgramRun run;
-  const PROCESS_INFORMATION process = StartProgram(program, folder, streams.Path());
+  const PROCESS_INFORMATION process = StartProgram(program, folder, streams.Path(), arguments);
   if (process.hProcess == nullptr) return run;
   const ULONGLONG start = GetTickCount64();
   while (WaitForSingleObject(process.hProcess, LookEveryMilliseconds) == WAIT_TIMEOUT) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "finding/codes.h"
 
 namespace kvx {
@@ -54,6 +56,7 @@ TEST(Codes, AreInOrder) {
     EXPECT_EQ(FindCode(text->code), text);
   }
   EXPECT_EQ(FindCode("K999"), nullptr);
+  EXPECT_THROW(MakeFinding("K999"), std::logic_error);
 }
 
 }  // namespace

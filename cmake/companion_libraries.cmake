@@ -1,0 +1,55 @@
+# The header-only libraries of the companion program kvx, as the target kvx_libraries.
+#
+# They are taken from the system, by links in a folder of the build: their headers serve every
+# target, but a compiler for another system must not search the folder that they lie in.
+
+set(KORVEX_COPYRIGHT_FILES
+    /usr/share/doc
+    CACHE PATH "The folder with PACKAGE/copyright of the libraries in kvx")
+
+set(kvx_include ${CMAKE_CURRENT_BINARY_DIR}/libraries/include)
+set(kvx_missing)
+set(kvx_license_texts)
+
+# Finds the library whose main header is FOLDER/HEADER in the Debian package PACKAGE.
+function(kvx_use_library name package folder header)
+  find_path(
+    KVX_${folder}_INCLUDE ${folder}/${header}
+    HINTS /usr/include
+    NO_CMAKE_FIND_ROOT_PATH)
+  mark_as_advanced(KVX_${folder}_INCLUDE)
+  set(copyright ${KORVEX_COPYRIGHT_FILES}/${package}/copyright)
+  if(NOT KVX_${folder}_INCLUDE)
+    set(kvx_missing "${kvx_missing} ${package}" PARENT_SCOPE)
+    return()
+  endif()
+  if(NOT EXISTS ${copyright})
+    message(FATAL_ERROR "kvx shows the licence of ${name}, but there is no file ${copyright}. Install the Debian "
+                        "package ${package}, or set KORVEX_COPYRIGHT_FILES.")
+  endif()
+  file(MAKE_DIRECTORY ${kvx_include})
+  file(CREATE_LINK ${KVX_${folder}_INCLUDE}/${folder} ${kvx_include}/${folder} SYMBOLIC)
+  file(READ ${copyright} text)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${copyright})
+  set(kvx_license_texts "${kvx_license_texts}
+    R\"licence(
+---- ${name} ----
+
+${text})licence\"" PARENT_SCOPE)
+endfunction()
+
+kvx_use_library(CLI11 libcli11-dev CLI CLI.hpp)
+kvx_use_library("JSON for Modern C++" nlohmann-json3-dev nlohmann json.hpp)
+if(kvx_missing)
+  message(
+    FATAL_ERROR
+      "The companion program kvx needs these Debian packages:${kvx_missing}. "
+      "Install them, or build the solver alone with -DKORVEX_COMPANION=OFF.")
+endif()
+
+file(CONFIGURE OUTPUT license_texts.cpp CONTENT
+  "#include \"commands/license_texts.h\"\n\nconst char* const kvx::LicenseTexts =@kvx_license_texts@;\n"
+  @ONLY)
+
+add_library(kvx_libraries INTERFACE)
+target_include_directories(kvx_libraries SYSTEM INTERFACE ${kvx_include})

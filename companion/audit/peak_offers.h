@@ -1,0 +1,24 @@
+// What single elements and nodes offer for a quantity: their largest value and its place.
+//
+// The elements' tables and references must have been checked (check_solved.h).
+#pragma once
+
+#include "audit/peak_list.h"
+
+namespace kvx {
+
+// Which holder a quantity belongs to. A quantity of shells belongs to Shell4 and Shell3.
+bool BelongsTo(Quantity quantity, Holder holder);
+
+// The offer of element e of the shells (node e, beam e) for a quantity that belongs to it.
+PeakOffer OfferShell4(const korvex::Model& model, std::size_t e, Quantity quantity,
+                      StressSlots slots);
+PeakOffer OfferShell3(const korvex::Model& model, std::size_t e, Quantity quantity,
+                      StressSlots slots);
+PeakOffer OfferNode(const korvex::Model& model, std::size_t node, Quantity quantity);
+
+// Throws a korvex::Stop where the beam's detail model is not whole.
+PeakOffer OfferBeam(const korvex::Model& model, std::size_t beam, StressSlots slots,
+                    BeamPlace place);
+
+}  // namespace kvx

@@ -1,0 +1,195 @@
+#include "audit/solved_model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "deck/check_reference.h"
+#include "model/read_input_file.h"
+#include "report/stop.h"
+#include "run/stages.h"
+#include "system/load_vector.h"
+#include "system/profile.h"
+#include "system/supports.h"
+
+namespace kvx {
+
+using korvex::DofsPerNode;
+
+namespace {
+
+constexpr std::int32_t FixedFlag = 1;  // of a restraint's row; any other number leaves free
+
+// Real forces lie far below: for a model of 10 m the smallest prescribed displacement is a force of
+// 1e12 N or, in mm, of 1e15 N, and the smallest rotation is a moment of 1e14 N m or N mm.
+constexpr double SmallestDisplacement = 1e-9;  // over the extent
+constexpr double SmallestRotation = 1e-6;      // radians
+
+bool IsPrescribing(std::size_t dof, double force, double extent) {
+  const double smallest = dof < 3 ? SmallestDisplacement * extent : SmallestRotation;
+  return smallest > 0.0 && std::fabs(force) / korvex::PenaltyStiffness >= smallest;
+}
+
+void MarkHeldDofs(SolvedModel& solved) {
+  const korvex::ModelTables& tables = solved.model.Tables;
+  solved.isHeld.assign(static_cast<std::size_t>(solved.model.NEQ), 0);
+  for (std::size_t row = 0; row < tables.NodalRestraints.size(); ++row) {
+    const korvex::NodalRestraint& restraint = tables.NodalRestraints[row];
+    for (std::size_t d = 0; d < DofsPerNode; ++d) {
+      if (restraint.fixed[d] != FixedFlag) continue;
+      korvex::CheckReference("Restraint", static_cast<std::int32_t>(row), "node", restraint.node,
+                             {"nodal points", tables.NPOIN});
+      solved.isHeld[static_cast<std::size_t>(restraint.node) * DofsPerNode + d] = 1;
+    }
+  }
+}
+
+// Lists the prescribed displacements and takes their forces out of `forces`, the table of nodal
+// forces.
+void SeparatePrescribed(SolvedModel& solved, korvex::ZeroedTable<korvex::NodalForce>& forces) {
+  const double extent = MeasureNodeBox(solved.model.Tables).diagonal;
+  solved.prescribed.clear();
+  for (std::size_t row = 0; row < forces.size(); ++row) {
+    korvex::NodalForce& force = forces[row];
+    korvex::CheckReference("Force", static_cast<std::int32_t>(row), "node", force.node,
+                           {"nodal points", solved.model.Tables.NPOIN});
+    const std::size_t first = static_cast<std::size_t>(force.node) * DofsPerNode;
+    for (std::size_t d = 0; d < DofsPerNode; ++d) {
+      double& component = force.components[d];
+      if (solved.isHeld[first + d] == 0 || !IsPrescribing(d, component, extent)) continue;
+      solved.prescribed.push_back({static_cast<std::int32_t>(row), force.node,
+                                   static_cast<std::int32_t>(d),
+                                   component / korvex::PenaltyStiffness});
+      component = 0.0;
+    }
+  }
+}
+
+// The loads by the solver's own routine, which takes the forces from the tables: those that
+// prescribe displacements are left out of the tables meanwhile.
+void AssembleLoads(SolvedModel& solved) {
+  korvex::ZeroedTable<korvex::NodalForce> forces = solved.model.Tables.NodalForces;
+  SeparatePrescribed(solved, forces);
+  forces.swap(solved.model.Tables.NodalForces);
+  try {
+    korvex::AssembleLoadVector(solved.model);
+  } catch (const korvex::Stop&) {
+    forces.swap(solved.model.Tables.NodalForces);
+    throw;
+  }
+  forces.swap(solved.model.Tables.NodalForces);
+}
+
+// connectivity: elements x nodesPerElement node indices.
+void CheckElementNodes(const char* rowKind, const std::vector<std::int32_t>& connectivity,
+                       std::int32_t nodesPerElement, std::size_t elements, std::int32_t nodes) {
+  const auto step = static_cast<std::size_t>(nodesPerElement);
+  if (connectivity.size() != elements * step) {
+    throw korvex::Stop{
+        korvex::StopKind::Notice,
+        std::string("The numbers of nodes and of elements do not fit: ") + rowKind + '.'};
+  }
+  for (std::size_t at = 0; at < connectivity.size(); ++at) {
+    korvex::CheckReference(rowKind, static_cast<std::int32_t>(at / step), "node", connectivity[at],
+                           {"nodal points", nodes});
+  }
+}
+
+// The reader has checked all references; a record that was filled otherwise may have any.
+void CheckElements(const korvex::Model& model) {
+  const korvex::ModelTables& tables = model.Tables;
+  CheckElementNodes("Four-node shell element", tables.Shell4Nodes, korvex::NodesPerShell4,
+                    model.Shell4Elements.size(), tables.NPOIN);
+  CheckElementNodes("Three-node shell element", tables.Shell3Nodes, korvex::NodesPerShell3,
+                    model.Shell3Elements.size(), tables.NPOIN);
+  CheckElementNodes("Beam element", tables.BeamNodes, korvex::NodesPerBeam,
+                    model.BeamElements.size(), tables.NPOIN);
+}
+
+// Stages that read or write files. The text takes the place of the first; the drawing of the
+// structure needs no solution.
+bool HasFile(const korvex::Stage& stage) {
+  const std::string_view name = stage.name;
+  return name == "read" || name == "structure drawing";
+}
+
+}  // namespace
+
+std::uint64_t HashBytes(std::string_view bytes) {
+  std::uint64_t hash = 14695981039346656037U;  // offset basis
+  for (const char byte : bytes) {
+    hash ^= static_cast<unsigned char>(byte);
+    hash *= 1099511628211U;  // prime
+  }
+  return hash;
+}
+
+ModelFileId IdentifyModelFile(std::string_view modelText) {
+  return {modelText.size(), HashBytes(modelText)};
+}
+
+NodeBox MeasureNodeBox(const korvex::ModelTables& tables) {
+  constexpr double Infinite = std::numeric_limits<double>::infinity();
+  korvex::Vector3 low{Infinite, Infinite, Infinite}, high{-Infinite, -Infinite, -Infinite};
+  for (const korvex::Node& node : tables.Nodes) {
+    const korvex::Vector3 place{node.x, node.y, node.z};
+    for (std::size_t i = 0; i < 3; ++i) {
+      if (!std::isfinite(place[i])) continue;
+      low[i] = std::min(low[i], place[i]);
+      high[i] = std::max(high[i], place[i]);
+    }
+  }
+  NodeBox box;
+  korvex::Vector3 size{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (low[i] > high[i]) continue;
+    box.middle[i] = 0.5 * low[i] + 0.5 * high[i];
+    size[i] = high[i] - low[i];
+  }
+  box.diagonal = std::hypot(size[0], size[1], size[2]);
+  return box;
+}
+
+void SolveInMemory(std::string_view modelText, const korvex::ProgressCallback& progress,
+                   SolvedModel& solved) {
+  korvex::Job job;
+  job.progress = progress;
+  korvex::ReadInputText(modelText, job.model);
+  for (const korvex::Stage& stage : korvex::AssemblyStages) {
+    if (!HasFile(stage)) stage.work(job);
+  }
+  korvex::SolutionStage.work(job);
+  solved.file = IdentifyModelFile(modelText);
+  solved.model = std::move(job.model);
+  CompleteSolvedModel(solved);
+}
+
+void CompleteFromDisplacements(std::string_view modelText, std::vector<double> displacements,
+                               SolvedModel& solved) {
+  solved.model = {};
+  korvex::ReadInputText(modelText, solved.model);
+  korvex::NumberEquations(solved.model);
+  solved.file = IdentifyModelFile(modelText);
+  solved.model.Displacements = std::move(displacements);
+  CompleteSolvedModel(solved);
+}
+
+void CompleteSolvedModel(SolvedModel& solved) {
+  korvex::Model& model = solved.model;
+  model.Stiffness = {};
+  const std::size_t nodes = model.Tables.Nodes.size();
+  if (model.Displacements.size() != nodes * DofsPerNode ||
+      static_cast<std::size_t>(model.NEQ) != nodes * DofsPerNode ||
+      static_cast<std::size_t>(model.Tables.NPOIN) != nodes) {
+    throw korvex::Stop{korvex::StopKind::Notice, "There are " +
+                                                     std::to_string(model.Displacements.size()) +
+                                                     " displacements for " + std::to_string(nodes) +
+                                                     " nodal points, which need six each."};
+  }
+  CheckElements(model);
+  MarkHeldDofs(solved);
+  AssembleLoads(solved);
+}
+
+}  // namespace kvx

@@ -1,0 +1,31 @@
+// K601, K602: thicknesses and sections out of line with their table, or with their elements, as by
+// a mistaken unit (find_outlier.h).
+#pragma once
+
+#include "check/checked_model.h"
+#include "check/element_sizes.h"
+#include "check/table_rows.h"
+#include "finding/finding.h"
+
+namespace kvx {
+
+// A shell much thicker than its largest element is long, or a section much deeper than its longest
+// beam, is none. Meshes around a detail go down to elements as long as the plate is thick.
+inline constexpr double ThickestShare = 5.0;
+inline constexpr double DeepestShare = 20.0;
+
+// The thinnest plates of structures are 1/500 of the smallest element of a coarse mesh; test cases
+// for the limit of thin plates go down to 1/10000.
+inline constexpr double ThinnestShare = 1.0 / 20000.0;
+inline constexpr double SlimmestShare = 1.0 / 20000.0;
+
+// The factor of 10 between sections counts only where it also puts the proportions of web or tube
+// out of line with the others, nearly as much: a deep girder has a thicker web than a stiffener.
+inline constexpr double ProportionGap = 7.0;
+
+void CheckThicknessOutliers(const TableUse& use, const ElementSizes& sizes, CheckedModel& model,
+                            FindingList& list);
+void CheckSectionOutliers(const TableUse& use, const ElementSizes& sizes, CheckedModel& model,
+                          FindingList& list);
+
+}  // namespace kvx

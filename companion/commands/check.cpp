@@ -1,0 +1,76 @@
+// kvx check: names the mistakes of a model.
+#include <iostream>
+#include <new>
+
+#include "commands/check_model.h"
+#include "commands/check_report.h"
+#include "commands/commands.h"
+#include "commands/load_model.h"
+#include "commands/terminal.h"
+#include "report/stop.h"
+
+namespace kvx {
+
+namespace {
+
+constexpr const char* Name = "kvx check";
+
+// Smaller files are checked before anyone can read what happens.
+constexpr std::size_t ProgressBytes = 20'000'000;
+
+// Says what takes its time, to someone who waits; and takes it back.
+void ShowProgress(const LoadedModel& model) {
+  if (model.text.size() < ProgressBytes || !IsTerminal(Stream::Error)) return;
+  std::cerr << "Checking " << model.text.size() / 1'000'000 << " MB ..." << std::flush;
+}
+
+void EndProgress(const LoadedModel& model) {
+  if (model.text.size() < ProgressBytes || !IsTerminal(Stream::Error)) return;
+  std::cerr << '\r' << std::string(std::string("Checking 00000 MB ...").size(), ' ') << '\r'
+            << std::flush;
+}
+
+// Fills the report, or says why that is not possible.
+ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, CheckReport& report) {
+  CheckOptions options;
+  options.tolerance = command.tolerance;
+  options.deep = command.deep;
+  std::string reason;
+  ShowProgress(model);
+  try {
+    CheckModel(model.text, options, report);
+  } catch (const korvex::Stop& stop) {
+    reason = stop.text;
+  } catch (const std::bad_alloc&) {
+    reason = "there is not enough memory to check it.";
+  }
+  EndProgress(model);
+  if (reason.empty()) return ExitFine;
+  Complain(Name, '"' + model.file + "\": " + reason);
+  return ExitUnusableData;
+}
+
+}  // namespace
+
+ExitStatus RunCheck(const CheckCommand& command) {
+  LoadedModel model;
+  std::string complaint;
+  const ExitStatus loaded = LoadModel(command.place, model, complaint);
+  if (loaded != ExitFine) {
+    Complain(Name, complaint);
+    return loaded;
+  }
+  CheckReport report;
+  const ExitStatus checked = CheckLoaded(model, command, report);
+  if (checked != ExitFine) return checked;
+
+  const ExitStatus written =
+      WriteOutput(command.json ? ReportJson(report)
+                               : ReportText(model.file, report, ChooseStyle(command.color)));
+  if (written != ExitFine) return written;
+  const bool isBad = CountFindings(report.findings, Severity::Error) > 0 ||
+                     (command.strict && CountFindings(report.findings, Severity::Warning) > 0);
+  return isBad ? ExitFindings : ExitFine;
+}
+
+}  // namespace kvx

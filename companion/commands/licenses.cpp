@@ -1,0 +1,11 @@
+// kvx licenses: the licences of the libraries that are part of the program.
+#include "commands/commands.h"
+#include "commands/license_texts.h"
+
+namespace kvx {
+
+ExitStatus RunLicenses() {
+  return WriteOutput(std::string("kvx contains parts of these libraries.\n") + LicenseTexts);
+}
+
+}  // namespace kvx

@@ -1,0 +1,59 @@
+// The completion for bash, asked as bash asks it.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace kvx::test {
+namespace {
+
+using korvex::test::TempFolder;
+
+// What bash offers for the words, of which the last one is being typed; one a line.
+std::string Complete(const std::string& words) {
+  const TempFolder folder;
+  std::filesystem::create_directory(folder.Path() / "deck one");
+  korvex::test::WriteFile(folder.Path() / "deck.txt", "");
+  const std::string line = "source \"" KORVEX_SOURCE
+                           "/companion/completion/kvx\" && "
+                           "COMP_WORDS=(" +
+                           words +
+                           ") && COMP_CWORD=$((${#COMP_WORDS[@]} - 1)) && "
+                           "_kvx && printf \"%s\\n\" \"${COMPREPLY[@]}\"";
+  const auto run = korvex::test::RunProgram("/bin/bash", folder.Path(), "", {"-c", line});
+  EXPECT_EQ(run.err, "");
+  return run.out;
+}
+
+TEST(KvxCompletion, IsKnownToBash) {
+  const TempFolder folder;
+  const auto run = korvex::test::RunProgram(
+      "/bin/bash", folder.Path(), "",
+      {"-c", "source \"" KORVEX_SOURCE "/companion/completion/kvx\"; complete -p kvx"});
+  EXPECT_EQ(run.exitStatus, 0);
+  EXPECT_EQ(run.out, "complete -o filenames -F _kvx kvx\n");
+}
+
+TEST(KvxCompletion, CompletesCommands) {
+  EXPECT_EQ(Complete("kvx ch"), "check\n");
+  EXPECT_EQ(Complete("kvx \"\""), "check\nexplain\nlicenses\n--help\n--version\n");
+}
+
+TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
+  EXPECT_EQ(Complete("kvx check --s"), "--strict\n");
+  EXPECT_EQ(Complete("kvx explain --p"), "--page\n");
+  EXPECT_EQ(Complete("kvx explain --s"), "");
+  EXPECT_EQ(Complete("kvx check --color a"), "auto\nalways\n");
+  EXPECT_EQ(Complete("kvx check --color = n"), "never\n");
+  EXPECT_EQ(Complete("kvx check --color ="), "auto\nalways\nnever\n");
+}
+
+TEST(KvxCompletion, CompletesFoldersAndCodes) {
+  EXPECT_EQ(Complete("kvx check d"), "deck one\n");
+  EXPECT_EQ(Complete("\"" KVX_PROGRAM "\" explain k104"), "K104\n");
+}
+
+}  // namespace
+}  // namespace kvx::test

@@ -1,0 +1,41 @@
+// Every code is explained: none of its six texts is missing. Two have no example: what is wrong
+// with a file that is not plain text cannot be seen, and no file is known that cannot be
+// understood.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "finding/codes.h"
+
+namespace kvx {
+namespace {
+
+TEST(Explanations, AreComplete) {
+  for (const CodeText* code : ListCodes()) {
+    EXPECT_STRNE(code->title, "") << code->code;
+    EXPECT_STRNE(code->meaning, "") << code->code << ": what it means";
+    EXPECT_STRNE(code->solver, "") << code->code << ": what the solver does with it";
+    EXPECT_STRNE(code->remedy, "") << code->code << ": what to do";
+    if (code->code == std::string("K002") || code->code == std::string("K019")) continue;
+    EXPECT_STRNE(code->before, "") << code->code << ": an example";
+    EXPECT_STRNE(code->after, "") << code->code << ": the example mended";
+    EXPECT_STRNE(code->before, code->after) << code->code;
+  }
+}
+
+// Sentences end, and the examples are lines without an end of their own.
+TEST(Explanations, AreSentencesAndLines) {
+  for (const CodeText* code : ListCodes()) {
+    for (const std::string text : {code->meaning, code->solver, code->remedy}) {
+      if (text.empty()) continue;
+      EXPECT_TRUE(text.back() == '.' || text.back() == '?') << code->code << ": " << text;
+    }
+    for (const std::string lines : {code->before, code->after}) {
+      if (lines.empty()) continue;
+      EXPECT_NE(lines.back(), '\n') << code->code << ": " << lines;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kvx
