@@ -34,10 +34,6 @@ const char* NameOf(Section table) {
       return "material ";
     case Section::ShellThicknesses:
       return "thickness ";
-    case Section::TBeamSections:
-      return "section (BeamSecIndex) ";
-    case Section::LBeamSections:
-      return "section (BeamSecIndex) ";
     default:
       return "section (BeamSecIndex) ";
   }

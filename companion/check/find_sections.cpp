@@ -67,7 +67,7 @@ bool MayBeWording(std::string_view line) {
 
 // The section whose title is nearest; Header where none is near.
 Section FindNearest(std::string_view line) {
-  const std::string_view wording = Trim(line.substr(0, line.find_first_of("=")));
+  const std::string_view wording = Trim(line.substr(0, line.find('=')));
   Section nearest = Section::Header;
   std::size_t least = wording.size() / 2;  // a line with half its letters wrong is none
   for (const SectionFormat& format : korvex::SectionFormats) {

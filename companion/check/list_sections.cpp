@@ -191,9 +191,13 @@ void AddMissing(const Lister& lister) {
     Finding finding = AtTitle("K003", parts[first].section, line - 1);
     const std::string key = korvex::FormatOf(parts[first].section).key;
     const std::string last = korvex::FormatOf(parts[k - 1].section).key;
-    finding.message = k == first + 1
-                          ? "count " + key + ": the section is missing"
-                          : "counts " + key + " to " + last + ": the sections are missing";
+    finding.message = "count";
+    if (k == first + 1) {
+      finding.message.append(" ").append(key).append(": the section is missing");
+    } else {
+      finding.message.append("s ").append(key).append(" to ").append(last);
+      finding.message.append(": the sections are missing");
+    }
     finding.message += atEnd ? "; the file ends before." : ".";
     finding.remedy = atEnd ? "Write the file to its end."
                            : "Insert the line: " + FullTitle(parts[first].section) +

@@ -50,7 +50,7 @@ bool IsPointList(Section section) {
 }  // namespace
 
 std::string DescribeRow(Section section, std::int32_t number) {
-  const std::string at = std::to_string(number);
+  std::string at = std::to_string(number);
   switch (section) {
     case Section::Header:
       return "header";

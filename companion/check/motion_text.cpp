@@ -47,8 +47,9 @@ std::string DirectionText(const Vector3& direction) {
   for (double& value : d) {
     if (std::abs(value) < NoComponent) value = 0.0;
   }
-  const auto first = std::find_if(d.begin(), d.end(), [](double value) { return value != 0.0; });
-  const bool turn = first != d.end() && *first < 0.0;
+  double first = 0.0;
+  for (const double value : d) first = first == 0.0 ? value : first;
+  const bool turn = first < 0.0;
   for (double& value : d) value = turn && value != 0.0 ? -value : value;
   for (std::size_t i = 0; i < 3; ++i) {
     if (d[i] != 0.0 && d[(i + 1) % 3] == 0.0 && d[(i + 2) % 3] == 0.0) {
@@ -61,7 +62,7 @@ std::string DirectionText(const Vector3& direction) {
 std::string MotionText(const Body& body, const RigidMotion& motion) {
   const std::string along = "along " + DirectionText(motion.direction);
   if (!motion.turns) return "move " + along;
-  const std::string turn =
+  std::string turn =
       "turn about the line through " + AxisPointText(body, motion.point) + " " + along;
   if (motion.pitch == 0.0) return turn;
   return turn + " like a screw, which moves " + NumberText(std::abs(motion.pitch)) +

@@ -19,24 +19,24 @@ Finding MakeFinding(const char* code) {
 }
 
 void AddFinding(Finding finding, FindingList& list) {
-  const std::size_t count = ++list.counts[finding.code];
-  if (count <= FindingsOfAKind) {
+  ++list.counts[finding.code];
+  const auto severity = static_cast<int>(finding.severity);
+  FindingKind& kind =
+      list.kinds[finding.code + ' ' + std::to_string(severity) + ' ' + finding.table];
+  ++kind.count;
+  if (kind.count <= FindingsOfAKind + 1) {
+    kind.rest = list.findings.size();
     list.findings.push_back(std::move(finding));
     return;
   }
-  if (count == FindingsOfAKind + 1) {
-    list.rests[finding.code] = list.findings.size();
-    list.findings.push_back(std::move(finding));
-    return;
-  }
-  Finding& rest = list.findings[list.rests[finding.code]];
+  Finding& rest = list.findings[kind.rest];
   rest.rows.insert(rest.rows.end(), finding.rows.begin(), finding.rows.end());
   rest.nodes.insert(rest.nodes.end(), finding.nodes.begin(), finding.nodes.end());
-  const std::size_t more = count - FindingsOfAKind;
+  rest.count = kind.count - FindingsOfAKind;
   rest.hasPosition = false;
   rest.column = 0;
-  rest.message =
-      "and " + std::to_string(more) + " more of this kind: " + FindCode(finding.code)->title + ".";
+  rest.message = "and " + std::to_string(rest.count) +
+                 " more of this kind: " + FindCode(finding.code)->title + ".";
   rest.remedy.clear();
 }
 
@@ -49,19 +49,13 @@ void SortFindings(FindingList& list) {
                      if (a.severity != b.severity) return a.severity < b.severity;
                      return lineOf(a) < lineOf(b);
                    });
-  list.rests.clear();
+  list.kinds.clear();
 }
 
 std::size_t CountFindings(const FindingList& list, Severity severity) {
   std::size_t count = 0;
   for (const Finding& finding : list.findings) {
-    if (finding.severity == severity) ++count;
-  }
-  for (const auto& [code, all] : list.counts) {
-    // The rest of a code is one finding in the list, and stands for `all` less those kept.
-    if (all > FindingsOfAKind + 1 && FindCode(code)->severity == severity) {
-      count += all - (FindingsOfAKind + 1);
-    }
+    if (finding.severity == severity) count += finding.count;
   }
   return count;
 }

@@ -1,7 +1,7 @@
 // A finding: something in a model that an engineer should look at, as data. Nothing here prints.
 //
-// Findings of one kind are counted: the first 20 are kept one by one, the rest is one finding that
-// lists their rows and nodes.
+// Findings of one kind (code, severity and table) are counted: the first 20 are kept one by one,
+// the rest is one finding that lists their rows and nodes.
 #pragma once
 
 #include <cstddef>
@@ -32,22 +32,29 @@ struct Finding {
   korvex::Vector3 position{};  // model units, global
   std::string message;         // "beam 10 at (0, 0, 0) .. (1, 0, 0): its length is zero."
   std::string remedy;          // "Merge ..., or remove ..."; may be empty
+  std::size_t count = 1;       // how many findings of its kind this one stands for
 };
 
-// How many findings of one code are kept one by one.
+// How many findings of one kind are kept one by one.
 inline constexpr std::size_t FindingsOfAKind = 20;
+
+// A kind of findings in a list.
+struct FindingKind {
+  std::size_t count = 0;  // of all, also those not kept
+  std::size_t rest = 0;   // index of the finding that lists the rest, where there is one
+};
 
 struct FindingList {
   std::vector<Finding> findings;              // in the order of AddFinding
   std::map<std::string, std::size_t> counts;  // findings of each code, also those not kept
-  std::map<std::string, std::size_t> rests;   // index of the finding that lists the rest of a code
+  std::map<std::string, FindingKind> kinds;   // by code, severity and table
 };
 
 // A finding with the code's usual severity (codes.h). Throws a std::logic_error where there is no
 // such code: a fault of the program.
 Finding MakeFinding(const char* code);
 
-// Adds the finding, or counts it and adds its rows and nodes to the rest of its code.
+// Adds the finding, or counts it and adds its rows and nodes to the rest of its kind.
 void AddFinding(Finding finding, FindingList& list);
 
 // Sorts by severity, then by line (findings without a line last), then in the order of AddFinding.

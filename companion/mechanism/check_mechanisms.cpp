@@ -36,7 +36,7 @@ std::string ListElements(const CheckedModel& model, const std::vector<ElementRef
 
 // "node 7 at (..)", "34 nodes, among them node 7 at (..)"
 std::string DescribeNodes(const CheckedModel& model, const Mechanism& mechanism) {
-  const std::string node = DescribeNode(model, mechanism.node);
+  std::string node = DescribeNode(model, mechanism.node);
   if (mechanism.nodes.size() < 2) return node;
   return std::to_string(mechanism.nodes.size()) + " nodes, among them " + node + ",";
 }

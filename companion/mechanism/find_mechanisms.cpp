@@ -13,7 +13,6 @@
 namespace kvx {
 
 using korvex::DofsPerNode;
-using korvex::Section;
 
 namespace {
 

@@ -47,6 +47,29 @@ TEST(FindingList, KeepsTwentyOfAKindAndListsTheRest) {
   EXPECT_EQ(CountFindings(list, Severity::Hint), 0U);
 }
 
+// Rows of different tables, and findings whose severity is not the usual one, are kinds of their
+// own.
+TEST(FindingList, CountsEachSeverityAndTable) {
+  FindingList list;
+  for (std::size_t line = 1; line <= 30; ++line) {
+    Finding hint = At("K106", line);
+    hint.severity = Severity::Hint;
+    AddFinding(hint, list);
+    Finding shell = At("K101", line);
+    shell.table = "NELEM_S_4ND";
+    AddFinding(shell, list);
+    Finding beam = At("K101", line);
+    beam.table = "NELEM_B";
+    AddFinding(beam, list);
+  }
+  EXPECT_EQ(CountFindings(list, Severity::Error), 60U);
+  EXPECT_EQ(CountFindings(list, Severity::Hint), 30U);
+  EXPECT_EQ(list.findings.size(), 3U * 21U);
+  list.findings[0].severity = Severity::Error;  // as where a later check raises a finding
+  EXPECT_EQ(CountFindings(list, Severity::Error), 61U);
+  EXPECT_EQ(CountFindings(list, Severity::Hint), 29U);
+}
+
 // A code is looked up by its number; each stands in the table of its group, in ascending order.
 TEST(Codes, AreInOrder) {
   std::string last;
