@@ -4,8 +4,8 @@
 #include <cmath>
 #include <string>
 
-#include "audit/peak_offers.h"
 #include "audit/check_solved.h"
+#include "audit/peak_offers.h"
 #include "base/number_text.h"
 #include "report/stop.h"
 

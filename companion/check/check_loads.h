@@ -1,4 +1,4 @@
-// K401 to K409: the rows of the loads, and whether there are any.
+// K401 to K408: the rows of the loads, and whether there are any.
 #pragma once
 
 #include "check/fixed_dofs.h"

@@ -57,9 +57,9 @@ void CheckFlags(const CheckedModel& model, std::int32_t row, bool decides, Findi
     mended += restraint.fixed[d] != 0 ? " 1" : " 0";
     if (!IsOdd(restraint.fixed[d])) continue;
     if (!names.empty()) names += ", ";
-    names += std::string(DofNames[d]) + " has the flag " + std::to_string(restraint.fixed[d]);
+    names += std::string(DofNames[d]) + " = " + std::to_string(restraint.fixed[d]);
   }
-  finding.message += names + "; only 1 fixes, so it stays free.";
+  finding.message += "the flags " + names + " fix nothing; only 1 does.";
   if (decides) {
     finding.severity = Severity::Error;
     finding.message += " Its part can move as a rigid body; the displacements are meaningless.";

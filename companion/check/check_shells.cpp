@@ -81,8 +81,10 @@ std::string FaultText(const ShellShape& shape, const ElementNodes& element) {
   }
 }
 
-const char* RemedyOf(ShapeFault fault) {
-  switch (fault) {
+const char* RemedyOf(const ShellShape& shape) {
+  // A corner that far off its element is another node.
+  constexpr double OtherNode = 0.5;
+  switch (shape.fault) {
     case ShapeFault::Crossing:
       return "Write the nodes in order round the element: exchange two neighbours.";
     case ShapeFault::Concave:
@@ -94,6 +96,7 @@ const char* RemedyOf(ShapeFault fault) {
     case ShapeFault::Elongated:
       return "Divide it along its length, or mend a coordinate.";
     case ShapeFault::Warped:
+      if (shape.measure > OtherNode * shape.size) return "Mend that node's number or coordinates.";
       return "Mend a coordinate, divide it into two triangles, or refine the mesh.";
     default:
       return "Mend a coordinate, or remove the element and merge its nodes.";
@@ -111,7 +114,7 @@ void AddShape(const CheckedModel& model, const BadShell& bad, Finding& finding) 
   const ElementNodes element = NodesOf(model.tables, bad.section, bad.row);
   finding.message =
       DescribeElement(model, bad.section, bad.row) + ": " + FaultText(bad.shape, element);
-  finding.remedy = RemedyOf(bad.shape.fault);
+  finding.remedy = RemedyOf(bad.shape);
 }
 
 // More bad shells are not those of a few misplaced nodes.

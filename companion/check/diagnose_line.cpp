@@ -222,6 +222,14 @@ void DiagnoseOther(const Stop& stop, Finding& finding) {
 // All was taken, and something stands behind.
 void DiagnoseRest(const Stop& stop, Finding& finding) {
   if (DiagnoseComma(stop, finding)) return;
+  const std::string_view rest = stop.line.text.substr(stop.byte, stop.line.end - stop.byte);
+  const bool isExponent = rest.size() > 1 && (rest[0] == 'D' || rest[0] == 'd') &&
+                          (IsDigit(rest[1]) || rest[1] == '+' || rest[1] == '-');
+  if (isExponent) {
+    Set("K016", stop, "text behind the values: " + Rest(stop) + ".",
+        "Write the letter e for the exponent, as in 2.06e5.", finding);
+    return;
+  }
   Set("K016", stop, "text behind the values: " + Rest(stop) + ".", "Remove it.", finding);
 }
 

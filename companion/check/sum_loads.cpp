@@ -142,6 +142,11 @@ void SumLoads(const CheckedModel& model, const FixedDofs& dofs, LoadSums& sums) 
       adder);
   sums = {};
   sums.sums = adder.sums;
+  // What is left of forces that cancel each other is rounding.
+  constexpr double Cancelled = 1e-12;
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (std::abs(sums.sums[i]) <= Cancelled * adder.size) sums.sums[i] = 0.0;
+  }
   FindLine(adder, sums);
 }
 

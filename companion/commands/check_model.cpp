@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "check/check_beams.h"
+#include "check/check_counting.h"
 #include "check/check_doubled_elements.h"
 #include "check/check_far_nodes.h"
 #include "check/check_loads.h"
@@ -143,6 +144,10 @@ void CheckModel(std::string_view text, const CheckOptions& options, CheckReport&
   CheckedModel& model = report.model;
   FindingList& findings = report.findings;
   CheckText(text, model, findings);
+  if (CheckCounting(model, findings)) {
+    model.notChecked.emplace_back("Nothing but the text was checked: all references are wrong.");
+    return SortFindings(findings);
+  }
   TableUse use;
   CountUse(model, use);
   CheckElements(use, model, findings);

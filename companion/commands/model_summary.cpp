@@ -107,7 +107,7 @@ std::vector<std::string> SummarizeModel(const CheckReport& report) {
   for (std::string& line : lines) {
     if (!line.empty()) said.push_back(std::move(line));
   }
-  if (said.empty()) said.emplace_back("The model is empty.");
+  if (said.empty() && model.notChecked.empty()) said.emplace_back("The model is empty.");
   return said;
 }
 

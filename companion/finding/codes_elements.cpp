@@ -171,6 +171,17 @@ const std::vector<CodeText> ElementCodes{
      "status is 0 in both cases.",
      "Write the rows and their count, or look whether this is the right file.",
      "Number of nodal points:NPOIN=0", "Number of nodal points:NPOIN=4\n0:0,0,0\n..."},
+    {"K124", Severity::Error, "The file counts nodes from 1",
+     "No row of the file refers to node 0, and the largest reference is one beyond the last node. "
+     "The program that wrote the file counts from 1. All references are one too large.",
+     "It takes the numbers as rows counted from 0. Every element gets the nodes behind those that "
+     "were meant; at the last one the run stops with a notice.",
+     "Subtract 1 from all node numbers of elements, restraints and forces. Look whether materials, "
+     "thicknesses, sections and the elements of loads are counted from 1, too.",
+     "Number of nodal points:NPOIN=2\n1:0,0,0\n2:2,0,0\n...\n"
+     "1:1,2<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=0,BeamSecMirrored=0]",
+     "Number of nodal points:NPOIN=2\n0:0,0,0\n1:2,0,0\n...\n"
+     "0:0,1<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=0,BeamSecMirrored=0]"},
 };
 
 }  // namespace kvx

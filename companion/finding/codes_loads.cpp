@@ -63,12 +63,6 @@ const std::vector<CodeText> LoadCodes{
      "read from Node_Dis.txt contains it.",
      "Remove the force, load another node, or release the support if it was not meant.",
      "0: 1 1 1 1 1 1\n...\n0<0,0,-1000,0,0,0>", "0: 1 1 1 1 1 1\n...\n1<0,0,-1000,0,0,0>"},
-    {"K409", Severity::Error, "A load is not a number",
-     "A value of a load is infinite or not a number. The reader takes the words inf and nan as "
-     "numbers; programs write them where a division by 0 went unnoticed.",
-     "Runs to the end with exit status 0; all displacements of everything that is connected with "
-     "the load are NaN.",
-     "Write the number that was meant.", "1<0,0,nan,0,0,0>", "1<0,0,-1000,0,0,0>"},
 };
 
 }  // namespace kvx

@@ -218,25 +218,5 @@ TEST(CheckLoads, HintAtAForceOnASupport) {
   }
 }
 
-// The reader takes "nan" and "inf" as numbers. They are set in the tables, so that only the check
-// of the loads sees them.
-TEST(CheckLoads, NameAValueThatIsNotANumber) {
-  for (std::uint32_t seed = 0; seed < Seeds; ++seed) {
-    SCOPED_TRACE(seed);
-    Planting planting = Prepare(seed);
-    planting.model.forces.push_back({RollFreeNode(planting), SingleLoad(4, 5.0)});
-    CheckReport report;
-    report.model = Check(planting.model).model;
-    report.model.tables.NodalForces.back().components[4] =
-        RollYes(planting.dice) ? std::numeric_limits<double>::quiet_NaN() : -HUGE_VAL;
-    Parts parts;
-    FindParts(report.model, parts);
-    FixedDofs dofs;
-    CollectFixedDofs(report.model, dofs);
-    CheckLoads(report.model, parts, dofs, report.findings);
-    ExpectOnly(report, AtRow("K409", "NFOR", planting.model.forces.size() - 1));
-  }
-}
-
 }  // namespace
 }  // namespace kvx::test

@@ -57,7 +57,6 @@ TEST(ReportText, ListsFindingsAndWhatWasNotChecked) {
             "WARN  K202 two nodes.\n"
             "\n"
             "bad\\x1Bname\n"
-            "  The model is empty.\n"
             "  Only the text was checked.\n"
             "1 warning.\n"
             "kvx explain K202 tells more.\n");

@@ -223,7 +223,7 @@ TEST(KvxExplain, ListsAllCodes) {
 
 TEST(KvxExplain, NamesTheNearestCodes) {
   ExpectComplaint(Call({"explain", "k14"}), 64,
-                  "kvx explain: there is no code \"k14\". Did you mean K014, K104 or K114? \"kvx "
+                  "kvx explain: there is no code \"k14\". Did you mean K014, K104, K114 or K124? \"kvx "
                   "explain\" lists all codes.");
   ExpectComplaint(Call({"explain", "K104", "xyz"}), 64,
                   "kvx explain: there is no code \"xyz\". \"kvx explain\" lists all codes.");
