@@ -88,7 +88,8 @@ Finding MakePartFinding(const char* code, const CheckedModel& model, std::int32_
 
 bool IsMeasurable(const Body& body) { return body.largest <= LargestCoordinate; }
 
-void CheckPart(const CheckedModel& model, const Parts& parts, std::size_t part, const Body& body,
+// Returns whether K301 tells of the part.
+bool CheckPart(const CheckedModel& model, const Parts& parts, std::size_t part, const Body& body,
                const Supports& supports, std::int32_t lowest, FindingList& findings) {
   Holding holding;
   FindFreeMotions(body, supports, holding);
@@ -107,6 +108,7 @@ void CheckPart(const CheckedModel& model, const Parts& parts, std::size_t part, 
     finding.remedy = RemedyFor({holding.weakest}, true);
     AddFinding(std::move(finding), findings);
   }
+  return !holding.freeMotions.empty();
 }
 
 // Whether fewer motions are free with the supports as meant than as the solver fixes them.
@@ -153,7 +155,9 @@ std::vector<Body> MeasureBodies(const CheckedModel& model, const Parts& parts) {
 }
 
 void CheckRigidMotions(CheckedModel& model, const Parts& parts, const FixedDofs& dofs,
-                       std::vector<char>& partsOnOddFlags, FindingList& findings) {
+                       std::vector<char>& moves, std::vector<char>& partsOnOddFlags,
+                       FindingList& findings) {
+  moves.assign(parts.nodeCounts.size(), 0);
   partsOnOddFlags.assign(parts.nodeCounts.size(), 0);
   const auto isOutside = [&](const korvex::NodalRestraint& row) {
     return !IsNode(model, row.node) && row.fixed != std::array<std::int32_t, 6>{};
@@ -177,7 +181,9 @@ void CheckRigidMotions(CheckedModel& model, const Parts& parts, const FixedDofs&
       beyond = true;
       continue;
     }
-    CheckPart(model, parts, part, bodies[part], meant[part], lowest[part], findings);
+    const bool isLoose =
+        CheckPart(model, parts, part, bodies[part], meant[part], lowest[part], findings);
+    moves[part] = isLoose ? 1 : 0;
     partsOnOddFlags[part] = StandsOnOddFlags(bodies[part], fixed[part], meant[part]) ? 1 : 0;
   }
   if (beyond) {

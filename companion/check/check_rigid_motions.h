@@ -10,11 +10,13 @@
 
 namespace kvx {
 
+// moves: [parts] 1 where K301 tells of the part.
 // partsOnOddFlags: [parts] 1 where a part can move, and could not if the flags other than 0 and 1
 // fixed their dofs: K302 tells of these parts, so K301 does not.
 // Where rows are lost that would decide, nothing is found, and model.notChecked says so.
 void CheckRigidMotions(CheckedModel& model, const Parts& parts, const FixedDofs& dofs,
-                       std::vector<char>& partsOnOddFlags, FindingList& findings);
+                       std::vector<char>& moves, std::vector<char>& partsOnOddFlags,
+                       FindingList& findings);
 
 // The nodes of each part, in short. [parts]
 std::vector<Body> MeasureBodies(const CheckedModel& model, const Parts& parts);

@@ -58,7 +58,8 @@ bool LiesOnBeam(const std::vector<HangingNode>& hanging, std::int32_t node, std:
 // Removes the arms of spiders: beams from one node to several others, some of which lie behind one
 // another. There a node on the axis of a longer arm is joined with the spider's middle by an arm of
 // its own, and with no other node along the axis. hanging: sorted.
-void RemoveSpiderArms(const CheckedModel& model, HangingNodes& found) {
+// Returns false, with `found` as it was, where that takes more than `most` comparisons.
+bool RemoveSpiderArms(const CheckedModel& model, std::size_t most, HangingNodes& found) {
   std::vector<HangingNode>& hanging = found.all;
   // Beams from the node to an end of the beam on which it lies, and to other nodes on that beam.
   struct Links {
@@ -66,10 +67,12 @@ void RemoveSpiderArms(const CheckedModel& model, HangingNodes& found) {
     std::int32_t end = -1;
   };
   std::vector<Links> links(hanging.size());
+  std::size_t looked = 0;
   const auto count = [&](std::int32_t node, std::int32_t other) {
     const HangingNode from{node, Section::Beams, 0, 0};
     auto at = std::lower_bound(hanging.begin(), hanging.end(), from, ComesBefore);
-    for (; at != hanging.end() && at->node == node; ++at) {
+    for (; at != hanging.end() && at->node == node && looked <= most; ++at) {
+      ++looked;
       const std::int32_t* const ends = NodesOf(model.tables, Section::Beams, at->row).nodes;
       Links& here = links[static_cast<std::size_t>(at - hanging.begin())];
       if (other == ends[0] || other == ends[1]) {
@@ -84,6 +87,7 @@ void RemoveSpiderArms(const CheckedModel& model, HangingNodes& found) {
     count(beam.nodes[0], beam.nodes[1]);
     count(beam.nodes[1], beam.nodes[0]);
   });
+  if (looked > most) return false;
   std::size_t kept = 0;
   for (std::size_t k = 0; k < hanging.size(); ++k) {
     const bool isArm =
@@ -98,6 +102,7 @@ void RemoveSpiderArms(const CheckedModel& model, HangingNodes& found) {
   std::vector<std::int32_t>& middles = found.spiderMiddles;
   std::sort(middles.begin(), middles.end());
   middles.erase(std::unique(middles.begin(), middles.end()), middles.end());
+  return true;
 }
 
 }  // namespace
@@ -127,8 +132,8 @@ bool FindHangingNodes(const CheckedModel& model, const NodeTree& tree, double to
                  hanging.size() <= ElementsPerNode * tree.items.size();
   });
   std::sort(hanging.begin(), hanging.end(), ComesBefore);
-  RemoveSpiderArms(model, found);
-  return isComplete;
+  const std::size_t most = NodesAtLeast + NodesPerElement * elements;
+  return RemoveSpiderArms(model, most, found) && isComplete;
 }
 
 }  // namespace kvx

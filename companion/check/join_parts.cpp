@@ -17,17 +17,6 @@ bool IsGapFinding(const Finding& finding) {
          finding.code == "K205";
 }
 
-bool Names(const Finding& finding, std::int32_t node) {
-  return std::count(finding.nodes.begin(), finding.nodes.end(), node) > 0;
-}
-
-bool Moves(const Parts& parts, std::int32_t part, const FindingList& motions) {
-  return std::any_of(motions.findings.begin(), motions.findings.end(), [&](const Finding& finding) {
-    return finding.code == "K301" && !finding.nodes.empty() &&
-           PartOf(parts, finding.nodes.front()) == part;
-  });
-}
-
 void Raise(Finding& finding) {
   if (finding.severity == Severity::Error) return;
   finding.severity = Severity::Error;
@@ -68,16 +57,23 @@ void JoinParts(const Parts& parts, const std::vector<Gap>& gaps, Parts& joined) 
 }
 
 void RaiseGapsOfLooseParts(const Parts& parts, const Parts& joined, const std::vector<Gap>& gaps,
-                           const FindingList& loose, const FindingList& held,
+                           const std::vector<char>& moves, const std::vector<char>& joinedMoves,
                            FindingList& findings) {
+  const auto isLoose = [&](std::int32_t node) {
+    return moves[static_cast<std::size_t>(PartOf(parts, node))] != 0;
+  };
+  std::vector<bool> cutsOff(parts.partOfNode.size(), false);  // nodes of gaps that matter
   for (const Gap& gap : gaps) {
-    const bool isLoose = Moves(parts, PartOf(parts, gap.node), loose) ||
-                         Moves(parts, PartOf(parts, gap.other), loose);
-    if (!isLoose || Moves(joined, PartOf(joined, gap.node), held)) continue;
-    for (Finding& finding : findings.findings) {
-      if (IsGapFinding(finding) && (Names(finding, gap.node) || Names(finding, gap.other))) {
-        Raise(finding);
-      }
+    const bool isHeld = joinedMoves[static_cast<std::size_t>(PartOf(joined, gap.node))] == 0;
+    if (!isHeld || (!isLoose(gap.node) && !isLoose(gap.other))) continue;
+    cutsOff[static_cast<std::size_t>(gap.node)] = true;
+    cutsOff[static_cast<std::size_t>(gap.other)] = true;
+  }
+  for (Finding& finding : findings.findings) {
+    if (IsGapFinding(finding) &&
+        std::any_of(finding.nodes.begin(), finding.nodes.end(),
+                    [&](std::int32_t node) { return cutsOff[static_cast<std::size_t>(node)]; })) {
+      Raise(finding);
     }
   }
 }

@@ -2,6 +2,8 @@
 // elements that they do not belong to, keep them apart.
 #pragma once
 
+#include <vector>
+
 #include "check/gap.h"
 #include "check/parts.h"
 #include "finding/finding.h"
@@ -13,9 +15,9 @@ void JoinParts(const Parts& parts, const std::vector<Gap>& gaps, Parts& joined);
 
 // Makes an error of the findings K201, K202, K204 and K205 whose gaps leave a part of `parts`
 // without a hold: such a part has no displacements that mean anything.
-// loose: the findings K301 for `parts`; held: those for `joined`.
+// moves: [parts] 1 where the part moves; joinedMoves: [joined parts] the same.
 void RaiseGapsOfLooseParts(const Parts& parts, const Parts& joined, const std::vector<Gap>& gaps,
-                           const FindingList& loose, const FindingList& held,
+                           const std::vector<char>& moves, const std::vector<char>& joinedMoves,
                            FindingList& findings);
 
 }  // namespace kvx

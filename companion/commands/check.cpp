@@ -19,13 +19,13 @@ constexpr const char* Name = "kvx check";
 constexpr std::size_t ProgressBytes = 20'000'000;
 
 // Says what takes its time, to someone who waits; and takes it back.
-void ShowProgress(const LoadedModel& model) {
-  if (model.text.size() < ProgressBytes || !IsTerminal(Stream::Error)) return;
+void ShowProgress(const LoadedModel& model, bool isDeep) {
+  if ((model.text.size() < ProgressBytes && !isDeep) || !IsTerminal(Stream::Error)) return;
   std::cerr << "Checking " << model.text.size() / 1'000'000 << " MB ..." << std::flush;
 }
 
-void EndProgress(const LoadedModel& model) {
-  if (model.text.size() < ProgressBytes || !IsTerminal(Stream::Error)) return;
+void EndProgress(const LoadedModel& model, bool isDeep) {
+  if ((model.text.size() < ProgressBytes && !isDeep) || !IsTerminal(Stream::Error)) return;
   std::cerr << '\r' << std::string(std::string("Checking 00000 MB ...").size(), ' ') << '\r'
             << std::flush;
 }
@@ -36,7 +36,7 @@ ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, Ch
   options.tolerance = command.tolerance;
   options.deep = command.deep;
   std::string reason;
-  ShowProgress(model);
+  ShowProgress(model, command.deep);
   try {
     CheckModel(model.text, options, report);
   } catch (const korvex::Stop& stop) {
@@ -44,7 +44,7 @@ ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, Ch
   } catch (const std::bad_alloc&) {
     reason = "there is not enough memory to check it.";
   }
-  EndProgress(model);
+  EndProgress(model, command.deep);
   if (reason.empty()) return ExitFine;
   Complain(Name, '"' + model.file + "\": " + reason);
   return ExitUnusableData;

@@ -55,14 +55,15 @@ void CheckElements(const TableUse& use, CheckedModel& model, FindingList& findin
 void CheckMotions(const FixedDofs& dofs, const Parts& joined, const std::vector<Gap>& gaps,
                   std::vector<char>& partsOnOddFlags, CheckReport& report) {
   FindingList held;
-  CheckRigidMotions(report.model, joined, dofs, partsOnOddFlags, held);
+  std::vector<char> joinedMoves;
+  CheckRigidMotions(report.model, joined, dofs, joinedMoves, partsOnOddFlags, held);
   if (joined.nodeCounts.size() < report.parts.nodeCounts.size()) {
-    FindingList loose;
-    std::vector<char> unused;
+    FindingList unused;
+    std::vector<char> moves, onOddFlags;
     const std::vector<std::string> notChecked = report.model.notChecked;
-    CheckRigidMotions(report.model, report.parts, dofs, unused, loose);
+    CheckRigidMotions(report.model, report.parts, dofs, moves, onOddFlags, unused);
     report.model.notChecked = notChecked;  // said once
-    RaiseGapsOfLooseParts(report.parts, joined, gaps, loose, held, report.findings);
+    RaiseGapsOfLooseParts(report.parts, joined, gaps, moves, joinedMoves, report.findings);
   }
   for (Finding& finding : held.findings) AddFinding(std::move(finding), report.findings);
 }

@@ -52,7 +52,13 @@ std::string LoadsText(const LoadSums& loads) {
 // Empty where the loads have no resulting force.
 std::string LineOfActionText(const LoadSums& loads) {
   if (!loads.hasLine) return "";
-  return "line of action of the loads through " + PointText(Tidy(loads.point));
+  std::string text = "line of action of the loads through " + PointText(Tidy(loads.point));
+  constexpr double Rounding = 1e-9;  // six digits are shown
+  const korvex::Vector3 moment{loads.sums[3], loads.sums[4], loads.sums[5]};
+  if (std::abs(loads.couple) > Rounding * korvex::Length(moment)) {
+    text += ", with a couple of " + NumberText(loads.couple) + " about it";
+  }
+  return text;
 }
 
 // Empty where there are no densities.
