@@ -262,8 +262,19 @@ TEST(OppositeNormals, AreComparedWithTheShellThatRunsOn) {
   EXPECT_EQ(find({0.0, 90.0, -90.0}).size(), 2U);
   EXPECT_EQ(find({0.0, 25.0}).size(), 1U);
   EXPECT_TRUE(find({25.0, 90.0}).empty());
-  EXPECT_TRUE(find({5.0, -5.0}).empty());
-  EXPECT_TRUE(find({5.0, -5.0, 90.0}).empty());
+}
+
+// Two branches at 5 degrees: either may be the one that runs on. Any shell reversed, any order.
+TEST(OppositeNormals, AreNotComparedWhereTwoShellsMayRunOn) {
+  for (const std::vector<double>& slopes : {std::vector<double>{5.0, -5.0}, {5.0, -5.0, 90.0}}) {
+    for (int row = 0; row < 3; ++row) {
+      ModelText model = MakeFan(slopes);
+      Reverse(row, model);
+      EXPECT_TRUE(NormalsOf(Check(model)).empty());
+      std::reverse(model.shells4.begin(), model.shells4.end());
+      EXPECT_TRUE(NormalsOf(Check(model)).empty());
+    }
+  }
 }
 
 // So many shells at one edge are no joint of plates; each slope is far from the others.
