@@ -105,15 +105,19 @@ const std::vector<CodeText> MeshCodes{
      "The nodes of a shell go round it in one of two directions, and its normal follows from it. "
      "Two neighbours have their normals on the same side if they run through their common edge in "
      "opposite directions. In the patch that is named some shells have it otherwise; the smaller "
-     "number is listed. Edges with three and more shells are not compared. Plates that meet at "
-     "a sharp fold, of more than 60 degrees, are compared as wholes, and a difference is a hint "
-     "only: there both may be meant.",
+     "number is listed. Where three or more shells meet, such as a plate and a girder, a shell is "
+     "compared with the one that runs on in its plane. Where the two sides meet at such edges "
+     "alone "
+     "and carry no pressure, it is a hint only. Plates that meet at a sharp fold, of more than 60 "
+     "degrees, are not compared: there any normals may be meant. One hint says where pressure acts "
+     "on one of two such plates from inside the corner and on the other one from outside.",
      "Pressure acts along the normal, so on the reversed shells it acts the other way, silently. A "
      "clamped plate under pressure with every third shell reversed bends by 0.22 mm in place of "
-     "0.66 mm. The upper and the lower face are swapped, too: the averaged stresses mix both "
-     "faces.",
+     "0.66 mm. The upper and the lower face are swapped, too, against those of the neighbours.",
      "Write the nodes of the listed shells in the opposite order, such as 3,2,1,0 for 0,1,2,3. The "
-     "pressure at nodes 1, 2 and 3 then belongs to other corners.",
+     "pressure at nodes 1, 2 and 3 then belongs to other corners, and acts the other way. So where "
+     "only the listed shells carry pressure, and it acts as meant, reverse the others. At a "
+     "sharp fold only look whether the pressures act as meant.",
      "0:0,1,4,3[0,0]\n"
      "1:1,4,5,2[0,0]",
      "0:0,1,4,3[0,0]\n"

@@ -69,7 +69,7 @@ double AnyCoordinate(Dice& dice) {
 // Any tables: the checks end, without an error that a sanitizer would see, and messages come out.
 TEST(CheckMesh, TakesAnyTables) {
   std::size_t findings = 0;
-  for (std::uint32_t seed = 0; seed < 500; ++seed) {
+  for (std::uint32_t seed = 0; seed < 600; ++seed) {
     Dice dice = MakeDice(seed);
     CheckedModel model;
     const int nodes = RollInteger(dice, 0, 40);
