@@ -13,8 +13,10 @@ const std::vector<CodeText> PlausibilityCodes{
      "Look at the unit and the decimal point.", "#0:\nTK=10\n#1:\nTK=12\n#2:\nTK=0.012",
      "#2:\nTK=12"},
     {"K602", Severity::Warning, "A section is out of line",
-     "A size of a section is alone in its table by a factor near 10, 25.4, 100 or 1000; or its "
-     "height or radius is more than 20 times its longest beam, or below 1/20000 of its shortest.",
+     "A size of a section is alone in its table by a factor near 10, 25.4, 100 or 1000; or a web, "
+     "flange or wall is thinner than 1/1000 of its height, width or mean radius; or the height of "
+     "the section, of a tube its diameter, is below 1/500 of its shortest beam; or its height or "
+     "radius is more than 20 times its longest beam.",
      "It takes the section as it is. Bending goes with the third power of its height. A section "
      "that is much too small makes a very large detail model.",
      "Look at the unit and the decimal point.", "girder\nHw=100\nTw=0.008\nBf=60\nTf=10",

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <utility>
 
 #include "check/find_outlier.h"
 #include "support/planted_mistakes.h"
@@ -132,6 +134,120 @@ TEST(CheckOutliers, NamesASectionOutOfLine) {
       return true;
     });
   }
+}
+
+// The sizes of any section that beams use, as pointers; empty where the model has no beams.
+struct AnySection {
+  Expected expected;
+  std::vector<double*> sizes;  // those above 0
+};
+
+AnySection RollSection(ModelText& model, Dice& dice) {
+  if (model.beams.empty()) return {};
+  int beam = 0;
+  const ModelText::Beam& user = AnyRow(model.beams, dice, beam);
+  const auto at = static_cast<std::size_t>(user.BeamSecIndex);
+  AnySection any;
+  const auto add = [&](auto& section, const char* table) {
+    any.expected = {"K602", table, user.BeamSecIndex};
+    for (double& size : section) {
+      if (size > 0.0) any.sizes.push_back(&size);
+    }
+  };
+  if (user.BeamSecType == korvex::BeamSecTypeT) add(model.tSections[at], "NTBS");
+  if (user.BeamSecType == korvex::BeamSecTypeL) add(model.lSections[at], "NLBS");
+  if (user.BeamSecType == korvex::BeamSecTypeC) add(model.cSections[at], "NCBS");
+  return any;
+}
+
+// Tables of two rows, so that no row is alone in its table. Sections have 1/50 to 1/20 of the
+// size of the part, beams at least 1/10.
+TEST(CheckOutliers, NamesASectionInMetres) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    const AnySection any = RollSection(model, dice);
+    if (any.sizes.empty()) return false;
+    for (double* size : any.sizes) *size *= 0.001;
+    expected = any.expected;
+    return true;
+  });
+}
+
+// Web, flange or wall; their shares in the good models are 1/8 to 1/20.
+TEST(CheckOutliers, NamesOneThicknessOfASectionInMetres) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    const AnySection any = RollSection(model, dice);
+    if (any.sizes.empty()) return false;
+    const int pairs = static_cast<int>(any.sizes.size()) / 2;
+    *any.sizes[static_cast<std::size_t>(2 * RollInteger(dice, 1, pairs) - 1)] *= 0.001;
+    expected = any.expected;
+    return true;
+  });
+}
+
+TEST(CheckOutliers, NamesEachSectionInMetresOnce) {
+  int models = 0;
+  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+    SCOPED_TRACE(seed);
+    ModelText model = MakeGoodModel(seed);
+    std::set<std::pair<int, int>> used;
+    for (const auto& beam : model.beams) used.insert({beam.BeamSecType, beam.BeamSecIndex});
+    if (used.empty()) continue;
+    ++models;
+    for (auto& section : model.tSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    for (auto& section : model.lSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    for (auto& section : model.cSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    const CheckReport report = Check(model);
+    EXPECT_EQ(report.findings.counts.at("K602"), used.size()) << ListFindings(report);
+    EXPECT_EQ(CountFindings(report.findings, Severity::Error) +
+                  CountFindings(report.findings, Severity::Warning),
+              used.size())
+        << ListFindings(report);
+  }
+  EXPECT_GE(models, 50);
+}
+
+// Two beams along x, 1000 and 1500 long, of one section.
+ModelText MakeTwoBeams() {
+  ModelText model;
+  model.materials = {{206000.0, 0.3, 0.0}};
+  model.nodes = {{0, 0, 0}, {1000, 0, 0}, {2500, 0, 0}};
+  model.beams.resize(2);
+  model.beams[1].node1 = 1;
+  model.beams[1].node2 = 2;
+  model.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  model.forces = {{2, korvex::test::SingleLoad(0, 1000.0)}};
+  return model;
+}
+
+// 1/500 of the shorter beam is 2; 1/1000 of the height 100 is 0.1, of the width 50 it is 0.05.
+TEST(CheckOutliers, HasItsBoundsForSlimSections) {
+  const auto isNamed = [](const std::array<double, 4>& section) {
+    ModelText model = MakeTwoBeams();
+    model.tSections = {section};
+    return Check(model).findings.counts.count("K602") > 0;
+  };
+  EXPECT_FALSE(isNamed({2.02, 0.2, 1.0, 0.2}));
+  EXPECT_TRUE(isNamed({1.98, 0.2, 1.0, 0.2}));
+  EXPECT_FALSE(isNamed({100.0, 0.102, 50.0, 0.052}));
+  EXPECT_TRUE(isNamed({100.0, 0.098, 50.0, 0.052}));
+  EXPECT_TRUE(isNamed({100.0, 0.102, 50.0, 0.048}));
+  EXPECT_FALSE(isNamed({100.0, 0.102, 0.0, 0.0}));
+  const auto isTubeNamed = [](const std::array<double, 2>& section) {
+    ModelText model = MakeTwoBeams();
+    model.cSections = {section};
+    for (auto& beam : model.beams) beam.BeamSecType = korvex::BeamSecTypeC;
+    return Check(model).findings.counts.count("K602") > 0;
+  };
+  EXPECT_FALSE(isTubeNamed({1.01, 0.1}));  // the diameter counts
+  EXPECT_TRUE(isTubeNamed({0.99, 0.1}));
+  EXPECT_FALSE(isTubeNamed({100.0, 0.102}));
+  EXPECT_TRUE(isTubeNamed({100.0, 0.098}));
 }
 
 TEST(CheckFarNodes, NamesANodeFarAway) {
