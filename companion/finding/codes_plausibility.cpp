@@ -27,12 +27,16 @@ const std::vector<CodeText> PlausibilityCodes{
      "It takes the node where it is. Its elements are long and thin, or crossed.",
      "Mend the coordinate: a digit too many, a missing decimal point, or another unit?",
      "24:1000000,1000,0", "24:1000,1000,0"},
-    {"K604", Severity::Warning, "Young's modulus does not fit the size of the model",
+    {"K604", Severity::Warning, "Young's modulus does not fit the model",
      "E is that of a metal in a system of units with mm, but the model seems to be in m; or the "
-     "other way round. Said only where E is that of a metal in N or kN and m or mm, and plates "
-     "would be 1.5 m thick, or foil of 0.1 mm.",
+     "other way round. Or another material, which more elements have, is a metal in another system "
+     "of units. Said only where E is that of a metal in N or kN and m or mm, and plates would be "
+     "1.5 m thick, or foil of 0.1 mm; or where the density belongs to the same system as E, or "
+     "both materials are the same metal. A rigid arm, a beam more than 100 times stiffer than "
+     "most elements, is left out.",
      "Nothing is converted. Stresses under given forces are right, displacements are wrong by "
-     "powers of 10: with E in Pa and lengths in mm a millionth.",
+     "powers of 10: with E in Pa and lengths in mm a millionth. Elements of two "
+     "systems share the load in the wrong proportions.",
      "Write E in the units of forces and lengths: steel has 206000 in N and mm, 2.06e11 in N and "
      "m.",
      "#0:\nE=2.06e11\n...\n#0:\nTK=10", "#0:\nE=206000\n...\n#0:\nTK=10"},
@@ -45,12 +49,18 @@ const std::vector<CodeText> PlausibilityCodes{
      "Take a smaller E: a rigid arm needs no more than a thousand times the stiffness of what it "
      "joins.",
      "#1:\nE=1e18\nMu=0.3\nDensity=0", "#1:\nE=1e9\nMu=0.3\nDensity=0"},
-    {"K606", Severity::Hint, "A density does not fit the other units",
-     "E is that of a metal in a system of units in which metals have another density.",
-     "It does not use the density. The mass that this check reports is wrong, and so would be a "
-     "self-weight.",
-     "Steel has 7850 in N and m, 7.85 in kN and m, 7.85e-9 in N and mm, 7.85e-6 in kN and mm.",
-     "#0:\nE=206000\nMu=0.3\nDensity=7850", "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},
+    {"K606", Severity::Warning, "E and Density belong to different systems of units",
+     "E is that of a metal in one system of units, the density is that of a metal in another. One "
+     "of them is wrong by a power of 10; the message tells which value would fit for either. Where "
+     "the density is that of a metal in no system, it is a hint. A rigid arm, a beam more than "
+     "100 times stiffer than most elements, is left out.",
+     "It takes E as it is, and does not use the density. If E is wrong, all displacements are "
+     "wrong "
+     "by a power of 10. If the density is, the mass that this check reports is wrong, and so would "
+     "be a self-weight.",
+     "Steel has 2.06e11 and 7850 in N and m, 2.06e8 and 7.85 in kN and m, 206000 and 7.85e-9 in N "
+     "and mm, 206 and 7.85e-6 in kN and mm.",
+     "#0:\nE=206\nMu=0.3\nDensity=7.85e-9", "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},
     {"K607", Severity::Warning, "Poisson's ratio is negative",
      "Pulled, such a material grows thicker. There are a few, foams and lattices; in a model of "
      "plates it is mostly a sign too many.",

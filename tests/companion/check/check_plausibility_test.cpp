@@ -328,6 +328,86 @@ TEST(CheckUnits, HintsAtADensity) {
   });
 }
 
+// E of another system than the density: in kN where N are meant.
+TEST(CheckUnits, NamesAModulusOfAnotherSystemThanItsDensity) {
+  ExpectPlanted([](ModelText& model, Dice&, Expected& expected) {
+    const double E = model.materials[0][0];
+    if (E == 2.06e8) return false;  // 2.06e5 and m belong to no density
+    UseFirstMaterial(model);
+    model.materials[0][0] = E * 0.001;
+    expected = {"K606", "NMT", 0};
+    return true;
+  });
+}
+
+const Finding& FirstOf(const CheckReport& report, const char* code) {
+  const auto& all = report.findings.findings;
+  return *std::find_if(all.begin(), all.end(),
+                       [&](const Finding& finding) { return finding.code == code; });
+}
+
+// The engineer's slip: 206 for 206000. Steel in kN and mm has 206 and 7.85e-6, in N and mm 206000
+// and 7.85e-9.
+TEST(CheckUnits, TellsTheValuesThatFitADensity) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.materials = {{206.0, 0.3, 7.85e-9}};
+  const CheckReport report = Check(model);
+  ExpectOnly(report, {"K606", "NMT", 0});
+  const Finding& finding = FirstOf(report, "K606");
+  EXPECT_EQ(finding.severity, Severity::Warning);
+  EXPECT_EQ(finding.remedy,
+            "If the model is in N and mm, write E = 206000; if it is in kN and mm, write Density = "
+            "7.85e-06.");
+  model.materials = {{206000.0, 0.3, 1e-3}};  // that of no metal
+  EXPECT_EQ(FirstOf(Check(model), "K606").severity, Severity::Hint);
+  model.materials = {{200.0, 0.45, 9.2e-10}};  // polyethylene, N and mm
+  EXPECT_EQ(FirstOf(Check(model), "K606").severity, Severity::Hint);
+}
+
+// Another material is the first one in a unit of force of 1000 times the size, for fewer elements.
+TEST(CheckUnits, NamesAMetalInAnotherSystem) {
+  for (const bool hasDensity : {true, false}) {
+    ExpectPlanted([&](ModelText& model, Dice&, Expected& expected) {
+      if (model.materials[0][0] == 2.06e8 || model.beams.size() < 5) return false;
+      UseFirstMaterial(model);
+      model.materials.resize(1);
+      model.materials.push_back(model.materials[0]);
+      if (hasDensity) model.materials[1][0] *= 0.34;  // aluminium beside steel: not the same metal
+      model.materials[1][0] *= 0.001;
+      for (auto& material : model.materials) material[2] *= hasDensity ? 1.0 : 0.0;
+      if (hasDensity) model.materials[1][2] *= model.materials[0][0] == 2.06e5 ? 1000.0 : 0.001;
+      model.beams[0].material = model.beams[1].material = 1;
+      expected = {"K604", "NMT", 1};
+      return true;
+    });
+  }
+}
+
+// Rigid arms, whatever their E and density, and materials as soft as a metal in other units.
+TEST(CheckUnits, AcceptsRigidArmsAndSoftMaterials) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.beams[0].material = 1;
+  for (const std::array<double, 3>& other : {std::array<double, 3>{2.06e8, 0.3, 7.85e-9},
+                                             {2.06e8, 0.3, 0.0},
+                                             {2.06e11, 0.3, 7.85e-9},
+                                             {2.06e11, 0.3, 0.0},
+                                             {130.0, 0.3, 0.0},
+                                             {130.0, 0.3, 1e-10},
+                                             {200.0, 0.45, 9.2e-10}}) {
+    SCOPED_TRACE(other[0]);
+    model.materials = {{206000.0, 0.3, 7.85e-9}, other};
+    ExpectNone(Check(model));
+  }
+  model.materials = {{206000.0, 0.3, 0.0}, {206.0, 0.3, 0.0}};
+  model.nodes.push_back({4000, 0, 0});
+  model.beams.push_back(model.beams[1]);  // 206000 for most beams: no rigid arm
+  model.beams[2].node1 = 2;
+  model.beams[2].node2 = 3;
+  ExpectOnly(Check(model), {"K604", "NMT", 1});
+}
+
 TEST(CheckSupportStiffness, NamesElementsStifferThanTheSupports) {
   ExpectPlanted(
       [](ModelText& model, Dice&, Expected& expected) {
