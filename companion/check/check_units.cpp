@@ -207,6 +207,23 @@ void CompareMetals(const std::vector<Metal>& metals, const TableUse& use, Checke
   }
 }
 
+// Names an E that vanishes beside the usual one. Metals are left out: rigid arms may be many.
+void CheckSoftMaterials(double usual, const TableUse& use, CheckedModel& model, FindingList& list) {
+  for (std::int32_t row = 0; row < CountRows(model.tables, Section::Materials); ++row) {
+    const double E = model.tables.Materials[static_cast<std::size_t>(row)].E;
+    if (!(E > 0.0) || !(E < SoftestMaterial * usual) || FindSystem(E) != nullptr) continue;
+    if (IsDoubtful(model, Section::Materials, row)) continue;
+    if (UsesOf(use, Section::Materials, row) == 0) continue;
+    Finding finding = MakeTableFinding("K608", model, use, Section::Materials, row);
+    finding.message = DescribeRow(use, Section::Materials, row) + ": E = " + NumberText(E) +
+                      " is next to nothing beside E = " + NumberText(usual) +
+                      ", which most elements have; its elements carry nothing.";
+    finding.remedy = "Write E in the unit of the other materials, or remove the elements.";
+    AddFinding(std::move(finding), list);
+    MarkNamed(model, Section::Materials, row);
+  }
+}
+
 }  // namespace
 
 void CheckUnits(const TableUse& use, const ElementSizes& sizes, CheckedModel& model,
@@ -214,6 +231,7 @@ void CheckUnits(const TableUse& use, const ElementSizes& sizes, CheckedModel& mo
   const SizeRange plates = MeasurePlates(model, use);
   const double usual = FindUsualModulus(model, use);
   const std::vector<char> hasShells = FindShellMaterials(model);
+  CheckSoftMaterials(usual, use, model, list);
   std::vector<Metal> metals;
   for (std::int32_t row = 0; row < CountRows(model.tables, Section::Materials); ++row) {
     if (IsDoubtful(model, Section::Materials, row) || UsesOf(use, Section::Materials, row) == 0) {

@@ -32,6 +32,10 @@ inline constexpr double LightestMetal = 1700.0;
 // GPa, are that close. Foams and plastics come near metals in the wrong units, but not so near.
 inline constexpr double SameModulus = 0.01;
 
+// The softest foam, 0.01 MPa, has 5e-8 of the E of steel. What is softer beside the usual E of a
+// model is none; large E are those of rigid arms.
+inline constexpr double SoftestMaterial = 1e-8;
+
 void CheckUnits(const TableUse& use, const ElementSizes& sizes, CheckedModel& model,
                 FindingList& list);
 

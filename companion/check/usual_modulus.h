@@ -1,5 +1,8 @@
 // Young's modulus that a model usually has: that of the material that most elements have, of
-// equally many the softer one. Rigid arms and soft layers are fewer than what they join or cover.
+// equally many the softer one.
+//
+// Rigid arms and soft skins are fewer than the elements that they join or cover, so that neither
+// the largest nor the smallest E of a model says what it is made of.
 #pragma once
 
 #include "check/checked_model.h"

@@ -6,9 +6,11 @@
 #include "check/check_beams.h"
 #include "check/check_doubled_elements.h"
 #include "check/check_far_nodes.h"
+#include "check/check_load_sizes.h"
 #include "check/check_loads.h"
 #include "check/check_mesh.h"
 #include "check/check_numbers.h"
+#include "check/check_offsets.h"
 #include "check/check_outliers.h"
 #include "check/check_properties.h"
 #include "check/check_references.h"
@@ -66,7 +68,7 @@ void CheckMotions(const FixedDofs& dofs, const Parts& joined, const std::vector<
   for (Finding& finding : held.findings) AddFinding(std::move(finding), report.findings);
 }
 
-void CheckSupportsAndLoads(const std::vector<Gap>& gaps, CheckReport& report) {
+void CheckSupportsAndLoads(const TableUse& use, const std::vector<Gap>& gaps, CheckReport& report) {
   CheckedModel& model = report.model;
   FixedDofs dofs;
   CollectFixedDofs(model, dofs);
@@ -76,6 +78,7 @@ void CheckSupportsAndLoads(const std::vector<Gap>& gaps, CheckReport& report) {
   CheckMotions(dofs, joined, gaps, partsOnOddFlags, report);
   CheckRestraints(model, joined, dofs, partsOnOddFlags, report.findings);
   CheckLoads(model, joined, dofs, report.findings);
+  CheckLoadSizes(model, use, report.findings);
   SumLoads(model, dofs, report.loads);
 }
 
@@ -84,6 +87,7 @@ void CheckPlausibility(const TableUse& use, CheckedModel& model, FindingList& fi
   MeasureElements(model, sizes);
   CheckThicknessOutliers(use, sizes, model, findings);
   CheckSectionOutliers(use, sizes, model, findings);
+  CheckOffsets(model, findings);
   CheckUnits(use, sizes, model, findings);
   CheckSupportStiffness(model, findings);
 }
@@ -149,7 +153,7 @@ void CheckModel(std::string_view text, const CheckOptions& options, CheckReport&
   FindParts(model, report.parts);
   std::vector<Gap> gaps;
   CheckMesh(report.parts, options.tolerance, model, gaps, findings);
-  CheckSupportsAndLoads(gaps, report);
+  CheckSupportsAndLoads(use, gaps, report);
   CheckPlausibility(use, model, findings);
   const std::uint64_t freeMemory = korvex::ReadFreeMemory();
   CheckSize(model, freeMemory, korvex::WidestVectorBits(), report.size, findings);

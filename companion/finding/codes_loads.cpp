@@ -69,6 +69,19 @@ const std::vector<CodeText> LoadCodes{
      "Runs to the end with exit status 0; all displacements of everything that is connected with "
      "the load are NaN.",
      "Write the number that was meant.", "1<0,0,nan,0,0,0>", "1<0,0,-1000,0,0,0>"},
+    {"K410", Severity::Warning, "A load is out of line",
+     "A pressure, line load, force or moment is more than 100 times as large as 95 % of the rows "
+     "of "
+     "its table are at most, in a table with 10 rows or more other than 0; or a pressure is above "
+     "1/100 of Young's modulus, of its element's or of the usual one. Mostly it is another unit, "
+     "Pa "
+     "for MPa, or a digit too many. Prescribed displacements do not count.",
+     "Takes the load as it is and runs to the end with exit status 0; displacements and stresses "
+     "near the load are too large by powers of 10.",
+     "Look at the unit and the decimal point of the load. A single large force beside many small "
+     "ones may be meant.",
+     "0:0.02,0.02,0.02\n1:20000,20000,20000\n2:0.02,0.02,0.02",
+     "0:0.02,0.02,0.02\n1:0.02,0.02,0.02\n2:0.02,0.02,0.02"},
 };
 
 }  // namespace kvx

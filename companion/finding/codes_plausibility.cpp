@@ -68,6 +68,24 @@ const std::vector<CodeText> PlausibilityCodes{
      "less.",
      "Write a positive value, unless it is meant.", "#0:\nE=206000\nMu=-0.3\nDensity=7.85e-9",
      "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},
+    {"K608", Severity::Warning, "Young's modulus is out of line",
+     "A material is more than a hundred million times softer than the one that most elements have. "
+     "No rubber and no foam is so soft beside a metal. Rigid arms, whose E is large, are left out.",
+     "It takes E as it is. The elements carry nothing: what hangs on them alone moves by powers of "
+     "10 too far, or its displacements lose all their digits.",
+     "Write E in the unit of the other materials. Remove elements that shall carry nothing.",
+     "#0:\nE=206000\nMu=0.3\nDensity=0\n#1:\nE=1e-6\nMu=0.3\nDensity=0",
+     "#1:\nE=206000\nMu=0.3\nDensity=0"},
+    {"K609", Severity::Warning, "An offset is much larger than its section",
+     "BeamSecOz, up or down, is more than 10 times the height of the beam's section, of a tube its "
+     "diameter: a digit too many, or another unit.",
+     "It takes the offset as it is and joins the section to its nodes as by a rigid arm. A "
+     "stiffener so far from its plate makes it stiffer by powers of 10; displacements and stresses "
+     "are too small.",
+     "Write the distance from the node to the section in the unit of the coordinates. A stiffener "
+     "on a plate of thickness t has t / 2.",
+     "0:0,1<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=7000,BeamSecMirrored=0]",
+     "0:0,1<0,0,1>[0,BeamSecType=0,BeamSecIndex=0,BeamSecOz=7,BeamSecMirrored=0]"},
 };
 
 }  // namespace kvx

@@ -250,6 +250,38 @@ TEST(CheckOutliers, HasItsBoundsForSlimSections) {
   EXPECT_TRUE(isTubeNamed({100.0, 0.098}));
 }
 
+// Up and down; sections have at most 1/20 of the part's size, and parts at least 1/5 of the extent.
+TEST(CheckOffsets, NamesAnOffsetBeyondItsSection) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    if (model.beams.empty()) return false;
+    int row = 0;
+    auto& beam = AnyRow(model.beams, dice, row);
+    beam.BeamSecOz = ExtentOf(model) * Roll(dice, 1.0, 10.0) * (RollYes(dice) ? 1.0 : -1.0);
+    expected = {"K609", "NELEM_B", row};
+    return true;
+  });
+}
+
+// Ten times Hw + Tf = 60 of a T section, 50 of a flat bar, 2 R + T = 55 of a tube.
+TEST(CheckOffsets, HasItsBound) {
+  ModelText model = MakeTwoBeams();
+  model.cSections = {{25.0, 5.0}};
+  const auto isNamed = [&](int type, double offset) {
+    model.beams[1].BeamSecType = type;
+    model.beams[1].BeamSecOz = offset;
+    return Check(model).findings.counts.count("K609") > 0;
+  };
+  model.tSections = {{50.0, 5.0, 30.0, 10.0}};
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeT, 599.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, 601.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, -601.0));
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeC, -549.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeC, -551.0));
+  model.tSections = {{50.0, 5.0, 0.0, 0.0}};
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeT, 499.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, 501.0));
+}
+
 TEST(CheckFarNodes, NamesANodeFarAway) {
   ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
     int row = 0;
@@ -406,6 +438,40 @@ TEST(CheckUnits, AcceptsRigidArmsAndSoftMaterials) {
   model.beams[2].node1 = 2;
   model.beams[2].node2 = 3;
   ExpectOnly(Check(model), {"K604", "NMT", 1});
+}
+
+// One beam of 1e-6 MPa among metals.
+TEST(CheckUnits, NamesAVanishingModulus) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    if (model.beams.size() < 3) return false;
+    const double unit = model.materials[0][0] / 206000.0;
+    model.materials.push_back({1e-6 * unit, 0.3, 0.0});
+    int row = 0;
+    AnyRow(model.beams, dice, row).material = static_cast<int>(model.materials.size()) - 1;
+    expected = {"K608", "NMT", static_cast<int>(model.materials.size()) - 1};
+    return true;
+  });
+}
+
+// 1e-8 of 206000 is 0.00206. The soft one has one beam of two; of equally many elements the softer
+// E is the usual one, so that a third beam tells.
+TEST(CheckUnits, HasItsBoundForSoftMaterials) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.nodes.push_back({4000, 0, 0});
+  model.beams.push_back(model.beams[1]);
+  model.beams[2].node1 = 2;
+  model.beams[2].node2 = 3;
+  model.beams[2].material = 1;
+  const auto isNamed = [&](double usual, double other) {
+    model.materials = {{usual, 0.3, 0.0}, {other, 0.3, 0.0}};
+    return Check(model).findings.counts.count("K608") > 0;
+  };
+  EXPECT_TRUE(isNamed(206000.0, 0.00205));
+  EXPECT_FALSE(isNamed(206000.0, 0.00207));
+  EXPECT_FALSE(isNamed(206000.0, 2e14));  // a rigid arm
+  EXPECT_FALSE(isNamed(2e14, 206000.0));  // more rigid arms than beams
+  EXPECT_FALSE(isNamed(11000.0, 1e14));   // a frame of wood
 }
 
 TEST(CheckSupportStiffness, NamesElementsStifferThanTheSupports) {
