@@ -134,6 +134,25 @@ bool HasOddProportion(const Column& column, const Column& partner, const Outlier
   return nearest >= ProportionGap;
 }
 
+// Names sections of which one plate is thin beyond reason: one size in m, the others in mm.
+void CheckProportions(const SectionColumns& all, const TableUse& use, CheckedModel& model,
+                      FindingList& list) {
+  for (std::size_t c = 0; c < all.columns.size(); c += 2) {
+    const Column& wide = all.columns[c];
+    const Column& thin = all.columns[c + 1];
+    if (wide.rows != thin.rows) continue;  // some are not positive, which is named
+    for (std::size_t k = 0; k < wide.rows.size(); ++k) {
+      if (IsDoubtful(model, wide.section, wide.rows[k])) continue;
+      const double share = thin.values[k] / wide.values[k];
+      if (!(share < ThinnestWall)) continue;
+      AddOutlier("K602", thin, wide.rows[k], thin.values[k],
+                 "is " + NumberText(1.0 / share) + " times smaller than " + wide.name + " = " +
+                     NumberText(wide.values[k]) + ", no plate is so thin",
+                 use, model, list);
+    }
+  }
+}
+
 }  // namespace
 
 void CheckThicknessOutliers(const TableUse& use, const ElementSizes& sizes, CheckedModel& model,
@@ -170,8 +189,10 @@ void CheckSectionOutliers(const TableUse& use, const ElementSizes& sizes, Checke
       AddOutlier("K602", column, row, column.values[outlier.index], OutlierText(outlier), use,
                  model, list);
     }
+    CheckProportions(all, use, model, list);
+    const double heights = type == korvex::BeamSecTypeC ? 2.0 : 1.0;  // a tube has two radii
     CompareWithElements("K602", all.columns[0], sizes.sections[static_cast<std::size_t>(type)],
-                        DeepestShare, SlimmestShare, "beams", use, model, list);
+                        DeepestShare, SlimmestShare / heights, "beams", use, model, list);
   }
 }
 

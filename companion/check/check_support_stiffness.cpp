@@ -73,7 +73,9 @@ StiffElements FindStiff(const CheckedModel& model, Section section,
                         const std::vector<bool>& isSupported) {
   StiffElements stiff;
   for (std::int32_t row = 0; row < CountRows(model.tables, section); ++row) {
-    if (StateOf(model, section, row) != ElementState::Sound) continue;
+    if (StateOf(model, section, row) != ElementState::Sound || IsDoubtful(model, section, row)) {
+      continue;
+    }
     const double k = section == Section::Beams ? BeamStiffnessOf(model, row)
                                                : ShellStiffness(model, section, row);
     if (!(k > LargestStiffness)) continue;

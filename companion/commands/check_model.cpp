@@ -7,9 +7,11 @@
 #include "check/check_counting.h"
 #include "check/check_doubled_elements.h"
 #include "check/check_far_nodes.h"
+#include "check/check_load_sizes.h"
 #include "check/check_loads.h"
 #include "check/check_mesh.h"
 #include "check/check_numbers.h"
+#include "check/check_offsets.h"
 #include "check/check_outliers.h"
 #include "check/check_properties.h"
 #include "check/check_references.h"
@@ -54,9 +56,8 @@ void CheckElements(const TableUse& use, CheckedModel& model, FindingList& findin
 // parts as they were meant, and the seam becomes an error.
 void CheckMotions(const FixedDofs& dofs, const Parts& joined, const std::vector<Gap>& gaps,
                   std::vector<char>& partsOnOddFlags, CheckReport& report) {
-  FindingList held;
   std::vector<char> joinedMoves;
-  CheckRigidMotions(report.model, joined, dofs, joinedMoves, partsOnOddFlags, held);
+  CheckRigidMotions(report.model, joined, dofs, joinedMoves, partsOnOddFlags, report.findings);
   if (joined.nodeCounts.size() < report.parts.nodeCounts.size()) {
     FindingList unused;
     std::vector<char> moves, onOddFlags;
@@ -65,10 +66,9 @@ void CheckMotions(const FixedDofs& dofs, const Parts& joined, const std::vector<
     report.model.notChecked = notChecked;  // said once
     RaiseGapsOfLooseParts(report.parts, joined, gaps, moves, joinedMoves, report.findings);
   }
-  for (Finding& finding : held.findings) AddFinding(std::move(finding), report.findings);
 }
 
-void CheckSupportsAndLoads(const std::vector<Gap>& gaps, CheckReport& report) {
+void CheckSupportsAndLoads(const TableUse& use, const std::vector<Gap>& gaps, CheckReport& report) {
   CheckedModel& model = report.model;
   FixedDofs dofs;
   CollectFixedDofs(model, dofs);
@@ -78,6 +78,7 @@ void CheckSupportsAndLoads(const std::vector<Gap>& gaps, CheckReport& report) {
   CheckMotions(dofs, joined, gaps, partsOnOddFlags, report);
   CheckRestraints(model, joined, dofs, partsOnOddFlags, report.findings);
   CheckLoads(model, joined, dofs, report.findings);
+  CheckLoadSizes(model, use, report.findings);
   SumLoads(model, dofs, report.loads);
 }
 
@@ -86,6 +87,7 @@ void CheckPlausibility(const TableUse& use, CheckedModel& model, FindingList& fi
   MeasureElements(model, sizes);
   CheckThicknessOutliers(use, sizes, model, findings);
   CheckSectionOutliers(use, sizes, model, findings);
+  CheckOffsets(model, findings);
   CheckUnits(use, sizes, model, findings);
   CheckSupportStiffness(model, findings);
 }
@@ -155,7 +157,7 @@ void CheckModel(std::string_view text, const CheckOptions& options, CheckReport&
   FindParts(model, report.parts);
   std::vector<Gap> gaps;
   CheckMesh(report.parts, options.tolerance, model, gaps, findings);
-  CheckSupportsAndLoads(gaps, report);
+  CheckSupportsAndLoads(use, gaps, report);
   CheckPlausibility(use, model, findings);
   const std::uint64_t freeMemory = korvex::ReadFreeMemory();
   CheckSize(model, freeMemory, korvex::WidestVectorBits(), report.size, findings);

@@ -63,6 +63,16 @@ const std::vector<CodeText> LoadCodes{
      "read from Node_Dis.txt contains it.",
      "Remove the force, load another node, or release the support if it was not meant.",
      "0: 1 1 1 1 1 1\n...\n0<0,0,-1000,0,0,0>", "0: 1 1 1 1 1 1\n...\n1<0,0,-1000,0,0,0>"},
+    {"K410", Severity::Warning, "A load is out of line",
+     "A pressure or line load is more than 100 times as large as 95 % of the rows of its table are "
+     "at most, in a table with 10 rows or more other than 0; or a pressure is above 1/100 of "
+     "Young's "
+     "modulus. Mostly it is another unit, Pa for MPa, or a digit too many.",
+     "Takes the load as it is and runs to the end with exit status 0; displacements and stresses "
+     "near the load are too large by powers of 10.",
+     "Look at the unit and the decimal point of the load.",
+     "0:0.02,0.02,0.02\n1:20000,20000,20000\n2:0.02,0.02,0.02",
+     "0:0.02,0.02,0.02\n1:0.02,0.02,0.02\n2:0.02,0.02,0.02"},
 };
 
 }  // namespace kvx

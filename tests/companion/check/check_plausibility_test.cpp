@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
+#include <utility>
 
 #include "check/find_outlier.h"
 #include "support/planted_mistakes.h"
@@ -134,6 +136,152 @@ TEST(CheckOutliers, NamesASectionOutOfLine) {
   }
 }
 
+// The sizes of any section that beams use, as pointers; empty where the model has no beams.
+struct AnySection {
+  Expected expected;
+  std::vector<double*> sizes;  // those above 0
+};
+
+AnySection RollSection(ModelText& model, Dice& dice) {
+  if (model.beams.empty()) return {};
+  int beam = 0;
+  const ModelText::Beam& user = AnyRow(model.beams, dice, beam);
+  const auto at = static_cast<std::size_t>(user.BeamSecIndex);
+  AnySection any;
+  const auto add = [&](auto& section, const char* table) {
+    any.expected = {"K602", table, user.BeamSecIndex};
+    for (double& size : section) {
+      if (size > 0.0) any.sizes.push_back(&size);
+    }
+  };
+  if (user.BeamSecType == korvex::BeamSecTypeT) add(model.tSections[at], "NTBS");
+  if (user.BeamSecType == korvex::BeamSecTypeL) add(model.lSections[at], "NLBS");
+  if (user.BeamSecType == korvex::BeamSecTypeC) add(model.cSections[at], "NCBS");
+  return any;
+}
+
+// Tables of two rows, so that no row is alone in its table. Sections have 1/50 to 1/20 of the
+// size of the part, beams at least 1/10.
+TEST(CheckOutliers, NamesASectionInMetres) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    const AnySection any = RollSection(model, dice);
+    if (any.sizes.empty()) return false;
+    for (double* size : any.sizes) *size *= 0.001;
+    expected = any.expected;
+    return true;
+  });
+}
+
+// Web, flange or wall; their shares in the good models are 1/8 to 1/20.
+TEST(CheckOutliers, NamesOneThicknessOfASectionInMetres) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    const AnySection any = RollSection(model, dice);
+    if (any.sizes.empty()) return false;
+    const int pairs = static_cast<int>(any.sizes.size()) / 2;
+    *any.sizes[static_cast<std::size_t>(2 * RollInteger(dice, 1, pairs) - 1)] *= 0.001;
+    expected = any.expected;
+    return true;
+  });
+}
+
+TEST(CheckOutliers, NamesEachSectionInMetresOnce) {
+  int models = 0;
+  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+    SCOPED_TRACE(seed);
+    ModelText model = MakeGoodModel(seed);
+    std::set<std::pair<int, int>> used;
+    for (const auto& beam : model.beams) used.insert({beam.BeamSecType, beam.BeamSecIndex});
+    if (used.empty()) continue;
+    ++models;
+    for (auto& section : model.tSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    for (auto& section : model.lSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    for (auto& section : model.cSections) {
+      for (double& size : section) size *= 0.001;
+    }
+    const CheckReport report = Check(model);
+    EXPECT_EQ(report.findings.counts.at("K602"), used.size()) << ListFindings(report);
+    EXPECT_EQ(CountFindings(report.findings, Severity::Error) +
+                  CountFindings(report.findings, Severity::Warning),
+              used.size())
+        << ListFindings(report);
+  }
+  EXPECT_GE(models, 50);
+}
+
+// Two beams along x, 1000 and 1500 long, of one section.
+ModelText MakeTwoBeams() {
+  ModelText model;
+  model.materials = {{206000.0, 0.3, 0.0}};
+  model.nodes = {{0, 0, 0}, {1000, 0, 0}, {2500, 0, 0}};
+  model.beams.resize(2);
+  model.beams[1].node1 = 1;
+  model.beams[1].node2 = 2;
+  model.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  model.forces = {{2, korvex::test::SingleLoad(0, 1000.0)}};
+  return model;
+}
+
+// 1/500 of the shorter beam is 2; 1/1000 of the height 100 is 0.1, of the width 50 it is 0.05.
+TEST(CheckOutliers, HasItsBoundsForSlimSections) {
+  const auto isNamed = [](const std::array<double, 4>& section) {
+    ModelText model = MakeTwoBeams();
+    model.tSections = {section};
+    return Check(model).findings.counts.count("K602") > 0;
+  };
+  EXPECT_FALSE(isNamed({2.02, 0.2, 1.0, 0.2}));
+  EXPECT_TRUE(isNamed({1.98, 0.2, 1.0, 0.2}));
+  EXPECT_FALSE(isNamed({100.0, 0.102, 50.0, 0.052}));
+  EXPECT_TRUE(isNamed({100.0, 0.098, 50.0, 0.052}));
+  EXPECT_TRUE(isNamed({100.0, 0.102, 50.0, 0.048}));
+  EXPECT_FALSE(isNamed({100.0, 0.102, 0.0, 0.0}));
+  const auto isTubeNamed = [](const std::array<double, 2>& section) {
+    ModelText model = MakeTwoBeams();
+    model.cSections = {section};
+    for (auto& beam : model.beams) beam.BeamSecType = korvex::BeamSecTypeC;
+    return Check(model).findings.counts.count("K602") > 0;
+  };
+  EXPECT_FALSE(isTubeNamed({1.01, 0.1}));  // the diameter counts
+  EXPECT_TRUE(isTubeNamed({0.99, 0.1}));
+  EXPECT_FALSE(isTubeNamed({100.0, 0.102}));
+  EXPECT_TRUE(isTubeNamed({100.0, 0.098}));
+}
+
+// Up and down; sections have at most 1/20 of the part's size, and parts at least 1/5 of the extent.
+TEST(CheckOffsets, NamesAnOffsetBeyondItsSection) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    if (model.beams.empty()) return false;
+    int row = 0;
+    auto& beam = AnyRow(model.beams, dice, row);
+    beam.BeamSecOz = ExtentOf(model) * Roll(dice, 1.0, 10.0) * (RollYes(dice) ? 1.0 : -1.0);
+    expected = {"K609", "NELEM_B", row};
+    return true;
+  });
+}
+
+// Ten times Hw + Tf = 60 of a T section, 50 of a flat bar, 2 R + T = 55 of a tube.
+TEST(CheckOffsets, HasItsBound) {
+  ModelText model = MakeTwoBeams();
+  model.cSections = {{25.0, 5.0}};
+  const auto isNamed = [&](int type, double offset) {
+    model.beams[1].BeamSecType = type;
+    model.beams[1].BeamSecOz = offset;
+    return Check(model).findings.counts.count("K609") > 0;
+  };
+  model.tSections = {{50.0, 5.0, 30.0, 10.0}};
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeT, 599.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, 601.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, -601.0));
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeC, -549.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeC, -551.0));
+  model.tSections = {{50.0, 5.0, 0.0, 0.0}};
+  EXPECT_FALSE(isNamed(korvex::BeamSecTypeT, 499.0));
+  EXPECT_TRUE(isNamed(korvex::BeamSecTypeT, 501.0));
+}
+
 TEST(CheckFarNodes, NamesANodeFarAway) {
   ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
     int row = 0;
@@ -210,6 +358,120 @@ TEST(CheckUnits, HintsAtADensity) {
     expected = {"K606", "NMT", 0};
     return true;
   });
+}
+
+// E of another system than the density: in kN where N are meant.
+TEST(CheckUnits, NamesAModulusOfAnotherSystemThanItsDensity) {
+  ExpectPlanted([](ModelText& model, Dice&, Expected& expected) {
+    const double E = model.materials[0][0];
+    if (E == 2.06e8) return false;  // 2.06e5 and m belong to no density
+    UseFirstMaterial(model);
+    model.materials[0][0] = E * 0.001;
+    expected = {"K606", "NMT", 0};
+    return true;
+  });
+}
+
+const Finding& FirstOf(const CheckReport& report, const char* code) {
+  const auto& all = report.findings.findings;
+  return *std::find_if(all.begin(), all.end(),
+                       [&](const Finding& finding) { return finding.code == code; });
+}
+
+// The engineer's slip: 206 for 206000. Steel in kN and mm has 206 and 7.85e-6, in N and mm 206000
+// and 7.85e-9.
+TEST(CheckUnits, TellsTheValuesThatFitADensity) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.materials = {{206.0, 0.3, 7.85e-9}};
+  const CheckReport report = Check(model);
+  ExpectOnly(report, {"K606", "NMT", 0});
+  const Finding& finding = FirstOf(report, "K606");
+  EXPECT_EQ(finding.severity, Severity::Warning);
+  EXPECT_EQ(finding.remedy,
+            "If the model is in N and mm, write E = 206000; if it is in kN and mm, write Density = "
+            "7.85e-06.");
+  model.materials = {{206000.0, 0.3, 1e-3}};  // that of no metal
+  EXPECT_EQ(FirstOf(Check(model), "K606").severity, Severity::Hint);
+  model.materials = {{200.0, 0.45, 9.2e-10}};  // polyethylene, N and mm
+  EXPECT_EQ(FirstOf(Check(model), "K606").severity, Severity::Hint);
+}
+
+// Another material is the first one in a unit of force of 1000 times the size, for fewer elements.
+TEST(CheckUnits, NamesAMetalInAnotherSystem) {
+  for (const bool hasDensity : {true, false}) {
+    ExpectPlanted([&](ModelText& model, Dice&, Expected& expected) {
+      if (model.materials[0][0] == 2.06e8 || model.beams.size() < 5) return false;
+      UseFirstMaterial(model);
+      model.materials.resize(1);
+      model.materials.push_back(model.materials[0]);
+      if (hasDensity) model.materials[1][0] *= 0.34;  // aluminium beside steel: not the same metal
+      model.materials[1][0] *= 0.001;
+      for (auto& material : model.materials) material[2] *= hasDensity ? 1.0 : 0.0;
+      if (hasDensity) model.materials[1][2] *= model.materials[0][0] == 2.06e5 ? 1000.0 : 0.001;
+      model.beams[0].material = model.beams[1].material = 1;
+      expected = {"K604", "NMT", 1};
+      return true;
+    });
+  }
+}
+
+// Rigid arms, whatever their E and density, and materials as soft as a metal in other units.
+TEST(CheckUnits, AcceptsRigidArmsAndSoftMaterials) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.beams[0].material = 1;
+  for (const std::array<double, 3>& other : {std::array<double, 3>{2.06e8, 0.3, 7.85e-9},
+                                             {2.06e8, 0.3, 0.0},
+                                             {2.06e11, 0.3, 7.85e-9},
+                                             {2.06e11, 0.3, 0.0},
+                                             {130.0, 0.3, 0.0},
+                                             {130.0, 0.3, 1e-10},
+                                             {200.0, 0.45, 9.2e-10}}) {
+    SCOPED_TRACE(other[0]);
+    model.materials = {{206000.0, 0.3, 7.85e-9}, other};
+    ExpectNone(Check(model));
+  }
+  model.materials = {{206000.0, 0.3, 0.0}, {206.0, 0.3, 0.0}};
+  model.nodes.push_back({4000, 0, 0});
+  model.beams.push_back(model.beams[1]);  // 206000 for most beams: no rigid arm
+  model.beams[2].node1 = 2;
+  model.beams[2].node2 = 3;
+  ExpectOnly(Check(model), {"K604", "NMT", 1});
+}
+
+// One beam of 1e-6 MPa among metals.
+TEST(CheckUnits, NamesAVanishingModulus) {
+  ExpectPlanted([](ModelText& model, Dice& dice, Expected& expected) {
+    if (model.beams.size() < 3) return false;
+    const double unit = model.materials[0][0] / 206000.0;
+    model.materials.push_back({1e-6 * unit, 0.3, 0.0});
+    int row = 0;
+    AnyRow(model.beams, dice, row).material = static_cast<int>(model.materials.size()) - 1;
+    expected = {"K608", "NMT", static_cast<int>(model.materials.size()) - 1};
+    return true;
+  });
+}
+
+// 1e-8 of 206000 is 0.00206. The soft one has one beam of two; of equally many elements the softer
+// E is the usual one, so that a third beam tells.
+TEST(CheckUnits, HasItsBoundForSoftMaterials) {
+  ModelText model = MakeTwoBeams();
+  model.tSections = {{50.0, 5.0, 30.0, 5.0}};
+  model.nodes.push_back({4000, 0, 0});
+  model.beams.push_back(model.beams[1]);
+  model.beams[2].node1 = 2;
+  model.beams[2].node2 = 3;
+  model.beams[2].material = 1;
+  const auto isNamed = [&](double usual, double other) {
+    model.materials = {{usual, 0.3, 0.0}, {other, 0.3, 0.0}};
+    return Check(model).findings.counts.count("K608") > 0;
+  };
+  EXPECT_TRUE(isNamed(206000.0, 0.00205));
+  EXPECT_FALSE(isNamed(206000.0, 0.00207));
+  EXPECT_FALSE(isNamed(206000.0, 2e14));  // a rigid arm
+  EXPECT_FALSE(isNamed(2e14, 206000.0));  // more rigid arms than beams
+  EXPECT_FALSE(isNamed(11000.0, 1e14));   // a frame of wood
 }
 
 TEST(CheckSupportStiffness, NamesElementsStifferThanTheSupports) {

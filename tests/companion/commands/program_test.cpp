@@ -222,9 +222,10 @@ TEST(KvxExplain, ListsAllCodes) {
 }
 
 TEST(KvxExplain, NamesTheNearestCodes) {
-  ExpectComplaint(Call({"explain", "k14"}), 64,
-                  "kvx explain: there is no code \"k14\". Did you mean K014, K104, K114 or K124? \"kvx "
-                  "explain\" lists all codes.");
+  ExpectComplaint(
+      Call({"explain", "k14"}), 64,
+      "kvx explain: there is no code \"k14\". Did you mean K014, K104, K114 or K124? \"kvx "
+      "explain\" lists all codes.");
   ExpectComplaint(Call({"explain", "K104", "xyz"}), 64,
                   "kvx explain: there is no code \"xyz\". \"kvx explain\" lists all codes.");
 }
