@@ -178,7 +178,8 @@ std::vector<signed char> FindPressureSigns(const CheckedModel& model) {
   const auto mark = [&](const auto& loads, std::int32_t first, std::int32_t rows) {
     for (const korvex::ShellSurfaceLoad& load : loads) {
       if (load.element < 0 || load.element >= rows) continue;
-      double& at = largest[static_cast<std::size_t>(first + load.element)];
+      double& at =
+          largest[static_cast<std::size_t>(first) + static_cast<std::size_t>(load.element)];
       for (const double q : load.q) at = std::abs(q) > std::abs(at) ? q : at;
     }
   };
