@@ -90,6 +90,7 @@ UnjoinedPlace& PlaceOfNode(MarkedNodes& marked, std::int32_t node,
                            const std::vector<std::int32_t>& placeOfSet,
                            std::vector<UnjoinedPlace>& places) {
   const std::int32_t set = korvex::FindSet(marked.sets, IndexOfNode(marked, node));
+  // cppcheck-suppress containerOutOfBounds  ; it does not see that the caller has filled `places`
   return places[static_cast<std::size_t>(placeOfSet[static_cast<std::size_t>(set)])];
 }
 
