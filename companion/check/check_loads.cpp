@@ -18,7 +18,6 @@ using korvex::Section;
 namespace {
 
 constexpr std::array<const char*, 6> ForceNames{"Fx", "Fy", "Fz", "Mx", "My", "Mz"};
-constexpr std::array<const char*, 6> DofNames{"Ux", "Uy", "Uz", "Rx", "Ry", "Rz"};
 constexpr std::array<Section, 4> LoadSections{Section::Forces, Section::Shell4Loads,
                                               Section::Shell3Loads, Section::BeamLoads};
 

@@ -13,8 +13,6 @@ using korvex::Section;
 
 namespace {
 
-constexpr std::array<const char*, 6> DofNames{"Ux", "Uy", "Uz", "Rx", "Ry", "Rz"};
-
 bool IsOdd(std::int32_t flag) { return flag != 0 && flag != 1; }
 
 Finding MakeRestraintFinding(const char* code, const CheckedModel& model, std::int32_t row) {

@@ -1,12 +1,16 @@
 // Rows in words, with their places: what the messages of findings begin with.
 #pragma once
 
+#include <array>
 #include <string>
 
 #include "check/checked_model.h"
 #include "finding/finding.h"
 
 namespace kvx {
+
+// The degrees of freedom of a node in their order, as messages name them.
+inline constexpr std::array<const char*, 6> DofNames{"Ux", "Uy", "Uz", "Rx", "Ry", "Rz"};
 
 // Six significant digits at most: "1500", "0.25", "1e-05".
 std::string NumberText(double value);

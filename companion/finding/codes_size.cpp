@@ -6,12 +6,12 @@ namespace kvx {
 const std::vector<CodeText> SizeCodes{
     {"K501", Severity::Hint, "Memory, time, and the order of the nodes",
      "The solver stores each column of the stiffness matrix from its first entry down to the "
-     "diagonal. How much that is depends on the order of the nodes in the file: it is little where "
-     "the nodes of each element stand close together in the table. The finding tells memory and "
-     "time of the file's order, and of the best of several other orders where that saves more than "
-     "half of the time.",
-     "It solves the model in the order of the file and renumbers nothing. The time is an estimate "
-     "for one core of about 3 GHz.",
+     "diagonal. How much that is depends on the order of the nodes in the file: it is little "
+     "where the nodes of each element stand close together in the table. The finding tells "
+     "memory and time of the file's order, and of the best of several other orders where that "
+     "saves more than half of the time.",
+     "It solves the model in the order of the file and renumbers nothing. The time is an "
+     "estimate for one core of about 3 GHz.",
      "Let the pre-processor number the nodes for a small profile or bandwidth. Number a long "
      "structure from one end to the other, and across its short side first.",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:3,0,0\n2:1,0,0\n3:2,0,0",
@@ -20,15 +20,14 @@ const std::vector<CodeText> SizeCodes{
      "The stiffness matrix in the order of the file takes more memory than this machine has free.",
      "The run stops with a notice that names the matrix and its size, before it fills the memory.",
      "Number the nodes in a better order, see K501. Otherwise use a coarser mesh, or a machine "
-     "with "
-     "more memory.",
+     "with more memory.",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:3,0,0\n2:1,0,0\n3:2,0,0",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:1,0,0\n2:2,0,0\n3:3,0,0"},
     {"K503", Severity::Warning, "A detail model is very large",
-     "After the solution each beam is rebuilt as shells, in rows about as long as the widest strip "
-     "of its section. A beam thousands of times as long as that strip gets thousands of rows. Real "
-     "beams do not have such proportions: nearly always the section is in another unit than the "
-     "coordinates.",
+     "After the solution each beam is rebuilt as shells, in rows about as long as the widest "
+     "strip of its section. A beam thousands of times as long as that strip gets thousands of "
+     "rows. Real beams do not have such proportions: nearly always the section is in another "
+     "unit than the coordinates.",
      "It builds and solves the detail model all the same, which takes memory and time.",
      "Give the sizes of the section in the units of the coordinates.",
      "T_beam stiffener, coordinates in mm\nHw=0.3\nTw=0.01\nBf=0.1\nTf=0.012",
@@ -38,8 +37,8 @@ const std::vector<CodeText> SizeCodes{
      "finding names the largest.",
      "The run solves the structure, writes its displacements and shell stresses, and then stops "
      "with a notice.",
-     "Give the sizes of the section in the units of the coordinates. If they are right, use fewer, "
-     "stouter beams in the model.",
+     "Give the sizes of the section in the units of the coordinates. If they are right, use "
+     "fewer, stouter beams in the model.",
      "T_beam stiffener, coordinates in mm\nHw=0.003\nTw=0.0001\nBf=0.001\nTf=0.0001",
      "T_beam stiffener, coordinates in mm\nHw=300\nTw=10\nBf=100\nTf=10"},
 };

@@ -15,8 +15,6 @@ using korvex::Vector3;
 
 namespace {
 
-constexpr std::array<const char*, 6> DofNames{"Ux", "Uy", "Uz", "Rx", "Ry", "Rz"};
-
 std::string ListDofs(std::uint8_t dofs) {
   std::string text;
   for (std::size_t d = 0; d < DofNames.size(); ++d) {
