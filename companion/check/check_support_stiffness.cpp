@@ -19,15 +19,8 @@ namespace {
 // 0 where material or thickness are not known.
 double ShellStiffness(const CheckedModel& model, Section section, std::int32_t row) {
   const korvex::ModelTables& tables = model.tables;
-  const auto at = static_cast<std::size_t>(row);
-  const korvex::ShellRowProperties& properties =
-      section == Section::Shells4 ? tables.Shell4Properties[at] : tables.Shell3Properties[at];
-  if (!IsRow(tables, Section::Materials, properties.material) ||
-      !IsRow(tables, Section::ShellThicknesses, properties.thickness) ||
-      IsDoubtful(model, Section::Materials, properties.material) ||
-      IsDoubtful(model, Section::ShellThicknesses, properties.thickness)) {
-    return 0.0;
-  }
+  const korvex::ShellRowProperties properties = ShellPropertiesOf(tables, section, row);
+  if (!IsKnown(model, properties)) return 0.0;
   const ElementNodes shell = NodesOf(tables, section, row);
   const korvex::Vector3 first = PlaceOf(tables, shell.nodes[0]);
   const double area =

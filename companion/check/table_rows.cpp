@@ -81,4 +81,19 @@ Finding MakeTableFinding(const char* code, const CheckedModel& model, const Tabl
   return finding;
 }
 
+korvex::ShellRowProperties ShellPropertiesOf(const korvex::ModelTables& tables,
+                                             korvex::Section section, std::int32_t row) {
+  const auto at = static_cast<std::size_t>(row);
+  return section == korvex::Section::Shells4 ? tables.Shell4Properties[at]
+                                             : tables.Shell3Properties[at];
+}
+
+bool IsKnown(const CheckedModel& model, const korvex::ShellRowProperties& properties) {
+  const auto isKnown = [&](korvex::Section section, std::int32_t row) {
+    return IsRow(model.tables, section, row) && !IsDoubtful(model, section, row);
+  };
+  return isKnown(korvex::Section::Materials, properties.material) &&
+         isKnown(korvex::Section::ShellThicknesses, properties.thickness);
+}
+
 }  // namespace kvx

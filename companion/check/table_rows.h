@@ -49,4 +49,11 @@ inline void MarkNamed(CheckedModel& model, korvex::Section section, std::int32_t
   model.doubtfulRows[IndexOf(section)].insert(row);
 }
 
+// The references of a shell to its material and its thickness. section: Shells4 or Shells3.
+korvex::ShellRowProperties ShellPropertiesOf(const korvex::ModelTables& tables,
+                                             korvex::Section section, std::int32_t row);
+
+// Whether both lead to rows that no finding names.
+bool IsKnown(const CheckedModel& model, const korvex::ShellRowProperties& properties);
+
 }  // namespace kvx

@@ -34,15 +34,8 @@ void AddTriangle(const Vector3& a, const Vector3& b, const Vector3& c, double su
 
 void AddShell(const CheckedModel& model, Section section, std::int32_t row, Moments& sums) {
   const korvex::ModelTables& tables = model.tables;
-  const auto at = static_cast<std::size_t>(row);
-  const korvex::ShellRowProperties& properties =
-      section == Section::Shells4 ? tables.Shell4Properties[at] : tables.Shell3Properties[at];
-  if (!IsRow(tables, Section::Materials, properties.material) ||
-      !IsRow(tables, Section::ShellThicknesses, properties.thickness) ||
-      IsDoubtful(model, Section::Materials, properties.material) ||
-      IsDoubtful(model, Section::ShellThicknesses, properties.thickness)) {
-    return;
-  }
+  const korvex::ShellRowProperties properties = ShellPropertiesOf(tables, section, row);
+  if (!IsKnown(model, properties)) return;
   const double surfaceMass =
       tables.Materials[static_cast<std::size_t>(properties.material)].Density *
       tables.ShellThicknesses[static_cast<std::size_t>(properties.thickness)].TK;
