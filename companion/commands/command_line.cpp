@@ -5,6 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 
@@ -44,7 +45,13 @@ void AddCheck(CLI::App& app, CommandValues& values) {
   command
       .add_option("--tolerance", values.check.tolerance,
                   "Nodes closer than this coincide; units of the model (default: 1e-6 of its size)")
-      ->type_name("LENGTH");
+      ->type_name("LENGTH")
+      ->check([](const std::string& text) {
+        char* end = nullptr;
+        std::strtod(text.c_str(), &end);
+        if (end != text.c_str() && *end == '\0') return std::string();
+        return "write a length with a point, such as 0.5, not \"" + text + "\"";
+      });
   command.add_flag("--deep", values.check.deep,
                    "Look for mechanisms within the parts, too; takes the time of a solution");
   command.add_flag("--json", values.check.json, "Findings as JSON, for programs");

@@ -99,6 +99,9 @@ TEST(KvxProgram, AnswersMistypedOptions) {
   ExpectComplaint(
       Call({"check", "a", "b"}), 64,
       "kvx check: \"b\" is one word too many. \"kvx check --help\" tells how it is called.");
+  ExpectComplaint(Call({"check", "--tolerance", "0,5"}), 64,
+                  "kvx check: --tolerance: write a length with a point, such as 0.5, not \"0,5\". "
+                  "\"kvx check --help\" shows the options.");
   for (const char* tolerance : {"0", "-1", "nan", "inf"}) {
     ExpectComplaint(
         Call({"check", "--tolerance", tolerance}), 64,
