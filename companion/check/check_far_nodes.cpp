@@ -42,9 +42,9 @@ double DistanceFrom(const Vector3& point, const Box& box) {
   return korvex::Length(off);
 }
 
-bool IsFar(const Vector3& point, const Box& others) {
+bool IsFar(const Vector3& point, const Box& others, double ratio) {
   const double size = SizeOf(others);
-  return size > 0.0 && DistanceFrom(point, others) > FarRatio * size;
+  return size > 0.0 && DistanceFrom(point, others) > ratio * size;
 }
 
 // A far node, and what it is far from.
@@ -59,8 +59,7 @@ void NameFar(const FarNode& far, CheckedModel& model, FindingList& list) {
   Finding finding = MakeNodeFinding("K603", model, far.node);
   if (far.breaksShell) finding.severity = Severity::Error;
   finding.message = DescribeNode(model, far.node) + ": is far away from " + far.others +
-                    ", more than ten times their extent of " + NumberText(far.extent) +
-                    "; its elements are that long.";
+                    ", whose extent is " + NumberText(far.extent) + "; its elements are that long.";
   finding.remedy = "Mend the coordinate: a digit too many, or another unit?";
   AddFinding(std::move(finding), list);
   MarkNamed(model, Section::Nodes, far.node);
@@ -132,9 +131,25 @@ void FindFarShellNodes(const std::vector<float>& ratios, const CheckedModel& mod
       });
   for (const auto& [node, box] : neighbours) {
     const Vector3 place = PlaceOf(model.tables, node);
-    if (!IsFar(place, box) || DistanceFrom(place, box) < longest) continue;
+    if (!IsFar(place, box, FarRatio) || DistanceFrom(place, box) < longest) continue;
     far.push_back({node, SizeOf(box), "its neighbours"});
   }
+}
+
+// Whether all elements at the node are much longer than all others.
+bool HasLongElementsOnly(const CheckedModel& model, std::int32_t node) {
+  double shortest = Infinity, longest = 0.0;
+  ForSoundElements(model, {Section::Shells4, Section::Shells3, Section::Beams},
+                   [&](Section, std::int32_t, const ElementNodes& element) {
+                     const auto end = element.nodes + element.count;
+                     const bool isHere = std::find(element.nodes, end, node) != end;
+                     for (std::size_t k = 0; k < element.count; ++k) {
+                       const double length = Distance(model, element, k, k + 1);
+                       if (isHere) shortest = std::min(shortest, length);
+                       if (!isHere) longest = std::max(longest, length);
+                     }
+                   });
+  return shortest > LongRatio * longest;
 }
 
 // Finds a node of beams alone that stands off the box of all other nodes: it is the outermost one
@@ -174,7 +189,8 @@ void FindFarBeamNodes(const std::vector<float>& ratios, const CheckedModel& mode
       const auto number = static_cast<std::int32_t>(other);
       if (isUsed[other] && number != node) Include(PlaceOf(model.tables, number), others);
     }
-    if (IsFar(PlaceOf(model.tables, node), others)) {
+    if (IsFar(PlaceOf(model.tables, node), others, BeamFarRatio) &&
+        HasLongElementsOnly(model, node)) {
       far.push_back({node, SizeOf(others), "all others"});
     }
   }

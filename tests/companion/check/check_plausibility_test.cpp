@@ -515,5 +515,32 @@ TEST(CheckSupportStiffness, HasItsBounds) {
   EXPECT_EQ(report.findings.findings.front().severity, Severity::Error);
 }
 
+// A grillage of 5 x 5 nodes over 1000 x 1000: one coordinate of a corner with a digit too many, or
+// in inches; and one node far above the others.
+TEST(CheckFarNodes, NamesADigitTooManyInAGrillage) {
+  for (const double factor : {10.0, 25.4, 100.0, 1000.0}) {
+    korvex::test::ModelText model;
+    model.materials = {{206000.0, 0.3, 7.85e-9}};
+    model.tSections = {{100.0, 10.0, 60.0, 10.0}};
+    for (int k = 0; k < 25; ++k) model.nodes.push_back({250.0 * (k % 5), 250.0 * (k / 5), 0.0});
+    for (int k = 0; k < 25; ++k) {
+      korvex::test::ModelText::Beam beam;
+      beam.node1 = k;
+      for (const int next : {k % 5 < 4 ? k + 1 : -1, k < 20 ? k + 5 : -1}) {
+        beam.node2 = next;
+        if (next >= 0) model.beams.push_back(beam);
+      }
+    }
+    model.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+    model.forces = {{12, {0, 0, -1.0, 0, 0, 0}}};
+    ExpectNone(Check(model));
+    model.nodes[24][1] *= factor;
+    ExpectOnly(Check(model), {"K603", "NPOIN", -1, 24, 0});
+    model.nodes[24][1] = 1000.0;
+    model.nodes[12][2] = 500.0 * factor;
+    ExpectOnly(Check(model), {"K603", "NPOIN", -1, 12, 0});
+  }
+}
+
 }  // namespace
 }  // namespace kvx::test
