@@ -141,7 +141,7 @@ bool HasLongElementsOnly(const CheckedModel& model, std::int32_t node) {
   double shortest = Infinity, longest = 0.0;
   ForSoundElements(model, {Section::Shells4, Section::Shells3, Section::Beams},
                    [&](Section, std::int32_t, const ElementNodes& element) {
-                     const auto end = element.nodes + element.count;
+                     const auto* const end = element.nodes + element.count;
                      const bool isHere = std::find(element.nodes, end, node) != end;
                      for (std::size_t k = 0; k < element.count; ++k) {
                        const double length = Distance(model, element, k, k + 1);

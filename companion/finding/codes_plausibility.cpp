@@ -22,9 +22,10 @@ const std::vector<CodeText> PlausibilityCodes{
      "Look at the unit and the decimal point.", "girder\nHw=100\nTw=0.008\nBf=60\nTf=10",
      "girder\nHw=100\nTw=8\nBf=60\nTf=10"},
     {"K603", Severity::Warning, "A node is far away from all others",
-     "A node of shells stands off its neighbours by more than ten times their extent; or a node "
-     "of beams does so from the rest of the model. Where a shell is spoilt by it, this is an "
-     "error.",
+     "A node of shells stands off its neighbours by more than ten times their extent. Or a node "
+     "of beams alone stands off all other nodes by more than twice their extent, and its beams "
+     "are more than three times as long as all other elements. Where a shell is spoilt by it, "
+     "this is an error.",
      "It takes the node where it is. Its elements are long and thin, or crossed.",
      "Mend the coordinate: a digit too many, a missing decimal point, or another unit?",
      "24:1000000,1000,0", "24:1000,1000,0"},
