@@ -92,13 +92,14 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 
 }  // namespace
 
-void GenerateBeamShells(Model& model) {
+void GenerateBeamShells(Model& model, const ShareCallback& share) {
   if (model.Tables.NELEM_B < 1) return;
   DescribeBeams(model);
   SectionOutline outline;
   BeamShellModel spare;  // keeps the memory of one beam's system for the next beam
   for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
     const auto row = static_cast<std::size_t>(b);
+    if (share) share(static_cast<double>(b) / model.Tables.NELEM_B);
     BeamShellModel& detail = model.BeamShellModels[row];
     BuildSectionOutline(model, model.Tables.BeamSectionRefs[row], outline);
     ReuseMemory(spare, detail);

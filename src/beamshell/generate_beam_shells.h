@@ -6,12 +6,14 @@
 #pragma once
 
 #include "model/model.h"
+#include "skyline/work_share.h"
 
 namespace korvex {
 
 // Fills model.BeamShellModels from the beams and the displacements, in table order. Does nothing if
-// there is no beam. Throws a Stop where a beam's BeamSecType has no section table, where a detail
-// model has too many equations, and where the memory is too small.
-void GenerateBeamShells(Model& model);
+// there is no beam. share: called before each beam with the share of the beams that are done, 0 for
+// the first alone; may be empty. Throws a Stop where a beam's BeamSecType has no section table,
+// where a detail model has too many equations, and where the memory is too small.
+void GenerateBeamShells(Model& model, const ShareCallback& share = {});
 
 }  // namespace korvex

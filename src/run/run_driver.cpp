@@ -17,6 +17,7 @@
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "report/texts.h"
+#include "run/calc_log.h"
 #include "run/console.h"
 #include "run/file_names.h"
 #include "run/show_stop.h"
@@ -45,13 +46,6 @@ void PrintProgress(int percent) {
   }
 }
 
-void WriteMemoryEstimate(double gigabytes, std::ostream& stream) {
-  WriteText(stream, "The global stiffness matrix will occupy ");
-  stream << gigabytes;
-  WriteText(stream, " GB of memory space.");
-  WriteLineEnd(stream);
-}
-
 // Writes the same line to the console and to the log. This is done before the allocation: the line
 // warns the user of a large matrix.
 void ReportMemoryEstimate(const Job& job, std::ostream& log) {
@@ -70,11 +64,7 @@ void WorkTimed(const Stage& stage, Job& job, std::ostream& log) {
   const double seconds =
       (static_cast<double>(end) - static_cast<double>(start)) / static_cast<double>(frequency);
   PrintFormatted("(Solution time:%.2lf seconds)\n", seconds);
-
-  WriteText(log, "Solution time:");
-  log << seconds;
-  WriteText(log, " seconds.");
-  WriteLineEnd(log);
+  WriteSolutionTime(seconds, log);
 }
 
 // Reports the incomplete files and inconsistencies of the stage; clears the inconsistencies.

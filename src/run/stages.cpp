@@ -59,7 +59,7 @@ void RecoverStresses(Job& job) {
 
 void AverageStresses(Job& job) { AverageNodeStresses(job.model); }
 
-void MakeDetailModels(Job& job) { GenerateBeamShells(job.model); }
+void MakeDetailModels(Job& job) { GenerateBeamShells(job.model, job.detailShare); }
 
 // Writes a file in the job's folder. write: returns false if the file is incomplete.
 void WriteFile(const char* name, bool (*write)(const std::string&, const Model&), Job& job) {
@@ -83,7 +83,7 @@ constexpr std::array<Stage, 7> AssemblyStages{{
     {"read", Read, nullptr, nullptr},
     {"number", Number, nullptr, nullptr, StageReport::MemoryEstimate},
     {"allocate", Allocate, nullptr, nullptr},
-    {"structure drawing", DrawStructure, nullptr, nullptr},
+    {"structure drawing", DrawStructure, nullptr, nullptr, StageReport::None, StructureDrawingName},
     {"assemble", Assemble, "Assembling the global stiffness matrix...", nullptr},
     {"load", Load, nullptr, nullptr},
     {"support", Support, nullptr, nullptr},
@@ -95,17 +95,19 @@ constexpr Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::Sol
 
 constexpr std::array<Stage, 9> ResultStages{{
     {"displacement file", WriteDisplacements, "Post-processing in progress...",
-     "\tDeformation result file Node_Dis.txt, generated."},
-    {"deformation drawing", DrawDeformation, nullptr, nullptr},
+     "\tDeformation result file Node_Dis.txt, generated.", StageReport::None, DisplacementFileName},
+    {"deformation drawing", DrawDeformation, nullptr, nullptr, StageReport::None,
+     DeformationDrawingName},
     {"stresses", RecoverStresses, nullptr, nullptr},
-    {"stress file", WriteStresses, nullptr, nullptr},
+    {"stress file", WriteStresses, nullptr, nullptr, StageReport::None, StressFileName},
     {"averages", AverageStresses, nullptr, nullptr},
-    {"average file", WriteAverages, nullptr, "\tShell element average node stress.txt, generated."},
+    {"average file", WriteAverages, nullptr, "\tShell element average node stress.txt, generated.",
+     StageReport::None, AverageNodeStressFileName},
     {"detail models", MakeDetailModels,
      "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount of "
      "time. Please wait patiently...",
      nullptr},
-    {"detail model file", WriteDetails, nullptr, nullptr},
+    {"detail model file", WriteDetails, nullptr, nullptr, StageReport::None, AverageStressFileName},
     {"release", Release, nullptr, "Post-processing completed."},
 }};
 

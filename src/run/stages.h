@@ -11,6 +11,7 @@
 
 #include "model/model.h"
 #include "skyline/column_counter.h"
+#include "skyline/work_share.h"
 
 namespace korvex {
 
@@ -19,6 +20,7 @@ struct Job {
   std::string folder;  // precedes each file name; empty, or ends with a slash
   Model model;
   ProgressCallback progress;                 // called during the factorisation; may be empty
+  ShareCallback detailShare;                 // called during the detail models; may be empty
   std::vector<std::string> incompleteFiles;  // output files that could not be written completely
   int inconsistencies = 0;                   // lines to be printed (inconsistencies.h)
 };
@@ -32,6 +34,7 @@ struct Stage {
   const char* before;      // console line before the stage; null: none
   const char* after;       // console line after the stage; null: none
   StageReport report = StageReport::None;
+  const char* file = nullptr;  // what it writes in the job's folder; null: nothing
 };
 
 // From the model file to the assembled, loaded and supported system.

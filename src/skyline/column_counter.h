@@ -3,10 +3,14 @@
 //   percent = done * 100 / columns, rounded down
 //
 // Many columns share a percentage, and each of them reports it: the console's text depends on this.
+// Beside it, the work may be counted finely (work_share.h).
 #pragma once
 
 #include <cstdint>
 #include <functional>
+
+#include "skyline/skyline_matrix.h"
+#include "skyline/work_share.h"
 
 namespace korvex {
 
@@ -18,11 +22,14 @@ struct ColumnCounter {
   ProgressCallback progress;  // empty: no reports
   std::int64_t columns = 0;   // all columns
   std::int64_t done = 0;      // finished columns, never more than `columns`
+  WorkShare* work = nullptr;  // counts the same work, and that of the substitution; null: nobody
 };
 
-// Counts one more finished column and reports the percentage if it is 20, 40, 60, 80 or 100.
-// Does nothing once all columns are counted: a system that is solved a second time, as one system
-// after a solution by independent systems failed, counts some of its columns twice.
-void CountColumn(ColumnCounter& counter);
+// Counts the columns first .. end - 1 of K as finished. For each of them reports the percentage if
+// it is 20, 40, 60, 80 or 100, but no more once all columns are counted: a system that is solved a
+// second time, as one system after a solution by independent systems failed, counts some of its
+// columns twice.
+void CountColumns(const SkylineMatrix& K, std::int64_t first, std::int64_t end,
+                  ColumnCounter& counter);
 
 }  // namespace korvex

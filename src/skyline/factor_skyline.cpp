@@ -73,7 +73,7 @@ void FactorPanels(const PanelRoutines& routines, SkylineMatrix& K, std::vector<d
       return;
     }
     routines.factor(arrays, first, static_cast<double*>(start), sliceRows);
-    for (std::int64_t j = first; j < end; ++j) CountColumn(columns);
+    CountColumns(K, first, end, columns);
   }
 }
 
@@ -85,13 +85,17 @@ void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
   if (routines.factor == nullptr) {
     FactorSkylinePlain(K, F, columns);
   } else if (HasOtherNaN(F.data(), static_cast<std::int64_t>(F.size()))) {
-    std::vector<double> noLoad;
-    AllocateItems("the load of the factorisation", F.size(), noLoad);
-    FactorPanels(routines, K, noLoad, columns);
+    FactorSkyline(vectorBits, K, columns);
     ReduceLoadPlain(K, 0, F);
   } else {
     FactorPanels(routines, K, F, columns);
   }
+}
+
+void FactorSkyline(int vectorBits, SkylineMatrix& K, ColumnCounter& columns) {
+  std::vector<double> noLoad;
+  AllocateItems("the load of the factorisation", K.ColumnHeights.size(), noLoad);
+  FactorSkyline(vectorBits, K, noLoad, columns);
 }
 
 }  // namespace korvex

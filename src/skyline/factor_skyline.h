@@ -24,4 +24,7 @@ namespace korvex {
 void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
                    ColumnCounter& columns);
 
+// Factorises K alone.
+void FactorSkyline(int vectorBits, SkylineMatrix& K, ColumnCounter& columns);
+
 }  // namespace korvex

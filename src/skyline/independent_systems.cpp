@@ -8,9 +8,7 @@
 #include "platform/vector_bits.h"
 #include "skyline/coupled_dofs.h"
 #include "skyline/disjoint_sets.h"
-#include "skyline/factor_skyline.h"
 #include "skyline/sparse_matrix.h"
-#include "skyline/substitute_back.h"
 
 namespace korvex {
 
@@ -19,7 +17,14 @@ namespace {
 // Bytes for each equation in all other tables: sets, positions, loads, solutions, column heights.
 constexpr std::uint64_t TableBytesPerEquation = 100;
 
+// The same for every further load: its lane, and its y and u here and in a system.
+constexpr std::uint64_t LoadBytesPerEquation = 5 * sizeof(double);
+
 bool IsNegativeZero(double value) { return value == 0.0 && std::signbit(value); }
+
+bool HasNegativeZero(const LoadedSystem& load) {
+  return std::any_of(load.F->begin(), load.F->end(), IsNegativeZero);
+}
 
 // The equations of set s, ascending.
 struct SetRange {
@@ -40,27 +45,36 @@ void BuildSystemProfile(const SkylineMatrix& K, const SetRange& set, SkylineMatr
   ComputeDiagonalAddresses(part);
 }
 
-// Whether the skylines of the systems have less than three quarters of K's entries. Otherwise
-// setting them up may take more time than it saves.
-bool SavesTime(const SkylineMatrix& K, const SetList& list) {
-  std::int64_t size = 0;
+// What all systems together cost.
+struct SystemCost {
+  std::int64_t entries = 0;  // stored
+  double units = 0.0;        // of work
+};
+SystemCost MeasureSystems(const SkylineMatrix& K, const SetList& list, std::size_t loads) {
+  SystemCost cost;
   SkylineMatrix part;
   for (std::size_t s = 0; s + 1 < list.begins.size(); ++s) {
     BuildSystemProfile(K, RangeOf(list, s), part);
-    size += part.SkylineSize;
+    cost.entries += part.SkylineSize;
+    cost.units +=
+        CountFactorUnits(part, 0, CountColumns(part)) + CountSubstitutionUnits(part, loads);
   }
-  return 4 * size < 3 * K.SkylineSize;
+  return cost;
 }
 
 // Finds the non-zeros of K and the sets of equations that they couple. Returns false if K must be
-// solved as one system.
-bool FindSystems(const SkylineMatrix& K, std::size_t maxEntries, SparseMatrix& sparse,
-                 SetList& list) {
+// solved as one system, or if the skylines of the systems do not have less than three quarters of
+// K's entries: setting them up may then take more time than it saves.
+bool FindSystems(const SkylineMatrix& K, std::size_t maxEntries, std::size_t loads,
+                 SparseMatrix& sparse, SetList& list, WorkShare* work) {
   DisjointSets sets;
   InitSets(sets, static_cast<std::int32_t>(CountColumns(K)));
   if (!ListEntries(K, maxEntries, sparse, sets)) return false;
   ListSets(sets, list);
-  return SavesTime(K, list);
+  const SystemCost cost = MeasureSystems(K, list, loads);
+  const bool savesTime = 4 * cost.entries < 3 * K.SkylineSize;
+  if (savesTime && work != nullptr) work->rest = cost.units;
+  return savesTime;
 }
 
 // Sets the values of a system. places: [n] of each equation of K, its position in its set.
@@ -79,31 +93,68 @@ void FillSystem(const SparseMatrix& sparse, const SetRange& set,
 // 0 * x with the other systems change nothing: all values are finite and no y / d, where the back
 // substitution begins, is -0. An infinity or NaN of a factor reaches a pivot; one of y, or from a
 // zero pivot, reaches u.
-bool MatchesOneSystem(const SkylineMatrix& factors, const std::vector<double>& y,
+bool MatchesOneSystem(const std::vector<double>& pivots, const std::vector<double>& y,
                       const std::vector<double>& u) {
   for (std::size_t i = 0; i < y.size(); ++i) {
-    const double pivot = *Column(factors, static_cast<std::int64_t>(i));
-    if (!std::isfinite(pivot) || !std::isfinite(u[i])) return false;
-    if (IsNegativeZero(y[i] / pivot)) return false;
+    if (!std::isfinite(pivots[i]) || !std::isfinite(u[i])) return false;
+    if (IsNegativeZero(y[i] / pivots[i])) return false;
   }
   return true;
 }
 
-// A system: its matrix, on solution its factors; its load, on solution reduced; its solution.
-struct System {
-  SkylineMatrix factors;
-  std::vector<double> y, u;
+// The pivots lie far apart, each in a column of its own.
+std::vector<double> ListPivots(const SkylineMatrix& factors) {
+  std::vector<double> pivots;
+  pivots.reserve(factors.DiagonalAddress.size());
+  for (std::int64_t j = 0; j < CountColumns(factors); ++j) pivots.push_back(*Column(factors, j));
+  return pivots;
+}
+
+// A load of K, and where its solution is collected until all systems have one.
+struct CollectedLoad {
+  LoadedSystem load;
+  std::vector<double> y;                 // [n]
+  bool isSame = true;                    // has the bits of K as one system, so far
+  std::vector<double> systemY, systemU;  // of the system that is being solved
 };
 
-// Solves a system. set: its equations. F: the load of K. system.factors: its matrix on entry.
-void SolveSystem(const SetRange& set, const std::vector<double>& F, ColumnCounter& columns,
-                 System& system) {
+void GatherLoad(const SetRange& set, CollectedLoad& collected) {
   const auto n = static_cast<std::size_t>(set.end - set.begin);
-  system.y.resize(n);
-  system.u.resize(n);
-  for (std::size_t i = 0; i < n; ++i) system.y[i] = F[static_cast<std::size_t>(set.begin[i])];
-  FactorSkyline(WidestVectorBits(), system.factors, system.y, columns);
-  SubstituteBack(system.factors, system.y, system.u);
+  collected.systemY.resize(n);
+  collected.systemU.resize(n);
+  for (std::size_t i = 0; i < n; ++i) {
+    collected.systemY[i] = (*collected.load.F)[static_cast<std::size_t>(set.begin[i])];
+  }
+}
+
+void CollectSolution(const SetRange& set, CollectedLoad& collected) {
+  for (const std::int32_t* j = set.begin; j < set.end; ++j) {
+    const auto i = static_cast<std::size_t>(j - set.begin);
+    collected.y[static_cast<std::size_t>(*j)] = collected.systemY[i];
+    (*collected.load.u)[static_cast<std::size_t>(*j)] = collected.systemU[i];
+  }
+}
+
+// Solves a system for the loads that are the same so far. factors: its matrix, on return
+// factorised. Returns false if no load is the same after it.
+bool SolveSystem(const SetRange& set, SkylineMatrix& factors, std::vector<CollectedLoad>& loads,
+                 ColumnCounter& columns) {
+  std::vector<LoadedSystem> parts;
+  for (CollectedLoad& load : loads) {
+    if (!load.isSame) continue;
+    GatherLoad(set, load);
+    parts.push_back({&load.systemY, &load.systemU});
+  }
+  FactorAndSolve(WidestVectorBits(), factors, parts, columns);
+  const std::vector<double> pivots = ListPivots(factors);
+  bool isAnySame = false;
+  for (CollectedLoad& load : loads) {
+    if (!load.isSame) continue;
+    load.isSame = MatchesOneSystem(pivots, load.systemY, load.systemU);
+    CollectSolution(set, load);
+    isAnySame = isAnySame || load.isSame;
+  }
+  return isAnySame;
 }
 
 // Sets K's values again from its non-zeros.
@@ -115,46 +166,57 @@ void RestoreValues(const SparseMatrix& sparse, SkylineMatrix& K) {
   }
 }
 
+// Hands over y of the loads that are the same. Returns the others.
+std::vector<LoadedSystem> TakeSolved(std::vector<CollectedLoad>& loads) {
+  std::vector<LoadedSystem> others;
+  for (CollectedLoad& load : loads) {
+    if (load.isSame) {
+      load.load.F->swap(load.y);
+    } else {
+      others.push_back(load.load);
+    }
+  }
+  return others;
+}
+
 }  // namespace
 
-std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory) {
-  const std::uint64_t tables = TableBytesPerEquation * static_cast<std::uint64_t>(CountColumns(K));
+std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint64_t freeMemory) {
+  const std::uint64_t bytes = TableBytesPerEquation + LoadBytesPerEquation * (loads - 1);
+  const std::uint64_t tables = bytes * static_cast<std::uint64_t>(CountColumns(K));
   const std::uint64_t taken = std::min(freeMemory / 2, tables);
   return std::min(static_cast<std::uint64_t>(K.SkylineSize) / StoredPerNonZero,
                   (freeMemory / 2 - taken) / sizeof(SparseEntry));
 }
 
-bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
-                             std::size_t maxEntries, ColumnCounter& columns) {
+std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
+                                                  const std::vector<LoadedSystem>& loads,
+                                                  std::size_t maxEntries, ColumnCounter& columns) {
   // Each column has at least its diagonal entry. Where memory is short, no table is allocated.
-  if (maxEntries < F.size()) return false;
-  if (std::any_of(F.begin(), F.end(), IsNegativeZero)) return false;
+  if (maxEntries < K.ColumnHeights.size()) return loads;
+  if (std::any_of(loads.begin(), loads.end(), HasNegativeZero)) return loads;
   SparseMatrix sparse;
   SetList list;
-  if (!FindSystems(K, maxEntries, sparse, list)) return false;
+  if (!FindSystems(K, maxEntries, loads.size(), sparse, list, columns.work)) return loads;
 
-  System system;
-  system.factors.Values.swap(K.Values);
-  std::vector<double> y(F.size());
-  bool isSame = true;
-  for (std::size_t s = 0; isSame && s + 1 < list.begins.size(); ++s) {
+  std::vector<CollectedLoad> collected;
+  collected.reserve(loads.size());
+  for (const LoadedSystem& load : loads) {
+    collected.push_back({load, std::vector<double>(K.ColumnHeights.size()), true, {}, {}});
+  }
+  SkylineMatrix factors;
+  factors.Values.swap(K.Values);
+  bool isAnySame = true;
+  for (std::size_t s = 0; isAnySame && s + 1 < list.begins.size(); ++s) {
     const SetRange set = RangeOf(list, s);
-    BuildSystemProfile(K, set, system.factors);
-    FillSystem(sparse, set, list.places, system.factors);
-    SolveSystem(set, F, columns, system);
-    isSame = MatchesOneSystem(system.factors, system.y, system.u);
-    for (const std::int32_t* j = set.begin; j < set.end; ++j) {
-      y[static_cast<std::size_t>(*j)] = system.y[static_cast<std::size_t>(j - set.begin)];
-      u[static_cast<std::size_t>(*j)] = system.u[static_cast<std::size_t>(j - set.begin)];
-    }
+    BuildSystemProfile(K, set, factors);
+    FillSystem(sparse, set, list.places, factors);
+    isAnySame = SolveSystem(set, factors, collected, columns);
   }
-  K.Values.swap(system.factors.Values);
-  if (isSame) {
-    F.swap(y);
-  } else {
-    RestoreValues(sparse, K);
-  }
-  return isSame;
+  K.Values.swap(factors.Values);
+  std::vector<LoadedSystem> others = TakeSolved(collected);
+  if (!others.empty()) RestoreValues(sparse, K);
+  return others;
 }
 
 }  // namespace korvex

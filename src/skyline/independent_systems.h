@@ -14,25 +14,29 @@
 #include <vector>
 
 #include "skyline/column_counter.h"
+#include "skyline/load_lanes.h"
 #include "skyline/skyline_matrix.h"
 
 namespace korvex {
 
 // The largest number of non-zeros that SolveIndependentSystems should list: at most one stored
 // entry in StoredPerNonZero (coupled_dofs.h), and no more than half the free memory holds beside
-// the other tables. freeMemory: bytes.
-std::size_t FindMaxEntries(const SkylineMatrix& K, std::uint64_t freeMemory);
+// the other tables. loads: their number. freeMemory: bytes.
+std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint64_t freeMemory);
 
-// Solves K u = F by independent systems and returns true. Returns false, with K and F unchanged, if
-// K has no independent systems, if their skylines would not have less than three quarters of K's
-// entries, or if the bits might differ from the solution as one system.
-// K: n columns with values; on return with true the values are undefined.
-// F: n; on return with true y of L y = F.
-// u: n; with true written completely, with false undefined.
-// maxEntries: returns false if K has more non-zeros.
-// columns: counts the columns of the systems. With false some columns may have been counted, if an
-//    infinity or NaN occurred after the solution began.
-bool SolveIndependentSystems(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
-                             std::size_t maxEntries, ColumnCounter& columns);
+// Solves K u = F by independent systems, for each load whose bits are certain to be those of K as
+// one system. Returns the other loads, in their order; their F are unchanged, their u undefined.
+// All loads are returned if K has no independent systems, if their skylines would not have less
+// than three quarters of K's entries, or if an entry or a load is -0.
+// K: n columns with values; unchanged if a load is returned, otherwise undefined.
+// loads: the F of solved ones are y of L y = F on return.
+// maxEntries: nothing is solved if K has more non-zeros.
+// columns: counts the columns of the systems. Where a load is returned, some of them may have been
+//    counted, if an infinity or NaN occurred after the solution began. The plan of its work is
+//    replaced.
+// After an exception the values of K are lost.
+std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
+                                                  const std::vector<LoadedSystem>& loads,
+                                                  std::size_t maxEntries, ColumnCounter& columns);
 
 }  // namespace korvex

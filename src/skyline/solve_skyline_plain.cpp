@@ -38,7 +38,7 @@ void FactorColumnsPlain(SkylineMatrix& K, std::int64_t first, ColumnCounter& col
   for (std::int64_t j = first; j < n; ++j) {
     ReduceColumn(K, j);
     ScaleColumn(K, j);
-    CountColumn(columns);
+    CountColumns(K, j, j + 1, columns);
   }
 }
 

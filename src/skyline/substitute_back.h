@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "skyline/skyline_matrix.h"
+#include "skyline/work_share.h"
 
 namespace korvex {
 
@@ -17,7 +18,9 @@ namespace korvex {
 // K: the factors as FactorSkyline leaves them.
 // y: n, the reduced load.
 // u: n, written completely.
+// work: counts the work; null: nobody does.
 // Throws a Stop where memory cannot hold the products of a block.
-void SubstituteBack(const SkylineMatrix& K, const std::vector<double>& y, std::vector<double>& u);
+void SubstituteBack(const SkylineMatrix& K, const std::vector<double>& y, std::vector<double>& u,
+                    WorkShare* work = nullptr);
 
 }  // namespace korvex

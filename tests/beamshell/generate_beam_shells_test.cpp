@@ -227,6 +227,22 @@ TEST(GenerateBeamShells, PrintsNothing) {
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
+// Before beam b of five, b / 5 of them are solved.
+TEST(GenerateBeamShells, ReportsItsProgressAndCanBeInterrupted) {
+  Model model = SolveFrame(), other = SolveFrame();
+  std::vector<double> shares;
+  GenerateBeamShells(model, [&](double share) { shares.push_back(share); });
+  EXPECT_EQ(shares, (std::vector<double>{0.0, 1.0 / 5.0, 2.0 / 5.0, 3.0 / 5.0, 4.0 / 5.0}));
+  GenerateBeamShells(other);
+  for (std::size_t b = 0; b < 5; ++b) {
+    ExpectSame(model.BeamShellModels[b], other.BeamShellModels[b]);
+  }
+  const auto interrupt = [](double share) {
+    if (share > 0.3) throw share;
+  };
+  EXPECT_THROW(GenerateBeamShells(other, interrupt), double);
+}
+
 // The beams before it have got their detail models.
 TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
   for (const std::int32_t type : {3, -1}) {

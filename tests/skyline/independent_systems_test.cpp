@@ -87,7 +87,7 @@ void SolveAsOne(System& system) { SolveSkylinePlain(system.K, system.F, system.u
 
 bool SolveSeparately(System& system, std::size_t maxEntries, ColumnCounter& columns) {
   columns = {{}, static_cast<std::int64_t>(system.F.size())};
-  return SolveIndependentSystems(system.K, system.F, system.u, maxEntries, columns);
+  return SolveIndependentSystems(system.K, {{&system.F, &system.u}}, maxEntries, columns).empty();
 }
 
 constexpr std::size_t NoLimit = 1U << 30U;
@@ -303,11 +303,14 @@ TEST(IndependentSystems, MemoryLimitsTheList) {
   SkylineMatrix K;
   InitColumnHeights(K, 10);
   K.SkylineSize = 3200;
-  EXPECT_EQ(FindMaxEntries(K, 1U << 30U), 200U);
-  EXPECT_EQ(FindMaxEntries(K, 2 * (1000 + 16 * 150)), 150U);
-  EXPECT_EQ(FindMaxEntries(K, 2 * (1000 + 16 * 150) - 2), 149U);
-  EXPECT_EQ(FindMaxEntries(K, 2 * 1000), 0U);
-  EXPECT_EQ(FindMaxEntries(K, 100), 0U);
+  EXPECT_EQ(FindMaxEntries(K, 1, 1U << 30U), 200U);
+  EXPECT_EQ(FindMaxEntries(K, 1, 2 * (1000 + 16 * 150)), 150U);
+  EXPECT_EQ(FindMaxEntries(K, 1, 2 * (1000 + 16 * 150) - 2), 149U);
+  EXPECT_EQ(FindMaxEntries(K, 1, 2 * 1000), 0U);
+  EXPECT_EQ(FindMaxEntries(K, 1, 100), 0U);
+  // A further load takes five numbers for each equation.
+  EXPECT_EQ(FindMaxEntries(K, 3, 2 * (1000 + 2 * 400 + 16 * 150)), 150U);
+  EXPECT_EQ(FindMaxEntries(K, 3, 2 * (1000 + 2 * 400 + 16 * 150) - 2), 149U);
 }
 
 test::ModelText MakePlate(test::Cells cells, bool isTurned) {

@@ -1,5 +1,7 @@
-// The panel routine in vectors of 128 bits, two doubles each. This file is compiled for processors
+// The routines of panels and lanes in vectors of 128 bits, two doubles each. This file is compiled
+// for processors
 // that have these vectors and must not be called on others.
+#include "skyline/panel/lane_kernel-inl.h"
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
@@ -11,6 +13,14 @@ void FactorPanel128(const SkylineArrays& K, std::int64_t first, double* work,
 
 double SumValues128(const double* values, std::int64_t count) {
   return SumValues<ShortVectors<2>>(values, count);
+}
+
+void ReduceLanes128(const LaneArrays& arrays, std::int64_t first, std::int64_t end) {
+  ReduceLanes<ShortVectors<2>>(arrays, first, end);
+}
+
+void SubstituteLanes128(const LaneArrays& arrays, const BlockColumns& block) {
+  SubstituteLanes<ShortVectors<2>>(arrays, block);
 }
 
 }  // namespace korvex

@@ -1,5 +1,7 @@
-// The panel routine in vectors of 256 bits, four doubles each. This file is compiled for processors
+// The routines of panels and lanes in vectors of 256 bits, four doubles each. This file is compiled
+// for processors
 // that have these vectors and must not be called on others.
+#include "skyline/panel/lane_kernel-inl.h"
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
@@ -11,6 +13,14 @@ void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
 
 double SumValues256(const double* values, std::int64_t count) {
   return SumValues<ShortVectors<4>>(values, count);
+}
+
+void ReduceLanes256(const LaneArrays& arrays, std::int64_t first, std::int64_t end) {
+  ReduceLanes<ShortVectors<4>>(arrays, first, end);
+}
+
+void SubstituteLanes256(const LaneArrays& arrays, const BlockColumns& block) {
+  SubstituteLanes<ShortVectors<4>>(arrays, block);
 }
 
 }  // namespace korvex

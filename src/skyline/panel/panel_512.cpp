@@ -1,8 +1,9 @@
-// The panel routine in vectors of 512 bits, eight doubles each. This file is compiled for
-// processors that have these vectors and must not be called on others.
+// The routines of panels and lanes in vectors of 512 bits, eight doubles each. This file is
+// compiled for processors that have these vectors and must not be called on others.
 //
 // Of the 32 vector registers, a tile of 6 x 24 entries takes 18, a row of the slice 3, products and
 // masks the rest.
+#include "skyline/panel/lane_kernel-inl.h"
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
@@ -34,6 +35,14 @@ void FactorPanel512(const SkylineArrays& K, std::int64_t first, double* work,
 
 double SumValues512(const double* values, std::int64_t count) {
   return SumValues<Width512>(values, count);
+}
+
+void ReduceLanes512(const LaneArrays& arrays, std::int64_t first, std::int64_t end) {
+  ReduceLanes<Width512>(arrays, first, end);
+}
+
+void SubstituteLanes512(const LaneArrays& arrays, const BlockColumns& block) {
+  SubstituteLanes<Width512>(arrays, block);
 }
 
 }  // namespace korvex

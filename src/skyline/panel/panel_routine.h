@@ -1,13 +1,15 @@
-// The panel routines of a vector length. A build for processors without vector routines links
+// The routines of a vector length. A build for processors without vector routines links
 // panel_routine_none.cpp, which has none.
 #pragma once
 
+#include "skyline/panel/lanes.h"
 #include "skyline/panel/panel.h"
 
 namespace korvex {
 
-// Returns the routines for vectorBits = 128, 256 or 512; null pointers for other lengths, and where
-// the program has no panel routines.
+// Return the routines for vectorBits = 128, 256 or 512; null pointers for other lengths, and where
+// the program has no such routines.
 PanelRoutines FindPanelRoutines(int vectorBits);
+LaneRoutines FindLaneRoutines(int vectorBits);
 
 }  // namespace korvex

@@ -4,4 +4,6 @@ namespace korvex {
 
 PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
 
+LaneRoutines FindLaneRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
+
 }  // namespace korvex

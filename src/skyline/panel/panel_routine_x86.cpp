@@ -15,4 +15,17 @@ PanelRoutines FindPanelRoutines(int vectorBits) {
   }
 }
 
+LaneRoutines FindLaneRoutines(int vectorBits) {
+  switch (vectorBits) {
+    case 128:
+      return {ReduceLanes128, SubstituteLanes128};
+    case 256:
+      return {ReduceLanes256, SubstituteLanes256};
+    case 512:
+      return {ReduceLanes512, SubstituteLanes512};
+    default:
+      return {nullptr, nullptr};
+  }
+}
+
 }  // namespace korvex
