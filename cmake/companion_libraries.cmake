@@ -40,6 +40,8 @@ endfunction()
 
 kvx_use_library(CLI11 libcli11-dev CLI CLI.hpp)
 kvx_use_library("JSON for Modern C++" nlohmann-json3-dev nlohmann json.hpp)
+# Not its usual header, toml.hpp: that one lies beside its folder.
+kvx_use_library(toml11 libtoml11-dev toml parser.hpp)
 if(kvx_missing)
   message(
     FATAL_ERROR

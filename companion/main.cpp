@@ -1,4 +1,4 @@
-// The program kvx, the companion of korvex: checks models and explains what it finds. See
+// The program kvx, the companion of korvex: checks models, solves them and reads their results. See
 // docs/companion.md.
 //
 // All commands are in commands/. This file handles only what none of them expects.
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "commands/command_line.h"
+#include "commands/progress.h"
 #include "commands/speak.h"
 #include "commands/terminal.h"
 
@@ -14,6 +15,9 @@ int main(int argc, char** argv) {
   try {
     kvx::PrepareConsole();
     return kvx::RunCommandLine(kvx::ListArguments(argc, argv));
+  } catch (const kvx::Interrupted&) {
+    kvx::Complain("kvx", "interrupted.");
+    return kvx::ExitInterrupted;
   } catch (const std::bad_alloc&) {
     kvx::Complain("kvx", "there is not enough memory.");
     return kvx::ExitUnusableData;

@@ -20,8 +20,13 @@ static_assert(sizeof(double) == 8 && std::numeric_limits<double>::is_iec559);
 
 constexpr std::string_view Magic = "KVXDISPL";
 constexpr std::uint64_t Version = 1;
-constexpr std::size_t HeaderSize = 40;
 constexpr std::size_t NumberSize = 8;
+
+// Where the integers of the header begin, behind the magic; the version has four bytes and four
+// unused ones behind it, the others have eight.
+constexpr std::size_t VersionSize = 4;
+constexpr std::size_t VersionAt = 8, SizeAt = 16, HashAt = 24, NodesAt = 32, HeaderSize = 40;
+static_assert(VersionAt == Magic.size());
 
 // Numbers are converted and written in blocks of this many.
 constexpr std::size_t BlockNumbers = 8192;
@@ -45,10 +50,10 @@ using Header = std::array<char, HeaderSize>;
 Header MakeHeader(const ModelFileId& file, std::uint64_t nodes) {
   Header header{};
   std::copy(Magic.begin(), Magic.end(), header.begin());
-  PutInteger(Version, 4, &header[8]);
-  PutInteger(file.size, 8, &header[16]);
-  PutInteger(file.hash, 8, &header[24]);
-  PutInteger(nodes, 8, &header[32]);
+  PutInteger(Version, VersionSize, &header[VersionAt]);
+  PutInteger(file.size, NumberSize, &header[SizeAt]);
+  PutInteger(file.hash, NumberSize, &header[HashAt]);
+  PutInteger(nodes, NumberSize, &header[NodesAt]);
   return header;
 }
 
@@ -89,25 +94,28 @@ DisplacementReading Open(Reader& reader) {
   return {DisplacementFit::Fits, ""};
 }
 
-// header: its first `size` bytes were read.
-DisplacementReading CheckHeader(const std::string& name, const Header& header, std::size_t size,
-                                const Header& expected) {
+// Whether the first `size` bytes of the header, which were read, are those of such a file.
+DisplacementReading CheckMagic(const std::string& name, const Header& header, std::size_t size) {
   const std::size_t magic = std::min(size, Magic.size());
   if (std::string_view(header.data(), magic) != Magic.substr(0, magic)) {
     return Refuse(DisplacementFit::NotOurs, name, "is no file of displacements");
   }
   if (size < HeaderSize) return RefuseTruncated(name);
-  const std::uint64_t version = TakeInteger(&header[8], 4);
+  const std::uint64_t version = TakeInteger(&header[VersionAt], VersionSize);
   if (version != Version) {
     return Refuse(DisplacementFit::OtherVersion, name,
                   "has version " + std::to_string(version) + "; this program reads version " +
                       std::to_string(Version));
   }
-  if (header != expected) {
-    return Refuse(DisplacementFit::OtherModel, name,
-                  "belongs to another model file, or to an earlier state of this one");
-  }
   return {DisplacementFit::Fits, ""};
+}
+
+// Opens the file and reads its header.
+DisplacementReading ReadHeader(Reader& reader, Header& header) {
+  DisplacementReading reading = Open(reader);
+  if (reading.fit != DisplacementFit::Fits) return reading;
+  const std::size_t size = ReadBytes(reader, header.data(), HeaderSize);
+  return CheckMagic(reader.name, header, size);
 }
 
 DisplacementReading ReadNumbers(Reader& reader, std::size_t count, std::vector<double>& numbers) {
@@ -131,12 +139,13 @@ DisplacementReading ReadNumbers(Reader& reader, std::size_t count, std::vector<d
 DisplacementReading ReadAll(const std::string& fileName, const Header& expected, std::size_t count,
                             std::vector<double>& numbers) {
   Reader reader{fileName, {}};
-  DisplacementReading reading = Open(reader);
-  if (reading.fit != DisplacementFit::Fits) return reading;
   Header header{};
-  const std::size_t size = ReadBytes(reader, header.data(), HeaderSize);
-  reading = CheckHeader(fileName, header, size, expected);
+  DisplacementReading reading = ReadHeader(reader, header);
   if (reading.fit != DisplacementFit::Fits) return reading;
+  if (header != expected) {
+    return Refuse(DisplacementFit::OtherModel, fileName,
+                  "belongs to another model file, or to an earlier state of this one");
+  }
   return ReadNumbers(reader, count, numbers);
 }
 
@@ -170,6 +179,16 @@ DisplacementReading ReadDisplacementFile(const std::string& fileName, const Mode
               static_cast<std::size_t>(count) * korvex::DofsPerNode, displacements);
   if (reading.fit != DisplacementFit::Fits) displacements = {};
   return reading;
+}
+
+DisplacementFit ReadModelOfDisplacements(const std::string& fileName, ModelFileId& file) {
+  Reader reader{fileName, {}};
+  Header header{};
+  const DisplacementFit fit = ReadHeader(reader, header).fit;
+  if (fit == DisplacementFit::Fits) {
+    file = {TakeInteger(&header[SizeAt], NumberSize), TakeInteger(&header[HashAt], NumberSize)};
+  }
+  return fit;
 }
 
 }  // namespace kvx

@@ -47,4 +47,8 @@ struct DisplacementReading {
 DisplacementReading ReadDisplacementFile(const std::string& fileName, const ModelFileId& file,
                                          std::int32_t nodes, std::vector<double>& displacements);
 
+// Which model file the displacements belong to, from the first bytes of the file alone. file: is
+// filled where the result is Fits.
+DisplacementFit ReadModelOfDisplacements(const std::string& fileName, ModelFileId& file);
+
 }  // namespace kvx

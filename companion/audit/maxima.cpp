@@ -126,8 +126,17 @@ void BeginLists(const Model& model, const MaximaRequest& request,
   }
 }
 
-PeakOffer MakeOffer(const Model& model, const MaximaRequest& request, Holder holder, std::size_t e,
-                    Quantity quantity) {
+// What the offers are made from.
+struct OfferSource {
+  const Model& model;
+  const MaximaRequest& request;
+  std::vector<BeamForces> forces;  // of all beams, where a quantity is made from them
+};
+
+PeakOffer MakeOffer(const OfferSource& source, Holder holder, std::size_t e, Quantity quantity) {
+  const Model& model = source.model;
+  const MaximaRequest& request = source.request;
+  if (quantity == Quantity::SectionVonMises) return OfferSectionForces(model, e, source.forces[e]);
   switch (holder) {
     case Holder::Node:
       return OfferNode(model, e, quantity);
@@ -144,12 +153,13 @@ PeakOffer MakeOffer(const Model& model, const MaximaRequest& request, Holder hol
 // first: for each grouping, the index of its group's first list; NoList: it is in none.
 constexpr std::size_t NoList = static_cast<std::size_t>(-1);
 
-void OfferElement(const Model& model, const MaximaRequest& request, Holder holder, std::size_t e,
+void OfferElement(const OfferSource& source, Holder holder, std::size_t e,
                   const std::vector<std::size_t>& first, std::vector<GroupLists>& groupings) {
+  const MaximaRequest& request = source.request;
   for (std::size_t q = 0; q < request.quantities.size(); ++q) {
     const Quantity quantity = request.quantities[q];
     if (!BelongsTo(quantity, holder)) continue;
-    const PeakOffer offer = MakeOffer(model, request, holder, e, quantity);
+    const PeakOffer offer = MakeOffer(source, holder, e, quantity);
     for (std::size_t g = 0; g < groupings.size(); ++g) {
       if (first[g] == NoList) continue;
       AddOffer(offer, request.count, request.yield, groupings[g].lists[first[g] + q]);
@@ -157,9 +167,9 @@ void OfferElement(const Model& model, const MaximaRequest& request, Holder holde
   }
 }
 
-void OfferAll(const Model& model, const MaximaRequest& request,
-              const std::vector<std::int32_t>& parts, Holder holder,
+void OfferAll(const OfferSource& source, const std::vector<std::int32_t>& parts, Holder holder,
               std::vector<GroupLists>& groupings) {
+  const Model& model = source.model;
   std::vector<std::size_t> first(groupings.size(), NoList);
   for (std::size_t e = 0; e < CountElements(model, holder); ++e) {
     for (std::size_t g = 0; g < groupings.size(); ++g) {
@@ -168,9 +178,9 @@ void OfferAll(const Model& model, const MaximaRequest& request,
       first[g] = NoList;
       if (!FindKey(model, parts, groupings[g].grouping, holder, e, key)) continue;
       const auto place = std::lower_bound(keys.begin(), keys.end(), key) - keys.begin();
-      first[g] = static_cast<std::size_t>(place) * request.quantities.size();
+      first[g] = static_cast<std::size_t>(place) * source.request.quantities.size();
     }
-    OfferElement(model, request, holder, e, first, groupings);
+    OfferElement(source, holder, e, first, groupings);
   }
 }
 
@@ -179,6 +189,11 @@ void OfferAll(const Model& model, const MaximaRequest& request,
 void FindMaxima(const Model& model, const MaximaRequest& request,
                 const std::vector<std::int32_t>& parts, std::vector<PeakList>& lists) {
   CheckRequest(model, request, parts);
+  OfferSource source{model, request, {}};
+  const auto& asked = request.quantities;
+  if (std::find(asked.begin(), asked.end(), Quantity::SectionVonMises) != asked.end()) {
+    ComputeBeamForces(model, source.forces);
+  }
   std::vector<GroupLists> groupings(request.groupings.size());
   for (std::size_t g = 0; g < groupings.size(); ++g) {
     BeginLists(model, request, parts, request.groupings[g], groupings[g]);
@@ -187,7 +202,7 @@ void FindMaxima(const Model& model, const MaximaRequest& request,
     const bool isAsked =
         std::any_of(request.quantities.begin(), request.quantities.end(),
                     [holder](Quantity quantity) { return BelongsTo(quantity, holder); });
-    if (isAsked) OfferAll(model, request, parts, holder, groupings);
+    if (isAsked) OfferAll(source, parts, holder, groupings);
   }
   lists.clear();
   const std::size_t step = request.quantities.size();

@@ -19,6 +19,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "audit/section_shape.h"
 #include "audit/shell_resultants.h"
 #include "model/model.h"
 
@@ -33,6 +34,8 @@ enum class Quantity {
   LargestPrincipal,   // of both faces, in the element's plane: the highest tension
   SmallestPrincipal,  // of both faces: the highest compression, the most negative value first
   BeamVonMises,       // of the detail models, both faces
+  SectionVonMises,    // of beams, from their section forces: the largest of all points of the
+                      // section along the whole length (section_stresses.h)
   DisplacementSize,   // sqrt(ux^2 + uy^2 + uz^2)
   Ux,                 // components, global: the largest by size, with its sign
   Uy,
@@ -76,7 +79,9 @@ struct Peak {
   Face face = Face::Upper;        // Middle where both faces make the value; nodes: without meaning
   std::int32_t detailShell = -1;  // Beam: the detail model's shell; at mid-length between two
                                   // stations: the shell around it
-  korvex::Vector3 place{};        // global
+  double s = -1.0;                // SectionVonMises: x / length of the beam; others: -1
+  SectionPlace point = SectionPlace::WebEdge;  // SectionVonMises: which point of the section
+  korvex::Vector3 place{};  // global; SectionVonMises: on the line between the nodes
 };
 
 struct PeakList {
@@ -105,7 +110,8 @@ struct MaximaRequest {
 // there, the others only where the group has elements with this quantity.
 // parts: of each element, four-node shells, then three-node shells, then beams; may be empty unless
 // the grouping Part is asked for.
-// The model must have its stresses: RecoverShellStresses, AverageNodeStresses, GenerateBeamShells.
+// The model must have the stresses that are asked for: RecoverShellStresses, AverageNodeStresses,
+// GenerateBeamShells. SectionVonMises needs none of these.
 // Throws a korvex::Stop where tables do not fit one another, `parts` does not fit the model, a
 // detail model is missing or the yield stress is negative or not finite.
 void FindMaxima(const korvex::Model& model, const MaximaRequest& request,

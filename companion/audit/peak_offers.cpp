@@ -4,6 +4,7 @@
 #include <cmath>
 #include <string>
 
+#include "audit/unbalanced_elements.h"
 #include "report/stop.h"
 #include "results/corner_stress.h"
 
@@ -162,7 +163,9 @@ std::int32_t CountDetailSteps(const BeamShellModel& detail) {
 }
 
 bool BelongsTo(Quantity quantity, Holder holder) {
-  if (quantity == Quantity::BeamVonMises) return holder == Holder::Beam;
+  if (quantity == Quantity::BeamVonMises || quantity == Quantity::SectionVonMises) {
+    return holder == Holder::Beam;
+  }
   if (quantity >= Quantity::DisplacementSize) return holder == Holder::Node;
   return holder == Holder::Shell4 || holder == Holder::Shell3;
 }
@@ -208,6 +211,23 @@ PeakOffer OfferBeam(const Model& model, std::size_t beam, StressSlots slots, Bea
   for (std::size_t shell = 0; shell < detail.Shells.size(); ++shell) {
     for (std::size_t k = 0; k < 4; ++k) OfferCorner(detail, shell, k, slots, peak, offer);
   }
+  return offer;
+}
+
+Peak MakeSectionPeak(const Model& model, std::size_t beam, const PlacedStress& stress) {
+  Peak peak = BeginPeak(Holder::Beam, beam);
+  peak.value = stress.fibre.vonMises;
+  peak.point = stress.fibre.place;
+  peak.s = stress.s;
+  peak.place = PlaceOnBeam(model, peak.element, stress.s);
+  return peak;
+}
+
+PeakOffer OfferSectionForces(const Model& model, std::size_t beam, const BeamForces& forces) {
+  PeakOffer offer;
+  const Quantity quantity = Quantity::SectionVonMises;
+  const BeamStresses stresses = FindBeamStresses(model, beam, forces);
+  OfferPeak(quantity, MakeSectionPeak(model, beam, stresses.vonMises), offer);
   return offer;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "audit/peak_list.h"
+#include "audit/section_stresses.h"
 
 namespace kvx {
 
@@ -20,5 +21,10 @@ PeakOffer OfferNode(const korvex::Model& model, std::size_t node, Quantity quant
 // Throws a korvex::Stop where the beam's detail model is not whole.
 PeakOffer OfferBeam(const korvex::Model& model, std::size_t beam, StressSlots slots,
                     BeamPlace place);
+
+// A beam's von Mises stress from its section forces, where it is largest.
+Peak MakeSectionPeak(const korvex::Model& model, std::size_t beam, const PlacedStress& stress);
+PeakOffer OfferSectionForces(const korvex::Model& model, std::size_t beam,
+                             const BeamForces& forces);
 
 }  // namespace kvx

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "report/stop.h"
+#include "tables/node_box.h"
 
 namespace kvx {
 
@@ -105,6 +106,7 @@ void SumUp(const SolvedModel& solved, Reactions& out) {
     AddAt(PlaceOfNode(solved.model, node), out.centre,
           &solved.model.LoadVector[static_cast<std::size_t>(node) * DofsPerNode], loads);
   }
+  out.isLoaded = loads.F + loads.M != 0.0;
   for (const Support& support : out.supports) {
     AddAt(support.place, out.centre, support.force.data(), reactions);
   }
@@ -145,6 +147,18 @@ void EstimateRounding(const SolvedModel& solved, const std::vector<double>& size
   out.rounding = CompareWithScales(out.roundingSum, out.sumScales);
 }
 
+// sizes: |K| |u| + |F|.
+void FindBackwardError(const SolvedModel& solved, const std::vector<double>& sizes,
+                       Reactions& out) {
+  std::array<double, 2> residual{}, size{};  // of forces, of moments
+  for (std::size_t i = 0; i < sizes.size(); ++i) {
+    const std::size_t kind = i % DofsPerNode < 3 ? 0 : 1;
+    if (solved.isHeld[i] == 0) residual[kind] = LargerMagnitude(residual[kind], out.r[i]);
+    size[kind] = LargerMagnitude(size[kind], sizes[i]);
+  }
+  out.backwardError = LargerMagnitude(RatioOf(residual[0], size[0]), RatioOf(residual[1], size[1]));
+}
+
 void RequireComplete(const SolvedModel& solved) {
   const std::size_t n = solved.model.Tables.Nodes.size() * DofsPerNode;
   const bool isComplete = solved.model.Displacements.size() == n &&
@@ -167,6 +181,7 @@ void ComputeReactions(const SolvedModel& solved, Reactions& reactions) {
   ListMoved(solved, reactions);
   SumUp(solved, reactions);
   EstimateRounding(solved, sizes, reactions);
+  FindBackwardError(solved, sizes, reactions);
   reactions.residual = FindLargestDof(reactions.r, reactions.endScales, &solved.isHeld);
 }
 

@@ -62,6 +62,9 @@ std::array<Extremes, SectionForceCount> FindForceExtremes(const BeamForces& forc
 // are within 1e-9 of another one.
 std::vector<double> ListStations(const BeamForces& forces, int divisions);
 
+// Where nobody asks for another number: the quarters, with mid-length among them.
+inline constexpr int DefaultDivisions = 4;
+
 // The section forces of one beam.
 // u1, u2: 6 each, ux, uy, uz, rx, ry, rz of its nodes, global; q: line load at its nodes.
 BeamForces ComputeBeamForces(const korvex::BeamElement& beam, const double* u1, const double* u2,

@@ -183,4 +183,10 @@ BeamStresses FindBeamStresses(const SectionShape& shape, const BeamForces& force
   return found;
 }
 
+BeamStresses FindBeamStresses(const korvex::Model& model, std::size_t row,
+                              const BeamForces& forces) {
+  const SectionShape shape = MakeSectionShape(model.Tables, model.BeamElements[row], row);
+  return FindBeamStresses(shape, forces, ListStations(forces, DefaultDivisions));
+}
+
 }  // namespace kvx

@@ -56,4 +56,9 @@ struct BeamStresses {
 BeamStresses FindBeamStresses(const SectionShape& shape, const BeamForces& forces,
                               const std::vector<double>& stations);
 
+// The same of beam `row` of the model over its ends and quarters and the places where its section
+// forces are largest. Throws a Stop as MakeSectionShape does.
+BeamStresses FindBeamStresses(const korvex::Model& model, std::size_t row,
+                              const BeamForces& forces);
+
 }  // namespace kvx

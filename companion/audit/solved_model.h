@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "model/model.h"
-#include "skyline/column_counter.h"
+#include "skyline/work_share.h"
 
 namespace kvx {
 
@@ -51,18 +51,11 @@ struct SolvedModel {
   std::vector<PrescribedDof> prescribed;  // in the order of the forces
 };
 
-// The box around the nodes along the global axes. Coordinates that are not finite are left out.
-struct NodeBox {
-  korvex::Vector3 middle{};
-  double diagonal = 0.0;  // model units
-};
-NodeBox MeasureNodeBox(const korvex::ModelTables& tables);
-
-// Solves the model with the solver's own stages, without any file: the displacements have the bits
-// of a run. progress: receives the share of the factorisation in percent; may be empty, may throw.
-// Throws a Stop where a run would stop before its results. A model that can move gives NaNs or huge
-// numbers without a word.
-void SolveInMemory(std::string_view modelText, const korvex::ProgressCallback& progress,
+// Solves the model with the solver's own routines, without any file: the displacements have the
+// bits of a run. share: receives the share of the work that is done, 0 .. 1, at least some hundred
+// times during long work; may be empty, may throw to end it. Throws a Stop where a run would stop
+// before its results. A model that can move gives NaNs or huge numbers without a word.
+void SolveInMemory(std::string_view modelText, const korvex::ShareCallback& share,
                    SolvedModel& solved);
 
 // The same from displacements that are known, as from their file (displacement_file.h).

@@ -42,7 +42,7 @@ constexpr std::array<ResultKind, 6> ResultKinds{{
 }};
 
 // has: what the model has already; on return at least `needs`.
-void Provide(Needs needs, Model& model, Needs& has) {
+void Provide(Needs needs, const korvex::ShareCallback& details, Model& model, Needs& has) {
   if (has < Needs::Stresses && needs >= Needs::Stresses) {
     korvex::RecoverShellStresses(model);
     has = Needs::Stresses;
@@ -52,7 +52,7 @@ void Provide(Needs needs, Model& model, Needs& has) {
     has = Needs::Averages;
   }
   if (has < Needs::DetailModels && needs >= Needs::DetailModels) {
-    korvex::GenerateBeamShells(model);
+    korvex::GenerateBeamShells(model, details);
     has = Needs::DetailModels;
   }
 }
@@ -105,12 +105,11 @@ ResultState Compare(const ResultKind& kind, const std::string& fileName, const M
 
 }  // namespace
 
-void CompareResults(const std::string& folder, const BeforeFile& before, SolvedModel& solved,
-                    std::vector<ResultState>& results) {
+void CompareResults(const std::string& folder, const ComparisonProgress& progress,
+                    SolvedModel& solved, std::vector<ResultState>& results) {
   results.clear();
   Needs has = Needs::Displacements;
   for (const ResultKind& kind : ResultKinds) {
-    if (before) before(kind.name);
     const std::string fileName = folder + kind.name;
     std::error_code ignored;
     if (!std::filesystem::exists(fileName, ignored)) {
@@ -118,7 +117,8 @@ void CompareResults(const std::string& folder, const BeforeFile& before, SolvedM
       continue;
     }
     try {
-      Provide(kind.needs, solved.model, has);
+      Provide(kind.needs, progress.details, solved.model, has);
+      if (progress.before) progress.before(kind.name);
       results.push_back(Compare(kind, fileName, solved.model));
     } catch (const korvex::Stop& stop) {  // this model has no such result
       results.push_back(Refuse(kind.name, stop.text));

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "audit/solved_model.h"
+#include "skyline/work_share.h"
 
 namespace kvx {
 
@@ -29,13 +30,16 @@ struct ResultState {
   std::string reason;      // of Unknown, as a sentence
 };
 
-// Called before each file; may throw to interrupt the work.
-using BeforeFile = std::function<void(const char* name)>;
+// For someone who waits. Both may be empty, and may throw to interrupt the work.
+struct ComparisonProgress {
+  std::function<void(const char* name)> before;  // called before a file that is there is compared
+  korvex::ShareCallback details;                 // called while the detail models are made
+};
 
 // results: the six files in the order in which a run writes them. folder: precedes the names;
 // empty, or ends with a slash. solved: gets the stresses and detail models that a run makes, as far
 // as the files that are there need them. Detail models may take longer than the solution.
-void CompareResults(const std::string& folder, const BeforeFile& before, SolvedModel& solved,
-                    std::vector<ResultState>& results);
+void CompareResults(const std::string& folder, const ComparisonProgress& progress,
+                    SolvedModel& solved, std::vector<ResultState>& results);
 
 }  // namespace kvx

@@ -73,4 +73,12 @@ Vector3 PlaceOfNode(const korvex::Model& model, std::int32_t node) {
   return {place.x, place.y, place.z};
 }
 
+Vector3 PlaceOnBeam(const korvex::Model& model, std::int32_t beam, double s) {
+  const std::int32_t* const nodes = &model.Tables.BeamNodes[2 * static_cast<std::size_t>(beam)];
+  const Vector3 first = PlaceOfNode(model, nodes[0]), second = PlaceOfNode(model, nodes[1]);
+  Vector3 place{};
+  for (std::size_t i = 0; i < 3; ++i) place[i] = (1.0 - s) * first[i] + s * second[i];
+  return place;
+}
+
 }  // namespace kvx

@@ -40,4 +40,7 @@ void AddForceAt(const korvex::Vector3& place, const korvex::Vector3& centre, con
 
 korvex::Vector3 PlaceOfNode(const korvex::Model& model, std::int32_t node);
 
+// Global coordinates of the point at s = x / length, 0 .. 1, on the line between a beam's nodes.
+korvex::Vector3 PlaceOnBeam(const korvex::Model& model, std::int32_t beam, double s);
+
 }  // namespace kvx

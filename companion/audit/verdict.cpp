@@ -6,6 +6,7 @@
 #include "audit/force_scales.h"
 #include "report/stop.h"
 #include "system/assemble_stiffness.h"
+#include "tables/node_box.h"
 
 namespace kvx {
 

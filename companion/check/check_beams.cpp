@@ -1,7 +1,6 @@
 #include "check/check_beams.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
@@ -31,6 +30,11 @@ constexpr double NoLengthShare = 1e-6;
 
 double LargestOf(const Vector3& v) {
   return std::max({std::fabs(v[0]), std::fabs(v[1]), std::fabs(v[2])});
+}
+
+// Of the angle between two vectors. NaN where one has no length.
+double SineBetween(const Vector3& p, const Vector3& q) {
+  return Length(korvex::Cross(p, q)) / (Length(p) * Length(q));
 }
 
 std::string VectorText(const Vector3& v) {
@@ -108,27 +112,38 @@ bool CheckLength(const CheckedModel& model, std::int32_t row, const Vector3& a, 
   return false;
 }
 
+// Names a vector of which the solver makes nothing, or another direction. taken: what it makes of
+// it.
+bool CheckVectorDigits(const CheckedModel& model, std::int32_t row, const Vector3& d,
+                       const Vector3& taken, const std::string& use, FindingList& list) {
+  const Vector3& v = model.tables.BeamProperties[static_cast<std::size_t>(row)].orientation;
+  const bool isNone = !(Length(v) > 0.0) || !(Length(taken) > 0.0);
+  if (!isNone && !(SineBetween(taken, v) > NearlyParallelSine)) return false;
+  std::string fault = " is so short that its digits are lost beside the coordinates";
+  if (LargestOf(v) == 0.0) fault = " is zero";
+  const bool hasAxes = !isNone && Length(korvex::Cross(taken, d)) > 0.0;
+  const std::string makes = "; the solver would take " + VectorText(taken) + " instead.";
+  AddBeamFinding("K103", row,
+                 "orientation vector " + VectorText(v) + fault + (hasAxes ? makes : AllNaN), use,
+                 model, list);
+  return true;
+}
+
 // Names a beam whose orientation vector does not give axes. Returns whether it has none.
 bool CheckOrientation(const CheckedModel& model, std::int32_t row, const Vector3& a,
-                      const Vector3& d, FindingList& list) {
+                      const Vector3& b, FindingList& list) {
   const Vector3& v = model.tables.BeamProperties[static_cast<std::size_t>(row)].orientation;
+  const Vector3 d = korvex::Subtract(b, a);
   Vector3 ref{};
   for (std::size_t i = 0; i < 3; ++i) ref[i] = a[i] + v[i];
   const Vector3 taken = korvex::Subtract(ref, a);  // the solver's: without digits lost at `a`
-  const double vLength = Length(taken), c = Length(korvex::Cross(taken, d));
   const std::string use = "Use " + VectorText(ProposeVector(d)) + ".";
-  if (!(Length(v) > 0.0) || !(vLength > 0.0)) {
-    const bool isZero = LargestOf(v) == 0.0;
-    AddBeamFinding("K103", row,
-                   "orientation vector " + VectorText(v) +
-                       (isZero ? " is zero" : " is lost beside the coordinates") + AllNaN,
-                   use, model, list);
-    return true;
-  }
-  const double sine = c / (vLength * Length(d));
-  // What rounding makes of the sine of a vector along the axis: of the cross product, and of the
-  // vector's own digits, lost at the coordinates of node 1.
-  const double rounding = 4.0 * Epsilon * (1.0 + std::max(LargestOf(a), LargestOf(ref)) / vLength);
+  if (CheckVectorDigits(model, row, d, taken, use, list)) return true;
+  const double sine = SineBetween(taken, d);
+  // What rounding makes of the sine of a vector along the axis: of the cross product, of the axis,
+  // which is a difference of coordinates, and of the vector.
+  const double place = std::max(LargestOf(a), LargestOf(b));
+  const double rounding = 4.0 * Epsilon * (1.0 + place / Length(d)) + 2.0 * SineBetween(taken, v);
   if (!(sine > rounding)) {
     AddBeamFinding("K104", row,
                    "orientation vector " + VectorText(v) + " is parallel to its axis" + AllNaN, use,
@@ -154,8 +169,7 @@ void CheckBeams(CheckedModel& model, FindingList& list) {
     const ElementNodes beam = NodesOf(model.tables, Section::Beams, row);
     const Vector3 a = PlaceOf(model.tables, beam.nodes[0]);
     const Vector3 b = PlaceOf(model.tables, beam.nodes[1]);
-    if (CheckLength(model, row, a, b, list) ||
-        CheckOrientation(model, row, a, korvex::Subtract(b, a), list)) {
+    if (CheckLength(model, row, a, b, list) || CheckOrientation(model, row, a, b, list)) {
       state = ElementState::Broken;
     }
   }

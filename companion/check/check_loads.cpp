@@ -6,9 +6,10 @@
 #include <vector>
 
 #include "check/describe.h"
-#include "check/prescribed_displacements.h"
 #include "check/unknown_rows.h"
 #include "deck/row_formats.h"
+#include "tables/node_box.h"
+#include "tables/prescribed_displacements.h"
 
 namespace kvx {
 
@@ -17,7 +18,6 @@ using korvex::Section;
 
 namespace {
 
-constexpr std::array<const char*, 6> ForceNames{"Fx", "Fy", "Fz", "Mx", "My", "Mz"};
 constexpr std::array<Section, 4> LoadSections{Section::Forces, Section::Shell4Loads,
                                               Section::Shell3Loads, Section::BeamLoads};
 
@@ -305,7 +305,7 @@ void CheckForces(const CheckedModel& model, const Parts& parts, const FixedDofs&
                  const std::vector<std::int32_t>& rows, FindingList& findings) {
   const bool knowsElements = !HasUnknownElements(model);
   const bool knowsSupports = !HasLostRows(model, Section::Restraints);
-  const double extent = MeasureExtent(model.tables);
+  const double extent = MeasureNodeBox(model.tables).diagonal;
   const Prescribed prescribed = CollectPrescribed(model, dofs, extent);
   for (const std::int32_t row : rows) {
     const LoadRow load = FetchRow(model, Section::Forces, row);

@@ -12,6 +12,9 @@ namespace kvx {
 // The degrees of freedom of a node in their order, as messages name them.
 inline constexpr std::array<const char*, 6> DofNames{"Ux", "Uy", "Uz", "Rx", "Ry", "Rz"};
 
+// The force or moment of each.
+inline constexpr std::array<const char*, 6> ForceNames{"Fx", "Fy", "Fz", "Mx", "My", "Mz"};
+
 // Six significant digits at most: "1500", "0.25", "1e-05".
 std::string NumberText(double value);
 

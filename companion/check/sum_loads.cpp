@@ -4,9 +4,10 @@
 #include <cmath>
 
 #include "beam/beam_line_load.h"
-#include "check/prescribed_displacements.h"
 #include "check/usable_elements.h"
 #include "shell/shell_loads.h"
+#include "tables/node_box.h"
+#include "tables/prescribed_displacements.h"
 
 namespace kvx {
 
@@ -77,7 +78,7 @@ void AddElementLoads(const CheckedModel& model, const Loads& loads, Section load
 
 void AddForces(const CheckedModel& model, const FixedDofs& dofs, Adder& adder) {
   const auto& forces = model.tables.NodalForces;
-  const double extent = MeasureExtent(model.tables);
+  const double extent = MeasureNodeBox(model.tables).diagonal;
   for (std::size_t row = 0; row < forces.size(); ++row) {
     std::array<double, 6> load = forces[row].components;
     const std::int32_t node = forces[row].node;

@@ -1,12 +1,11 @@
 // kvx check: names the mistakes of a model.
-#include <iostream>
 #include <new>
 
 #include "commands/check_model.h"
 #include "commands/check_report.h"
 #include "commands/commands.h"
 #include "commands/load_model.h"
-#include "commands/terminal.h"
+#include "commands/progress.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -15,28 +14,15 @@ namespace {
 
 constexpr const char* Name = "kvx check";
 
-// Smaller files are checked before anyone can read what happens.
-constexpr std::size_t ProgressBytes = 20'000'000;
-
-// Says what takes its time, to someone who waits; and takes it back.
-void ShowProgress(const LoadedModel& model, bool isDeep) {
-  if ((model.text.size() < ProgressBytes && !isDeep) || !IsTerminal(Stream::Error)) return;
-  std::cerr << "Checking " << model.text.size() / 1'000'000 << " MB ..." << std::flush;
-}
-
-void EndProgress(const LoadedModel& model, bool isDeep) {
-  if ((model.text.size() < ProgressBytes && !isDeep) || !IsTerminal(Stream::Error)) return;
-  std::cerr << '\r' << std::string(std::string("Checking 00000 MB ...").size(), ' ') << '\r'
-            << std::flush;
-}
-
 // Fills the report, or says why that is not possible.
 ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, CheckReport& report) {
   CheckOptions options;
   options.tolerance = command.tolerance;
   options.deep = command.deep;
   std::string reason;
-  ShowProgress(model, command.deep);
+  Progress progress;
+  BeginChecking(model.file, model.text.size(), progress);
+  if (command.deep) ShowBegin({}, progress);
   try {
     CheckModel(model.text, options, report);
   } catch (const korvex::Stop& stop) {
@@ -44,7 +30,6 @@ ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, Ch
   } catch (const std::bad_alloc&) {
     reason = "there is not enough memory to check it.";
   }
-  EndProgress(model, command.deep);
   if (reason.empty()) return ExitFine;
   Complain(Name, '"' + model.file + "\": " + reason);
   return ExitUnusableData;

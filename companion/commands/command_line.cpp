@@ -10,8 +10,8 @@
 #include <map>
 
 #include "commands/commands.h"
-#include "commands/nearest_word.h"
 #include "commands/speak.h"
+#include "finding/nearest_word.h"
 
 namespace kvx {
 
@@ -19,8 +19,16 @@ namespace {
 
 struct CommandValues {
   CheckCommand check;
+  RunCommand run;
+  AuditCommand audit;
+  ReactionsCommand reactions;
+  ForcesCommand forces;
+  TopCommand top;
+  CasesCommand cases;
   ExplainCommand explain;
-  std::string checkColor = "auto", explainColor = "auto";
+  std::string color = "auto";
+  bool csv = false, json = false;
+  std::string axis;
 };
 
 ColorChoice ColorOf(const std::string& name) {
@@ -34,13 +42,38 @@ void AddColorOption(CLI::App& command, std::string& color) {
       ->type_name("WHEN");
 }
 
+void AddPlace(CLI::App& command, std::string& place) {
+  command
+      .add_option("DIR", place,
+                  "Folder with fem_solving.txt, or the file itself; else the current folder")
+      ->type_name("");
+}
+
+void AddForms(CLI::App& command, CommandValues& values) {
+  // CLI11 could tell that one excludes the other, but shows that in the help in its own words.
+  command.add_flag("--csv", values.csv, "A table with all digits, for spreadsheets");
+  command.add_flag("--json", values.json, "The same as JSON, for programs");
+}
+
+void AddYield(CLI::App& command, double& yield) {
+  command
+      .add_option("--yield", yield,
+                  "Yield stress, units of the model: stresses are given as parts of it, too")
+      ->type_name("STRESS")
+      ->check([](const std::string& text) {
+        char* end = nullptr;
+        const double stress = std::strtod(text.c_str(), &end);
+        if (end != text.c_str() && *end == '\0' && stress > 0.0 && std::isfinite(stress)) {
+          return std::string();
+        }
+        return "write a stress greater than 0, such as 235, not \"" + text + "\"";
+      });
+}
+
 void AddCheck(CLI::App& app, CommandValues& values) {
   CLI::App& command =
       *app.add_subcommand("check", "Name every mistake in a model, before it is solved");
-  command
-      .add_option("DIR", values.check.place,
-                  "Folder with fem_solving.txt, or the file itself; else the current folder")
-      ->type_name("");
+  AddPlace(command, values.check.place);
   command.add_flag("--strict", values.check.strict, "Exit status 1 for warnings, too");
   command
       .add_option("--tolerance", values.check.tolerance,
@@ -55,13 +88,207 @@ void AddCheck(CLI::App& app, CommandValues& values) {
   command.add_flag("--deep", values.check.deep,
                    "Look for mechanisms within the parts, too; takes the time of a solution");
   command.add_flag("--json", values.check.json, "Findings as JSON, for programs");
-  AddColorOption(command, values.checkColor);
+  AddColorOption(command, values.color);
   command.footer(
       "Exit status: 0 no errors, 1 errors, 64 wrong usage, 65 unusable data, 66 no model there,\n"
-      "70 a fault of kvx, 73 the output cannot be written.\n"
+      "70 a fault of kvx, 73 the output cannot be written, 130 interrupted.\n"
       "\n"
       "Example: kvx check deck\n"
       "  names the mistakes in deck/fem_solving.txt, with line, place and remedy.");
+}
+
+void AddRun(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("run", "Check a model, solve it, write its results, audit them");
+  command
+      .add_option("DIR", values.run.places,
+                  "Folders with fem_solving.txt, or the files; else the current folder. Models\n"
+                  "that differ in loads alone are solved together")
+      ->type_name("");
+  command.add_flag("--force", values.run.force, "Solve in spite of errors in the model");
+  command.add_flag("--strict", values.run.strict, "Exit status 1 for warnings, too");
+  command.add_flag("--json", values.run.json, "The audit as JSON, one line for each folder");
+  AddColorOption(command, values.color);
+  command.footer(
+      "The files are those that korvex writes, byte for byte, and displacements.bin: the\n"
+      "displacements with all digits. They get their names when all of them are complete; until\n"
+      "then, or where anything fails, those of an earlier run stay. Results of an earlier state\n"
+      "of the model are removed before it is solved.\n"
+      "\n"
+      "Exit status, the gravest of all folders: 0 solved without errors, 1 errors in the model or\n"
+      "its results, 64 wrong usage, 65 unusable data, 66 no model there, 70 a fault of kvx,\n"
+      "73 a folder that cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx run deck\n"
+      "  leaves the result files of deck/fem_solving.txt in deck.");
+}
+
+void AddAudit(CLI::App& app, CommandValues& values) {
+  CLI::App& command = *app.add_subcommand("audit", "Tell whether results can be trusted");
+  AddPlace(command, values.audit.place);
+  command.add_flag("--strict", values.audit.strict, "Exit status 1 for warnings, too");
+  AddYield(command, values.audit.yield);
+  command.add_flag("--json", values.audit.json, "The audit as JSON, for programs");
+  AddColorOption(command, values.color);
+  command.footer(
+      "Tells the sums of loads and support forces, what is left over at each node, the largest\n"
+      "displacement and stresses, and whether the result files in DIR are those of this model. "
+      "The\n"
+      "displacements are those of displacements.bin where it belongs to the model; else the model\n"
+      "is solved in memory. Moments of sums are about the global origin.\n"
+      "\n"
+      "Exit status: 0 no errors, 1 errors, 64 wrong usage, 65 unusable data, 66 no model there,\n"
+      "70 a fault of kvx, 73 the output cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx audit deck --yield 235\n"
+      "  ends with a verdict for the report: \"Verdict: balanced (2.7e-13 of the loads); ...\"");
+}
+
+void AddReactions(CLI::App& app, CommandValues& values) {
+  CLI::App& command = *app.add_subcommand("reactions", "Support forces, node by node, and sums");
+  AddPlace(command, values.reactions.place);
+  AddForms(command, values);
+  command.footer(
+      "Forces of the supports on the structure, along the global axes; moments turn by the\n"
+      "right-hand rule, those of the sums about the global origin. Units of the model. A free\n"
+      "degree of freedom is left empty (null in JSON). The sums: loads, reactions, elements that\n"
+      "are not in equilibrium by themselves (warped quadrilaterals), and what is left over.\n"
+      "\n"
+      "Exit status: 0 fine, 1 loads and reactions do not balance, or the model has errors,\n"
+      "64 wrong usage, 65 no supports, or displacements that are not numbers, 66 no model there,\n"
+      "70 a fault of kvx, 73 the output cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx reactions deck --csv > reactions.csv");
+}
+
+void AddForces(CLI::App& app, CommandValues& values) {
+  CLI::App& command = *app.add_subcommand(
+      "forces", "Section forces and stresses of beams, forces and moments of shells");
+  AddPlace(command, values.forces.place);
+  command.add_option("--beam", values.forces.beams, "Beams: all, or numbers such as 5-8,12")
+      ->type_name("LIST");
+  command.add_option("--shell", values.forces.shells, "Four-node shells, the same way")
+      ->type_name("LIST");
+  command
+      .add_option("--triangle", values.forces.triangles,
+                  "Three-node shells, which are numbered from 0 on their own")
+      ->type_name("LIST");
+  constexpr int MostDivisions = 1000;
+  command
+      .add_option("--divisions", values.forces.divisions,
+                  "Parts into which the stations divide a beam, 1 to 1000 (default: 4)")
+      ->type_name("N")
+      ->check([](const std::string& text) {
+        char* end = nullptr;
+        const long number = std::strtol(text.c_str(), &end, 10);
+        if (*end == '\0' && number >= 1 && number <= MostDivisions) return std::string();
+        return "write a number from 1 to 1000, not \"" + text + "\"";
+      });
+  command
+      .add_option("--axis", values.axis,
+                  "Direction that is axis 1 of all shells, projected on them: 1,0,0")
+      ->type_name("X,Y,Z");
+  command.add_flag("--corners", values.forces.corners, "Shells at their corners, too");
+  AddForms(command, values);
+  command.footer(
+      "Without a list: all beams, or all shells of a model without beams.\n"
+      "\n"
+      "Beams: N, Vy, Vz, T, My, Mz about the centroid, local axes (x from the first node to the\n"
+      "second, z the web's direction, y = z x x), on the face whose outward normal is +x. N > 0\n"
+      "is tension; My > 0 stretches the +z side, Mz > 0 the -y side. Stresses sigma (tension\n"
+      "positive), tau, von Mises at the points of the section. With --beam also the stress of the\n"
+      "detail model at mid-length.\n"
+      "\n"
+      "Shells: nx, ny, nxy (force/length, tension positive), mx, my, mxy (moment/length; mx > 0\n"
+      "stretches the upper face along axis 1), qx, qy (force/length). Axis 1 runs from the first\n"
+      "node to the second, or is that of --axis; axis 3 is the normal on the upper side, axis 2 =\n"
+      "3 x 1. Where the direction of --axis is normal to a shell, global x is projected instead,\n"
+      "and the output says so. Units of the model.\n"
+      "\n"
+      "Exit status: 0 fine, 1 the model has errors, 64 wrong usage, 65 no supports, or\n"
+      "displacements that are not numbers, 66 no model there, 70 a fault of kvx, 73 the output\n"
+      "cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx forces deck --beam 5-8 --csv > forces.csv\n"
+      "         kvx forces deck --shell all --axis 1,0,0 --csv > shells.csv");
+}
+
+// Whole numbers: what CLI11 makes of "-3" is a very large one.
+std::string RefuseCount(const std::string& text) {
+  constexpr std::size_t MostDigits = 18;  // fit a 64-bit number
+  const bool isCount = !text.empty() && text.size() <= MostDigits &&
+                       text.find_first_not_of("0123456789") == std::string::npos;
+  return isCount ? "" : "write a number such as 20, not \"" + text + "\"";
+}
+
+void AddTop(CLI::App& app, CommandValues& values) {
+  CLI::App& command = *app.add_subcommand("top", "The highest stresses, and where they are");
+  AddPlace(command, values.top.place);
+  command.add_option("-n,--count", values.top.count, "How many (default: 20)")
+      ->type_name("N")
+      ->check(RefuseCount);
+  command.add_option("--of", values.top.quantity, "What is ranked, see below (default: stress)")
+      ->type_name("QUANTITY");
+  command
+      .add_option("--by", values.top.grouping,
+                  "One list for each thickness, material, section or part")
+      ->check(CLI::IsMember({"whole", "thickness", "material", "section", "part"}).description(""))
+      ->type_name("GROUP");
+  AddYield(command, values.top.yield);
+  command.add_flag("--unaveraged", values.top.unaveraged,
+                   "Stresses of single elements, not averaged over neighbours");
+  command.add_flag("--everywhere", values.top.everywhere,
+                   "Detail models of beams along the whole length, not at mid-length alone");
+  AddForms(command, values);
+  command.footer(
+      "QUANTITY: stress        von Mises stress of shells and of beams: the three lists below\n"
+      "          shells        upper or lower face, the larger\n"
+      "          beams         in their detail models, which take their time\n"
+      "          section       of beams, from their section forces along the whole length\n"
+      "          upper, lower, middle, bending   von Mises stress of a face of the shells (the\n"
+      "                        upper one lies on the side of the normal), of the bending alone\n"
+      "          tension, compression   largest and smallest principal stress of shells; tension\n"
+      "                        is positive\n"
+      "          displacement  its size; ux, uy, uz, rx, ry, rz: its components, global axes,\n"
+      "                        by size, with their signs; rotations in radians\n"
+      "Each element or node stands in a list once, with its largest value. Units of the model.\n"
+      "\n"
+      "Exit status: 0 fine, 1 a value is not a number, or the model has errors, 64 wrong usage,\n"
+      "65 unusable data, 66 no model there, 70 a fault of kvx, 73 the output cannot be written,\n"
+      "130 interrupted.\n"
+      "\n"
+      "Example: kvx top deck -n 20 --yield 235");
+}
+
+void AddCases(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("cases", "Load cases, combinations, envelopes with one factorisation");
+  command.add_option("FILE", values.cases.file, "The load cases; else cases.toml")->type_name("");
+  command
+      .add_option("-o,--output", values.cases.output,
+                  "Folder of the results; else \"results\" beside FILE")
+      ->type_name("DIR");
+  command.add_flag("--force", values.cases.force, "Solve in spite of errors in the model");
+  command.add_flag("--strict", values.cases.strict, "Exit status 1 for warnings, too");
+  command.add_flag("--json", values.cases.json, "The audits as JSON, for programs");
+  AddColorOption(command, values.color);
+  command.footer(
+      "FILE:  structure = \"fem_solving.txt\"        its own loads are the case \"base\"\n"
+      "       [case.ballast]\n"
+      "       loads = \"ballast.txt\"                the sections NFOR .. NDL_B of a model file\n"
+      "       [case.weight]\n"
+      "       acceleration = [0, 0, -9810]         self-weight\n"
+      "       [combination.uls]\n"
+      "       factors = { base = 1.35, ballast = 1.5, weight = 1.35 }\n"
+      "       [envelope.all]                       else one of all combinations, or of all cases\n"
+      "       of = [\"uls\", \"base\"]\n"
+      "\n"
+      "Exit status: 0 solved without errors, 1 errors in the model or its results, 64 wrong "
+      "usage,\n"
+      "65 unusable data, 66 no such file, 70 a fault of kvx, 73 a folder that cannot be written,\n"
+      "130 interrupted.\n"
+      "\n"
+      "Example: kvx cases deck/cases.toml");
 }
 
 void AddExplain(CLI::App& app, CommandValues& values) {
@@ -70,7 +297,7 @@ void AddExplain(CLI::App& app, CommandValues& values) {
       .add_option("CODE", values.explain.codes, "Codes of findings; without one, all are listed")
       ->type_name("");
   command.add_flag("--page", values.explain.page, "The page docs/findings.md with all codes");
-  AddColorOption(command, values.explainColor);
+  AddColorOption(command, values.color);
   command.footer("Example: kvx explain K104");
 }
 
@@ -85,6 +312,12 @@ void Describe(CLI::App& app, CommandValues& values) {
   app.get_formatter()->label("Positionals", "Arguments");
   app.require_subcommand(1);
   AddCheck(app, values);
+  AddRun(app, values);
+  AddAudit(app, values);
+  AddReactions(app, values);
+  AddForces(app, values);
+  AddTop(app, values);
+  AddCases(app, values);
   AddExplain(app, values);
   CLI::App& licenses = *app.add_subcommand("licenses", "Show the licences of what kvx contains");
   licenses.footer("Example: kvx licenses | less");
@@ -152,26 +385,92 @@ ExitStatus RefuseExtra(const CLI::App& app, const CLI::App* command) {
   return ExitUsage;
 }
 
-ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
-  if (app.got_subcommand("licenses")) return RunLicenses();
-  if (app.got_subcommand("explain")) {
-    values.explain.color = ColorOf(values.explainColor);
-    return RunExplain(values.explain);
-  }
-  const bool isGiven = app.get_subcommand("check")->count("--tolerance") > 0;
+ExitStatus RunChecked(const CLI::App& command, CommandValues& values) {
+  const bool isGiven = command.count("--tolerance") > 0;
   if (isGiven && !(values.check.tolerance > 0.0 && std::isfinite(values.check.tolerance))) {
     Complain("kvx check", "--tolerance is a length greater than 0, in the units of the model.");
     return ExitUsage;
   }
-  values.check.color = ColorOf(values.checkColor);
+  values.check.color = ColorOf(values.color);
   return RunCheck(values.check);
+}
+
+// Reads "1,0,0". Returns false where that is no direction.
+bool ReadAxis(const std::string& text, korvex::Vector3& axis) {
+  const char* at = text.c_str();
+  double size = 0.0;
+  for (std::size_t i = 0; i < 3; ++i) {
+    char* end = nullptr;
+    axis[i] = std::strtod(at, &end);
+    if (end == at || !std::isfinite(axis[i]) || *end != (i < 2 ? ',' : '\0')) return false;
+    at = end + 1;
+    size = std::max(size, std::fabs(axis[i]));
+  }
+  return size > 0.0;
+}
+
+ExitStatus RunForced(const CLI::App& command, CommandValues& values) {
+  FrameChoice& choice = values.forces.axis;
+  choice.byAxis = command.count("--axis") > 0;
+  if (choice.byAxis && !ReadAxis(values.axis, choice.axis)) {
+    Complain("kvx forces", "--axis is a direction of three numbers, not all 0, such as 1,0,0; \"" +
+                               values.axis + "\" is not.");
+    return ExitUsage;
+  }
+  return RunForces(values.forces);
+}
+
+// "--beam: 1 required LIST missing" in words for people.
+std::string PlainText(std::string text) {
+  const std::string before = ": 1 required ", after = " missing";
+  const std::size_t at = text.find(before), end = text.rfind(after);
+  if (at == std::string::npos || end == std::string::npos || end < at) return text;
+  const std::size_t name = at + before.size();
+  return text.substr(0, at) + " needs its " + text.substr(name, end - name) + " behind it";
+}
+
+ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
+  const CLI::App* const command = app.get_subcommands().front();
+  const std::string name = command->get_name();
+  if (values.csv && values.json) {
+    Complain("kvx " + name, "--csv or --json, not both.");
+    return ExitUsage;
+  }
+  const OutputForm form = values.csv    ? OutputForm::Csv
+                          : values.json ? OutputForm::Json
+                                        : OutputForm::Text;
+  values.reactions.form = values.forces.form = values.top.form = form;
+  const ColorChoice color = ColorOf(values.color);
+  values.run.color = values.audit.color = values.cases.color = values.explain.color = color;
+  if (name == "check") return RunChecked(*command, values);
+  if (name == "run") return RunRun(values.run);
+  if (name == "audit") return RunAudit(values.audit);
+  if (name == "reactions") return RunReactions(values.reactions);
+  if (name == "forces") return RunForced(*command, values);
+  if (name == "top") return RunTop(values.top);
+  if (name == "cases") return RunCases(values.cases);
+  if (name == "explain") return RunExplain(values.explain);
+  return RunLicenses();
+}
+
+// "kvx help COMMAND" is "kvx COMMAND --help", and "kvx help" is "kvx --help".
+ExitStatus RunHelp(const std::vector<std::string>& arguments) {
+  if (arguments.size() > 2) {
+    Complain("kvx help", "\"" + arguments[2] + "\" is one word too many.");
+    return ExitUsage;
+  }
+  if (arguments.size() == 1) return RunCommandLine({"--help"});
+  return RunCommandLine({arguments[1], "--help"});
 }
 
 }  // namespace
 
 ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
+  if (!arguments.empty() && arguments.front() == "help") return RunHelp(arguments);
   CommandValues values;
-  CLI::App app("kvx, the companion of korvex: sees that a model is right before it is solved.");
+  CLI::App app(
+      "kvx, the companion of korvex: sees that a model is right, solves it, and reads its "
+      "results.");
   Describe(app, values);
   if (arguments.empty()) {
     Complain("kvx", "which command?");
@@ -199,7 +498,7 @@ ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
     return RefuseExtra(app, given());  // no command, but options
   } catch (const CLI::ParseError& error) {
     const std::string who = given() == nullptr ? "kvx" : "kvx " + given()->get_name();
-    Complain(who, std::string(error.what()) + ". \"" + who + " --help\" shows the options.");
+    Complain(who, PlainText(error.what()) + ". \"" + who + " --help\" shows the options.");
     return ExitUsage;
   }
   return RunParsed(app, values);

@@ -1,10 +1,15 @@
 // The commands of kvx: options in, text out. Each returns the exit status.
 #pragma once
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "audit/section_forces.h"
+#include "audit/shell_frame.h"
 #include "commands/exit_status.h"
+#include "commands/output_form.h"
 #include "commands/speak.h"
 
 namespace kvx {
@@ -24,7 +29,68 @@ struct ExplainCommand {
   ColorChoice color = ColorChoice::Auto;
 };
 
+struct RunCommand {
+  std::vector<std::string> places{"."};  // folders with a model file, or such files
+  bool force = false;                    // solve in spite of errors that the check finds
+  bool strict = false;                   // warnings count as errors do, of the check and the audit
+  bool json = false;
+  ColorChoice color = ColorChoice::Auto;
+};
+
+struct AuditCommand {
+  std::string place = ".";
+  bool strict = false;  // warnings count as errors do
+  double yield = 0.0;   // yield stress, model units; 0: none is given
+  bool json = false;
+  ColorChoice color = ColorChoice::Auto;
+};
+
+struct ReactionsCommand {
+  std::string place = ".";
+  OutputForm form = OutputForm::Text;
+};
+
+struct ForcesCommand {
+  std::string place = ".";
+  // "all" or a list such as "5-8,12"; none: see RunForces. Shells have four nodes, triangles three;
+  // each kind is numbered from 0.
+  std::optional<std::string> beams, shells, triangles;
+  int divisions = DefaultDivisions;  // of each beam: stations between its ends, and one more
+  FrameChoice axis;                  // of shells
+  bool corners = false;              // of shells: the corners, besides the centres
+  OutputForm form = OutputForm::Text;
+};
+
+struct TopCommand {
+  std::string place = ".";
+  std::size_t count = 20;
+  std::string quantity = "stress";  // a name of ListQuantityNames
+  std::string grouping = "whole";   // whole, thickness, material, section or part
+  double yield = 0.0;               // yield stress, model units; 0: none is given
+  bool unaveraged = false;          // stresses as recovered at the corners of single elements
+  bool everywhere = false;          // beams: not at mid-length alone
+  OutputForm form = OutputForm::Text;
+};
+
+struct CasesCommand {
+  std::string file = "cases.toml";
+  std::string output;   // folder of the results; "": "results" beside the file
+  bool force = false;   // solve in spite of errors that the check finds
+  bool strict = false;  // warnings count as errors do
+  bool json = false;
+  ColorChoice color = ColorChoice::Auto;
+};
+
 ExitStatus RunCheck(const CheckCommand& command);
+ExitStatus RunRun(const RunCommand& command);
+ExitStatus RunAudit(const AuditCommand& command);
+ExitStatus RunReactions(const ReactionsCommand& command);
+
+// Without a list: all beams; in a model without beams all shells and triangles. As text, a model of
+// many elements is then shown by its extremes.
+ExitStatus RunForces(const ForcesCommand& command);
+ExitStatus RunTop(const TopCommand& command);
+ExitStatus RunCases(const CasesCommand& command);
 ExitStatus RunExplain(const ExplainCommand& command);
 ExitStatus RunLicenses();
 

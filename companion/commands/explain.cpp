@@ -3,10 +3,10 @@
 #include <cctype>
 
 #include "commands/commands.h"
-#include "commands/nearest_word.h"
 #include "finding/codes.h"
 #include "finding/findings_page.h"
 #include "finding/findings_text.h"
+#include "finding/nearest_word.h"
 
 namespace kvx {
 

@@ -63,4 +63,11 @@ ExitStatus LoadModel(const std::string& place, LoadedModel& model, std::string& 
   return ExitFine;
 }
 
+// The same file may have several names: where the system does not tell capitals from small letters,
+// or by a link.
+bool IsModelOfFolder(const LoadedModel& model) {
+  std::error_code error;
+  return fs::equivalent(fs::u8path(model.file).filename(), ModelFileName, error);
+}
+
 }  // namespace kvx

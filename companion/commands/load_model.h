@@ -19,4 +19,8 @@ struct LoadedModel {
 // it. Changes the current folder to that of the file.
 ExitStatus LoadModel(const std::string& place, LoadedModel& model, std::string& complaint);
 
+// Whether it is the model file of its folder: results stand beside the one that has this name, and
+// the solver reads no other. The current folder must be that of the file.
+bool IsModelOfFolder(const LoadedModel& model);
+
 }  // namespace kvx

@@ -2,6 +2,8 @@
 // Needs the types of windows.h.
 #include <shellapi.h>
 
+#include <csignal>
+
 #include "commands/terminal.h"
 
 namespace kvx {
@@ -33,6 +35,13 @@ std::vector<std::string> ListArguments(int, char**) {
   return arguments;
 }
 
+// Names of files have no double quotes there.
+std::string QuoteArgument(const std::string& argument) {
+  constexpr const char* Special = " \t'$&;,|<>(){}[]@#~`!^=%";
+  if (!argument.empty() && argument.find_first_of(Special) == std::string::npos) return argument;
+  return '"' + argument + '"';
+}
+
 void PrepareConsole() { SetConsoleOutputCP(CP_UTF8); }
 
 bool IsTerminal(Stream stream) {
@@ -54,5 +63,7 @@ std::size_t TerminalWidth() {
   const int width = info.srWindow.Right - info.srWindow.Left;  // the last column breaks the line
   return width > 0 ? static_cast<std::size_t>(width) : 0;
 }
+
+std::vector<int> ListEndSignals() { return {SIGINT, SIGTERM}; }
 
 }  // namespace kvx

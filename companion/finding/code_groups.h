@@ -20,8 +20,10 @@ inline const char* GroupOf(const std::string& code) {
       return "Loads";
     case '5':
       return "Size and order";
-    default:
+    case '6':
       return "Units and plausibility";
+    default:
+      return "Results";
   }
 }
 

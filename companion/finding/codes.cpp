@@ -6,9 +6,9 @@ namespace kvx {
 
 namespace {
 
-std::array<const std::vector<CodeText>*, 7> Groups() {
-  return {&TextCodes, &ElementCodes, &MeshCodes,        &SupportCodes,
-          &LoadCodes, &SizeCodes,    &PlausibilityCodes};
+std::array<const std::vector<CodeText>*, 8> Groups() {
+  return {&TextCodes, &ElementCodes, &MeshCodes,         &SupportCodes,
+          &LoadCodes, &SizeCodes,    &PlausibilityCodes, &ResultCodes};
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 //
 //   K0xx  text of the file         K1xx  elements and tables    K2xx  mesh
 //   K3xx  supports, mechanisms     K4xx  loads                  K5xx  size and order
-//   K6xx  units and plausibility
+//   K6xx  units and plausibility    K7xx  results
 //
 // Codes are never used again for another thing: people write them into their notes.
 #pragma once
@@ -33,6 +33,7 @@ extern const std::vector<CodeText> SupportCodes;       // K3xx
 extern const std::vector<CodeText> LoadCodes;          // K4xx
 extern const std::vector<CodeText> SizeCodes;          // K5xx
 extern const std::vector<CodeText> PlausibilityCodes;  // K6xx
+extern const std::vector<CodeText> ResultCodes;        // K7xx
 
 // All of them in ascending order.
 std::vector<const CodeText*> ListCodes();

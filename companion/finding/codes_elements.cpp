@@ -24,7 +24,8 @@ const std::vector<CodeText> ElementCodes{
      "The orientation vector gives the direction of a beam's web. A zero vector gives none; nor "
      "does one that is so short that its digits are lost beside the coordinates.",
      "It divides by the vector's length. All displacements of everything that is connected with "
-     "the beam are NaN, with the exit status 0. Also a tube needs a vector.",
+     "the beam are NaN, with the exit status 0. Of a vector that has lost some of its digits it "
+     "takes what is left, and the web stands in another direction. Also a tube needs a vector.",
      "Write the direction of the web, from its free edge to the flange. Its length does not "
      "matter.",
      "4:12,13<0,0,0>[0,BeamSecType=2,BeamSecIndex=0,BeamSecOz=0,BeamSecMirrored=0]",

@@ -58,7 +58,7 @@ const std::vector<CodeText> PlausibilityCodes{
      "than 100 times stiffer than most elements, is left out.",
      "It takes E as it is, and does not use the density. If E is wrong, all displacements are "
      "wrong by a power of 10. If the density is, the mass that this check reports is wrong, and "
-     "so would be a self-weight.",
+     "so would be a self-weight: where kvx cases makes one, this is an error.",
      "Steel has 2.06e11 and 7850 in N and m, 2.06e8 and 7.85 in kN and m, 206000 and 7.85e-9 in "
      "N and mm, 206 and 7.85e-6 in kN and mm.",
      "#0:\nE=206\nMu=0.3\nDensity=7.85e-9", "#0:\nE=206000\nMu=0.3\nDensity=7.85e-9"},

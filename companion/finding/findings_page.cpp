@@ -11,12 +11,12 @@ namespace kvx {
 namespace {
 
 constexpr const char* Opening =
-    "# What `kvx check` finds\n"
+    "# What `kvx check` and `kvx audit` find\n"
     "\n"
     "Each kind of finding has a code, which keeps its meaning. `kvx explain K104` shows the text "
     "of\n"
-    "one, `kvx explain` lists all. How the command is used stands in\n"
-    "[the page of the companion](companion.md).\n"
+    "one, `kvx explain` lists all. The group K7xx comes from `kvx audit`, all others from\n"
+    "`kvx check`. How the commands are used stands in [the page of the companion](companion.md).\n"
     "\n"
     "- An **error** stops the run, or makes its results wrong or not numbers.\n"
     "- A **warning** is nearly always a mistake.\n"

@@ -87,6 +87,11 @@ const char* SeverityName(Severity severity) {
   return "";
 }
 
+std::string NameFinding(const Finding& finding) {
+  const std::string place = PlaceText(finding);
+  return finding.code + (place.empty() ? ": " : " " + place) + finding.message;
+}
+
 std::string FindingText(const Finding& finding, const TextStyle& style) {
   const std::string label = SeverityLabel(finding.severity);
   const std::string text =

@@ -27,6 +27,9 @@ const char* SeverityName(Severity severity);
 // text is UTF-8 without control characters.
 std::string FindingText(const Finding& finding, const TextStyle& style);
 
+// "K104 line 7019: beam 10 ...": a finding within a sentence, without its remedy.
+std::string NameFinding(const Finding& finding);
+
 // "3 errors, 1 warning, 2 hints"; kinds that do not occur are left out, but "No errors, no
 // warnings." stands where neither occurs.
 std::string TotalText(const FindingList& list);

@@ -17,6 +17,7 @@
 #include "support/dof_names.h"
 #include "support/expect_stop.h"
 #include "support/good_models.h"
+#include "support/same_bits.h"
 #include "support/shell_mesh.h"
 #include "support/shell_shapes.h"
 #include "support/solve_model.h"
@@ -528,6 +529,38 @@ TEST(ShellResultants, HaveNoDirectionWherePrincipalStressesAreEqual) {
   }
 }
 
+std::vector<double> ListResultants(const PlaneTensor& n, const PlaneTensor& m, double qx,
+                                   double qy) {
+  return {n.x, n.y, n.xy, m.x, m.y, m.xy, qx, qy};
+}
+
+TEST(ShellResultants, CentresAloneHaveTheSameBits) {
+  std::size_t quads = 0, triangles = 0;
+  for (std::uint32_t seed = 0; seed < 6; ++seed) {
+    Model model;
+    SolveModel(MakeGoodModel(seed), model);
+    for (const FrameChoice& choice : {FrameChoice{}, FrameChoice{true, {1.0, 2.0, 3.0}}}) {
+      std::int32_t e = 0;
+      ForAllShells(model, choice, [&](const ShellResultants& r) {
+        CentreResultants centre;
+        if (r.corners == 4) {
+          ComputeShell4Centre(model, e, choice, centre);
+          ++quads;
+        } else {
+          ComputeShell3Centre(model, e - model.Tables.NELEM_S_4ND, choice, centre);
+          ++triangles;
+        }
+        ++e;
+        const ShellPoint& full = r.centre;
+        EXPECT_TRUE(korvex::test::SameBits(ListResultants(centre.n, centre.m, centre.qx, centre.qy),
+                                           ListResultants(full.n, full.m, full.qx, full.qy)));
+      });
+    }
+  }
+  EXPECT_GT(quads, 0U);
+  EXPECT_GT(triangles, 0U);
+}
+
 TEST(ShellResultants, AreNanWhereTheDisplacementsAre) {
   Model model = SingleShell<4>(korvex::test::UnitSquare, ShearField);
   model.Displacements[6] = std::numeric_limits<double>::quiet_NaN();
@@ -551,6 +584,11 @@ TEST(ShellResultants, StopWhereTheModelDoesNotFit) {
   ShellResultants r;
   Model quad = SingleShell<4>(korvex::test::UnitSquare, ShearField);
   Model triangle = SingleShell<3>(korvex::test::ScaleneTriangle, ShearField);
+  CentreResultants centre;
+  ExpectStop([&] { ComputeShell4Centre(quad, 1, {}, centre); },
+             "Four-node shell element 1 does not exist; there are 1.");
+  ExpectStop([&] { ComputeShell3Centre(triangle, 1, {}, centre); },
+             "Three-node shell element 1 does not exist; there are 1.");
   const auto work4 = [&] { ComputeShell4Resultants(quad, 0, {}, r); };
   const auto work3 = [&] { ComputeShell3Resultants(triangle, 0, {}, r); };
   for (const std::int32_t e : {-1, 1}) {

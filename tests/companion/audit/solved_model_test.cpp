@@ -76,14 +76,14 @@ TEST(SolvedModel, WritesNoFile) {
 
 TEST(SolvedModel, ReportsProgressAndCanBeInterrupted) {
   const std::string text = WriteModel(Cantilever());
-  int last = 0;
+  double last = 0.0;
   SolvedModel solved;
   SolveInMemory(
-      text, [&](int percent) { last = percent; }, solved);
-  EXPECT_EQ(last, 100);
+      text, [&](double share) { last = share; }, solved);
+  EXPECT_EQ(last, 1.0);
   struct Interruption {};
   EXPECT_THROW(SolveInMemory(
-                   text, [](int) { throw Interruption(); }, solved),
+                   text, [](double) { throw Interruption(); }, solved),
                Interruption);
 }
 

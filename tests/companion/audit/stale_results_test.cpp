@@ -102,8 +102,8 @@ TEST(StaleResults, LookAtEveryFileOfARun) {
   SolvedModel solved;
   SolveInMemory(run.text, {}, solved);
   std::vector<ResultState> results;
-  CompareResults(
-      run.prefix, [&](const char* name) { announced.emplace_back(name); }, solved, results);
+  CompareResults(run.prefix, {[&](const char* name) { announced.emplace_back(name); }, {}}, solved,
+                 results);
   ASSERT_EQ(results.size(), announced.size());
   for (std::size_t k = 0; k < results.size(); ++k) {
     compared.insert(results[k].name);
@@ -228,9 +228,10 @@ TEST(StaleResults, CanBeInterrupted) {
   SolvedModel solved;
   SolveInMemory(run.text, {}, solved);
   std::vector<ResultState> results;
-  EXPECT_THROW(CompareResults(
-                   run.prefix, [](const char*) { throw Interruption(); }, solved, results),
-               Interruption);
+  const ComparisonProgress atFile{[](const char*) { throw Interruption(); }, {}};
+  EXPECT_THROW(CompareResults(run.prefix, atFile, solved, results), Interruption);
+  const ComparisonProgress atDetails{{}, [](double) { throw Interruption(); }};
+  EXPECT_THROW(CompareResults(run.prefix, atDetails, solved, results), Interruption);
 }
 
 using TakeRoutine = bool (*)(const FileWriter&, const TakeBytes&);

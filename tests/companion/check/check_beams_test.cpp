@@ -119,19 +119,68 @@ TEST(CheckBeams, SaysWhatIsWrong) {
             "to its axis; all displacements would be NaN.");
 }
 
-// The solver adds the vector to node 1 and takes node 1 off again: a vector of 1e-9 beside 1500 has
-// no digits left, and is named although it stands square to the axis.
+// The web's direction as the solver takes it.
+Point WebOf(const ModelText& model) {
+  korvex::BeamElement beam;
+  beam.NodeI = model.nodes[0];
+  beam.NodeJ = model.nodes[1];
+  for (std::size_t i = 0; i < 3; ++i) {
+    beam.RefPoint[i] = beam.NodeI[i] + model.beams[0].orientation[i];
+  }
+  korvex::BeamFrame frame;
+  korvex::ComputeBeamFrame(beam, frame);
+  return {frame[6], frame[7], frame[8]};
+}
+
+// A short vector along the axis is no longer exactly along it beside the coordinates.
+TEST(CheckBeams, NamesAShortVectorAlongTheAxis) {
+  for (const double scale : {1e-6, 1e-8, -1e-9}) {
+    ModelText model = BeamAlong({301, 607, 10});
+    for (double& component : model.beams[0].orientation) component *= scale;
+    ExpectOnly(Check(model), {"K104", "NELEM_B", 0});
+  }
+}
+
+// The solver adds the vector to node 1 and takes node 1 off again: beside 1500 a vector of 1e-14
+// has no digits left, and is named although it stands square to the axis.
 TEST(CheckBeams, NamesAVectorLostBesideTheCoordinates) {
   ModelText model = BeamAlong({0, 600, 0});
   model.beams[0].orientation = {1e-14, 0, 0};
-  ExpectOnly(Check(model), {"K103", "NELEM_B", 0});
-  korvex::BeamElement beam;
-  beam.NodeI = {1500, 600, 0};
-  beam.NodeJ = {1500, 1200, 0};
-  beam.RefPoint = {1500 + 1e-14, 600, 0};
-  korvex::BeamFrame frame;
-  korvex::ComputeBeamFrame(beam, frame);
-  EXPECT_TRUE(std::isnan(frame[3]));
+  const CheckReport report = Check(model);
+  ExpectOnly(report, {"K103", "NELEM_B", 0});
+  EXPECT_EQ(report.findings.findings.front().message,
+            "beam 0 at (1500, 600, 0) .. (1500, 1200, 0): orientation vector <1e-14,0,0> is so "
+            "short that its digits are lost beside the coordinates; all displacements would be "
+            "NaN.");
+  EXPECT_TRUE(std::isnan(WebOf(model)[0]));
+}
+
+// Half a unit in the last place of 1500 is 1.14e-13: x is lost, beside z = 0 nothing is.
+TEST(CheckBeams, NamesAVectorLostInPart) {
+  ModelText model = BeamAlong({0, 600, 0});
+  model.beams[0].orientation = {1e-13, 0, 2e-13};
+  const CheckReport report = Check(model);
+  ExpectOnly(report, {"K103", "NELEM_B", 0});
+  EXPECT_EQ(report.findings.findings.front().message,
+            "beam 0 at (1500, 600, 0) .. (1500, 1200, 0): orientation vector <1e-13,0,2e-13> is "
+            "so short that its digits are lost beside the coordinates; the solver would take "
+            "<0,0,2e-13> instead.");
+  EXPECT_EQ(WebOf(model), (Point{0, 0, 1}));
+}
+
+// Short vectors whose direction is left as it is.
+TEST(CheckBeams, LeavesShortVectorsThatKeepTheirDirection) {
+  for (const Point& v : {Point{0, 0, 1e-13}, Point{0, 0, 1e-14}, Point{1e-9, 0, 2e-9}}) {
+    for (const double z : {0.0, 37.0}) {
+      ModelText model = BeamAlong({0, 600, 0});
+      model.nodes[0][2] = model.nodes[1][2] = z;
+      model.beams[0].orientation = v;
+      ExpectNone(Check(model));
+      const double length = std::hypot(v[0], v[2]);
+      EXPECT_NEAR(WebOf(model)[0], v[0] / length, 1e-3);  // the digits that 1e-9 has beside 1500
+      EXPECT_NEAR(WebOf(model)[2], v[2] / length, 1e-3);
+    }
+  }
 }
 
 }  // namespace

@@ -6,9 +6,10 @@
 #include <limits>
 
 #include "check/check_loads.h"
-#include "check/prescribed_displacements.h"
 #include "support/expect_findings.h"
 #include "support/good_models.h"
+#include "tables/node_box.h"
+#include "tables/prescribed_displacements.h"
 
 namespace kvx::test {
 namespace {
@@ -51,7 +52,9 @@ Expected AtRow(const char* code, const char* table, std::size_t row) {
   return expected;
 }
 
-double ExtentOf(const ModelText& model) { return MeasureExtent(Check(model).model.tables); }
+double ExtentOf(const ModelText& model) {
+  return MeasureNodeBox(Check(model).model.tables).diagonal;
+}
 
 TEST(CheckLoads, NameAForceOnANodeThatDoesNotExist) {
   for (std::uint32_t seed = 0; seed < Seeds; ++seed) {

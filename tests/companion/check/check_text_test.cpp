@@ -27,6 +27,12 @@ int AnyRow(const TextDeck& deck, const std::string& key, Dice& dice) {
   return RollInteger(dice, 0, CountOf(deck, key) - 1);
 }
 
+// A line with a value in a row that takes several lines: all but the first, which has its number.
+std::size_t AnyValueLine(const TextDeck& deck, const std::string& key, int row, Dice& dice) {
+  const int last = static_cast<int>(LinesPerRow(key)) - 1;
+  return RowLine(deck, key, row) + static_cast<std::size_t>(RollInteger(dice, 1, last));
+}
+
 template <typename Item>
 const Item& Any(const std::vector<Item>& items, Dice& dice) {
   return items[static_cast<std::size_t>(RollInteger(dice, 0, static_cast<int>(items.size()) - 1))];
@@ -361,9 +367,7 @@ TEST(CheckText, NamesACommaWithinANumber) {
   ExpectNamed([](TextDeck& deck, Dice& dice, Place& place) {
     const std::string key = AnySection(deck, BlockKeys, 1, dice);
     const int row = AnyRow(deck, key, dice);
-    const std::size_t line =
-        RowLine(deck, key, row) +
-        static_cast<std::size_t>(RollInteger(dice, 1, static_cast<int>(LinesPerRow(key)) - 1));
+    const std::size_t line = AnyValueLine(deck, key, row, dice);
     std::string& text = deck.lines[line];
     const std::size_t equals = text.find('=');
     text = text.substr(0, equals + 1) + (RollYes(dice) ? "206,000" : "0,3");
@@ -398,9 +402,7 @@ TEST(CheckText, NamesAMisspeltName) {
   ExpectNamed([](TextDeck& deck, Dice& dice, Place& place) {
     const std::string key = AnySection(deck, BlockKeys, 1, dice);
     const int row = AnyRow(deck, key, dice);
-    const std::size_t line =
-        RowLine(deck, key, row) +
-        static_cast<std::size_t>(RollInteger(dice, 1, static_cast<int>(LinesPerRow(key)) - 1));
+    const std::size_t line = AnyValueLine(deck, key, row, dice);
     std::string& text = deck.lines[line];
     const std::size_t equals = text.find('=');
     switch (RollInteger(dice, 0, 2)) {
@@ -508,9 +510,7 @@ TEST(CheckText, NamesADoubledLine) {
     const std::string key = AnySection(deck, {"NMT", "NTBS", "NLBS", "NCBS"}, 1, dice);
     if (key.empty()) return false;
     const int row = AnyRow(deck, key, dice);
-    const std::size_t line =
-        RowLine(deck, key, row) +
-        static_cast<std::size_t>(RollInteger(dice, 1, static_cast<int>(LinesPerRow(key)) - 1));
+    const std::size_t line = AnyValueLine(deck, key, row, dice);
     Insert(deck, line, deck.lines[line]);
     place = At("K010", key, -1, line + 1);
     return true;

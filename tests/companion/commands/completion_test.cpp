@@ -16,6 +16,7 @@ std::string Complete(const std::string& words) {
   const TempFolder folder;
   std::filesystem::create_directory(folder.Path() / "deck one");
   korvex::test::WriteFile(folder.Path() / "deck.txt", "");
+  korvex::test::WriteFile(folder.Path() / "cases.toml", "");
   const std::string line = "source \"" KORVEX_SOURCE
                            "/companion/completion/kvx\" && "
                            "COMP_WORDS=(" +
@@ -38,7 +39,9 @@ TEST(KvxCompletion, IsKnownToBash) {
 
 TEST(KvxCompletion, CompletesCommands) {
   EXPECT_EQ(Complete("kvx ch"), "check\n");
-  EXPECT_EQ(Complete("kvx \"\""), "check\nexplain\nlicenses\n--help\n--version\n");
+  EXPECT_EQ(Complete("kvx \"\""),
+            "check\nrun\naudit\nreactions\nforces\ntop\ncases\nexplain\nlicenses\n--help\n"
+            "--version\n");
 }
 
 TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
@@ -48,10 +51,17 @@ TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
   EXPECT_EQ(Complete("kvx check --color a"), "auto\nalways\n");
   EXPECT_EQ(Complete("kvx check --color = n"), "never\n");
   EXPECT_EQ(Complete("kvx check --color ="), "auto\nalways\nnever\n");
+  EXPECT_EQ(Complete("kvx top --of b"), "beams\nbending\n");
+  EXPECT_EQ(Complete("kvx top --by =  t"), "thickness\n");
+  EXPECT_EQ(Complete("kvx forces --beam \"\""), "all\n");
+  EXPECT_EQ(Complete("kvx top --yield \"\""), "\n");
 }
 
 TEST(KvxCompletion, CompletesFoldersAndCodes) {
   EXPECT_EQ(Complete("kvx check d"), "deck one\n");
+  EXPECT_EQ(Complete("kvx forces d"), "deck one\n");
+  EXPECT_EQ(Complete("kvx cases --output d"), "deck one\n");
+  EXPECT_EQ(Complete("kvx cases \"\""), "cases.toml\ndeck one\n");
   EXPECT_EQ(Complete("\"" KVX_PROGRAM "\" explain k104"), "K104\n");
 }
 

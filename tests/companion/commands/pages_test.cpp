@@ -66,6 +66,13 @@ void ExpectNames(const std::string& page, const std::string& text) {
   }
 }
 
+// The part of the page below the headline of a command.
+std::string SectionOf(const std::string& page, const std::string& command) {
+  const std::size_t begin = page.find("\n## kvx " + command + "\n");
+  if (begin == std::string::npos) return "";
+  return page.substr(begin, page.find("\n## ", begin + 1) - begin);
+}
+
 // The names are found at all.
 TEST(KvxPages, HelpIsUnderstood) {
   EXPECT_EQ(CommandNames().count("check"), 1U);
@@ -82,7 +89,7 @@ TEST(KvxPages, ManualIsWhole) {
   for (std::size_t at = 0; (at = manual.find("\\-", at)) != std::string::npos;) manual.erase(at, 1);
   ExpectNames("kvx.1", manual);
   for (const int status : {ExitFine, ExitFindings, ExitUsage, ExitUnusableData, ExitMissingInput,
-                           ExitFault, ExitOutputFailed}) {
+                           ExitFault, ExitOutputFailed, ExitInterrupted}) {
     EXPECT_NE(manual.find("\n.B " + std::to_string(status) + "\n"), std::string::npos) << status;
   }
 }
@@ -91,8 +98,22 @@ TEST(KvxPages, PageOfTheCompanionIsWhole) {
   const std::string page = ReadFile(KORVEX_DOCS "/companion.md");
   ExpectNames("companion.md", page);
   for (const int status : {ExitFine, ExitFindings, ExitUsage, ExitUnusableData, ExitMissingInput,
-                           ExitFault, ExitOutputFailed}) {
+                           ExitFault, ExitOutputFailed, ExitInterrupted}) {
     EXPECT_NE(page.find("\n| " + std::to_string(status) + " |"), std::string::npos) << status;
+  }
+}
+
+// Each command has a section with its options and a line that shows how it is called.
+TEST(KvxPages, PageOfTheCompanionHasASectionForEachCommand) {
+  const std::string page = ReadFile(KORVEX_DOCS "/companion.md");
+  for (const std::string& command : CommandNames()) {
+    const std::string section = SectionOf(page, command);
+    EXPECT_NE(section, "") << command;
+    if (command == "licenses") continue;
+    EXPECT_NE(section.find("\n    kvx " + command + " ["), std::string::npos) << command;
+    for (const std::string& option : ReadNames(HelpOf({command, "--help"}), "Options:")) {
+      EXPECT_TRUE(option == "--help" || Names(section, option)) << command << ": " << option;
+    }
   }
 }
 

@@ -65,6 +65,14 @@ TEST(KvxProgram, HelpsOnStandardOutput) {
     EXPECT_TRUE(Holds(one.out, std::string("Usage: kvx ") + command)) << one.out;
     EXPECT_TRUE(Holds(one.out, std::string("Example: kvx ") + command)) << one.out;
     EXPECT_EQ(one.out, Call({command, "-h"}).out);
+    const ProgramRun help = Call({"help", command});
+    EXPECT_EQ(help.exitStatus, 0);
+    EXPECT_EQ(help.err, "");
+    EXPECT_EQ(help.out, one.out);
+  }
+  for (const Arguments& arguments : {Arguments{"help"}, {"help", "help"}, {"help", "--help"}}) {
+    EXPECT_EQ(Call(arguments).exitStatus, 0);
+    EXPECT_EQ(Call(arguments).out, all.out);
   }
 }
 
@@ -76,8 +84,9 @@ TEST(KvxProgram, HasAVersion) {
 
 TEST(KvxProgram, AnswersMistypedCommands) {
   ExpectComplaint(Call({"chek"}), 64, "kvx: there is no command \"chek\". Did you mean \"check\"?");
-  ExpectComplaint(Call({"help"}), 64,
-                  "kvx: there is no command \"help\". Did you mean \"--help\"?");
+  ExpectComplaint(Call({"help", "chek"}), 64,
+                  "kvx: there is no command \"chek\". Did you mean \"check\"?");
+  ExpectComplaint(Call({"help", "check", "deck"}), 64, "kvx help: \"deck\" is one word too many.");
   ExpectComplaint(Call({"xyz"}), 64,
                   "kvx: there is no command \"xyz\". \"kvx --help\" lists the commands.");
   ExpectComplaint(Call({"."}), 64, "kvx: there is no command \".\". Did you mean \"kvx check .\"?");
@@ -227,8 +236,8 @@ TEST(KvxExplain, ListsAllCodes) {
 TEST(KvxExplain, NamesTheNearestCodes) {
   ExpectComplaint(
       Call({"explain", "k14"}), 64,
-      "kvx explain: there is no code \"k14\". Did you mean K014, K104, K114 or K124? \"kvx "
-      "explain\" lists all codes.");
+      "kvx explain: there is no code \"k14\". Did you mean K014, K104, K114, K124 or K714? "
+      "\"kvx explain\" lists all codes.");
   ExpectComplaint(Call({"explain", "K104", "xyz"}), 64,
                   "kvx explain: there is no code \"xyz\". \"kvx explain\" lists all codes.");
 }

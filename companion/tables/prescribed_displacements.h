@@ -6,18 +6,16 @@
 // N mm or N m, while the largest bending moments of ships are of the order of 1e13 N mm.
 #pragma once
 
-#include "deck/model_tables.h"
+#include <cstddef>
 
 namespace kvx {
 
 inline constexpr double Penalty = 1e20;  // as the solver's supports have it (system/supports.h)
 inline constexpr double SmallestDisplacement = 1e-9;  // over the extent
-inline constexpr double SmallestRotation = 1e-6;
+inline constexpr double SmallestRotation = 1e-6;      // radians
 
-// The diagonal of the box around all nodes with finite coordinates, model units.
-double MeasureExtent(const korvex::ModelTables& tables);
-
-// Whether a force (dof 0 .. 2) or moment (3 .. 5) is so large that it prescribes a displacement.
+// Whether a force (dof 0 .. 2) or moment (3 .. 5) on a fixed dof is so large that it prescribes a
+// displacement. extent: the diagonal of the box around the nodes (node_box.h).
 bool IsPrescribing(std::size_t dof, double force, double extent);
 
 }  // namespace kvx

@@ -1,4 +1,4 @@
-#include "check/prescribed_displacements.h"
+#include "tables/node_box.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 
 namespace kvx {
 
-double MeasureExtent(const korvex::ModelTables& tables) {
+NodeBox MeasureNodeBox(const korvex::ModelTables& tables) {
   constexpr double Infinite = std::numeric_limits<double>::infinity();
   korvex::Vector3 low{Infinite, Infinite, Infinite}, high{-Infinite, -Infinite, -Infinite};
   for (const korvex::Node& node : tables.Nodes) {
@@ -17,14 +17,15 @@ double MeasureExtent(const korvex::ModelTables& tables) {
       high[i] = std::max(high[i], place[i]);
     }
   }
+  NodeBox box;
   korvex::Vector3 size{};
-  for (std::size_t i = 0; i < 3; ++i) size[i] = low[i] <= high[i] ? high[i] - low[i] : 0.0;
-  return std::hypot(size[0], size[1], size[2]);
-}
-
-bool IsPrescribing(std::size_t dof, double force, double extent) {
-  const double smallest = dof < 3 ? SmallestDisplacement * extent : SmallestRotation;
-  return smallest > 0.0 && std::abs(force) / Penalty >= smallest;
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (low[i] > high[i]) continue;
+    box.middle[i] = 0.5 * low[i] + 0.5 * high[i];
+    size[i] = high[i] - low[i];
+  }
+  box.diagonal = std::hypot(size[0], size[1], size[2]);
+  return box;
 }
 
 }  // namespace kvx

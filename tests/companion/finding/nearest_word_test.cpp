@@ -1,5 +1,5 @@
 // The nearest words, as people mistype them.
-#include "commands/nearest_word.h"
+#include "finding/nearest_word.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "commands/nearest_word.h"
+#include "finding/nearest_word.h"
 
 #include <algorithm>
 

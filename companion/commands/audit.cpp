@@ -1,0 +1,69 @@
+// kvx audit: tells whether results can be trusted.
+#include <new>
+#include <nlohmann/json.hpp>
+
+#include "commands/audit_report.h"
+#include "commands/commands.h"
+#include "commands/open_results.h"
+#include "commands/result_table.h"
+#include "report/stop.h"
+
+namespace kvx {
+
+namespace {
+
+constexpr const char* Name = "kvx audit";
+
+ExitStatus Refuse(const OpenedResults& results, const std::string& reason) {
+  Complain(Name, '"' + results.file.file + "\": " + reason);
+  return ExitUnusableData;
+}
+
+// Fills the report, or says why that is not possible.
+ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditReport& report) {
+  const korvex::Model& model = results.solved.model;
+  if (model.Shell4Elements.empty() && model.Shell3Elements.empty() && model.BeamElements.empty()) {
+    return Refuse(results, "the model has no elements, so that there are no results.");
+  }
+  AuditOptions options;
+  options.yield = command.yield;
+  options.modelText = results.file.text;
+  options.comparesFiles = IsModelOfFolder(results.file);
+  if (options.comparesFiles) options.reading = results.reading;
+  options.origin = results.reading.fit == DisplacementFit::Fits
+                       ? std::string("displacements of ") + ExactDisplacementFileName
+                       : "solved in memory";
+  options.changedSources = results.changedSources;
+  options.modelErrors = results.errors;
+  options.firstError = results.firstError;
+  try {
+    AuditModel(options, results.solved, report);
+  } catch (const korvex::Stop& stop) {
+    return Refuse(results, stop.text);
+  } catch (const std::bad_alloc&) {
+    return Refuse(results, "there is not enough memory to audit it.");
+  }
+  return ExitFine;
+}
+
+}  // namespace
+
+ExitStatus RunAudit(const AuditCommand& command) {
+  OpenedResults results;
+  const ExitStatus opened = OpenResults(Name, command.place, results);
+  if (opened != ExitFine) return opened;
+  AuditReport report;
+  const ExitStatus audited = Audit(command, results, report);
+  if (audited != ExitFine) return audited;
+
+  const ExitStatus written =
+      WriteOutput(command.json ? JsonLine(AuditJson(results.solved, report))
+                               : AuditText(results.file.file, results.solved, report,
+                                           ChooseStyle(command.color)));
+  if (written != ExitFine) return written;
+  const bool isBad = CountFindings(report.findings, Severity::Error) > 0 ||
+                     (command.strict && CountFindings(report.findings, Severity::Warning) > 0);
+  return isBad ? ExitFindings : ExitFine;
+}
+
+}  // namespace kvx

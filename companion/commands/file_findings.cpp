@@ -1,0 +1,63 @@
+// K711 .. K716: result files in the folder, and the files that the model was made from.
+#include <algorithm>
+
+#include "commands/case_record.h"
+#include "commands/result_findings.h"
+
+namespace kvx {
+
+namespace {
+
+// "Node_Dis.txt (from line 2 on), structure.dxf"; empty where no file is in this state.
+std::string ListFiles(const std::vector<ResultState>& files, ResultFit fit, const char* where) {
+  std::string list;
+  for (const ResultState& file : files) {
+    if (file.fit != fit) continue;
+    list += (list.empty() ? "" : ", ") + std::string(file.name);
+    if (file.line > 0) list += std::string(" (") + where + std::to_string(file.line) + ')';
+  }
+  return list;
+}
+
+void AddListed(const char* code, const std::string& list, const std::string& before,
+               const std::string& behind, const std::string& remedy, FindingList& findings) {
+  if (list.empty()) return;
+  Finding finding = MakeFinding(code);
+  finding.message = before + list + behind;
+  finding.remedy = remedy;
+  AddFinding(finding, findings);
+}
+
+}  // namespace
+
+void AddFileFindings(const AuditOptions& options, AuditReport& report) {
+  const std::vector<ResultState>& files = report.files;
+  FindingList& findings = report.findings;
+  const std::string again = "Solve the model anew: kvx run.";
+  const std::string stale = ListFiles(files, ResultFit::Differs, "from line ");
+  AddListed("K711", stale, "result files that are not those of this model: ", ".", again, findings);
+  AddListed("K712", ListFiles(files, ResultFit::Truncated, "ends in line "),
+            "result files that are not whole: ", ".", again, findings);
+  const bool isAnyThere = std::any_of(files.begin(), files.end(), [](const ResultState& file) {
+    return file.fit != ResultFit::Missing;
+  });
+  if (isAnyThere) {
+    AddListed("K713", ListFiles(files, ResultFit::Missing, ""),
+              "result files that are missing: ", "; others are there.", again, findings);
+  }
+  for (const ResultState& file : files) {
+    if (file.fit != ResultFit::Unknown) continue;
+    AddListed("K714", file.name, "", std::string(" could not be compared: ") + file.reason, "",
+              findings);
+  }
+  AddListed("K716", options.changedSources, "", "", ChangedSourcesRemedy, findings);
+  const DisplacementFit fit = options.reading.fit;
+  const bool isUsable = fit == DisplacementFit::Fits || fit == DisplacementFit::Missing;
+  // With stale files it is stale like these.
+  const bool isExplained = fit == DisplacementFit::OtherModel && !stale.empty();
+  if (isUsable || isExplained) return;
+  AddListed("K715", options.reading.reason, "", " The model was solved in memory instead.",
+            "Solve the model anew with kvx run, or remove the file.", findings);
+}
+
+}  // namespace kvx

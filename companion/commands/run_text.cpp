@@ -1,0 +1,120 @@
+// The text of run_report.h.
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <filesystem>
+
+#include "check/describe.h"
+#include "commands/run_report.h"
+#include "commands/terminal.h"
+#include "finding/text_layout.h"
+
+namespace kvx {
+
+namespace {
+
+// So many findings are shown in brief; kvx check shows all.
+constexpr std::size_t BriefFindings = 5;
+
+// " deck"; "" for the current folder.
+std::string Argument(const std::string& place) {
+  return place == "." ? "" : ' ' + QuoteArgument(place);
+}
+
+std::string ListText(const std::vector<std::string>& names) {
+  std::string text;
+  for (const std::string& name : names) text += (text.empty() ? "" : ", ") + name;
+  return text;
+}
+
+// Errors and warnings without their remedies; or, where the model is not solved, the errors whole.
+std::string FindingsText(const FolderRun& run, const TextStyle& style) {
+  std::string text;
+  std::size_t shown = 0, left = 0;
+  for (Finding finding : run.findings.findings) {
+    const bool isWhole = !run.isSolved && finding.severity == Severity::Error;
+    if (finding.severity == Severity::Hint) continue;
+    if (!isWhole && shown >= BriefFindings) {
+      left += finding.count;
+      continue;
+    }
+    if (!isWhole) finding.remedy.clear();
+    text += FindingText(finding, style);
+    ++shown;
+  }
+  if (left > 0) text += "      and " + std::to_string(left) + " more.";
+  if (shown == 0) return "";
+  return text + (left > 0 ? " " : "      ") + "kvx check" + Argument(run.place) +
+         " tells all of them, and what to do.\n";
+}
+
+// "0.4 s"; shorter times are not worth a number.
+std::string SecondsText(double seconds) {
+  if (seconds < 0.1) return "less than 0.1 s";
+  return NumberText(seconds < 10.0 ? std::round(10.0 * seconds) / 10.0 : std::round(seconds)) +
+         " s";
+}
+
+// "deck"
+std::string FolderText(const FolderRun& run) {
+  const std::string folder = std::filesystem::u8path(run.file).parent_path().u8string();
+  return folder.empty() ? "this folder" : folder;
+}
+
+// "no errors, 1 warning"
+std::string CheckText(const FolderRun& run) {
+  std::string text = TotalText(run.findings);
+  text.pop_back();
+  text.front() = static_cast<char>(std::tolower(static_cast<unsigned char>(text.front())));
+  return text;
+}
+
+// "solved in 0.4 s, 6450 equations. The results are in deck."
+std::string SolutionText(const FolderRun& run) {
+  std::string text = "solved in " + SecondsText(run.seconds) + ", " +
+                     CountText(run.equations, "equation", "equations");
+  if (run.together.size() > 1) {
+    text += ", one factorisation for " + std::to_string(run.together.size()) + " models";
+  }
+  return text + ". The results are in " + FolderText(run) + '.';
+}
+
+// Why there are no results.
+std::string RefusalText(const FolderRun& run) {
+  if (!run.complaint.empty()) return "no results were written.";
+  std::string text = "not solved; kvx run --force would solve it.";
+  if (run.hasStale) {
+    text += " The results in " + FolderText(run) + " are of an earlier state of the model.";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string RunText(const FolderRun& run, const TextStyle& style) {
+  if (!run.isChecked) return "";  // standard error has told all there is to tell
+  std::string text = run.file + ": " + CheckText(run) + "; " +
+                     (run.isSolved ? SolutionText(run) : RefusalText(run));
+  if (!run.removed.empty()) {
+    text += " Removed, as results of an earlier state of the model: " + ListText(run.removed) + '.';
+  }
+  return WrapText(CleanText(text), style.width, "", "  ") + FindingsText(run, style);
+}
+
+std::string NextText(const FolderRuns& runs, std::size_t factorisations, const TextStyle& style) {
+  std::string text;
+  const auto isSolved = [](const FolderRun& run) { return run.isSolved; };
+  const auto solved = static_cast<std::size_t>(std::count_if(runs.begin(), runs.end(), isSolved));
+  if (runs.size() > 1) {
+    text += CountText(runs.size(), "folder", "folders") + ": " + std::to_string(solved) +
+            " solved with " + CountText(factorisations, "factorisation", "factorisations") + ". ";
+  }
+  if (solved == 0) return text.empty() ? "" : '\n' + text + '\n';
+  const std::string place = Argument(std::find_if(runs.begin(), runs.end(), isSolved)->place);
+  text += "kvx reactions" + place + " shows the support forces, kvx top" + place +
+          " the highest stresses. kvx audit" + place +
+          " tells, whenever needed, that the results are still those of the model.";
+  return '\n' + WrapText(CleanText(text), style.width, "", "");
+}
+
+}  // namespace kvx

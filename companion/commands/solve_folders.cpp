@@ -1,0 +1,194 @@
+// The second half of `kvx run`.
+#include <algorithm>
+#include <chrono>
+#include <new>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "audit/solved_model.h"
+#include "commands/audit_report.h"
+#include "commands/folder_run.h"
+#include "commands/progress.h"
+#include "commands/run_report.h"
+#include "commands/write_shown.h"
+#include "engine/result_folder.h"
+#include "engine/same_stiffness.h"
+#include "engine/solve_together.h"
+#include "model/read_input_file.h"
+#include "report/stop.h"
+#include "system/load_vector.h"
+#include "system/profile.h"
+
+namespace kvx {
+
+namespace fs = std::filesystem;
+using korvex::Model;
+
+namespace {
+
+// The runs that are solved with one factorisation.
+struct Group {
+  std::vector<FolderRun*> runs;
+  std::vector<std::vector<double>> loads, displacements;  // of each
+};
+
+// Does `work`; what it throws ends the work on these runs. Returns whether it was done.
+template <typename Work>
+bool Try(const std::vector<FolderRun*>& runs, Work work) {
+  const auto giveUp = [&](ExitStatus status, const std::string& reason) {
+    for (FolderRun* run : runs) GiveUp(status, '"' + run->file + "\": " + reason, *run);
+    return false;
+  };
+  try {
+    work();
+  } catch (const korvex::Stop& stop) {
+    const bool isOutput = stop.kind == korvex::StopKind::ResultFile;
+    return giveUp(isOutput ? ExitOutputFailed : ExitUnusableData, stop.text);
+  } catch (const std::bad_alloc&) {
+    return giveUp(ExitUnusableData, "there is not enough memory for it.");
+  } catch (const fs::filesystem_error& error) {  // the folder has gone since the check
+    return giveUp(ExitOutputFailed, error.code().message() + '.');
+  }
+  return true;
+}
+
+void Read(const FolderRun& run, Model& model) {
+  korvex::ReadInputText(run.text, model);
+  korvex::NumberEquations(model);
+}
+
+// Takes the folder for this run, and removes what is stale there.
+void Prepare(FolderRun& run) {
+  fs::current_path(run.folder);
+  BeginUnfinished("", NameResultFiles(), run.unfinished);
+  run.removed = RemoveStaleResults("", run.text);
+}
+
+// Adds the run if it has the stiffness of `leader`, or is the first.
+void AddToGroup(FolderRun& run, Model& leader, Group& group) {
+  Model other;
+  Model& model = group.runs.empty() ? leader : other;
+  Read(run, model);
+  if (!group.runs.empty() && !HaveSameStiffness(leader, model)) return;
+  Prepare(run);
+  korvex::AssembleLoadVector(model);
+  run.equations = static_cast<std::size_t>(model.NEQ);
+  run.isWaiting = false;
+  group.loads.push_back(std::move(model.LoadVector));
+  group.runs.push_back(&run);
+}
+
+// All runs from the first that is waiting on.
+void FormGroup(FolderRuns& runs, Model& leader, Group& group) {
+  for (FolderRun& run : runs) {
+    if (!run.isWaiting) continue;
+    if (!group.runs.empty() && run.meshKey != group.runs.front()->meshKey) continue;
+    StopIfInterrupted();
+    if (group.runs.empty()) leader = {};
+    if (!Try({&run}, [&] { AddToGroup(run, leader, group); })) EndUnfinished(run.unfinished);
+  }
+}
+
+void Solve(Model& leader, Group& group) {
+  Progress progress;
+  const std::size_t count = group.runs.size();
+  BeginProgress(count == 1 ? "Solving" : "Solving " + std::to_string(count) + " models", progress);
+  const auto begin = std::chrono::steady_clock::now();
+  SolveTogether(
+      leader, group.loads, [&](double share) { ShowShare(share, progress); }, group.displacements);
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  for (FolderRun* run : group.runs) {
+    run->seconds = seconds;
+    for (const FolderRun* other : group.runs) run->together.push_back(other->place);
+  }
+}
+
+void Write(FolderRun& run, Model& model) {
+  WriteShown({"", run.text, run.seconds}, model, run.unfinished);
+  EndUnfinished(run.unfinished);
+  run.isSolved = true;
+}
+
+void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
+  AuditOptions options;
+  options.comparesFiles = false;  // they have just been written
+  options.hasStresses = true;     // for them
+  options.modelText = run.text;
+  options.modelErrors = CountFindings(run.findings, Severity::Error);
+  if (options.modelErrors > 0) options.firstError = NameFinding(run.findings.findings.front());
+  AuditReport report;
+  AuditModel(options, solved, report);
+  const std::size_t errors = CountFindings(report.findings, Severity::Error);
+  const std::size_t warnings = CountFindings(report.findings, Severity::Warning);
+  if (errors > 0 || (command.strict && warnings > 0)) {
+    run.status = std::max(run.status, ExitFindings);
+  }
+  if (command.json) {
+    run.said = RunJson(run, AuditJson(solved, report));
+  } else {
+    const TextStyle style = ChooseStyle(command.color);
+    run.said = RunText(run, style) + AuditText(run.file, solved, report, style);
+  }
+}
+
+// Writes the results and audits them.
+void Finish(const RunCommand& command, FolderRun& run, std::vector<double>& displacements) {
+  SolvedModel solved;
+  const auto write = [&] {
+    Read(run, solved.model);
+    solved.model.Displacements = std::move(displacements);
+    fs::current_path(run.folder);
+    Write(run, solved.model);
+  };
+  const auto audit = [&] {
+    solved.file = IdentifyModelFile(run.text);
+    CompleteSolvedModel(solved);
+    Audit(command, run, solved);
+  };
+  if (!Try({&run}, write) || !Try({&run}, audit)) EndUnfinished(run.unfinished);
+  run.text = {};
+}
+
+void SolveGroup(const RunCommand& command, Model& leader, Group& group) {
+  const bool isSolved = Try(group.runs, [&] { Solve(leader, group); });
+  leader = {};
+  for (std::size_t k = 0; k < group.runs.size(); ++k) {
+    if (isSolved) {
+      Finish(command, *group.runs[k], group.displacements[k]);
+      group.displacements[k] = {};
+    }
+    EndUnfinished(group.runs[k]->unfinished);
+  }
+}
+
+void Describe(const RunCommand& command, FolderRun& run) {
+  if (!run.said.empty()) return;
+  run.said = command.json ? RunJson(run, nullptr) : RunText(run, ChooseStyle(command.color));
+}
+
+}  // namespace
+
+std::size_t SolveFolders(const RunCommand& command, FolderRuns& runs,
+                         const std::function<void(const FolderRun&)>& report) {
+  auto next = runs.begin();  // the first that was not reported
+  const auto reportDone = [&] {
+    for (; next != runs.end() && !next->isWaiting; ++next) {
+      Describe(command, *next);
+      report(*next);
+    }
+  };
+  for (std::size_t factorisations = 0;; ++factorisations) {
+    reportDone();
+    Model leader;
+    Group group;
+    FormGroup(runs, leader, group);
+    if (group.runs.empty()) {
+      reportDone();
+      return factorisations;
+    }
+    SolveGroup(command, leader, group);
+  }
+}
+
+}  // namespace kvx

@@ -1,0 +1,25 @@
+#include "commands/write_shown.h"
+
+#include <chrono>
+
+#include "commands/progress.h"
+#include "engine/result_folder.h"
+
+namespace kvx {
+
+void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder& unfinished) {
+  const auto begin = std::chrono::steady_clock::now();
+  const std::string of = solved.name.empty() ? "" : " (" + solved.name + ')';
+  Progress progress;
+  ResultWriting writing;
+  writing.modelText = solved.modelText;
+  writing.seconds = solved.seconds;
+  writing.before = [&](const char* file) {
+    BeginProgress(std::string("Writing ") + file + of, progress);
+    ShowBegin(begin, progress);
+  };
+  writing.details = [&](double share) { ShowDetailShare(share, solved.name, progress); };
+  WriteResults(writing, model, unfinished);
+}
+
+}  // namespace kvx

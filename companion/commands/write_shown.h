@@ -1,0 +1,22 @@
+// Writes the results of a solved model before someone who waits: `kvx run` and `kvx cases` show the
+// same progress.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "engine/unfinished_folder.h"
+#include "model/model.h"
+
+namespace kvx {
+
+struct SolvedText {
+  std::string name;            // of the load case; empty: there is none to name
+  std::string_view modelText;  // the bytes of the model file
+  double seconds = 0.0;        // of the solution, for the log
+};
+
+// WriteResults with its progress. Throws a Stop as that does, and Interrupted after an interrupt.
+void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder& unfinished);
+
+}  // namespace kvx

@@ -1,0 +1,147 @@
+#include "engine/result_folder.h"
+
+#include <cerrno>
+#include <fstream>
+#include <system_error>
+#include <utility>
+
+#include "audit/displacement_file.h"
+#include "platform/calc_log_file.h"
+#include "report/stop.h"
+#include "run/calc_log.h"
+#include "run/stages.h"
+#include "system/profile.h"
+
+namespace kvx {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void StopAt(const std::string& name, const std::string& reason) {
+  throw korvex::Stop{korvex::StopKind::ResultFile,
+                     name + " cannot be written" + (reason.empty() ? "" : ": " + reason) + '.'};
+}
+
+// What the C library said last; "" if it has said nothing.
+std::string LastReason() {
+  return errno == 0 ? std::string() : std::generic_category().message(errno);
+}
+
+void CheckSize(const korvex::Model& model) {
+  if (model.Displacements.size() == static_cast<std::size_t>(model.NEQ)) return;
+  throw korvex::Stop{korvex::StopKind::Notice,
+                     "There are " + std::to_string(model.Displacements.size()) +
+                         " displacements for " + std::to_string(model.NEQ) + " equations."};
+}
+
+// Does the work of a stage; what cannot be written gets a message with its name and the reason.
+void RunStage(const korvex::Stage& stage, const ResultWriting& writing, korvex::Job& job) {
+  if (writing.before && stage.file != nullptr) writing.before(stage.file);
+  errno = 0;
+  try {
+    stage.work(job);
+  } catch (const korvex::Stop& stop) {
+    if (stop.kind != korvex::StopKind::ResultFile || stage.file == nullptr) throw;
+    StopAt(stage.file, LastReason());
+  }
+  if (!job.incompleteFiles.empty()) StopAt(stage.file, LastReason());
+}
+
+// The stages that need no matrix. Those of AssemblyStages that remain have been done.
+void RunStages(const ResultWriting& writing, korvex::Job& job) {
+  for (const korvex::Stage& stage : korvex::AssemblyStages) {
+    if (stage.file != nullptr) RunStage(stage, writing, job);
+  }
+  for (const korvex::Stage& stage : korvex::ResultStages) {
+    if (std::string_view(stage.name) != "release") RunStage(stage, writing, job);
+  }
+}
+
+void WriteLog(double gigabytes, double seconds, const std::string& folder) {
+  errno = 0;
+  std::ofstream log(fs::path(folder) / korvex::CalcLogFile(), std::ios::out | std::ios::trunc);
+  if (log.is_open()) {
+    korvex::WriteMemoryEstimate(gigabytes, log);
+    korvex::WriteSolutionTime(seconds, log);
+    log.close();
+  }
+  if (!log) StopAt(korvex::CalcLogName, LastReason());
+}
+
+// The memory of the matrix, from its profile.
+double EstimateGigabytes(korvex::Model& model) {
+  model.Stiffness = {};
+  korvex::BuildProfile(model);
+  korvex::ComputeDiagonalAddresses(model.Stiffness);
+  const double gigabytes = korvex::EstimateGigabytes(model.Stiffness);
+  model.Stiffness = {};
+  return gigabytes;
+}
+
+}  // namespace
+
+std::vector<FileToMake> NameResultFiles() {
+  std::vector<FileToMake> files;
+  const auto add = [&](const korvex::Stage& stage) {
+    if (stage.file != nullptr) files.push_back({stage.file, stage.file});
+  };
+  korvex::ForAllStages(add);
+  files.push_back({korvex::CalcLogFile(), korvex::CalcLogName});
+  // The last one: where it is, all others are.
+  files.push_back({ExactDisplacementFileName, ExactDisplacementFileName});
+  return files;
+}
+
+void WriteResults(const ResultWriting& writing, korvex::Model& model,
+                  UnfinishedFolder& unfinished) {
+  CheckSize(model);
+  const double gigabytes = EstimateGigabytes(model);
+  korvex::Job job;
+  job.folder = unfinished.prefix;
+  job.model = std::move(model);
+  job.detailShare = writing.details;
+  RunStages(writing, job);
+  WriteLog(gigabytes, writing.seconds, job.folder);
+  if (writing.before) writing.before(ExactDisplacementFileName);
+  WriteDisplacementFile(job.folder + ExactDisplacementFileName,
+                        IdentifyModelFile(writing.modelText), job.model.Displacements);
+  MoveFiles(unfinished);
+  korvex::LinkCalcLog(unfinished.place);
+  model = std::move(job.model);
+}
+
+std::vector<std::string> ListResultFiles(const std::string& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (const FileToMake& file : NameResultFiles()) {
+    if (fs::is_regular_file(fs::path(folder) / file.name, error)) names.push_back(file.shown);
+  }
+  return names;
+}
+
+bool HasStaleResults(const std::string& folder, std::string_view modelText) {
+  ModelFileId file;
+  return ReadModelOfDisplacements(folder + ExactDisplacementFileName, file) ==
+             DisplacementFit::Fits &&
+         file != IdentifyModelFile(modelText);
+}
+
+std::vector<std::string> RemoveStaleResults(const std::string& folder, std::string_view modelText) {
+  if (!HasStaleResults(folder, modelText)) return {};
+  std::vector<std::string> names = ListResultFiles(folder);
+  // displacements.bin is the last one: until all others are gone, it says what they are.
+  for (const FileToMake& file : NameResultFiles()) {
+    std::error_code error;
+    const fs::path path = fs::path(folder) / file.name;
+    if (!fs::is_regular_file(path, error)) continue;
+    fs::remove(path, error);
+    if (error) {
+      throw korvex::Stop{korvex::StopKind::ResultFile,
+                         file.shown + " is stale and cannot be removed: " + error.message() + '.'};
+    }
+  }
+  return names;
+}
+
+}  // namespace kvx

@@ -1,0 +1,155 @@
+#include "engine/unfinished_folder.h"
+
+#include <algorithm>
+#include <system_error>
+
+#include "report/stop.h"
+
+namespace kvx {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* LockName = "lock";
+
+// Holds what was in the places, until all new files are there.
+constexpr const char* OldName = "old";
+
+// Has been OldName: all new files are in their places.
+constexpr const char* DoneName = "done";
+
+[[noreturn]] void StopAt(const std::string& name, const std::string& reason) {
+  throw korvex::Stop{korvex::StopKind::ResultFile, name + " cannot be written: " + reason + '.'};
+}
+
+bool IsThere(const fs::path& path) {
+  std::error_code ignored;
+  return fs::exists(fs::symlink_status(path, ignored));
+}
+
+// A file that its owner has protected is not replaced, though the system would allow it.
+void CheckPlace(const fs::path& place, const std::string& shown) {
+  std::error_code error;
+  const fs::file_status status = fs::status(place, error);
+  if (fs::is_directory(status)) StopAt(shown, "a folder has this name");
+  constexpr fs::perms Writable =
+      fs::perms::owner_write | fs::perms::group_write | fs::perms::others_write;
+  if (fs::exists(status) && (status.permissions() & Writable) == fs::perms::none) {
+    StopAt(shown, "it is protected against writing");
+  }
+}
+
+void MakeFolder(const fs::path& path, const std::string& shown) {
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(path, error);
+  if (fs::exists(status) && !fs::is_directory(status)) {
+    StopAt(shown, std::string("something else has the name ") + UnfinishedFolderName);
+  }
+  fs::create_directory(path, error);
+  if (error) StopAt(shown, error.message());
+}
+
+void RemoveAllBut(const fs::path& kept, const fs::path& folder) {
+  std::error_code error;
+  std::vector<fs::path> others;
+  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    if (it->path() != kept) others.push_back(it->path());
+  }
+  for (const fs::path& other : others) fs::remove_all(other, error);
+}
+
+// Takes back a move that was not completed. What cannot be moved back stays in OldName.
+void TakeBack(const fs::path& path, const fs::path& place, const std::vector<FileToMake>& files) {
+  const fs::path old = path / OldName;
+  if (!IsThere(old)) return;
+  std::error_code ignored;
+  for (const FileToMake& file : files) {
+    const bool isMoved = !IsThere(path / file.name);
+    if (IsThere(old / file.name)) {
+      fs::rename(old / file.name, place / file.name, ignored);
+    } else if (isMoved) {
+      fs::remove(place / file.name, ignored);
+    }
+  }
+}
+
+// Whether files of before are still not in their places.
+bool HoldsOldFiles(const UnfinishedFolder& unfinished) {
+  const fs::path old = unfinished.path / OldName;
+  return std::any_of(unfinished.files.begin(), unfinished.files.end(),
+                     [&](const FileToMake& file) { return IsThere(old / file.name); });
+}
+
+}  // namespace
+
+UnfinishedFolder::~UnfinishedFolder() { EndUnfinished(*this); }
+
+void BeginUnfinished(const std::string& folder, const std::vector<FileToMake>& files,
+                     UnfinishedFolder& unfinished) {
+  const std::string shown = folder.empty() ? "The folder" : folder;
+  std::error_code error;
+  const fs::path place = fs::absolute(folder.empty() ? "." : folder, error);
+  if (error) StopAt(shown, error.message());
+  const fs::path path = place / UnfinishedFolderName;
+  for (const FileToMake& file : files) CheckPlace(place / file.name, folder + file.shown);
+  constexpr int Attempts = 8;  // another run that ends may remove the folder just made
+  std::string reason;
+  LockResult result = LockResult::Failed;
+  for (int k = 0; k < Attempts && result == LockResult::Failed; ++k) {
+    MakeFolder(path, shown);
+    result = TakeLock(path / LockName, unfinished.lock, reason);
+  }
+  if (result == LockResult::Failed) StopAt(shown, reason);
+  if (result == LockResult::Busy) StopAt(shown, "another run is at work there");
+  unfinished.prefix = folder + UnfinishedFolderName + '/';
+  unfinished.place = place;
+  unfinished.shown = shown;
+  unfinished.path = path;
+  unfinished.files = files;
+  TakeBack(path, place, files);
+  if (HoldsOldFiles(unfinished)) {
+    StopAt(shown, std::string("files in ") + UnfinishedFolderName + '/' + OldName +
+                      " are of an earlier run, and cannot be moved back to their places");
+  }
+  RemoveAllBut(path / LockName, path);
+}
+
+void MoveFiles(UnfinishedFolder& unfinished) {
+  const fs::path &path = unfinished.path, &place = unfinished.place;
+  const fs::path old = path / OldName;
+  std::error_code error;
+  const auto failAt = [&](const std::string& shown) {
+    const std::string reason = error.message();
+    TakeBack(path, place, unfinished.files);
+    StopAt(shown, reason);
+  };
+  for (const FileToMake& file : unfinished.files) {
+    if (!IsThere(path / file.name)) StopAt(file.shown, "it has not been made");
+  }
+  fs::create_directory(old, error);
+  if (error) StopAt(unfinished.shown, error.message());
+  for (const FileToMake& file : unfinished.files) {
+    if (IsThere(place / file.name)) fs::rename(place / file.name, old / file.name, error);
+    if (error) failAt(file.shown);
+  }
+  for (const FileToMake& file : unfinished.files) {
+    fs::rename(path / file.name, place / file.name, error);
+    if (error) failAt(file.shown);
+  }
+  fs::rename(old, path / DoneName, error);
+  if (error) failAt(unfinished.shown);
+}
+
+void EndUnfinished(UnfinishedFolder& unfinished) {
+  if (unfinished.path.empty()) return;
+  const fs::path& path = unfinished.path;
+  std::error_code ignored;
+  // Files that could not be moved back wait for the next run, which tries it again.
+  if (!HoldsOldFiles(unfinished)) RemoveAllBut(path / LockName, path);
+  ReleaseLock(path / LockName, unfinished.lock);
+  fs::remove(path, ignored);  // not if another run has just begun in it
+  unfinished.path.clear();
+}
+
+}  // namespace kvx

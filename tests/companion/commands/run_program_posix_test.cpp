@@ -1,0 +1,308 @@
+// kvx run where it is interrupted or killed, where two run at once, and where it cannot write.
+// POSIX only: signals, users without permissions, small file systems in memory.
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <thread>
+
+#include "commands/terminal.h"
+#include "support/folder_bytes.h"
+#include "support/good_models.h"
+#include "support/read_bytes.h"
+#include "support/run_program.h"
+#include "support/temp_folder.h"
+
+namespace kvx::test {
+namespace {
+
+namespace fs = std::filesystem;
+using korvex::test::ListFolder;
+using korvex::test::ModelText;
+using korvex::test::ProgramRun;
+using korvex::test::TempFolder;
+using korvex::test::WriteFile;
+using std::chrono::steady_clock;
+
+const std::vector<std::string> NoNames;
+
+// A clamped plate of n x n shells with a row of beams on it: a second of work, or less.
+std::string PlateText(int n) {
+  ModelText text;
+  text.materials = {{210000.0, 0.3, 7.85e-9}};
+  text.thicknesses = {10.0};
+  text.tSections = {{200.0, 10.0, 100.0, 10.0}};
+  const auto node = [&](int i, int j) { return i * (n + 1) + j; };
+  for (int i = 0; i <= n; ++i) {
+    for (int j = 0; j <= n; ++j) text.nodes.push_back({100.0 * i, 100.0 * j, 0.0});
+    text.restraints.push_back({node(0, i)});
+  }
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < n; ++j) {
+      text.shells4.push_back(
+          {{node(i, j), node(i + 1, j), node(i + 1, j + 1), node(i, j + 1)}, 0, 0});
+      text.shell4Loads.push_back({i * n + j, {0.0, 0.0, -0.001}});
+    }
+    text.beams.push_back({node(i, n / 2), node(i + 1, n / 2)});
+  }
+  return korvex::test::WriteModel(text);
+}
+
+// The program, started beside the test in a folder that has the model.
+pid_t Start(const fs::path& folder, const fs::path& output) {
+  const std::string path = output.string();
+  const pid_t child = fork();
+  if (child != 0) return child;
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+  dup2(file, STDOUT_FILENO);
+  dup2(file, STDERR_FILENO);
+  if (chdir(folder.c_str()) == 0) execl(KVX_PROGRAM, KVX_PROGRAM, "run", nullptr);
+  _exit(127);
+}
+
+// The exit status as a shell gives it.
+int Await(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+}
+
+void Sleep(double seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }
+
+// Old results of korvex: nothing says that they are stale.
+const FolderBytes OldResults{
+    {"structure.dxf", "old"}, {"Node_Dis.txt", "old"}, {"Shell element node stress.txt", "old"}};
+
+struct KvxRunPosix : testing::Test {
+  TempFolder base;
+  fs::path folder = base.Path() / "deck";
+  fs::path output = base.Path() / "output";
+  std::string text = PlateText(40);
+  FolderBytes whole;
+  double seconds = 0.0;  // of a whole run
+
+  void Fill() const {
+    fs::remove_all(folder);
+    fs::remove(output);
+    fs::create_directory(folder);
+    WriteFile(folder / "fem_solving.txt", text);
+    for (const auto& [name, bytes] : OldResults) WriteFile(folder / name, bytes);
+  }
+  void RunWhole() {
+    Fill();
+    const steady_clock::time_point begin = steady_clock::now();
+    ASSERT_EQ(Await(Start(folder, output)), 0) << ReadBytes(output);
+    seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+    whole = ReadFolder(folder);
+    ASSERT_EQ(ListDifferent(whole, RunSolver(text)), NoNames);
+  }
+};
+
+// At any moment: the old files are whole, or the new ones are, and nothing else is left.
+TEST_F(KvxRunPosix, LeavesOldOrNewFilesWhereItIsInterrupted) {
+  RunWhole();
+  constexpr int Times = 16;
+  int interrupted = 0;
+  for (int k = 0; k < Times; ++k) {
+    Fill();
+    const pid_t child = Start(folder, output);
+    const int signal = k % 2 == 0 ? SIGINT : SIGTERM;
+    Sleep(seconds * k / Times);
+    kill(child, signal);
+    const int status = Await(child);
+    SCOPED_TRACE(k);
+    if (status == 0) {
+      EXPECT_EQ(ListDifferent(ReadFolder(folder), whole), NoNames);
+      EXPECT_TRUE(fs::exists(folder / "displacements.bin"));
+      continue;
+    }
+    if (!ReadBytes(output).empty()) {
+      ++interrupted;
+      EXPECT_EQ(status, 130);
+      EXPECT_EQ(ReadBytes(output), "kvx: interrupted.\n");
+    } else {
+      EXPECT_EQ(status, 128 + signal);  // it had not yet begun to look for signals
+    }
+    const bool isNew = fs::exists(folder / "displacements.bin");
+    EXPECT_EQ(ListDifferent(ReadFolder(folder), isNew ? whole : OldResults), NoNames);
+  }
+  EXPECT_GT(interrupted, Times / 4);
+}
+
+// Killed, it cannot clear away; the next run does, and is not held up.
+TEST_F(KvxRunPosix, ClearsAwayWhatAKilledRunHasLeft) {
+  RunWhole();
+  constexpr int Times = 8;
+  for (int k = 0; k < Times; ++k) {
+    Fill();
+    const pid_t child = Start(folder, output);
+    Sleep(seconds * (k + 0.5) / Times);
+    kill(child, SIGKILL);
+    SCOPED_TRACE(k);
+    if (Await(child) != 0) {
+      FolderBytes left = ReadFolder(folder);
+      left.erase("kvx-unfinished");
+      const bool isNew = fs::exists(folder / "displacements.bin");
+      EXPECT_EQ(ListDifferent(left, isNew ? whole : OldResults), NoNames);
+    }
+    EXPECT_EQ(Await(Start(folder, output)), 0) << ReadBytes(output);
+    EXPECT_EQ(ListDifferent(ReadFolder(folder), whole), NoNames);
+  }
+}
+
+TEST_F(KvxRunPosix, DoesNotMixWithAnotherRun) {
+  RunWhole();
+  Fill();
+  const pid_t first = Start(folder, output);
+  for (int k = 0; k < 1000 && !fs::exists(folder / "kvx-unfinished" / "lock"); ++k) Sleep(0.002);
+  ASSERT_TRUE(fs::exists(folder / "kvx-unfinished" / "lock"));
+  kill(first, SIGSTOP);
+  const ProgramRun second = korvex::test::RunProgram(KVX_PROGRAM, folder, "", {"run"});
+  kill(first, SIGCONT);
+  EXPECT_EQ(second.exitStatus, 73);
+  EXPECT_EQ(second.err,
+            "kvx run: \"fem_solving.txt\": The folder cannot be written: another run is at work "
+            "there.\n");
+  EXPECT_EQ(Await(first), 0) << ReadBytes(output);
+  EXPECT_EQ(ListDifferent(ReadFolder(folder), whole), NoNames);
+}
+
+// Runs a line of the shell as a user without write permission. Root may write everything: if the
+// test runs as root, the program runs as another user. Exit status 126: it cannot.
+ProgramRun RunForbidden(const fs::path& folder) {
+  std::string become;
+  if (geteuid() == 0) become = "setpriv --reuid 65534 --regid 65534 --clear-groups -- ";
+  return korvex::test::RunProgram(
+      "/bin/sh", folder, "",
+      {"-c", become + "test -x " KVX_PROGRAM " || exit 126\nexec " + become + KVX_PROGRAM " run"});
+}
+
+TEST_F(KvxRunPosix, SaysThatAFolderCannotBeWritten) {
+  Fill();
+  fs::permissions(base.Path(), fs::perms::all);
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                              fs::perms::others_exec);
+  const ProgramRun run = RunForbidden(folder);
+  fs::permissions(folder, fs::perms::owner_all);
+  if (run.exitStatus == 126 || run.exitStatus == 127) {
+    GTEST_SKIP() << "no user without permissions can run the program";
+  }
+  EXPECT_EQ(run.exitStatus, 73);
+  EXPECT_EQ(run.err,
+            "kvx run: \"fem_solving.txt\": The folder cannot be written: Permission denied.\n");
+  EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
+}
+
+// A file system of `size` kilobytes that holds the model and old results. Exit status 125: such a
+// file system cannot be made here.
+ProgramRun RunOnSmallDisk(const fs::path& base, int size) {
+  WriteFile(base / "inside", "mount -t tmpfs -o size=" + std::to_string(size) + "k none '" +
+                                 base.string() + "/disk' || exit 125\ncd '" + base.string() +
+                                 "/disk' && cp -r ../deck/* . || exit 125\n" KVX_PROGRAM
+                                 " run\nstatus=$?\ncp -r . '" +
+                                 base.string() + "/after'\nexit $status\n");
+  fs::create_directory(base / "disk");
+  return korvex::test::RunProgram(
+      "/bin/sh", base, "",
+      {"-c", "exec unshare --mount --map-root-user sh \"" + (base / "inside").string() + "\""});
+}
+
+// From a disk that holds nothing more to one that all fits on: where it does not, the old files are
+// whole and the reason is named.
+TEST_F(KvxRunPosix, LeavesOldFilesOnAFullDisk) {
+  text = PlateText(6);
+  RunWhole();
+  std::uintmax_t bytes = 0;
+  for (const auto& entry : fs::directory_iterator(folder)) bytes += fs::file_size(entry.path());
+  const int most = static_cast<int>(bytes / 1024) + 200;
+  int full = 0;
+  for (int size = 40; size <= most; size += most / 12) {
+    SCOPED_TRACE(size);
+    fs::remove_all(base.Path() / "disk");
+    fs::remove_all(base.Path() / "after");
+    Fill();
+    const ProgramRun run = RunOnSmallDisk(base.Path(), size);
+    if (run.exitStatus == 125 || run.exitStatus == 127 || run.err.find("unshare") == 0) {
+      if (size == 40) GTEST_SKIP() << "no file system can be mounted: " << run.err;
+      continue;
+    }
+    if (run.exitStatus == 0) {
+      EXPECT_EQ(ListDifferent(ReadFolder(base.Path() / "after"), whole), NoNames);
+      continue;
+    }
+    ++full;
+    EXPECT_EQ(run.exitStatus, 73);
+    EXPECT_EQ(run.err.rfind("kvx run: \"fem_solving.txt\": ", 0), 0U) << run.err;
+    EXPECT_NE(run.err.find(" cannot be written: No space left on device.\n"), std::string::npos)
+        << run.err;
+    EXPECT_EQ(ListDifferent(ReadFolder(base.Path() / "after"), OldResults), NoNames);
+  }
+  EXPECT_GE(full, 3);
+}
+
+// What a terminal is shown on standard error while the shell runs the commands in the folder.
+// Returns false where there are no terminals.
+bool ShowAtTerminal(const fs::path& folder, const std::string& commands, std::string& shown) {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
+  if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0) return false;
+  const std::string name = ptsname(terminal);  // NOLINT(concurrency-mt-unsafe)
+  const int keeper = open(name.c_str(), O_RDWR | O_NOCTTY);
+  if (keeper < 0) return false;
+  const ProgramRun run =
+      korvex::test::RunProgram("/bin/sh", folder, "", {"-c", commands + " >/dev/null 2>" + name});
+  EXPECT_EQ(run.exitStatus, 0) << commands;
+  std::array<char, 4096> buffer{};
+  for (ssize_t count = 0; (count = read(terminal, buffer.data(), buffer.size())) > 0;) {
+    shown.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+  close(keeper);
+  close(terminal);
+  return true;
+}
+
+// The 320 detail models of the tower take longer than the half second without a line. All commands
+// that make them say so.
+TEST_F(KvxRunPosix, ShowsItsProgressAtATerminalAlone) {
+  text = ReadBytes(KORVEX_EXAMPLES "/lattice-tower/fem_solving.txt");
+  Fill();
+  WriteFile(folder / "cases.toml",
+            "structure = \"fem_solving.txt\"\n[case.wind]\nloads = \"fem_solving.txt\"\n");
+  const std::string detailModels = "Making detail models of beams";
+  for (const auto& [command, line] : {std::pair{"run", detailModels},
+                                      {"audit", detailModels},
+                                      {"cases", detailModels + " (wind)"}}) {
+    std::string shown;
+    if (!ShowAtTerminal(folder, std::string(KVX_PROGRAM " ") + command, shown)) {
+      GTEST_SKIP() << "there are no terminals here";
+    }
+    EXPECT_NE(shown.find('\r' + line + " ... "), std::string::npos) << shown;
+    EXPECT_NE(shown.find(" s left"), std::string::npos) << shown;
+    // The last of it is blank.
+    const std::size_t last = shown.find_last_not_of("\r ");
+    EXPECT_NE(shown.find('\r', last), std::string::npos) << shown;
+  }
+}
+
+// The shell makes of it the argument that it was.
+TEST(QuoteArgument, GivesAShellTheSameArgument) {
+  EXPECT_EQ(QuoteArgument("decks/deck-2.b"), "decks/deck-2.b");
+  const TempFolder script;
+  for (const std::string argument :
+       {"", "my deck", "it's", "''", "$HOME", "`id`", "$(id)", "a\"b", "a\\b", "a\nb", "~", "!1",
+        "{a,b}", "*", "a;b", "a&b", "#a", "Br\u00fccke"}) {
+    WriteFile(script.Path() / "script", "printf %s. " + QuoteArgument(argument));
+    const ProgramRun run = korvex::test::RunProgram("/bin/sh", script.Path(), "", {"script"});
+    EXPECT_EQ(run.out, argument + '.');
+  }
+}
+
+}  // namespace
+}  // namespace kvx::test
