@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <regex>
 #include <sstream>
 #include <toml/parser.hpp>
 
@@ -114,8 +113,18 @@ std::string DescribeSyntax(const std::string& what) {
 
 // "= 1,35": the usual slip, for which the library misses a line end or a key.
 bool HasDecimalComma(std::string_view line) {
-  const std::string text(line);
-  return std::regex_search(text, std::regex("=\\s*[-+]?[0-9]+,[0-9]+\\s*($|[,}#])"));
+  constexpr std::string_view Digits = "0123456789";
+  const auto skip = [&](std::string_view characters, std::size_t at) {
+    return std::min(line.find_first_not_of(characters, at), line.size());
+  };
+  for (std::size_t sign = line.find('='); sign < line.size(); sign = line.find('=', sign + 1)) {
+    const std::size_t whole = skip(" \t+-", sign + 1), comma = skip(Digits, whole);
+    if (comma == whole || comma == line.size() || line[comma] != ',') continue;
+    const std::size_t part = skip(Digits, comma + 1), end = skip(" \t\r", part);
+    if (part == comma + 1) continue;
+    if (end == line.size() || std::string_view(",}#").find(line[end]) < 3) return true;
+  }
+  return false;
 }
 
 double NumberOf(const toml::value& value, std::size_t line) {

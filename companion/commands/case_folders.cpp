@@ -24,9 +24,11 @@ void RefuseInputs(const fs::path& folder, const std::vector<SourceFile>& sources
   std::error_code error;
   if (!fs::exists(folder, error)) return;
   for (const SourceFile& source : sources) {
-    if (!fs::equivalent(source.place.parent_path(), folder, error)) continue;
-    Refuse(folder, "holds \"" + source.place.filename().u8string() +
-                       "\", from which the cases are made." + RenameCase);
+    const fs::path name = source.place.filename();
+    // Of the files, not of their folders: on Windows folders cannot be compared so.
+    if (!fs::equivalent(source.place, folder / name, error)) continue;
+    Refuse(folder,
+           "holds \"" + name.u8string() + "\", from which the cases are made." + RenameCase);
   }
 }
 

@@ -109,7 +109,7 @@ void CheckFolders(const RunCommand& command, FolderRuns& runs) {
     if (!Load(run)) continue;
     const auto isSame = [&](const FolderRun& other) {
       return &other != &run && !other.folder.empty() &&
-             fs::equivalent(other.folder, run.folder, error);
+             fs::equivalent(other.folder / ModelFileName, run.folder / ModelFileName, error);
     };
     const auto same = std::find_if(runs.begin(), runs.end(), isSame);
     if (same != runs.end()) {

@@ -6,7 +6,6 @@
 #include <cmath>
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <regex>
 
 #include "audit/displacement_file.h"
 #include "run/stages.h"
@@ -15,6 +14,7 @@
 #include "support/read_bytes.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
+#include "support/words.h"
 
 namespace kvx::test {
 namespace {
@@ -44,7 +44,7 @@ ProgramRun AuditText(const std::string& text, const std::vector<std::string>& ar
 // Lines are broken within findings: the breaks count as blanks there.
 bool Holds(const std::string& text, const std::string& part) {
   if (part.find('\n') != std::string::npos) return text.find(part) != std::string::npos;
-  return std::regex_replace(text, std::regex("\\s+"), " ").find(part) != std::string::npos;
+  return JoinWords(SplitWords(text)).find(part) != std::string::npos;
 }
 
 // The files of a run, and displacements.bin.

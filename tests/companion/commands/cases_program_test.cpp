@@ -241,7 +241,7 @@ TEST_F(KvxCases, SaysWhatItHasSolved) {
   for (const char* part :
        {"\n  base ", "\n  uls and G ", "Largest of all:\n", "von Mises stress, shells",
         "von Mises stress, beams, detail models", "von Mises stress, beams, section forces",
-        "/results, a folder for each case.", "Envelope of uls, uls and G: envelope-all."}) {
+        "results, a folder for each case.", "Envelope of uls, uls and G: envelope-all."}) {
     EXPECT_NE(run.out.find(part), std::string::npos) << part << run.out;
   }
 }
@@ -307,10 +307,9 @@ TEST_F(KvxCases, FindsItsFilesFromEverywhere) {
     EXPECT_EQ(run.exitStatus, 0) << run.out << run.err;
     EXPECT_EQ(ListFolder(base.Path() / "out/here"),
               (std::vector<std::string>{"a", "base", "envelope-all"}));
-    EXPECT_EQ(run.out.rfind(
-                  fs::path("bridge/cases.toml").make_preferred().u8string() + ": 2 cases of ", 0),
-              0U)
-        << run.out;
+    std::string out = run.out;
+    std::replace(out.begin(), out.end(), '\\', '/');  // on Windows
+    EXPECT_EQ(out.rfind("bridge/cases.toml: 2 cases of ", 0), 0U) << out;
     fs::remove_all(base.Path() / "out");
   }
   EXPECT_EQ(Run({"../cases.toml"}, "bridge/model").exitStatus, 0);

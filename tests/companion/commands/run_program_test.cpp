@@ -258,8 +258,8 @@ TEST_F(KvxRun, SaysWhatStopsItByForce) {
   const ProgramRun solver = korvex::test::RunProgram(KORVEX_PROGRAM, folder);
   ASSERT_EQ(solver.notices.size(), 1U);
   const std::string reason = run.err.substr(run.err.find("\": ") + 3);
-  EXPECT_NE(solver.err.find(reason.substr(0, reason.size() - 1)), std::string::npos)
-      << solver.err << reason;
+  EXPECT_NE(solver.notices[0].find(reason.substr(0, reason.size() - 1)), std::string::npos)
+      << solver.notices[0] << reason;
 }
 
 TEST_F(KvxRun, RemovesResultsOfAnEarlierState) {

@@ -45,7 +45,8 @@ TEST_F(UnfinishedFolderTest, GivesAllFilesTheirNames) {
     UnfinishedFolder making;
     BeginUnfinished(prefix, Files, making);
     EXPECT_EQ(making.prefix, prefix + "kvx-unfinished/");
-    EXPECT_TRUE(fs::equivalent(making.place, folder.Path()));
+    EXPECT_TRUE(making.place.is_absolute());
+    EXPECT_TRUE(fs::exists(making.place / "other"));
     Make();
     MoveFiles(making);
     // What is left there is never taken back.
