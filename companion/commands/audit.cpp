@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/audit_report.h"
+#include "commands/audit_table.h"
 #include "commands/commands.h"
 #include "commands/open_results.h"
 #include "commands/result_table.h"
@@ -46,6 +47,17 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
   return ExitFine;
 }
 
+std::string ReportAs(const AuditCommand& command, const OpenedResults& results,
+                     const AuditReport& report) {
+  if (command.form == OutputForm::Json) return JsonLine(AuditJson(results.solved, report));
+  if (command.form == OutputForm::Text) {
+    return AuditText(results.file.file, results.solved, report, ChooseStyle(command.color));
+  }
+  ResultTable table = MakeAuditTable("model");
+  AddAuditRow(results.file.file, &report, VerdictText(report), table);
+  return TableCsv(table);
+}
+
 }  // namespace
 
 ExitStatus RunAudit(const AuditCommand& command) {
@@ -56,10 +68,7 @@ ExitStatus RunAudit(const AuditCommand& command) {
   const ExitStatus audited = Audit(command, results, report);
   if (audited != ExitFine) return audited;
 
-  const ExitStatus written =
-      WriteOutput(command.json ? JsonLine(AuditJson(results.solved, report))
-                               : AuditText(results.file.file, results.solved, report,
-                                           ChooseStyle(command.color)));
+  const ExitStatus written = WriteOutput(ReportAs(command, results, report));
   if (written != ExitFine) return written;
   const bool isBad = CountFindings(report.findings, Severity::Error) > 0 ||
                      (command.strict && CountFindings(report.findings, Severity::Warning) > 0);

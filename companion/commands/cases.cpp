@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 #include <system_error>
 
+#include "commands/audit_table.h"
 #include "commands/cases_report.h"
 #include "commands/commands.h"
 #include "commands/progress.h"
@@ -24,11 +25,19 @@ fs::path ChooseResults(const CasesCommand& command, const CaseSet& set) {
              : fs::absolute(fs::u8path(command.output), error).lexically_normal();
 }
 
+// What is kept of the audits, for the form that was asked for.
+struct CaseAudits {
+  std::vector<nlohmann::ordered_json> json;
+  ResultTable table = MakeAuditTable("case");
+};
+
 // Solves, or says why that is not possible.
 ExitStatus Solve(const CasesCommand& command, const fs::path& results, CaseSet& set,
-                 std::vector<nlohmann::ordered_json>& audits, SolvedCases& solved) {
-  const auto take = [&](std::size_t, const SolvedModel& model, const AuditReport& report) {
-    if (command.json) audits.push_back(AuditJson(model, report));
+                 CaseAudits& audits, SolvedCases& solved) {
+  const auto take = [&](std::size_t row, const SolvedModel& model, const AuditReport& report) {
+    if (command.form == OutputForm::Json) audits.json.push_back(AuditJson(model, report));
+    if (command.form != OutputForm::Csv) return;
+    AddAuditRow(set.sets[row].name, &report, VerdictText(report), audits.table);
   };
   try {
     SolveCases(results, set, take, solved);
@@ -44,11 +53,15 @@ ExitStatus Solve(const CasesCommand& command, const fs::path& results, CaseSet& 
 
 ExitStatus SayUnsolved(const CasesCommand& command, const CaseSet& set) {
   std::string text;
-  if (command.json) {
+  if (command.form == OutputForm::Json) {
     text = CasesJson(set, nullptr, {}, {});
   } else {
     text = CaseFindingsText(set, ChooseStyle(command.color)) + "Not solved. Mend the errors";
     text += set.unreadable.empty() ? "; kvx cases --force would solve it as it is.\n" : ".\n";
+  }
+  if (command.form == OutputForm::Csv) {
+    Complain(Name, text);  // what is no table does not belong into one
+    return ExitFindings;
   }
   const ExitStatus written = WriteOutput(text);
   return written == ExitFine ? ExitFindings : written;
@@ -66,15 +79,21 @@ ExitStatus RunCases(const CasesCommand& command) {
   if (errors > 0 && !command.force) return SayUnsolved(command, set);
 
   const fs::path results = ChooseResults(command, set);
-  std::vector<nlohmann::ordered_json> audits;
+  CaseAudits audits;
   SolvedCases solved;
   const ExitStatus done = Solve(command, results, set, audits, solved);
   if (done != ExitFine) return done;
   const std::vector<std::string> others = ListOtherFolders(results, set);
   const TextStyle style = ChooseStyle(command.color);
-  const ExitStatus written = WriteOutput(
-      command.json ? CasesJson(set, &solved, audits, others)
-                   : CaseFindingsText(set, style) + SolvedCasesText(set, solved, others, style));
+  std::string text;
+  if (command.form == OutputForm::Json) {
+    text = CasesJson(set, &solved, audits.json, others);
+  } else if (command.form == OutputForm::Csv) {
+    text = TableCsv(audits.table);
+  } else {
+    text = CaseFindingsText(set, style) + SolvedCasesText(set, solved, others, style);
+  }
+  const ExitStatus written = WriteOutput(text);
   for (const SolvedCase& each : solved.cases) {
     errors += CountFindings(each.findings, Severity::Error);
     warnings += CountFindings(each.findings, Severity::Warning);

@@ -67,7 +67,7 @@ void Check(const RunCommand& command, FolderRun& run) {
   CheckReport report;
   CheckModel(run.text, {}, report);
   run.meshKey = MakeMeshKey(report.model.tables);
-  if (command.json) run.checkJson = ReportJson(report);
+  if (command.form == OutputForm::Json) run.checkJson = ReportJson(report);
   run.findings = std::move(report.findings);
   run.isChecked = true;
 }

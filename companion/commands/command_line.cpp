@@ -107,7 +107,9 @@ void AddRun(CLI::App& app, CommandValues& values) {
       ->type_name("");
   command.add_flag("--force", values.run.force, "Solve in spite of errors in the model");
   command.add_flag("--strict", values.run.strict, "Exit status 1 for warnings, too");
-  command.add_flag("--json", values.run.json, "The audit as JSON, one line for each folder");
+  command.add_flag("--csv", values.csv,
+                   "Loads, balance and verdict as a table, a row for each folder");
+  command.add_flag("--json", values.json, "The audit as JSON, one line for each folder");
   AddColorOption(command, values.color);
   command.footer(
       "The files are those that korvex writes, byte for byte, and displacements.bin: the\n"
@@ -128,7 +130,8 @@ void AddAudit(CLI::App& app, CommandValues& values) {
   AddPlace(command, values.audit.place);
   command.add_flag("--strict", values.audit.strict, "Exit status 1 for warnings, too");
   AddYield(command, values.audit.yield);
-  command.add_flag("--json", values.audit.json, "The audit as JSON, for programs");
+  command.add_flag("--csv", values.csv, "Loads, balance and verdict as a table, for spreadsheets");
+  command.add_flag("--json", values.json, "The audit as JSON, for programs");
   AddColorOption(command, values.color);
   command.footer(
       "Tells the sums of loads and support forces, what is left over at each node, the largest\n"
@@ -270,7 +273,9 @@ void AddCases(CLI::App& app, CommandValues& values) {
       ->type_name("DIR");
   command.add_flag("--force", values.cases.force, "Solve in spite of errors in the model");
   command.add_flag("--strict", values.cases.strict, "Exit status 1 for warnings, too");
-  command.add_flag("--json", values.cases.json, "The audits as JSON, for programs");
+  command.add_flag("--csv", values.csv,
+                   "Loads, balance and verdict as a table, a row for each case");
+  command.add_flag("--json", values.json, "The audits as JSON, for programs");
   AddColorOption(command, values.color);
   command.footer(
       "FILE:  structure = \"fem_solving.txt\"        its own loads are the case \"base\"\n"
@@ -440,6 +445,7 @@ ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
                           : values.json ? OutputForm::Json
                                         : OutputForm::Text;
   values.reactions.form = values.forces.form = values.top.form = form;
+  values.run.form = values.audit.form = values.cases.form = form;
   const ColorChoice color = ColorOf(values.color);
   values.run.color = values.audit.color = values.cases.color = values.explain.color = color;
   if (name == "check") return RunChecked(*command, values);

@@ -33,7 +33,7 @@ struct RunCommand {
   std::vector<std::string> places{"."};  // folders with a model file, or such files
   bool force = false;                    // solve in spite of errors that the check finds
   bool strict = false;                   // warnings count as errors do, of the check and the audit
-  bool json = false;
+  OutputForm form = OutputForm::Text;
   ColorChoice color = ColorChoice::Auto;
 };
 
@@ -41,7 +41,7 @@ struct AuditCommand {
   std::string place = ".";
   bool strict = false;  // warnings count as errors do
   double yield = 0.0;   // yield stress, model units; 0: none is given
-  bool json = false;
+  OutputForm form = OutputForm::Text;
   ColorChoice color = ColorChoice::Auto;
 };
 
@@ -77,7 +77,7 @@ struct CasesCommand {
   std::string output;   // folder of the results; "": "results" beside the file
   bool force = false;   // solve in spite of errors that the check finds
   bool strict = false;  // warnings count as errors do
-  bool json = false;
+  OutputForm form = OutputForm::Text;
   ColorChoice color = ColorChoice::Auto;
 };
 

@@ -1,6 +1,7 @@
 // kvx run: checks models, solves them, writes their results and audits them.
 #include <algorithm>
 
+#include "commands/audit_table.h"
 #include "commands/commands.h"
 #include "commands/folder_run.h"
 #include "commands/progress.h"
@@ -13,14 +14,16 @@ ExitStatus RunRun(const RunCommand& command) {
   CatchInterrupts();
   FolderRuns runs;
   CheckFolders(command, runs);
+  const bool isText = command.form == OutputForm::Text;
   ExitStatus status = ExitFine;
+  if (command.form == OutputForm::Csv) status = WriteOutput(CsvHead(MakeAuditTable("model")));
   bool isFirst = true;
   const std::size_t factorisations = SolveFolders(command, runs, [&](const FolderRun& run) {
-    const bool needsLine = !isFirst && !command.json && !run.said.empty();
+    const bool needsLine = !isFirst && isText && !run.said.empty();
     isFirst = isFirst && run.said.empty();
     status = std::max({status, run.status, WriteOutput((needsLine ? "\n" : "") + run.said)});
   });
-  if (command.json) return status;
+  if (!isText) return status;
   const std::string next = NextText(runs, factorisations, ChooseStyle(command.color));
   return std::max(status, WriteOutput(next));
 }

@@ -124,8 +124,10 @@ void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
   if (errors > 0 || (command.strict && warnings > 0)) {
     run.status = std::max(run.status, ExitFindings);
   }
-  if (command.json) {
+  if (command.form == OutputForm::Json) {
     run.said = RunJson(run, AuditJson(solved, report));
+  } else if (command.form == OutputForm::Csv) {
+    run.said = RunCsv(run, &report);
   } else {
     const TextStyle style = ChooseStyle(command.color);
     run.said = RunText(run, style) + AuditText(run.file, solved, report, style);
@@ -164,7 +166,13 @@ void SolveGroup(const RunCommand& command, Model& leader, Group& group) {
 
 void Describe(const RunCommand& command, FolderRun& run) {
   if (!run.said.empty()) return;
-  run.said = command.json ? RunJson(run, nullptr) : RunText(run, ChooseStyle(command.color));
+  if (command.form == OutputForm::Json) {
+    run.said = RunJson(run, nullptr);
+  } else if (command.form == OutputForm::Csv) {
+    run.said = RunCsv(run, nullptr);
+  } else {
+    run.said = RunText(run, ChooseStyle(command.color));
+  }
 }
 
 }  // namespace
