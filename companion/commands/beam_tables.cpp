@@ -205,7 +205,7 @@ void RaiseBeamScales(const BeamResult& result, BeamScales& scales) {
 }
 
 const char* SectionPlaceName(SectionPlace place) {
-  return PlaceNames[static_cast<std::size_t>(place)];
+  return PlaceNames.at(static_cast<std::size_t>(place));
 }
 
 void RaiseRanges(const BeamForces& forces, ComponentRanges& ranges) {

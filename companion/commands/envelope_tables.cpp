@@ -276,10 +276,10 @@ void WriteEnvelopeFile(const std::string& folder, EnvelopeKind kind, const Envel
       AddItemRows(kind, view, item, text);
       if (text.size() < Block) continue;
       StopIfInterrupted();
-      stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+      stream << text;
       text.clear();
     }
-    stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+    stream << text;
   });
 }
 

@@ -154,7 +154,8 @@ std::string PointName(const Model& model, const ShellResult& result, std::int32_
 
 // corner: 0-based; -1: the centre.
 const ShellPoint& PointOf(const ShellResult& result, std::int32_t corner) {
-  return corner < 0 ? result.values.centre : result.values.corner[static_cast<std::size_t>(corner)];
+  if (corner < 0) return result.values.centre;
+  return result.values.corner[static_cast<std::size_t>(corner)];
 }
 
 std::int32_t LastCorner(const ShellResult& result, bool hasCorners) {
