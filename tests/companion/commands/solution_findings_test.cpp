@@ -99,9 +99,10 @@ TEST(SolutionFindings, NameABeamThatSpoilsAll) {
     Dice dice = MakeDice(seed);
     const int row = RollInteger(dice, 0, static_cast<int>(model.beams.size()) - 1);
     ModelText::Beam& beam = model.beams[static_cast<std::size_t>(row)];
-    const auto& a = model.nodes[static_cast<std::size_t>(beam.node1)];
-    const auto& b = model.nodes[static_cast<std::size_t>(beam.node2)];
-    // No length: exactly no axis, which a product of rounded numbers need not be.
+    const auto a = model.nodes[static_cast<std::size_t>(beam.node1)];
+    const auto b = model.nodes[static_cast<std::size_t>(beam.node2)];
+    // Copies: the table grows below. No length: exactly no axis, which a product of rounded numbers
+    // need not be.
     model.nodes.push_back(a);
     for (std::size_t i = 0; i < 3; ++i) beam.orientation[i] = b[i] - a[i];
     beam.node2 = static_cast<int>(model.nodes.size()) - 1;
