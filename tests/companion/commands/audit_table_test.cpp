@@ -28,6 +28,11 @@ void AddPanel(const fs::path& folder) {
   }
 }
 
+// As the system writes it.
+std::string FileIn(const std::string& folder) {
+  return (fs::path(folder) / "fem_solving.txt").string();
+}
+
 // The lines behind the notes.
 std::vector<std::string> ListRows(const std::string& csv) {
   std::vector<std::string> rows;
@@ -49,9 +54,9 @@ TEST(AuditTable, HasARowForEachFolder) {
   ASSERT_EQ(rows.size(), 4U) << run.out;
   EXPECT_EQ(rows[0].rfind("model,Fx,Fy,Fz,Mx,My,Mz,reaction_Fx,", 0), 0U);
   // The load of the panel: 1008 shells under pressure, and four forces; its README adds them up.
-  EXPECT_EQ(rows[1].rfind("deck/fem_solving.txt,0,0,-816", 0), 0U) << rows[1];
+  EXPECT_EQ(rows[1].rfind(FileIn("deck") + ",0,0,-816", 0), 0U) << rows[1];
   EXPECT_NE(rows[1].find(",balanced"), std::string::npos) << rows[1];
-  EXPECT_EQ(rows[2].rfind("bad/fem_solving.txt,,,,", 0), 0U) << rows[2];
+  EXPECT_EQ(rows[2].rfind(FileIn("bad") + ",,,,", 0), 0U) << rows[2];
   EXPECT_NE(rows[2].find(",not solved: "), std::string::npos) << rows[2];
   EXPECT_EQ(rows[3].rfind("nowhere,,,,", 0), 0U) << rows[3];
 }
