@@ -49,10 +49,20 @@ void AddPlace(CLI::App& command, std::string& place) {
       ->type_name("");
 }
 
-void AddForms(CLI::App& command, CommandValues& values) {
-  // CLI11 could tell that one excludes the other, but shows that in the help in its own words.
-  command.add_flag("--csv", values.csv, "A table with all digits, for spreadsheets");
-  command.add_flag("--json", values.json, "The same as JSON, for programs");
+// CLI11 could tell that one excludes the other, but shows that in the help in its own words.
+void AddForms(CLI::App& command, CommandValues& values,
+              const char* csv = "A table with all digits, for spreadsheets",
+              const char* json = "The same as JSON, for programs") {
+  command.add_flag("--csv", values.csv, csv);
+  command.add_flag("--json", values.json, json);
+}
+
+void AddForce(CLI::App& command, bool& force) {
+  command.add_flag("--force", force, "Solve in spite of errors in the model");
+}
+
+void AddStrict(CLI::App& command, bool& strict) {
+  command.add_flag("--strict", strict, "Exit status 1 for warnings, too");
 }
 
 void AddYield(CLI::App& command, double& yield) {
@@ -74,7 +84,7 @@ void AddCheck(CLI::App& app, CommandValues& values) {
   CLI::App& command =
       *app.add_subcommand("check", "Name every mistake in a model, before it is solved");
   AddPlace(command, values.check.place);
-  command.add_flag("--strict", values.check.strict, "Exit status 1 for warnings, too");
+  AddStrict(command, values.check.strict);
   command
       .add_option("--tolerance", values.check.tolerance,
                   "Nodes closer than this coincide; units of the model (default: 1e-6 of its size)")
@@ -105,11 +115,10 @@ void AddRun(CLI::App& app, CommandValues& values) {
                   "Folders with fem_solving.txt, or the files; else the current folder. Models\n"
                   "that differ in loads alone are solved together")
       ->type_name("");
-  command.add_flag("--force", values.run.force, "Solve in spite of errors in the model");
-  command.add_flag("--strict", values.run.strict, "Exit status 1 for warnings, too");
-  command.add_flag("--csv", values.csv,
-                   "Loads, balance and verdict as a table, a row for each folder");
-  command.add_flag("--json", values.json, "The audit as JSON, one line for each folder");
+  AddForce(command, values.run.force);
+  AddStrict(command, values.run.strict);
+  AddForms(command, values, "Loads, balance and verdict as a table, a row for each folder",
+           "The audit as JSON, one line for each folder");
   AddColorOption(command, values.color);
   command.footer(
       "The files are those that korvex writes, byte for byte, and displacements.bin: the\n"
@@ -128,17 +137,18 @@ void AddRun(CLI::App& app, CommandValues& values) {
 void AddAudit(CLI::App& app, CommandValues& values) {
   CLI::App& command = *app.add_subcommand("audit", "Tell whether results can be trusted");
   AddPlace(command, values.audit.place);
-  command.add_flag("--strict", values.audit.strict, "Exit status 1 for warnings, too");
+  AddStrict(command, values.audit.strict);
   AddYield(command, values.audit.yield);
-  command.add_flag("--csv", values.csv, "Loads, balance and verdict as a table, for spreadsheets");
-  command.add_flag("--json", values.json, "The audit as JSON, for programs");
+  AddForms(command, values, "Loads, balance and verdict as a table, for spreadsheets",
+           "The audit as JSON, for programs");
   AddColorOption(command, values.color);
   command.footer(
       "Tells the sums of loads and support forces, what is left over at each node, the largest\n"
-      "displacement and stresses, and whether the result files in DIR are those of this model. "
-      "The\n"
-      "displacements are those of displacements.bin where it belongs to the model; else the model\n"
-      "is solved in memory. Moments of sums are about the global origin.\n"
+      "displacement and stresses, and whether the result files in DIR are those of this model.\n"
+      "The displacements are those of displacements.bin where it belongs to the model; else the\n"
+      "model is solved in memory. Forces along the global axes, those of supports as they act on\n"
+      "the structure; moments of sums about the global origin. Section forces in the JSON are\n"
+      "those of kvx forces. Units of the model.\n"
       "\n"
       "Exit status: 0 no errors, 1 errors, 64 wrong usage, 65 unusable data, 66 no model there,\n"
       "70 a fault of kvx, 73 the output cannot be written, 130 interrupted.\n"
@@ -271,11 +281,10 @@ void AddCases(CLI::App& app, CommandValues& values) {
       .add_option("-o,--output", values.cases.output,
                   "Folder of the results; else \"results\" beside FILE")
       ->type_name("DIR");
-  command.add_flag("--force", values.cases.force, "Solve in spite of errors in the model");
-  command.add_flag("--strict", values.cases.strict, "Exit status 1 for warnings, too");
-  command.add_flag("--csv", values.csv,
-                   "Loads, balance and verdict as a table, a row for each case");
-  command.add_flag("--json", values.json, "The audits as JSON, for programs");
+  AddForce(command, values.cases.force);
+  AddStrict(command, values.cases.strict);
+  AddForms(command, values, "Loads, balance and verdict as a table, a row for each case",
+           "The audits as JSON, for programs");
   AddColorOption(command, values.color);
   command.footer(
       "FILE:  structure = \"fem_solving.txt\"        its own loads are the case \"base\"\n"
@@ -288,10 +297,13 @@ void AddCases(CLI::App& app, CommandValues& values) {
       "       [envelope.all]                       else one of all combinations, or of all cases\n"
       "       of = [\"uls\", \"base\"]\n"
       "\n"
-      "Exit status: 0 solved without errors, 1 errors in the model or its results, 64 wrong "
-      "usage,\n"
-      "65 unusable data, 66 no such file, 70 a fault of kvx, 73 a folder that cannot be written,\n"
-      "130 interrupted.\n"
+      "Envelopes: CSV files in envelope-NAME, displacements and support forces along the global\n"
+      "axes, section forces and shell forces with the axes and signs of kvx forces. Units of the\n"
+      "model.\n"
+      "\n"
+      "Exit status: 0 solved without errors, 1 errors in the model or its results, 64 wrong\n"
+      "usage, 65 unusable data, 66 no such file, 70 a fault of kvx, 73 a folder that cannot be\n"
+      "written, 130 interrupted.\n"
       "\n"
       "Example: kvx cases deck/cases.toml");
 }

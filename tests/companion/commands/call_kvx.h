@@ -1,4 +1,4 @@
-// The program called on a model as a user calls it, and its CSV read back.
+// The program called on a model as a user calls it.
 #pragma once
 
 #include <map>
@@ -20,23 +20,5 @@ korvex::test::ProgramRun CallKvx(const std::string& modelText,
 // standard output.
 std::string OutputOf(const korvex::test::ModelText& model,
                      const std::vector<std::string>& arguments);
-
-// A CSV file without quoted fields.
-struct CsvTable {
-  std::vector<std::string> notes;  // without "# "
-  std::vector<std::string> columns;
-  std::vector<std::vector<std::string>> rows;
-};
-
-CsvTable ReadCsv(const std::string& text);
-
-// The field of a row as it stands there. The test fails where there is no such column.
-std::string FieldOf(const CsvTable& table, std::size_t row, const std::string& column);
-
-// The number there; NaN for an empty field.
-double NumberAt(const CsvTable& table, std::size_t row, const std::string& column);
-
-// The first row whose field is this text; the test fails where there is none, and 0 is returned.
-std::size_t RowWhere(const CsvTable& table, const std::string& column, const std::string& text);
 
 }  // namespace kvx::test

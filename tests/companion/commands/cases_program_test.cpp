@@ -32,18 +32,6 @@ constexpr const char* LoadsTail =
     "Number of distributed loads on three-nodes shell elements:NDL_S_3ND=0\n"
     "Number of distributed loads on beam elements:NDL_B=0\n";
 
-// The names of the files that only one of the two has, or that differ.
-std::vector<std::string> ListDifferent(const FolderBytes& a, const FolderBytes& b) {
-  std::vector<std::string> names;
-  for (const auto& [name, bytes] : a) {
-    if (b.count(name) == 0 || b.at(name) != bytes) names.push_back(name);
-  }
-  for (const auto& file : b) {
-    if (a.count(file.first) == 0) names.push_back(file.first);
-  }
-  return names;
-}
-
 // A folder with a case file and what belongs to it.
 struct KvxCases : testing::Test {
   TempFolder base;

@@ -8,8 +8,8 @@
 #include <limits>
 #include <map>
 #include <set>
-#include <sstream>
 
+#include "support/csv.h"
 #include "support/expect_stop.h"
 #include "support/good_models.h"
 #include "support/load_cases.h"
@@ -41,45 +41,6 @@ Shown Show(const std::vector<SolvedCase>& cases) {
   return shown;
 }
 
-struct Csv {
-  std::vector<std::string> notes, columns;
-  std::vector<std::vector<std::string>> rows;
-};
-
-// The fields of a line by the rules of RFC 4180; none holds a line end.
-std::vector<std::string> SplitLine(const std::string& line) {
-  std::vector<std::string> fields(1);
-  bool isQuoted = false;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    if (line[i] == '"') {
-      const bool isDoubled = isQuoted && i + 1 < line.size() && line[i + 1] == '"';
-      if (isDoubled) fields.back() += line[++i];
-      if (!isDoubled) isQuoted = !isQuoted;
-    } else if (line[i] == ',' && !isQuoted) {
-      fields.emplace_back();
-    } else {
-      fields.back() += line[i];
-    }
-  }
-  return fields;
-}
-
-Csv ReadCsv(const std::string& text) {
-  Csv csv;
-  std::istringstream lines(text);
-  for (std::string line; std::getline(lines, line);) {
-    if (line.rfind("# ", 0) == 0) {
-      csv.notes.push_back(line);
-    } else if (csv.columns.empty()) {
-      csv.columns = SplitLine(line);
-    } else {
-      csv.rows.push_back(SplitLine(line));
-      EXPECT_EQ(csv.rows.back().size(), csv.columns.size()) << line;
-    }
-  }
-  return csv;
-}
-
 // The number that a field holds; an empty one must stand for something that does not exist.
 double NumberOf(const std::string& field) {
   EXPECT_FALSE(field.empty());
@@ -100,7 +61,7 @@ void ExpectNumber(const std::string& field, double expected) {
 // A row by the names of its columns.
 using Row = std::map<std::string, std::string>;
 
-Row MakeRow(const Csv& csv, std::size_t r) {
+Row MakeRow(const CsvTable& csv, std::size_t r) {
   Row row;
   for (std::size_t c = 0; c < csv.columns.size(); ++c) row[csv.columns[c]] = csv.rows[r][c];
   EXPECT_EQ(row.size(), csv.columns.size()) << "two columns have the same name";
@@ -156,7 +117,7 @@ std::size_t ExpectFile(const Shown& shown, EnvelopeKind kind) {
   const TempFolder folder;
   const std::string name = folder.Path().string() + "/";
   WriteEnvelopeFile(name, kind, {shown.items, shown.envelopes, shown.names});
-  const Csv csv = ReadCsv(ReadFile(name + EnvelopeFileName(kind)));
+  const CsvTable csv = ReadCsv(ReadFile(name + EnvelopeFileName(kind)));
   const Envelope& envelope = shown.envelopes[kind];
   std::size_t r = 0;
   for (std::size_t at = 0; at < envelope.items * envelope.components; ++at) {
@@ -279,7 +240,7 @@ TEST(EnvelopeTables, ShortListsNameTheGoverningItems) {
       if (envelope.items == 0) continue;
       ASSERT_LT(t, tables.size());
       // The CSV text of the table has all digits.
-      const Csv csv = ReadCsv(TableCsv(tables[t++]));
+      const CsvTable csv = ReadCsv(TableCsv(tables[t++]));
       std::size_t r = 0;
       for (std::size_t c = 0; c < envelope.components; ++c) {
         if (FindSmallestItem(envelope, c) == envelope.items) continue;  // in no item

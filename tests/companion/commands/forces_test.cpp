@@ -6,6 +6,7 @@
 
 #include "commands/call_kvx.h"
 #include "support/beam_sections.h"
+#include "support/csv.h"
 #include "support/dof_names.h"
 #include "support/shell_mesh.h"
 

@@ -8,6 +8,7 @@
 #include "audit/displacement_file.h"
 #include "commands/call_kvx.h"
 #include "support/beam_sections.h"
+#include "support/csv.h"
 #include "support/dof_names.h"
 #include "support/shell_mesh.h"
 #include "support/temp_folder.h"
