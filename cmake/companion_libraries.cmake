@@ -1,7 +1,7 @@
-# The header-only libraries of the companion program kvx, as the target kvx_libraries.
+# The libraries of the companion program kvx, as the target kvx_libraries, and zlib, as ZLIB::ZLIB.
 #
-# They are taken from the system, by links in a folder of the build: their headers serve every
-# target, but a compiler for another system must not search the folder that they lie in.
+# Those of headers alone are taken from the system, by links in a folder of the build: they serve
+# every target, but a compiler for another system must not search the folder that they lie in.
 
 set(KORVEX_COPYRIGHT_FILES
     /usr/share/doc
@@ -11,24 +11,13 @@ set(kvx_include ${CMAKE_CURRENT_BINARY_DIR}/libraries/include)
 set(kvx_missing)
 set(kvx_license_texts)
 
-# Finds the library whose main header is FOLDER/HEADER in the Debian package PACKAGE.
-function(kvx_use_library name package folder header)
-  find_path(
-    KVX_${folder}_INCLUDE ${folder}/${header}
-    HINTS /usr/include
-    NO_CMAKE_FIND_ROOT_PATH)
-  mark_as_advanced(KVX_${folder}_INCLUDE)
+# Adds the licence of a library, which comes in the Debian package PACKAGE, to those kvx shows.
+function(kvx_add_license name package)
   set(copyright ${KORVEX_COPYRIGHT_FILES}/${package}/copyright)
-  if(NOT KVX_${folder}_INCLUDE)
-    set(kvx_missing "${kvx_missing} ${package}" PARENT_SCOPE)
-    return()
-  endif()
   if(NOT EXISTS ${copyright})
     message(FATAL_ERROR "kvx shows the licence of ${name}, but there is no file ${copyright}. Install the Debian "
                         "package ${package}, or set KORVEX_COPYRIGHT_FILES.")
   endif()
-  file(MAKE_DIRECTORY ${kvx_include})
-  file(CREATE_LINK ${KVX_${folder}_INCLUDE}/${folder} ${kvx_include}/${folder} SYMBOLIC)
   file(READ ${copyright} text)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${copyright})
   set(kvx_license_texts "${kvx_license_texts}
@@ -38,10 +27,41 @@ function(kvx_use_library name package folder header)
 ${text})licence\"" PARENT_SCOPE)
 endfunction()
 
+# Finds the library whose main header is FOLDER/HEADER in the Debian package PACKAGE.
+function(kvx_use_library name package folder header)
+  find_path(
+    KVX_${folder}_INCLUDE ${folder}/${header}
+    HINTS /usr/include
+    NO_CMAKE_FIND_ROOT_PATH)
+  mark_as_advanced(KVX_${folder}_INCLUDE)
+  if(NOT KVX_${folder}_INCLUDE)
+    set(kvx_missing "${kvx_missing} ${package}" PARENT_SCOPE)
+    return()
+  endif()
+  file(MAKE_DIRECTORY ${kvx_include})
+  file(CREATE_LINK ${KVX_${folder}_INCLUDE}/${folder} ${kvx_include}/${folder} SYMBOLIC)
+  kvx_add_license("${name}" ${package})
+  set(kvx_license_texts "${kvx_license_texts}" PARENT_SCOPE)
+endfunction()
+
 kvx_use_library(CLI11 libcli11-dev CLI CLI.hpp)
 kvx_use_library("JSON for Modern C++" nlohmann-json3-dev nlohmann json.hpp)
 # Not its usual header, toml.hpp: that one lies beside its folder.
 kvx_use_library(toml11 libtoml11-dev toml parser.hpp)
+
+# zlib is compiled: for Windows its library for that system, and the static one.
+set(kvx_zlib_package zlib1g-dev)
+if(MINGW)
+  set(kvx_zlib_package libz-mingw-w64-dev)
+  set(CMAKE_FIND_LIBRARY_SUFFIXES .a)
+endif()
+find_package(ZLIB QUIET)
+if(ZLIB_FOUND)
+  kvx_add_license(zlib ${kvx_zlib_package})
+else()
+  set(kvx_missing "${kvx_missing} ${kvx_zlib_package}")
+endif()
+
 if(kvx_missing)
   message(
     FATAL_ERROR

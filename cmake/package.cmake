@@ -28,6 +28,32 @@ install(
   PATTERN __pycache__ EXCLUDE
   PATTERN man EXCLUDE)
 
+# An example to open in a browser: the deck panel, solved, as kvx view shows it. A program for
+# another system cannot be asked; then the page is that of KORVEX_NATIVE_COMPANION.
+set(KORVEX_NATIVE_COMPANION
+    ""
+    CACHE FILEPATH "kvx of this system, which makes the page in the packages for another one")
+set(page_maker $<TARGET_FILE:kvx_program>)
+if(CMAKE_CROSSCOMPILING)
+  set(page_maker ${KORVEX_NATIVE_COMPANION})
+endif()
+if(KORVEX_COMPANION AND page_maker)
+  set(example_page ${PROJECT_BINARY_DIR}/view.html)
+  add_custom_command(
+    OUTPUT ${example_page}
+    # kvx view replaces nothing but its own pages, and those of an earlier version may look different.
+    COMMAND ${CMAKE_COMMAND} -E rm -f ${example_page}
+    COMMAND ${page_maker} view stiffened-panel -o ${example_page}
+    DEPENDS ${page_maker} ${PROJECT_SOURCE_DIR}/examples/stiffened-panel/fem_solving.txt
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}/examples
+    COMMENT "Making the page of the deck panel"
+    VERBATIM)
+  add_custom_target(example_page ALL DEPENDS ${example_page})
+  install(FILES ${example_page} DESTINATION ${pages_folder}/examples/stiffened-panel)
+elseif(KORVEX_COMPANION)
+  message(STATUS "The packages get no page of an example: KORVEX_NATIVE_COMPANION is not set")
+endif()
+
 set(CPACK_PACKAGE_NAME korvex)
 set(CPACK_PACKAGE_VENDOR "The Korvex developers")
 set(CPACK_PACKAGE_CONTACT "The Korvex developers")
@@ -53,7 +79,7 @@ find_program(KORVEX_FILE file)
 if(KORVEX_DPKG_SHLIBDEPS AND KORVEX_FILE)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 else()
-  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6")
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6, zlib1g")
 endif()
 
 include(CPack)

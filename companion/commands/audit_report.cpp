@@ -140,6 +140,7 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   report = {};
   report.yield = options.yield;
   report.origin = options.origin;
+  if (options.hasStresses) report.noDetails = options.noDetails;
   ComputeReactions(solved, report.reactions);
   StopIfInterrupted();
   JudgeSolution(solved, report.verdict);

@@ -23,6 +23,7 @@ struct AuditOptions {
   double yield = 0.0;         // yield stress, model units; 0: none is given
   bool comparesFiles = true;  // the result files in the folder with what this model gives
   bool hasStresses = false;  // the model has its stresses and detail models already, as after a run
+  std::string noDetails;     // with hasStresses: why it has no detail models; empty: it has them
   std::string folder;        // precedes their names; empty, or ends with a slash
 
   // The bytes of the model file, for the lines in which findings stand; empty: they have none.

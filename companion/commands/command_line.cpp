@@ -25,9 +25,12 @@ struct CommandValues {
   ForcesCommand forces;
   TopCommand top;
   CasesCommand cases;
+  ViewCommand view;
+  ExportCommand exported;
   ExplainCommand explain;
   std::string color = "auto";
   bool csv = false, json = false;
+  bool details = false, noDetails = false;
   std::string axis;
 };
 
@@ -308,6 +311,96 @@ void AddCases(CLI::App& app, CommandValues& values) {
       "Example: kvx cases deck/cases.toml");
 }
 
+// An empty name comes of a script whose variable is not set.
+std::string RefuseEmptyName(const std::string& text) {
+  return text.empty() ? "write a name, not \"\"" : "";
+}
+
+void AddResults(CLI::App& command, std::string& results) {
+  command
+      .add_option("--results", results,
+                  "Of load cases: the folder that kvx cases -o had; else \"results\"")
+      ->type_name("DIR")
+      ->check(RefuseEmptyName);
+}
+
+void AddView(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("view", "Show a model and its results in 3-D, as a page for a browser");
+  command
+      .add_option("PLACE", values.view.places,
+                  "Folder with fem_solving.txt, or the file; several: load cases of one\n"
+                  "structure; or a file of load cases, *.toml, behind kvx cases; else the\n"
+                  "current folder")
+      ->type_name("");
+  command
+      .add_option("-o,--output", values.view.output,
+                  "The page; else view.html beside the first model or the load cases")
+      ->type_name("FILE")
+      ->check(RefuseEmptyName);
+  AddResults(command, values.view.results);
+  command.add_flag("--model", values.view.modelAlone,
+                   "The model without results: nothing is solved");
+  command.add_flag("--averaged", values.view.averagedAlone,
+                   "Averaged stresses alone, without those of single shells and their\n"
+                   "forces: about half the size, for large models");
+  command.add_flag("--details", values.details, "With the detail models of beams, however many");
+  command.add_flag("--no-details", values.noDetails,
+                   "Without them; else they are there if they have 60000 shells at most");
+  command.footer(
+      "One file, without anything from the network: it opens by a double click and may be sent\n"
+      "to others. Results are those of displacements.bin where it belongs to the model; else the\n"
+      "model is solved in memory. A model with errors is shown without results, with its findings\n"
+      "in place; so is every model before it is solved, with --model. Units of the model.\n"
+      "\n"
+      "Exit status: 0 fine, 1 errors in the model or its results: the page shows them, 64 wrong\n"
+      "usage, 65 unusable data, 66 no model or no results of cases there, 70 a fault of kvx,\n"
+      "73 the page cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx view deck\n"
+      "         kvx view deck/cases.toml -o deck.html");
+}
+
+void AddExport(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("export", "Models and results for ParaView, and as tables");
+  command
+      .add_option("PLACE", values.exported.places,
+                  "Folders with fem_solving.txt, or the files, or the file of load cases\n"
+                  "(.toml) after kvx cases; else the current folder")
+      ->type_name("");
+  command.add_flag("--vtu", values.exported.vtu, "For ParaView: model.vtu");
+  command.add_flag("--csv", values.exported.csv, "For spreadsheets: a folder csv of tables");
+  command.add_flag("--shared", values.exported.shared,
+                   "VTU: one point for each node, with mean stresses");
+  command.add_flag("--details", values.exported.details,
+                   "VTU: detail models of beams, too: model-details.vtu");
+  command
+      .add_option("-o,--output", values.exported.output,
+                  "Folder of the files; else beside the model")
+      ->type_name("DIR")
+      ->check(RefuseEmptyName);
+  AddResults(command, values.exported.results);
+  command.footer(
+      "VTU: displacements, loads, support forces, stresses of both faces at the corners of "
+      "shells,\n"
+      "forces of shells and beams. Each corner is a point of its own, so that stresses may jump\n"
+      "from shell to shell. Of load cases there is a .vtu for each, a .pvd that lists them as "
+      "time\n"
+      "steps, and an envelope.vtu with the largest and smallest values and their cases.\n"
+      "\n"
+      "The displacements are those of displacements.bin where it belongs to the model; else the\n"
+      "model is solved in memory. A file that exists is replaced when the new one is complete.\n"
+      "Units of the model.\n"
+      "\n"
+      "Exit status: 0 fine, 1 the model has errors, 64 wrong usage, 65 no supports, or\n"
+      "displacements that are not numbers, 66 no model or no results of load cases there,\n"
+      "70 a fault of kvx, 73 a file cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx export deck --vtu --details\n"
+      "         kvx export deck/cases.toml --vtu");
+}
+
 void AddExplain(CLI::App& app, CommandValues& values) {
   CLI::App& command = *app.add_subcommand("explain", "Tell what a finding means and what to do");
   command
@@ -335,6 +428,8 @@ void Describe(CLI::App& app, CommandValues& values) {
   AddForces(app, values);
   AddTop(app, values);
   AddCases(app, values);
+  AddView(app, values);
+  AddExport(app, values);
   AddExplain(app, values);
   CLI::App& licenses = *app.add_subcommand("licenses", "Show the licences of what kvx contains");
   licenses.footer("Example: kvx licenses | less");
@@ -437,6 +532,15 @@ ExitStatus RunForced(const CLI::App& command, CommandValues& values) {
   return RunForces(values.forces);
 }
 
+ExitStatus RunViewed(CommandValues& values) {
+  if (values.details && values.noDetails) {
+    Complain("kvx view", "--details or --no-details, not both.");
+    return ExitUsage;
+  }
+  if (values.details || values.noDetails) values.view.details = values.details;
+  return RunView(values.view);
+}
+
 // "--beam: 1 required LIST missing" in words for people.
 std::string PlainText(std::string text) {
   const std::string before = ": 1 required ", after = " missing";
@@ -467,6 +571,8 @@ ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
   if (name == "forces") return RunForced(*command, values);
   if (name == "top") return RunTop(values.top);
   if (name == "cases") return RunCases(values.cases);
+  if (name == "view") return RunViewed(values);
+  if (name == "export") return RunExport(values.exported);
   if (name == "explain") return RunExplain(values.explain);
   return RunLicenses();
 }

@@ -81,6 +81,25 @@ struct CasesCommand {
   ColorChoice color = ColorChoice::Auto;
 };
 
+struct ViewCommand {
+  // Folders with a model file, such files, or a file of load cases.
+  std::vector<std::string> places{"."};
+  std::string output;   // the page; "": view.html beside the first model or the case file
+  std::string results;  // of a case file: the folder of its results; "": "results" beside it
+  bool modelAlone = false;
+  bool averagedAlone = false;   // without the stresses of elements by themselves
+  std::optional<bool> details;  // with or without detail models; none: if they are few
+};
+
+struct ExportCommand {
+  std::vector<std::string> places{"."};  // folders with a model file, such files, or case files
+  bool vtu = false, csv = false;         // which files: at least one
+  bool shared = false;                   // VTU: one point for each node
+  bool details = false;                  // VTU: the detail models of beams, too
+  std::string output;   // folder of the files; "": beside each model, or in the results of a case
+  std::string results;  // of a case file: the folder of its results; "": "results" beside it
+};
+
 ExitStatus RunCheck(const CheckCommand& command);
 ExitStatus RunRun(const RunCommand& command);
 ExitStatus RunAudit(const AuditCommand& command);
@@ -91,6 +110,11 @@ ExitStatus RunReactions(const ReactionsCommand& command);
 ExitStatus RunForces(const ForcesCommand& command);
 ExitStatus RunTop(const TopCommand& command);
 ExitStatus RunCases(const CasesCommand& command);
+ExitStatus RunView(const ViewCommand& command);
+
+// Models and case files may be mixed; each is exported on its own, also where another one fails.
+// Returns the gravest status of all.
+ExitStatus RunExport(const ExportCommand& command);
 ExitStatus RunExplain(const ExplainCommand& command);
 ExitStatus RunLicenses();
 

@@ -25,13 +25,6 @@ void CheckBefore(OpenedResults& results) {
   results.firstError = NameFinding(report.findings.findings.front());
 }
 
-void Solve(OpenedResults& results) {
-  Progress progress;
-  BeginProgress("Solving", progress);
-  SolveInMemory(
-      results.file.text, [&](double share) { ShowShare(share, progress); }, results.solved);
-}
-
 void Obtain(OpenedResults& results) {
   korvex::Model tables;
   // The current folder is that of the file. Beside it there may be variants of other origin.
@@ -47,11 +40,18 @@ void Obtain(OpenedResults& results) {
   if (results.reading.fit == DisplacementFit::Fits) {
     CompleteFromDisplacements(results.file.text, std::move(displacements), results.solved);
   } else {
-    Solve(results);
+    SolveShown(results.file.text, results.solved);
   }
 }
 
 }  // namespace
+
+void SolveShown(const std::string& modelText, SolvedModel& solved) {
+  Progress progress;
+  BeginProgress("Solving", progress);
+  SolveInMemory(
+      modelText, [&](double share) { ShowShare(share, progress); }, solved);
+}
 
 ExitStatus OpenResults(const std::string& who, const std::string& place, OpenedResults& results) {
   CatchInterrupts();

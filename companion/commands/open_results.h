@@ -36,4 +36,7 @@ struct OpenedResults {
 // folder to that of the model. Throws Interrupted.
 ExitStatus OpenResults(const std::string& who, const std::string& place, OpenedResults& results);
 
+// Solves the model in memory before someone who waits: SolveInMemory with its progress.
+void SolveShown(const std::string& modelText, SolvedModel& solved);
+
 }  // namespace kvx

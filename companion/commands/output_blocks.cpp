@@ -10,7 +10,11 @@ namespace {
 constexpr std::size_t BlockBytes = 1'000'000;
 
 void WriteBlock(OutputBlocks& blocks) {
-  if (blocks.status == ExitFine) blocks.status = WriteOutput(blocks.waiting);
+  if (blocks.stream != nullptr) {
+    *blocks.stream << blocks.waiting;
+  } else if (blocks.status == ExitFine) {
+    blocks.status = WriteOutput(blocks.waiting);
+  }
   blocks.waiting.clear();
 }
 

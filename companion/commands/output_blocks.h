@@ -2,6 +2,7 @@
 // memory as a whole.
 #pragma once
 
+#include <ostream>
 #include <string>
 
 #include "commands/exit_status.h"
@@ -9,8 +10,9 @@
 namespace kvx {
 
 struct OutputBlocks {
-  std::string waiting;           // not yet written
-  ExitStatus status = ExitFine;  // of what was written
+  std::ostream* stream = nullptr;  // where it goes; null: standard output
+  std::string waiting;             // not yet written
+  ExitStatus status = ExitFine;    // of what was written to standard output
 };
 
 // Adds the text, and writes what is waiting when it is a block. Does nothing once writing has

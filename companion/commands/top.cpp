@@ -1,9 +1,8 @@
 // kvx top: the highest stresses and displacements, and where they are.
 #include <algorithm>
 
-#include "check/parts.h"
-#include "check/usable_elements.h"
 #include "commands/commands.h"
+#include "commands/number_parts.h"
 #include "commands/open_results.h"
 #include "commands/quantity_names.h"
 #include "commands/recover_stresses.h"
@@ -78,24 +77,6 @@ void LeaveOutMissing(const korvex::ModelTables& tables, std::vector<Quantity>& q
   if (!quantities.empty()) return;
   if (wantsShells) missing.emplace_back("The model has no shells.");
   if (wantsBeams) missing.emplace_back("The model has no beams.");
-}
-
-// The part of each element, from 1 as `kvx check` numbers them: four-node shells, three-node
-// shells, beams. The tables are the checks' for a moment: a copy may be large.
-void NumberParts(korvex::ModelTables& tables, std::vector<std::int32_t>& numbers) {
-  CheckedModel checked;
-  checked.tables = std::move(tables);
-  for (const korvex::Section section : ElementSections) {
-    checked.states[KindOf(section)].assign(
-        static_cast<std::size_t>(CountRows(checked.tables, section)), ElementState::Sound);
-  }
-  Parts parts;
-  FindParts(checked, parts);
-  numbers.clear();
-  VisitUsable(checked, [&](korvex::Section, std::int32_t, const ElementNodes& element) {
-    numbers.push_back(1 + parts.partOfNode[static_cast<std::size_t>(element.nodes[0])]);
-  });
-  tables = std::move(checked.tables);
 }
 
 bool Asks(const MaximaRequest& request, Quantity quantity) {

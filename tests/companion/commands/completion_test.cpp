@@ -17,6 +17,7 @@ std::string Complete(const std::string& words) {
   std::filesystem::create_directory(folder.Path() / "deck one");
   korvex::test::WriteFile(folder.Path() / "deck.txt", "");
   korvex::test::WriteFile(folder.Path() / "cases.toml", "");
+  korvex::test::WriteFile(folder.Path() / "old.html", "");
   const std::string line = "source \"" KORVEX_SOURCE
                            "/companion/completion/kvx\" && "
                            "COMP_WORDS=(" +
@@ -39,14 +40,16 @@ TEST(KvxCompletion, IsKnownToBash) {
 
 TEST(KvxCompletion, CompletesCommands) {
   EXPECT_EQ(Complete("kvx ch"), "check\n");
-  EXPECT_EQ(Complete("kvx \"\""),
-            "check\nrun\naudit\nreactions\nforces\ntop\ncases\nexplain\nlicenses\n--help\n"
-            "--version\n");
+  EXPECT_EQ(
+      Complete("kvx \"\""),
+      "check\nrun\naudit\nreactions\nforces\ntop\ncases\nview\nexport\nexplain\nlicenses\n--help\n"
+      "--version\n");
 }
 
 TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
   EXPECT_EQ(Complete("kvx check --s"), "--strict\n");
   EXPECT_EQ(Complete("kvx explain --p"), "--page\n");
+  EXPECT_EQ(Complete("kvx view --no"), "--no-details\n");
   EXPECT_EQ(Complete("kvx explain --s"), "");
   EXPECT_EQ(Complete("kvx check --color a"), "auto\nalways\n");
   EXPECT_EQ(Complete("kvx check --color = n"), "never\n");
@@ -54,6 +57,7 @@ TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
   EXPECT_EQ(Complete("kvx top --of b"), "beams\nbending\n");
   EXPECT_EQ(Complete("kvx top --by =  t"), "thickness\n");
   EXPECT_EQ(Complete("kvx forces --beam \"\""), "all\n");
+  EXPECT_EQ(Complete("kvx export --de"), "--details\n");
   EXPECT_EQ(Complete("kvx top --yield \"\""), "\n");
 }
 
@@ -62,6 +66,11 @@ TEST(KvxCompletion, CompletesFoldersAndCodes) {
   EXPECT_EQ(Complete("kvx forces d"), "deck one\n");
   EXPECT_EQ(Complete("kvx cases --output d"), "deck one\n");
   EXPECT_EQ(Complete("kvx cases \"\""), "cases.toml\ndeck one\n");
+  EXPECT_EQ(Complete("kvx view \"\""), "cases.toml\ndeck one\n");
+  EXPECT_EQ(Complete("kvx view -o \"\""), "old.html\ndeck one\n");
+  EXPECT_EQ(Complete("kvx view --results \"\""), "deck one\n");
+  EXPECT_EQ(Complete("kvx export \"\""), "cases.toml\ndeck one\n");
+  EXPECT_EQ(Complete("kvx export --results d"), "deck one\n");
   EXPECT_EQ(Complete("\"" KVX_PROGRAM "\" explain k104"), "K104\n");
 }
 

@@ -1,8 +1,8 @@
 // The examples on the page of the companion are what the program says: each block that begins with
 // "$ kvx" is called, in the order of the page, in a folder with the stiffened panel as "deck".
 //
-// A line "..." stands for lines that are left out. Times and rounding errors are not compared, nor
-// is where lines and columns end: that depends on them.
+// A line "..." stands for lines that are left out. Times, sizes of files and rounding errors are
+// not compared, nor is where lines and columns end: that depends on them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -45,16 +45,17 @@ std::vector<Example> ReadExamples(const std::string& page) {
   return examples;
 }
 
-// Whether the word is a time's unit, "s" or "s,".
-bool IsSecond(const std::string& word) {
-  return word[0] == 's' && (word.size() == 1 || std::ispunct(static_cast<unsigned char>(word[1])));
+// Whether the word is a unit, "s" or "s,".
+bool IsUnit(const std::string& word, const std::string& unit) {
+  if (word.rfind(unit, 0) != 0) return false;
+  return word.size() == unit.size() || std::ispunct(static_cast<unsigned char>(word[unit.size()]));
 }
 
-// Times, "0.1 s" or "less than 0.1 s", become "# s".
-void HideTimes(std::vector<std::string>& words) {
+// Times, "0.1 s" or "less than 0.1 s", become "# s"; sizes, "0.9 MB.", become "# MB.".
+void HideMeasures(std::vector<std::string>& words) {
   for (std::size_t i = 1; i < words.size(); ++i) {
     const bool isNumber = words[i - 1].find_first_not_of("0123456789.e-") == std::string::npos;
-    if (!isNumber || !IsSecond(words[i])) continue;
+    if (!isNumber || !(IsUnit(words[i], "s") || IsUnit(words[i], "MB"))) continue;
     words[i - 1] = "#";
     if (i < 3 || words[i - 3] != "less" || words[i - 2] != "than") continue;
     const auto less = words.begin() + static_cast<std::ptrdiff_t>(i - 3);
@@ -87,7 +88,7 @@ std::string Simplify(std::string text) {
       words.push_back(std::move(word));
     }
   }
-  HideTimes(words);
+  HideMeasures(words);
   for (std::string& word : words) HideRounding(word);
   return JoinWords(words);
 }

@@ -2,6 +2,7 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "support/model_text.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 
@@ -140,6 +142,18 @@ TEST_F(KvxTerminal, SaysThatAFileIsLargerThanTheMemory) {
                           0),
             0U)
       << run.err;
+}
+
+// To open a pipe would wait for somebody who reads it.
+TEST(KvxViewPipe, IsLeftAlone) {
+  const TempFolder base;
+  korvex::test::WriteFile(base.Path() / "fem_solving.txt", korvex::test::WriteModel({}));
+  ASSERT_EQ(mkfifo((base.Path() / "pipe").c_str(), S_IRUSR | S_IWUSR), 0);
+  const ProgramRun run =
+      korvex::test::RunProgram(KVX_PROGRAM, base.Path(), "", {"view", "-o", "pipe"});
+  EXPECT_EQ(run.exitStatus, 73);
+  EXPECT_EQ(run.err, "kvx view: \"pipe\" is no file. Name a file with -o.\n");
+  EXPECT_TRUE(fs::is_fifo(base.Path() / "pipe"));
 }
 
 }  // namespace

@@ -257,6 +257,10 @@ TEST(KvxLicenses, HoldsTheTextsOfTheLibraries) {
   EXPECT_TRUE(Holds(run.out, "\n---- JSON for Modern C++ ----\n"));
   EXPECT_TRUE(Holds(run.out, "Niels Lohmann"));
   EXPECT_TRUE(Holds(run.out, "Permission is hereby granted, free of charge"));
+  EXPECT_TRUE(Holds(run.out, "\n---- zlib ----\n"));
+  EXPECT_TRUE(Holds(run.out, "Jean-loup Gailly"));
+  EXPECT_TRUE(Holds(run.out, "\n---- three.js, in the pages of kvx view ----\n"));
+  EXPECT_TRUE(Holds(run.out, "three.js authors"));
 }
 
 }  // namespace

@@ -1,4 +1,5 @@
-// kvx run where it is interrupted or killed, where two run at once, and where it cannot write.
+// kvx run where it is interrupted or killed, where two run at once, and where it cannot write; and
+// kvx export in the same places.
 // POSIX only: signals, users without permissions, small file systems in memory.
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -56,14 +57,19 @@ std::string PlateText(int n) {
 }
 
 // The program, started beside the test in a folder that has the model.
-pid_t Start(const fs::path& folder, const fs::path& output) {
+// command: "run", or "export --vtu".
+pid_t Start(const fs::path& folder, const fs::path& output, const std::string& command = "run") {
   const std::string path = output.string();
   const pid_t child = fork();
   if (child != 0) return child;
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   dup2(file, STDOUT_FILENO);
   dup2(file, STDERR_FILENO);
-  if (chdir(folder.c_str()) == 0) execl(KVX_PROGRAM, KVX_PROGRAM, "run", nullptr);
+  const std::size_t space = command.find(' ');
+  const std::string word = command.substr(0, space);
+  const std::string option = space == std::string::npos ? "" : command.substr(space + 1);
+  const char* const last = option.empty() ? nullptr : option.c_str();
+  if (chdir(folder.c_str()) == 0) execl(KVX_PROGRAM, KVX_PROGRAM, word.c_str(), last, nullptr);
   _exit(127);
 }
 
@@ -187,12 +193,12 @@ TEST_F(KvxRunPosix, DoesNotMixWithAnotherRun) {
 
 // Runs a line of the shell as a user without write permission. Root may write everything: if the
 // test runs as root, the program runs as another user. Exit status 126: it cannot.
-ProgramRun RunForbidden(const fs::path& folder) {
+ProgramRun RunForbidden(const fs::path& folder, const std::string& command = "run") {
   std::string become;
   if (geteuid() == 0) become = "setpriv --reuid 65534 --regid 65534 --clear-groups -- ";
-  return korvex::test::RunProgram(
-      "/bin/sh", folder, "",
-      {"-c", become + "test -x " KVX_PROGRAM " || exit 126\nexec " + become + KVX_PROGRAM " run"});
+  return korvex::test::RunProgram("/bin/sh", folder, "",
+                                  {"-c", become + "test -x " KVX_PROGRAM " || exit 126\nexec " +
+                                             become + KVX_PROGRAM " " + command});
 }
 
 TEST_F(KvxRunPosix, SaysThatAFolderCannotBeWritten) {
@@ -213,12 +219,12 @@ TEST_F(KvxRunPosix, SaysThatAFolderCannotBeWritten) {
 
 // A file system of `size` kilobytes that holds the model and old results. Exit status 125: such a
 // file system cannot be made here.
-ProgramRun RunOnSmallDisk(const fs::path& base, int size) {
+ProgramRun RunOnSmallDisk(const fs::path& base, int size, const std::string& command = "run") {
   WriteFile(base / "inside", "mount -t tmpfs -o size=" + std::to_string(size) + "k none '" +
                                  base.string() + "/disk' || exit 125\ncd '" + base.string() +
-                                 "/disk' && cp -r ../deck/* . || exit 125\n" KVX_PROGRAM
-                                 " run\nstatus=$?\ncp -r . '" +
-                                 base.string() + "/after'\nexit $status\n");
+                                 "/disk' && cp -r ../deck/* . || exit 125\n" KVX_PROGRAM " " +
+                                 command + "\nstatus=$?\ncp -r . '" + base.string() +
+                                 "/after'\nexit $status\n");
   fs::create_directory(base / "disk");
   return korvex::test::RunProgram(
       "/bin/sh", base, "",
@@ -299,6 +305,125 @@ TEST_F(KvxRunPosix, ShowsItsProgressAtATerminalAlone) {
     const std::size_t last = shown.find_last_not_of("\r ");
     EXPECT_NE(shown.find('\r', last), std::string::npos) << shown;
   }
+}
+
+// kvx view, which solves the plate; a page of another day is there.
+struct KvxViewPosix : KvxRunPosix {};
+
+TEST_F(KvxViewPosix, LeavesTheOldOrTheNewPageWhereItIsInterrupted) {
+  const std::string oldPage = "<meta name=\"generator\" content=\"kvx view\">old";
+  Fill();
+  const FolderBytes without = ReadFolder(folder);
+  const steady_clock::time_point begin = steady_clock::now();
+  ASSERT_EQ(Await(Start(folder, output, "view")), 0) << ReadBytes(output);
+  seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+  whole = ReadFolder(folder);
+  EXPECT_EQ(ListDifferent(whole, without), std::vector<std::string>{"view.html"});
+  WriteFile(folder / "view.html", oldPage);
+  const FolderBytes before = ReadFolder(folder);
+  constexpr int Times = 12;
+  int interrupted = 0;
+  for (int k = 0; k < Times; ++k) {
+    SCOPED_TRACE(k);
+    WriteFile(folder / "view.html", oldPage);
+    const pid_t child = Start(folder, output, "view");
+    Sleep(seconds * k / Times);
+    kill(child, SIGINT);
+    const int status = Await(child);
+    if (ReadBytes(output) == "kvx: interrupted.\n") {
+      ++interrupted;
+      EXPECT_EQ(status, 130);
+    }
+    // By default the signal ends a program that has not yet begun to look for it.
+    EXPECT_EQ(ListDifferent(ReadFolder(folder), status == 0 ? whole : before), NoNames);
+  }
+  EXPECT_GT(interrupted, Times / 4);
+}
+
+// kvx export on a plate that has been solved; an old file is there.
+struct KvxExportPosix : KvxRunPosix {
+  FolderBytes before;
+
+  void Prepare(int n) {
+    text = PlateText(n);
+    Fill();
+    ASSERT_EQ(Await(Start(folder, output)), 0) << ReadBytes(output);
+    WriteFile(folder / "model.vtu", "old");
+    before = ReadFolder(folder);
+  }
+};
+
+TEST_F(KvxExportPosix, LeavesTheOldOrTheNewFileWhereItIsInterrupted) {
+  Prepare(60);
+  const steady_clock::time_point begin = steady_clock::now();
+  ASSERT_EQ(Await(Start(folder, output, "export --vtu")), 0) << ReadBytes(output);
+  seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+  whole = ReadFolder(folder);
+  EXPECT_EQ(ListDifferent(whole, before), std::vector<std::string>{"model.vtu"});
+  constexpr int Times = 12;
+  int interrupted = 0;
+  for (int k = 0; k < Times; ++k) {
+    SCOPED_TRACE(k);
+    WriteFile(folder / "model.vtu", "old");
+    const pid_t child = Start(folder, output, "export --vtu");
+    Sleep(seconds * k / Times);
+    kill(child, SIGINT);
+    const int status = Await(child);
+    if (ReadBytes(output) == "kvx: interrupted.\n") {
+      ++interrupted;
+      EXPECT_EQ(status, 130);
+    }
+    // By default the signal ends a program that has not yet begun to look for it.
+    EXPECT_EQ(ListDifferent(ReadFolder(folder), status == 0 ? whole : before), NoNames);
+  }
+  EXPECT_GT(interrupted, Times / 4);
+}
+
+TEST_F(KvxExportPosix, SaysThatAFolderCannotBeWritten) {
+  Prepare(4);
+  fs::permissions(base.Path(), fs::perms::all);
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                              fs::perms::others_exec);
+  const ProgramRun vtu = RunForbidden(folder, "export --vtu");
+  const ProgramRun csv = RunForbidden(folder, "export --csv");
+  fs::permissions(folder, fs::perms::owner_all);
+  if (vtu.exitStatus == 126 || vtu.exitStatus == 127) {
+    GTEST_SKIP() << "no user without permissions can run the program";
+  }
+  EXPECT_EQ(vtu.exitStatus, 73);
+  EXPECT_EQ(vtu.err,
+            "kvx export: \"fem_solving.txt\": model.vtu cannot be written: Permission denied.\n");
+  EXPECT_EQ(csv.exitStatus, 73);
+  EXPECT_EQ(csv.err.rfind("kvx export: \"fem_solving.txt\": the folder ", 0), 0U) << csv.err;
+  EXPECT_NE(csv.err.find(" cannot be used: Permission denied.\n"), std::string::npos) << csv.err;
+  EXPECT_EQ(ListDifferent(ReadFolder(folder), before), NoNames);
+}
+
+TEST_F(KvxExportPosix, LeavesTheOldFileOnAFullDisk) {
+  Prepare(30);
+  std::uintmax_t bytes = 0;
+  for (const auto& entry : fs::directory_iterator(folder)) bytes += fs::file_size(entry.path());
+  // Room for what is there, in pages of 4 kB, and a part of the new file, which has 500 kB.
+  const int least = static_cast<int>(bytes / 1024) + 100;
+  int full = 0;
+  for (const std::string form : {"--vtu", "--csv"}) {
+    for (const int room : {0, 100, 300}) {
+      SCOPED_TRACE(form + ' ' + std::to_string(room));
+      fs::remove_all(base.Path() / "disk");
+      fs::remove_all(base.Path() / "after");
+      const ProgramRun run = RunOnSmallDisk(base.Path(), least + room, "export " + form);
+      if (run.exitStatus == 125 || run.exitStatus == 127 || run.err.find("unshare") == 0) {
+        GTEST_SKIP() << "no file system can be mounted: " << run.err;
+      }
+      ++full;
+      EXPECT_EQ(run.exitStatus, 73);
+      EXPECT_NE(run.err.find(" cannot be written: No space left on device.\n"), std::string::npos)
+          << run.err;
+      EXPECT_EQ(run.out, "");
+      EXPECT_EQ(ListDifferent(ReadFolder(base.Path() / "after"), before), NoNames);
+    }
+  }
+  EXPECT_EQ(full, 6);
 }
 
 // The shell makes of it the argument that it was.
