@@ -1,4 +1,4 @@
-// Writes PNG pictures small (W3C, PNG specification, second edition, section 5): flat colours and
+// Writes PNG pictures small (W3C, Portable Network Graphics, second edition, section 5): flat colours and
 // letters compress best without filters. Colours of large areas stay as they are; the many others, of
 // edges and shades, are rounded to 64 levels a channel, which nobody sees.
 import { deflateSync } from "node:zlib";
@@ -46,7 +46,7 @@ function makeChunk(type, data) {
   return Buffer.concat([length, named, sum]);
 }
 
-// CRC-32 as the specification's appendix D has it.
+// CRC-32 of Portable Network Graphics, appendix D.
 function checkSum(bytes) {
   let sum = 0xffffffff;
   for (const byte of bytes) {

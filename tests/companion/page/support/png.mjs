@@ -1,5 +1,5 @@
 // Reads PNG pictures as browsers write them: 8 bits a channel, RGB or RGBA, not interlaced
-// (W3C, PNG specification, second edition, sections 5, 9 and 11).
+// (W3C, Portable Network Graphics, second edition, sections 5, 9 and 11).
 import assert from "node:assert/strict";
 import { inflateSync } from "node:zlib";
 
