@@ -20,7 +20,7 @@ export interface AddressLimits {
   counts: Record<Kind, number>;
 }
 
-const CameraDigits = 5; // of coordinates: finer than a pixel
+const CameraDigits = 7; // of coordinates: so fine that edges are drawn as they were
 const MostBands = 32;
 const MostNumber = 1e30; // larger scales and limits are slips
 
