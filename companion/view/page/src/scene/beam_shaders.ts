@@ -1,8 +1,6 @@
 // The shaders of beams as their sections: an extrusion for each beam, which follows the deformation
 // of beam_line.ts. shape: y, z (model units, from the line between the nodes) and s = x / length.
 
-import { numberText } from "./shaders";
-
 export const vertexText = `
 in vec3 shape;
 in vec4 distances;
@@ -96,17 +94,5 @@ void main() {
   if (!gl_FrontFacing && dot(clip.xyz, clip.xyz) > 0.0) base = mix(base, cutColor, 0.75);
   base = mix(base, cutColor, cutShare(rest));
   color = vec4(base, 1.0);
-}
-`;
-
-export const pickText = `
-${numberText}
-in vec3 rest;
-flat in int element;
-uniform int firstNumber;
-out vec4 color;
-void main() {
-  clipAt(rest);
-  color = colorOfNumber(firstNumber + element);
 }
 `;

@@ -6,7 +6,7 @@
 
 import * as three from "three";
 import type { Kind, PageModel } from "../data/page_model";
-import { createMaterial, drawAlways, numberText } from "./shaders";
+import { createMaterial, drawAlways, pickText } from "./shaders";
 import type { SharedUniforms } from "./shaders";
 
 export interface Numbers {
@@ -85,18 +85,6 @@ void main() {
 }
 `;
 
-const fragmentText = `
-${numberText}
-in vec3 rest;
-flat in int element;
-uniform int firstNumber;
-out vec4 color;
-void main() {
-  clipAt(rest);
-  color = colorOfNumber(firstNumber + element);
-}
-`;
-
 // lifts: [nodes] how far a node is moved towards the eye, in the frame of the picture: out of the
 // sections of its beams.
 export function createNodePoints(
@@ -111,7 +99,7 @@ export function createNodePoints(
   geometry.setAttribute("displacement", new three.BufferAttribute(moves, 3));
   geometry.setAttribute("lift", new three.BufferAttribute(lifts, 1));
   const own = { firstNumber: { value: firstNumber } };
-  const mesh = new three.Points(geometry, createMaterial(shared, own, vertexText, fragmentText));
+  const mesh = new three.Points(geometry, createMaterial(shared, own, vertexText, pickText));
   drawAlways(mesh);
   return { mesh };
 }

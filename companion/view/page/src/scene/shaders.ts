@@ -139,6 +139,19 @@ vec4 colorOfNumber(int number) {
 }
 `;
 
+// The fragment shader of whatever is drawn with the number of its element, for picking.
+export const pickText = `
+${numberText}
+in vec3 rest;
+flat in int element;
+uniform int firstNumber;
+out vec4 color;
+void main() {
+  clipAt(rest);
+  color = colorOfNumber(firstNumber + element);
+}
+`;
+
 // Moves faces away from the eye, by steps that keep what lies in them before them: 1 for shells,
 // which are behind lines, 3 for beams, which are behind shells (2 leave dots where a flange lies in
 // a plate of small elements).

@@ -8,7 +8,7 @@
 
 import * as three from "three";
 import type { Palette } from "./palette";
-import { createMaterial, drawAlways, NotNumber, numberText, orNotNumber } from "./shaders";
+import { createMaterial, drawAlways, NotNumber, orNotNumber, pickText } from "./shaders";
 import { setColor, sinkMaterial } from "./shaders";
 import type { SharedUniforms } from "./shaders";
 
@@ -105,18 +105,6 @@ void main() {
   if (hasEdges > 0.5) base = mix(base, lineOn(base), edgeStrength * edgeShare(inside));
   base = mix(base, cutColor, cutShare(rest));
   color = vec4(base, 1.0);
-}
-`;
-
-const pickText = `
-${numberText}
-in vec3 rest;
-flat in int element;
-uniform int firstNumber;
-out vec4 color;
-void main() {
-  clipAt(rest);
-  color = colorOfNumber(firstNumber + element);
 }
 `;
 
