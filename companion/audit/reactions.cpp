@@ -63,7 +63,7 @@ void ListSupports(const SolvedModel& solved, Reactions& out) {
 
 void ListMoved(const SolvedModel& solved, Reactions& out) {
   std::map<std::pair<std::int32_t, std::int32_t>, double> values;
-  for (const PrescribedDof& row : solved.prescribed) values[{row.node, row.dof}] += row.value;
+  for (const PrescribedMotion& row : solved.prescribed) values[{row.node, row.dof}] += row.value;
   for (const auto& [where, value] : values) {
     const auto equation = static_cast<std::size_t>(where.first) * DofsPerNode +
                           static_cast<std::size_t>(where.second);

@@ -32,7 +32,7 @@ std::uint64_t HashBytes(std::string_view bytes);
 ModelFileId IdentifyModelFile(std::string_view modelText);
 
 // A displacement that a force of 1e20 u imposes on a held dof.
-struct PrescribedDof {
+struct PrescribedMotion {
   std::int32_t row = 0;   // of the force, 0-based in NFOR
   std::int32_t node = 0;  // 0-based
   std::int32_t dof = 0;   // 0 .. 5: ux, uy, uz, rx, ry, rz, global
@@ -47,8 +47,8 @@ struct SolvedModel {
   // Stiffness is empty.
   korvex::Model model;
 
-  std::vector<std::uint8_t> isHeld;       // [NEQ] 1: a restraint holds the dof; 0: it is free
-  std::vector<PrescribedDof> prescribed;  // in the order of the forces
+  std::vector<std::uint8_t> isHeld;          // [NEQ] 1: a restraint holds the dof; 0: it is free
+  std::vector<PrescribedMotion> prescribed;  // in the order of the forces
 };
 
 // Solves the model with the solver's own routines, without any file: the displacements have the

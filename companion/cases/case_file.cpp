@@ -4,7 +4,7 @@
 #include <map>
 
 #include "cases/folder_name.h"
-#include "cases/toml_tree.h"
+#include "toml/toml_tree.h"
 #include "finding/nearest_word.h"
 #include "report/stop.h"
 

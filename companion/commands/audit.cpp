@@ -1,6 +1,7 @@
 // kvx audit: tells whether results can be trusted.
 #include <new>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "commands/audit_report.h"
 #include "commands/audit_table.h"
@@ -34,6 +35,7 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
   options.origin = results.reading.fit == DisplacementFit::Fits
                        ? std::string("displacements of ") + ExactDisplacementFileName
                        : "solved in memory";
+  options.deck = std::move(results.origin);
   options.changedSources = results.changedSources;
   options.modelErrors = results.errors;
   options.firstError = results.firstError;

@@ -5,6 +5,7 @@
 #include "commands/audit_report.h"
 #include "commands/findings_json.h"
 #include "commands/number_json.h"
+#include "commands/origin_words.h"
 #include "deck/row_formats.h"
 
 namespace kvx {
@@ -23,9 +24,11 @@ Json SupportsJson(const std::vector<Support>& supports) {
   return json;
 }
 
-Json BeamJson(std::size_t beam, const BeamForces& forces) {
+Json BeamJson(const SolvedModel& solved, const ModelOrigin& deck, std::size_t beam,
+              const BeamForces& forces) {
   Json json, stations = Json::array();
   json["beam"] = beam;
+  AddDeckNumbers(solved.model, deck, {ElementKind::Beam, static_cast<std::int32_t>(beam)}, json);
   json["ends"] = {NumbersJson(ForcesAt(forces, 0.0)), NumbersJson(ForcesAt(forces, 1.0))};
   for (const double s : ListStations(forces, DefaultDivisions)) {
     stations.push_back({{"distance", NumberJson(s * forces.length)},
@@ -44,18 +47,6 @@ struct Maximum {
   bool isStress = true;
 };
 
-Json MaximumJson(const Maximum& maximum, double yield) {
-  Json json;
-  json["quantity"] = maximum.quantity;
-  json["value"] = NumberJson(maximum.value);
-  json["table"] = maximum.table;
-  json["row"] = maximum.row;
-  json["position"] = VectorJson(maximum.place);
-  const bool hasPart = maximum.isStress && yield > 0.0;
-  json["utilisation"] = hasPart ? NumberJson(std::abs(maximum.value) / yield) : Json(nullptr);
-  return json;
-}
-
 const char* TableOf(Holder holder) {
   switch (holder) {
     case Holder::Node:
@@ -70,6 +61,34 @@ const char* TableOf(Holder holder) {
   return korvex::FormatOf(Section::Beams).key;
 }
 
+// "deck_node" or "deck_element": the deck's number of the row.
+void AddDeckNumber(const ModelOrigin& deck, const Maximum& maximum, Json& json) {
+  if (!HasOrigin(deck)) return;
+  const std::string table = maximum.table;
+  if (table == TableOf(Holder::Node)) {
+    json["deck_node"] = DeckNumberJson(deck, maximum.row);
+    return;
+  }
+  const ElementKind kind = table == TableOf(Holder::Shell4)   ? ElementKind::Shell4
+                           : table == TableOf(Holder::Shell3) ? ElementKind::Shell3
+                                                              : ElementKind::Beam;
+  json["deck_element"] = DeckNumberJson(deck, ElementRef{kind, maximum.row});
+}
+
+Json MaximumJson(const Maximum& maximum, const AuditReport& report) {
+  Json json;
+  json["quantity"] = maximum.quantity;
+  json["value"] = NumberJson(maximum.value);
+  json["table"] = maximum.table;
+  json["row"] = maximum.row;
+  AddDeckNumber(report.deck, maximum, json);
+  json["position"] = VectorJson(maximum.place);
+  const bool hasPart = maximum.isStress && report.yield > 0.0;
+  json["utilisation"] =
+      hasPart ? NumberJson(std::abs(maximum.value) / report.yield) : Json(nullptr);
+  return json;
+}
+
 void AddPeaks(const AuditReport& report, Json& json) {
   for (const PeakList& list : report.maxima) {
     if (list.peaks.empty()) continue;
@@ -79,7 +98,7 @@ void AddPeaks(const AuditReport& report, Json& json) {
                                                                        : "displacement";
     json.push_back(MaximumJson({name, peak.value, TableOf(peak.holder), peak.element, peak.place,
                                 peak.holder != Holder::Node},
-                               report.yield));
+                               report));
   }
 }
 
@@ -88,7 +107,7 @@ void AddRotation(const SolvedModel& solved, const AuditReport& report, Json& jso
   if (rotation.node < 0) return;
   json.push_back(MaximumJson({"rotation", rotation.value, TableOf(Holder::Node), rotation.node,
                               PlaceOfNode(solved.model, rotation.node), false},
-                             report.yield));
+                             report));
 }
 
 void AddNominal(const SolvedModel& solved, const AuditReport& report, Json& json) {
@@ -96,7 +115,7 @@ void AddNominal(const SolvedModel& solved, const AuditReport& report, Json& json
     if (peak.beam < 0) return;
     const korvex::Vector3 place = PlaceOnBeam(solved.model, peak.beam, peak.stress.s);
     json.push_back(MaximumJson(
-        {name, peak.stress.fibre.*value, TableOf(Holder::Beam), peak.beam, place}, report.yield));
+        {name, peak.stress.fibre.*value, TableOf(Holder::Beam), peak.beam, place}, report));
   };
   add("beam_tension", report.nominal.tension, &FibreStress::sigma);
   add("beam_compression", report.nominal.compression, &FibreStress::sigma);
@@ -142,8 +161,14 @@ Json AuditJson(const SolvedModel& solved, const AuditReport& report) {
   json["imbalance"] = NumberJson(r.imbalance);
   json["residual"] = NumberJson(r.residual.relative);
   json["supports"] = SupportsJson(r.supports);
+  if (HasOrigin(report.deck)) {
+    Json& numbers = json["deck_nodes"] = Json::object();
+    for (const Support& support : r.supports) {
+      numbers[std::to_string(support.node)] = DeckNumberJson(report.deck, support.node);
+    }
+  }
   for (std::size_t b = 0; b < report.beams.size(); ++b) {
-    beams.push_back(BeamJson(b, report.beams[b]));
+    beams.push_back(BeamJson(solved, report.deck, b, report.beams[b]));
   }
   json["beams"] = std::move(beams);
   AddPeaks(report, maxima);
@@ -152,7 +177,7 @@ Json AuditJson(const SolvedModel& solved, const AuditReport& report) {
   json["maxima"] = std::move(maxima);
   json["stale"] = StaleJson(report.files);
   json["verdict"] = VerdictText(report);
-  AddFindingsJson(report.findings, json);
+  AddFindingsJson(report.findings, report.deck, solved.model.Tables, json);
   return json;
 }
 

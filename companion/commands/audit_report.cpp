@@ -8,6 +8,7 @@
 
 #include "audit/detail_stress.h"
 #include "check/check_text.h"
+#include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "commands/recover_stresses.h"
 #include "commands/result_findings.h"
@@ -140,6 +141,7 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   report = {};
   report.yield = options.yield;
   report.origin = options.origin;
+  report.deck = options.deck;
   if (options.hasStresses) report.noDetails = options.noDetails;
   ComputeReactions(solved, report.reactions);
   StopIfInterrupted();
@@ -160,6 +162,7 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   // By severity alone: of each kind the worst stands first.
   std::stable_sort(report.findings.findings.begin(), report.findings.findings.end(),
                    [](const Finding& a, const Finding& b) { return a.severity < b.severity; });
+  NameInDeck(report.deck, solved.model.Tables, report.findings);
 }
 
 std::string VerdictText(const AuditReport& report) {

@@ -16,6 +16,7 @@
 #include "audit/stale_results.h"
 #include "audit/verdict.h"
 #include "finding/findings_text.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -34,6 +35,8 @@ struct AuditOptions {
   std::string changedSources;
   // Where the displacements come from, as part of a sentence: "solved in memory"; may be empty.
   std::string origin;
+  // Where the model was imported from; without nodes where it was not.
+  ModelOrigin deck;
   // What kvx check finds in the model: how many errors, and the text of the first.
   std::size_t modelErrors = 0;
   std::string firstError;
@@ -51,6 +54,7 @@ struct NominalPeaks {
 struct AuditReport {
   double yield = 0.0;    // as in the options
   std::string origin;    // as in the options
+  ModelOrigin deck;      // as in the options
   bool isLoaded = true;  // there is a load, or a prescribed displacement
   Reactions reactions;
   Verdict verdict;

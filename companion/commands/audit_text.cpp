@@ -6,6 +6,7 @@
 #include "check/describe.h"
 #include "commands/audit_report.h"
 #include "commands/element_words.h"
+#include "commands/origin_words.h"
 #include "commands/reactions_tables.h"
 #include "commands/result_findings.h"
 #include "commands/result_table.h"
@@ -19,10 +20,6 @@ namespace {
 
 // So many findings of a kind are shown, the worst ones; JSON has all.
 constexpr std::size_t ShownOfAKind = 3, ShownHints = 1;
-
-std::string NodeText(const SolvedModel& solved, std::int32_t node) {
-  return "node " + std::to_string(node) + " at " + PointText(PlaceOfNode(solved.model, node));
-}
 
 // A line of the report: what it tells about, and that; broken behind its label.
 void AddLine(const std::string& label, const std::string& line, const TextStyle& style,
@@ -68,7 +65,7 @@ std::string BalanceText(const SolvedModel& solved, const AuditReport& report) {
   if (r.residual.node >= 0) {
     text += "; largest residual of a free node " + RoughText(r.residual.relative) +
             " of the largest force, " + ForceNames[static_cast<std::size_t>(r.residual.dof)] +
-            " of " + NodeText(solved, r.residual.node);
+            " of " + DescribeNode(solved.model, report.deck, r.residual.node);
   }
   return text;
 }
@@ -81,16 +78,19 @@ std::string SupportsText(const Reactions& r) {
   return text;
 }
 
-std::string DisplacementText(const SolvedModel& solved, const Verdict& verdict) {
+std::string DisplacementText(const SolvedModel& solved, const AuditReport& report) {
+  const Verdict& verdict = report.verdict;
   const LargestDisplacement& u = verdict.translation;
   if (u.node < 0) return verdict.notFinite.nodes > 0 ? "not known" : "none";
   return NumberText(u.value) + ", " + RoughText(verdict.share) + " of the extent " +
-         NumberText(verdict.extent) + ", at " + NodeText(solved, u.node);
+         NumberText(verdict.extent) + ", at " + DescribeNode(solved.model, report.deck, u.node);
 }
 
-std::string RotationText(const SolvedModel& solved, const LargestDisplacement& rotation) {
+std::string RotationText(const SolvedModel& solved, const AuditReport& report) {
+  const LargestDisplacement& rotation = report.verdict.rotation;
   if (rotation.node < 0) return "";
-  return NumberText(rotation.value) + " at " + NodeText(solved, rotation.node);
+  return NumberText(rotation.value) + " at " +
+         DescribeNode(solved.model, report.deck, rotation.node);
 }
 
 // "123.4, 0.525 of yield"
@@ -100,18 +100,21 @@ std::string StressText(double stress, double yield) {
   return text;
 }
 
-std::string PeakText(const Peak& peak, double yield) {
-  return StressText(peak.value, yield) + ", " + NameOf(peak.holder) + ' ' +
-         std::to_string(peak.element) + " at " + PointText(peak.place);
+std::string PeakText(const Peak& peak, const AuditReport& report) {
+  return StressText(peak.value, report.yield) + ", " + NameOf(peak.holder) + ' ' +
+         std::to_string(peak.element) + InDeck(report.deck, peak.holder, peak.element) + " at " +
+         PointText(peak.place);
 }
 
-std::string NominalText(const NominalPeaks& peaks, double yield) {
+std::string NominalText(const AuditReport& report) {
+  const NominalPeaks& peaks = report.nominal;
   if (peaks.vonMises.beam < 0) return "";
-  const auto place = [](const NominalPeak& peak) {
-    return " in beam " + std::to_string(peak.beam) + " at x/L " + NumberText(peak.stress.s);
+  const auto place = [&](const NominalPeak& peak) {
+    return " in beam " + std::to_string(peak.beam) + InDeck(report.deck, Holder::Beam, peak.beam) +
+           " at x/L " + NumberText(peak.stress.s);
   };
   return "from section forces: von Mises " +
-         StressText(peaks.vonMises.stress.fibre.vonMises, yield) + place(peaks.vonMises) +
+         StressText(peaks.vonMises.stress.fibre.vonMises, report.yield) + place(peaks.vonMises) +
          "; tension " + NumberText(peaks.tension.stress.fibre.sigma) + place(peaks.tension) +
          "; compression " + NumberText(peaks.compression.stress.fibre.sigma) +
          place(peaks.compression);
@@ -123,19 +126,18 @@ void AddStresses(const AuditReport& report, const TextStyle& style, std::string&
     const Peak& peak = list.peaks.front();
     if (list.quantity == Quantity::VonMises) {
       AddLine("shell stress",
-              "von Mises " + PeakText(peak, report.yield) +
+              "von Mises " + PeakText(peak, report) +
                   (peak.face == Face::Upper ? ", upper face" : ", lower face") + ", averaged",
               style, text);
     } else {
-      AddLine("beam stress",
-              "by detail model at mid-length: von Mises " + PeakText(peak, report.yield), style,
-              text);
+      AddLine("beam stress", "by detail model at mid-length: von Mises " + PeakText(peak, report),
+              style, text);
     }
   }
   if (!report.noDetails.empty()) {
     AddLine("beam stress", "no detail models: " + report.noDetails, style, text);
   }
-  AddLine("beam stress", NominalText(report.nominal, report.yield), style, text);
+  AddLine("beam stress", NominalText(report), style, text);
 }
 
 std::string FilesText(const std::vector<ResultState>& files) {
@@ -195,8 +197,8 @@ std::string AuditText(const std::string& file, const SolvedModel& solved, const 
   text += SumsText(report.reactions, style);
   AddLine("balance", BalanceText(solved, report), style, text);
   AddLine("supports", SupportsText(report.reactions), style, text);
-  AddLine("displacement", DisplacementText(solved, report.verdict), style, text);
-  AddLine("rotation", RotationText(solved, report.verdict.rotation), style, text);
+  AddLine("displacement", DisplacementText(solved, report), style, text);
+  AddLine("rotation", RotationText(solved, report), style, text);
   AddStresses(report, style, text);
   AddLine("result files", FilesText(report.files), style, text);
   if (!report.findings.findings.empty()) text += '\n' + FindingsText(report.findings, style);

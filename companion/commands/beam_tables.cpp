@@ -9,6 +9,7 @@
 #include "check/describe.h"
 #include "commands/element_words.h"
 #include "commands/number_json.h"
+#include "commands/origin_words.h"
 #include "commands/tidy_number.h"
 
 namespace kvx {
@@ -270,13 +271,14 @@ void AddToBeamSummary(const Model& model, const BeamResult& result, const BeamSc
   }
 }
 
-ResultTable MakeStationTable(const Model& model, const BeamResult& result,
-                             const BeamScales& scales) {
+ResultTable MakeStationTable(const Model& model, const ModelOrigin& origin,
+                             const BeamResult& result, const BeamScales& scales) {
   ResultTable table;
-  table.title = "Beam " + std::to_string(result.beam) + ", section " +
+  table.title = "Beam " + std::to_string(result.beam) +
+                InDeck(origin, ElementRef{ElementKind::Beam, result.beam}) + ", section " +
                 SectionName(model, result.beam) + ", length " + NumberText(result.forces.length) +
-                ", from " + DescribeNode(model, NodeOf(model, result.beam, 0)) + " to " +
-                DescribeNode(model, NodeOf(model, result.beam, 1)) + ":";
+                ", from " + DescribeNode(model, origin, NodeOf(model, result.beam, 0)) + " to " +
+                DescribeNode(model, origin, NodeOf(model, result.beam, 1)) + ":";
   table.columns = {"x"};
   table.columns.insert(table.columns.end(), SectionForceNames.begin(), SectionForceNames.end());
   table.columns.insert(table.columns.end(), {"sigma min", "max", "tau", "von Mises"});
@@ -331,7 +333,7 @@ void AddBeamRows(const Model& model, const BeamResult& result, ResultTable& tabl
   }
 }
 
-Json BeamJson(const Model& model, const BeamResult& result) {
+Json BeamJson(const Model& model, const ModelOrigin& origin, const BeamResult& result) {
   Json stations = Json::array();
   for (const double s : result.stations) {
     stations.push_back(StationJson(MakeStation(model, result, s)));
@@ -339,6 +341,7 @@ Json BeamJson(const Model& model, const BeamResult& result) {
   Json json;
   json["beam"] = result.beam;
   json["nodes"] = {NodeOf(model, result.beam, 0), NodeOf(model, result.beam, 1)};
+  AddDeckNumbers(model, origin, {ElementKind::Beam, result.beam}, json);
   json["section"] = SectionName(model, result.beam);
   json["length"] = NumberJson(result.forces.length);
   json["ends"] = Json::array(

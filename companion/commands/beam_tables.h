@@ -10,6 +10,7 @@
 #include "audit/detail_stress.h"
 #include "audit/section_stresses.h"
 #include "commands/result_table.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -65,15 +66,18 @@ void AddToBeamSummary(const korvex::Model& model, const BeamResult& result,
                       const BeamScales& scales, BeamSummary& summary);
 
 // The stations of one beam, and below them its largest stresses, its detail model and what to do.
-ResultTable MakeStationTable(const korvex::Model& model, const BeamResult& result,
-                             const BeamScales& scales);
+// origin: of the model, where it was imported.
+ResultTable MakeStationTable(const korvex::Model& model, const ModelOrigin& origin,
+                             const BeamResult& result, const BeamScales& scales);
 
 // A row for each station. The names of the columns, then the rows of a beam.
 void BeginBeamCsv(ResultTable& table);
 void AddBeamRows(const korvex::Model& model, const BeamResult& result, ResultTable& table);
 
 // {"beam", "nodes", "section", "length", "ends": [[N, Vy, Vz, T, My, Mz], [..]], "stations":
-// [{..}], "detail": {..} or null, "divide_into": .. or null}
-nlohmann::ordered_json BeamJson(const korvex::Model& model, const BeamResult& result);
+// [{..}], "detail": {..} or null, "divide_into": .. or null}; of an imported model "deck_element"
+// and "deck_nodes" behind "nodes".
+nlohmann::ordered_json BeamJson(const korvex::Model& model, const ModelOrigin& origin,
+                                const BeamResult& result);
 
 }  // namespace kvx

@@ -20,10 +20,10 @@ namespace {
 
 constexpr const char* RenameCase = " Rename the case, or choose another folder with -o.";
 
-void RefuseInputs(const fs::path& folder, const std::vector<SourceFile>& sources) {
+void RefuseInputs(const fs::path& folder, const std::vector<CaseSource>& sources) {
   std::error_code error;
   if (!fs::exists(folder, error)) return;
-  for (const SourceFile& source : sources) {
+  for (const CaseSource& source : sources) {
     const fs::path name = source.place.filename();
     // Of the files, not of their folders: on Windows folders cannot be compared so.
     if (!fs::equivalent(source.place, folder / name, error)) continue;

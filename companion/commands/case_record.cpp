@@ -1,11 +1,11 @@
 #include "commands/case_record.h"
 
 #include <algorithm>
-#include <array>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <system_error>
+
+#include "commands/hash_text.h"
+#include "commands/regular_file.h"
 
 namespace kvx {
 
@@ -21,26 +21,6 @@ constexpr const char* Program = "kvx cases";
 constexpr std::uintmax_t LargestRecord = 16U << 20U;  // bytes
 
 constexpr std::size_t MostNamed = 4;  // of the changed sources
-
-std::string HashText(std::uint64_t hash) {
-  constexpr std::array<char, 16> Digits{'0', '1', '2', '3', '4', '5', '6', '7',
-                                        '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'};
-  std::string text(16, '0');
-  for (auto digit = text.rbegin(); digit != text.rend(); ++digit) {
-    *digit = Digits[hash & 0xFU];
-    hash >>= 4U;
-  }
-  return text;
-}
-
-// Only regular files: a pipe would keep us waiting.
-bool ReadRegularFile(const fs::path& place, std::string& bytes) {
-  std::error_code error;
-  if (!fs::is_regular_file(place, error)) return false;
-  std::ifstream stream(place, std::ios::binary);
-  bytes.assign(std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>());
-  return stream.is_open() && !stream.bad();
-}
 
 // As from the folder; absolute where no way leads there, as from one drive to another.
 std::string PathFrom(const fs::path& folder, const fs::path& place) {
@@ -93,21 +73,21 @@ std::string DescribeChange(const fs::path& folder, const Json& source) {
 
 }  // namespace
 
-std::size_t AddSource(const SourceFile& source, std::vector<SourceFile>& list) {
-  const auto isSame = [&](const SourceFile& other) { return other.place == source.place; };
+std::size_t AddSource(const CaseSource& source, std::vector<CaseSource>& list) {
+  const auto isSame = [&](const CaseSource& other) { return other.place == source.place; };
   const auto found = std::find_if(list.begin(), list.end(), isSame);
   const auto row = static_cast<std::size_t>(found - list.begin());
   if (found == list.end()) list.push_back(source);
   return row;
 }
 
-std::string CaseRecordText(const std::string& name, const std::vector<SourceFile>& sources,
+std::string CaseRecordText(const std::string& name, const std::vector<CaseSource>& sources,
                            const fs::path& folder) {
   Json record;
   record["case"] = name;
   record["program"] = Program;
   record["sources"] = Json::array();
-  for (const SourceFile& source : sources) {
+  for (const CaseSource& source : sources) {
     std::error_code error;
     if (!fs::is_regular_file(source.place, error)) continue;
     record["sources"].push_back({{"file", PathFrom(folder, source.place)},
@@ -135,6 +115,20 @@ std::string DescribeChangedSources(const fs::path& folder) {
   }
   if (count > MostNamed) changed += "; and " + std::to_string(count - MostNamed) + " more";
   return changed.empty() ? "" : "the model was made from " + changed + '.';
+}
+
+std::vector<fs::path> ListSourceFolders(const fs::path& folder) {
+  Json record;
+  std::vector<fs::path> folders;
+  if (!ReadRecord(folder, record)) return folders;
+  for (const Json& source : record["sources"]) {
+    const std::string file = source["file"];
+    const fs::path place = (folder / fs::u8path(file)).parent_path();
+    if (std::find(folders.begin(), folders.end(), place) == folders.end()) {
+      folders.push_back(place);
+    }
+  }
+  return folders;
 }
 
 }  // namespace kvx

@@ -18,17 +18,17 @@ namespace kvx {
 
 inline constexpr const char* CaseRecordFileName = "case.json";
 
-struct SourceFile {
+struct CaseSource {
   std::filesystem::path place;  // absolute
   ModelFileId id;
 };
 
 // Adds the file unless it is in the list. Returns its row there.
-std::size_t AddSource(const SourceFile& source, std::vector<SourceFile>& list);
+std::size_t AddSource(const CaseSource& source, std::vector<CaseSource>& list);
 
 // The bytes of the file. folder: where it will stand, absolute; it exists. Pipes
 // and the like are left out: nobody can look at them again.
-std::string CaseRecordText(const std::string& name, const std::vector<SourceFile>& sources,
+std::string CaseRecordText(const std::string& name, const std::vector<CaseSource>& sources,
                            const std::filesystem::path& folder);
 
 // Whether the folder has a record that `kvx cases` wrote.
@@ -38,6 +38,10 @@ bool HasCaseRecord(const std::filesystem::path& folder);
 // ../../fem_solving.txt, which has changed since." Empty where all are, and where there is no
 // record of ours. folder: any; its record may be any file.
 std::string DescribeChangedSources(const std::filesystem::path& folder);
+
+// The folders of the files that the record of a folder names, each once; empty without a record of
+// ours. As DescribeChangedSources takes the folder.
+std::vector<std::filesystem::path> ListSourceFolders(const std::filesystem::path& folder);
 
 // What to do then.
 inline constexpr const char* ChangedSourcesRemedy = "Run kvx cases again.";

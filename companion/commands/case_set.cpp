@@ -10,6 +10,10 @@
 #include "cases/self_weight.h"
 #include "commands/check_loads_file.h"
 #include "commands/check_model.h"
+#include "commands/check_report.h"
+#include "commands/folder_cases.h"
+#include "commands/origin_file.h"
+#include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "commands/speak.h"
 #include "deck/read_tables.h"
@@ -23,7 +27,6 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* Name = "kvx cases";
-constexpr const char* CaseFileName = "cases.toml";
 
 // What ends the opening: said already, or to be said.
 struct Refusal {
@@ -90,6 +93,8 @@ fs::path ReadFile(const CasesCommand& command, CaseSet& set, CaseFile& cases) {
 // mistake here.
 void CheckStructure(CaseSet& set, CheckReport& report) {
   InFile(set.structure.file, [&] { CheckModel(set.structure.text, {}, report); });
+  FindOrigin(set.structure.file, report.model.tables, set.origin);
+  NameInDeck(set.origin, report.model.tables, report.findings);
   set.findings = report.findings;
   InFile(set.structure.file, [&] {
     try {
@@ -101,9 +106,7 @@ void CheckStructure(CaseSet& set, CheckReport& report) {
     }
   });
   if (!set.unreadable.empty() || HasLoads(set.model.Tables)) return;
-  const auto isNoLoads = [](const Finding& finding) { return finding.code == "K407"; };
-  std::vector<Finding>& list = set.findings.findings;
-  list.erase(std::remove_if(list.begin(), list.end(), isNoLoads), list.end());
+  DropNoLoads(set.findings);
 }
 
 // The solver does not use densities; an acceleration does.

@@ -13,6 +13,7 @@
 #include "commands/load_model.h"
 #include "finding/finding.h"
 #include "model/model.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -34,7 +35,7 @@ struct CaseSet {
   std::string file;              // the case file, as the user would write it
   std::filesystem::path folder;  // of the case file, absolute
   LoadedModel structure;
-  std::vector<SourceFile> sources;  // all files that were read: structure, case file, loads
+  std::vector<CaseSource> sources;  // all files that were read: structure, case file, loads
   FindingList findings;             // of the structure and its own loads
 
   // Why the solver cannot read the structure: the findings have errors then, and what follows is
@@ -42,6 +43,7 @@ struct CaseSet {
   std::string unreadable;
 
   korvex::Model model;                // the structure as read, without loads
+  ModelOrigin origin;                 // where it was imported from; without nodes: it was not
   std::vector<LoadSet> sets;          // cases, then combinations, in the order of the file
   std::vector<EnvelopeOf> envelopes;  // by rows of sets
 };

@@ -8,6 +8,8 @@
 #include "commands/element_words.h"
 #include "commands/findings_json.h"
 #include "commands/number_json.h"
+#include "commands/origin_columns.h"
+#include "commands/origin_words.h"
 #include "commands/quantity_names.h"
 #include "commands/rough_text.h"
 #include "commands/terminal.h"
@@ -57,6 +59,7 @@ ResultTable MakeCaseTable(const CaseSet& set, const SolvedCases& solved) {
     table.cells.emplace_back(result.verdict);
   }
   table.notes = {"Sums of the loads along the global axes; largest displacement, and its node."};
+  AddOriginColumns(set.origin, ColumnReader::Person, table);
   return table;
 }
 
@@ -100,7 +103,8 @@ std::vector<GoverningPeak> FindGoverning(const CaseSet& set, const SolvedCases& 
   return governing;
 }
 
-ResultTable MakeGoverningTable(const std::vector<GoverningPeak>& governing) {
+ResultTable MakeGoverningTable(const std::vector<GoverningPeak>& governing,
+                               const ModelOrigin& origin) {
   ResultTable table;
   table.title = "Largest of all:";
   table.columns = {"quantity", "value", "case", "where", "at"};
@@ -109,13 +113,14 @@ ResultTable MakeGoverningTable(const std::vector<GoverningPeak>& governing) {
     table.cells.emplace_back(of.peak->value);
     table.cells.emplace_back(of.caseName);
     table.cells.emplace_back(std::string(NameOf(of.peak->holder)) + ' ' +
-                             std::to_string(of.peak->element));
+                             std::to_string(of.peak->element) +
+                             InDeck(origin, of.peak->holder, of.peak->element));
     table.cells.emplace_back(PointText(of.peak->place));
   }
   return table;
 }
 
-Json GoverningJson(const GoverningPeak& of) {
+Json GoverningJson(const GoverningPeak& of, const ModelOrigin& origin) {
   Json json;
   json["quantity"] = QuantityName(of.quantity);
   json["value"] = NumberJson(of.peak->value);
@@ -124,6 +129,12 @@ Json GoverningJson(const GoverningPeak& of) {
   // As in kvx top.
   json["element"] = of.peak->holder == Holder::Node ? Json(nullptr) : Json(of.peak->element);
   json["node"] = of.peak->node < 0 ? Json(nullptr) : Json(of.peak->node);
+  if (HasOrigin(origin)) {
+    const bool isNode = of.peak->holder == Holder::Node;
+    json["deck_element"] =
+        isNode ? Json(nullptr) : Json(DeckNumber(origin, of.peak->holder, of.peak->element));
+    json["deck_node"] = DeckNumberJson(origin, of.peak->node);
+  }
   json["position"] = VectorJson(of.peak->place);
   return json;
 }
@@ -135,13 +146,17 @@ Json FileJson(const std::string& file, const FindingList& findings) {
   return json;
 }
 
-void AddSolvedJson(const SolvedCase& result, const Json& audit, Json& json) {
+void AddSolvedJson(const SolvedCase& result, const ModelOrigin& origin, const Json& audit,
+                   Json& json) {
   json["folder"] = result.folder.u8string();
   json["loads"] = NumbersJson(result.loads);
   Json displacement;
   displacement["value"] = NumberJson(result.translation.value);
   const bool hasNode = result.translation.node >= 0;
   displacement["node"] = hasNode ? Json(result.translation.node) : Json(nullptr);
+  if (HasOrigin(origin)) {
+    displacement["deck_node"] = DeckNumberJson(origin, result.translation.node);
+  }
   displacement["position"] = hasNode ? VectorJson(result.place) : Json(nullptr);
   json["displacement"] = displacement;
   json["verdict"] = result.verdict;
@@ -183,7 +198,7 @@ std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
   std::string text = wrap("Solved: " + std::to_string(set.model.NEQ) + " equations in " +
                           RoughText(seconds) + " s, one factorisation for all.");
   text += '\n' + TableText(MakeCaseTable(set, solved), style);
-  const ResultTable governing = MakeGoverningTable(FindGoverning(set, solved));
+  const ResultTable governing = MakeGoverningTable(FindGoverning(set, solved), set.origin);
   if (!governing.cells.empty()) text += '\n' + TableText(governing, style);
 
   const std::filesystem::path results = solved.cases.front().folder.parent_path();
@@ -222,7 +237,7 @@ std::string CasesJson(const CaseSet& set, const SolvedCases* solved,
     one["kind"] = each.isCombination ? "combination" : "case";
     one["loads_file"] =
         each.loadsFile.empty() ? Json(nullptr) : FileJson(each.loadsFile, each.findings);
-    if (solved != nullptr) AddSolvedJson(solved->cases[row], audits[row], one);
+    if (solved != nullptr) AddSolvedJson(solved->cases[row], set.origin, audits[row], one);
     json["cases"].push_back(std::move(one));
   }
   json["errors"] = CountFindings(set, Severity::Error);
@@ -231,7 +246,7 @@ std::string CasesJson(const CaseSet& set, const SolvedCases* solved,
   if (solved == nullptr) return JsonLine(json);
   json["governing"] = Json::array();
   for (const GoverningPeak& of : FindGoverning(set, *solved)) {
-    json["governing"].push_back(GoverningJson(of));
+    json["governing"].push_back(GoverningJson(of, set.origin));
   }
   json["envelopes"] = Json::array();
   for (const SolvedEnvelope& envelope : solved->envelopes) {

@@ -25,6 +25,10 @@ ExitStatus CheckLoaded(const LoadedModel& model, const CheckCommand& command, Ch
   if (command.deep) ShowBegin({}, progress);
   try {
     CheckModel(model.text, options, report);
+    AddOrigin(report);
+    PointToCases(model, report.findings);
+    // Beside the model of the folder there may be others, which the import did not make.
+    report.hasForeignOrigin = report.hasForeignOrigin && IsModelOfFolder(model);
   } catch (const korvex::Stop& stop) {
     reason = stop.text;
   } catch (const std::bad_alloc&) {

@@ -66,6 +66,8 @@ void Check(const RunCommand& command, FolderRun& run) {
   BeginChecking(run.file, run.text.size(), progress);
   CheckReport report;
   CheckModel(run.text, {}, report);
+  AddOrigin(report);
+  PointToCases({run.file, ""}, report.findings);
   run.meshKey = MakeMeshKey(report.model.tables);
   if (command.form == OutputForm::Json) run.checkJson = ReportJson(report);
   run.findings = std::move(report.findings);

@@ -15,6 +15,7 @@
 #include "check/weigh_model.h"
 #include "finding/finding.h"
 #include "size/check_size.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -33,6 +34,10 @@ struct CheckReport {
   LoadSums loads;
   ModelWeight weight;
   SolutionSize size;
+
+  // Not filled by the checks: where the model was imported from (AddOrigin in check_report.h).
+  ModelOrigin origin;
+  bool hasForeignOrigin = false;  // the import.json beside the model is that of another
 };
 
 // text: the bytes of the model file. Any text is accepted.

@@ -18,6 +18,7 @@ namespace kvx {
 namespace {
 
 struct CommandValues {
+  ImportCommand imported;
   CheckCommand check;
   RunCommand run;
   AuditCommand audit;
@@ -27,6 +28,7 @@ struct CommandValues {
   CasesCommand cases;
   ViewCommand view;
   ExportCommand exported;
+  RenumberCommand renumber;
   ExplainCommand explain;
   std::string color = "auto";
   bool csv = false, json = false;
@@ -81,6 +83,72 @@ void AddYield(CLI::App& command, double& yield) {
         }
         return "write a stress greater than 0, such as 235, not \"" + text + "\"";
       });
+}
+
+// Refuses what is no length greater than 0.
+std::string RefuseLength(const std::string& text) {
+  char* end = nullptr;
+  const double length = std::strtod(text.c_str(), &end);
+  const bool isLength =
+      end != text.c_str() && *end == '\0' && length > 0.0 && std::isfinite(length);
+  return isLength ? "" : "write a length greater than 0, such as 0.5, not \"" + text + "\"";
+}
+
+void AddImportOptions(CLI::App& command, ImportCommand& imported) {
+  command.add_option("DECK", imported.deck, "The mesh or deck")->type_name("");
+  command
+      .add_option("-o,--output", imported.output,
+                  "Folder of the model; else DECK without its extension, in the current folder")
+      ->type_name("DIR")
+      ->check([](const std::string& text) {
+        return std::string(text.empty() ? "write the name of a folder" : "");
+      });
+  command
+      .add_option("--map", imported.map, "What the deck lacks, group by group, see docs/import.md")
+      ->type_name("FILE");
+  command
+      .add_option("--map-template", imported.mapTemplate,
+                  "Write a map of all groups to fill in, and nothing else; -: to standard output")
+      ->type_name("FILE");
+  command
+      .add_option("--merge", imported.mergeLength,
+                  "Nodes no further apart than this become one; units of the deck")
+      ->type_name("LENGTH")
+      ->check(RefuseLength);
+  command.add_option("--case", imported.onlyCase, "Take this load case alone")->type_name("NAME");
+  command
+      .add_option("--format", imported.format,
+                  "gmsh, nastran or abaqus, where name and text do not tell it")
+      ->check(CLI::IsMember({"gmsh", "nastran", "abaqus"}).description(""))
+      ->type_name("FORMAT");
+  command.add_flag("--strict", imported.strict,
+                   "Write nothing where anything is lost or taken with a limit");
+  command.add_flag("--force", imported.force, "Replace files that no import has written");
+}
+
+void AddImport(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("import", "Bring in a mesh of gmsh, Nastran, Abaqus or CalculiX");
+  AddImportOptions(command, values.imported);
+  command.add_flag("--json", values.json, "The report as JSON, for programs");
+  AddColorOption(command, values.color);
+  command.footer(
+      "DECK: .msh (gmsh 2.2, 4.1), .bdf .dat .nas (Nastran bulk data), .inp (Abaqus, CalculiX).\n"
+      "Writes fem_solving.txt and import.json, which keeps the numbers and names of the deck; "
+      "where\n"
+      "there are several load cases also cases.toml and their loads. Tells of each card what "
+      "became\n"
+      "of it, and checks the model. Units are those of the deck; nothing is converted.\n"
+      "\n"
+      "Exit status: 0 written without errors, 1 errors in the model, or anything lost with\n"
+      "--strict, 64 wrong usage, 65 refused or unreadable, 66 no deck there, 70 a fault of kvx,\n"
+      "73 the folder cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx import bridge.bdf\n"
+      "  writes the model bridge/fem_solving.txt.\n"
+      "         kvx import hull.msh --map-template hull.toml\n"
+      "         kvx import hull.msh --map hull.toml\n"
+      "  a mesh of gmsh has no thicknesses, supports and loads: the map gives them.");
 }
 
 void AddCheck(CLI::App& app, CommandValues& values) {
@@ -401,6 +469,32 @@ void AddExport(CLI::App& app, CommandValues& values) {
       "         kvx export deck/cases.toml --vtu");
 }
 
+void AddRenumber(CLI::App& app, CommandValues& values) {
+  CLI::App& command =
+      *app.add_subcommand("renumber", "Give the nodes the numbers that take least memory and time");
+  AddPlace(command, values.renumber.place);
+  command.add_flag("--undo", values.renumber.undo,
+                   "The first numbers again, also in results of the model as it stands");
+  command.add_flag("-n,--dry-run", values.renumber.dryRun,
+                   "Tell what would be done, and write nothing");
+  command.add_flag("--json", values.json, "What was done as JSON, for programs");
+  AddColorOption(command, values.color);
+  command.footer(
+      "The best of several orders by the predicted work: the one given, reverse Cuthill-McKee,\n"
+      "Sloan, along the longest axis. Where none is better, nothing is written. The model, its\n"
+      "import.json and the files of loads that its cases.toml names get the new numbers\n"
+      "together; elements keep theirs. Results in the old numbers are removed. renumber.json\n"
+      "keeps the first numbers, through several renumberings, too.\n"
+      "\n"
+      "Exit status: 0 fine, also where no order is better, 64 wrong usage, 65 a model that is not\n"
+      "read whole, or numbers that cannot be changed everywhere, 66 no model there, 70 a fault of\n"
+      "kvx, 73 a file that cannot be written, 130 interrupted.\n"
+      "\n"
+      "Example: kvx renumber deck\n"
+      "         kvx run deck\n"
+      "         kvx renumber deck --undo");
+}
+
 void AddExplain(CLI::App& app, CommandValues& values) {
   CLI::App& command = *app.add_subcommand("explain", "Tell what a finding means and what to do");
   command
@@ -421,6 +515,7 @@ void Describe(CLI::App& app, CommandValues& values) {
   app.get_formatter()->label("SUBCOMMAND", "COMMAND");
   app.get_formatter()->label("Positionals", "Arguments");
   app.require_subcommand(1);
+  AddImport(app, values);
   AddCheck(app, values);
   AddRun(app, values);
   AddAudit(app, values);
@@ -430,6 +525,7 @@ void Describe(CLI::App& app, CommandValues& values) {
   AddCases(app, values);
   AddView(app, values);
   AddExport(app, values);
+  AddRenumber(app, values);
   AddExplain(app, values);
   CLI::App& licenses = *app.add_subcommand("licenses", "Show the licences of what kvx contains");
   licenses.footer("Example: kvx licenses | less");
@@ -507,6 +603,23 @@ ExitStatus RunChecked(const CLI::App& command, CommandValues& values) {
   return RunCheck(values.check);
 }
 
+ExitStatus RunImported(CommandValues& values) {
+  ImportCommand& command = values.imported;
+  std::string complaint;
+  if (command.deck.empty()) {
+    complaint = "which deck? Name a file, such as bridge.bdf, hull.msh or frame.inp.";
+  } else if (!command.mapTemplate.empty() && (!command.map.empty() || values.json)) {
+    complaint = "--map-template writes a map and nothing else: leave out --map and --json.";
+  }
+  if (!complaint.empty()) {
+    Complain("kvx import", complaint);
+    return ExitUsage;
+  }
+  command.json = values.json;
+  command.color = ColorOf(values.color);
+  return RunImport(command);
+}
+
 // Reads "1,0,0". Returns false where that is no direction.
 bool ReadAxis(const std::string& text, korvex::Vector3& axis) {
   const char* at = text.c_str();
@@ -564,6 +677,8 @@ ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
   values.run.form = values.audit.form = values.cases.form = form;
   const ColorChoice color = ColorOf(values.color);
   values.run.color = values.audit.color = values.cases.color = values.explain.color = color;
+  values.renumber.color = color;
+  if (name == "import") return RunImported(values);
   if (name == "check") return RunChecked(*command, values);
   if (name == "run") return RunRun(values.run);
   if (name == "audit") return RunAudit(values.audit);
@@ -573,6 +688,10 @@ ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
   if (name == "cases") return RunCases(values.cases);
   if (name == "view") return RunViewed(values);
   if (name == "export") return RunExport(values.exported);
+  if (name == "renumber") {
+    values.renumber.json = values.json;
+    return RunRenumber(values.renumber);
+  }
   if (name == "explain") return RunExplain(values.explain);
   return RunLicenses();
 }

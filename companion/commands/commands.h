@@ -100,6 +100,29 @@ struct ExportCommand {
   std::string results;  // of a case file: the folder of its results; "": "results" beside it
 };
 
+struct ImportCommand {
+  std::string deck;
+  std::string output;        // folder of the model; "": the deck's name without its extension
+  std::string map;           // file with what the deck lacks; "": none
+  std::string mapTemplate;   // file to write a map into, "-": standard output; "": none
+  std::string onlyCase;      // the load case to take; "": all of them
+  std::string format;        // gmsh, nastran, abaqus; "": told by name and text
+  double mergeLength = 0.0;  // nodes no further apart become one, units of the deck; 0: none do
+  bool strict = false;       // nothing may be lost or limited; warnings count as errors do
+  bool force = false;        // replace files that no import has written
+  bool json = false;
+  ColorChoice color = ColorChoice::Auto;
+};
+
+struct RenumberCommand {
+  std::string place = ".";
+  bool undo = false;    // the numbers of before the first renumbering
+  bool dryRun = false;  // tells what would be done
+  bool json = false;
+  ColorChoice color = ColorChoice::Auto;
+};
+
+ExitStatus RunImport(const ImportCommand& command);
 ExitStatus RunCheck(const CheckCommand& command);
 ExitStatus RunRun(const RunCommand& command);
 ExitStatus RunAudit(const AuditCommand& command);
@@ -115,6 +138,10 @@ ExitStatus RunView(const ViewCommand& command);
 // Models and case files may be mixed; each is exported on its own, also where another one fails.
 // Returns the gravest status of all.
 ExitStatus RunExport(const ExportCommand& command);
+
+// Writes the model with its nodes in the best of several orders, and the map of their numbers. All
+// files of the folder that have numbers of nodes get the new ones, or nothing is changed.
+ExitStatus RunRenumber(const RenumberCommand& command);
 ExitStatus RunExplain(const ExplainCommand& command);
 ExitStatus RunLicenses();
 

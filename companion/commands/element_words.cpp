@@ -2,6 +2,7 @@
 
 #include "audit/unbalanced_elements.h"
 #include "check/describe.h"
+#include "commands/origin_words.h"
 
 namespace kvx {
 
@@ -50,8 +51,10 @@ std::string SectionName(const korvex::Model& model, std::int32_t beam) {
   return SectionName(ref.BeamSecType, ref.BeamSecIndex);
 }
 
-std::string DescribeElement(const korvex::Model& model, const ElementRef& element) {
-  const std::string name = std::string(NameOf(element.kind)) + " " + std::to_string(element.row);
+std::string DescribeElement(const korvex::Model& model, const ModelOrigin& origin,
+                            const ElementRef& element) {
+  const std::string name = std::string(NameOf(element.kind)) + " " + std::to_string(element.row) +
+                           InDeck(origin, element);
   const NodeSpan span = NodesOfElement(model, element);
   if (element.kind == ElementKind::Beam) {
     return name + " at " + PointText(PlaceOfNode(model, span.nodes[0])) + " .. " +
@@ -65,8 +68,17 @@ std::string DescribeElement(const korvex::Model& model, const ElementRef& elemen
   return name + " at " + PointText(middle);
 }
 
+std::string DescribeNode(const korvex::Model& model, const ModelOrigin& origin, std::int32_t node) {
+  return "node " + std::to_string(node) + InDeck(origin, node) + " at " +
+         PointText(PlaceOfNode(model, node));
+}
+
+std::string DescribeElement(const korvex::Model& model, const ElementRef& element) {
+  return DescribeElement(model, {}, element);
+}
+
 std::string DescribeNode(const korvex::Model& model, std::int32_t node) {
-  return "node " + std::to_string(node) + " at " + PointText(PlaceOfNode(model, node));
+  return DescribeNode(model, {}, node);
 }
 
 }  // namespace kvx

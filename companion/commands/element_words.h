@@ -5,6 +5,7 @@
 
 #include "audit/end_forces.h"
 #include "audit/maxima.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -23,9 +24,13 @@ std::string SectionName(std::int32_t type, std::int32_t row);
 std::string SectionName(const korvex::Model& model, std::int32_t beam);
 
 // "beam 10 at (0, 0, 0) .. (1, 0, 0)"; "four-node shell 7 at (50, 50, 0)", the middle of its nodes.
+// Of an imported model "beam 10 (deck CBAR 12) at ...".
+std::string DescribeElement(const korvex::Model& model, const ModelOrigin& origin,
+                            const ElementRef& element);
 std::string DescribeElement(const korvex::Model& model, const ElementRef& element);
 
-// "node 5 at (0, 0, 0)"
+// "node 5 at (0, 0, 0)"; of an imported model "node 5 (deck 1017) at (0, 0, 0)".
+std::string DescribeNode(const korvex::Model& model, const ModelOrigin& origin, std::int32_t node);
 std::string DescribeNode(const korvex::Model& model, std::int32_t node);
 
 }  // namespace kvx

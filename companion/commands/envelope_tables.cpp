@@ -6,6 +6,8 @@
 #include "audit/whole_file.h"
 #include "commands/csv_text.h"
 #include "commands/element_words.h"
+#include "commands/origin_columns.h"
+#include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "commands/tidy_number.h"
 
@@ -119,6 +121,20 @@ std::string NamesOfCases(const Envelope& envelope, const std::vector<std::string
   return names;
 }
 
+// Whether the structure was imported.
+bool IsImported(const EnvelopeView& view) {
+  return view.origin != nullptr && HasOrigin(*view.origin);
+}
+
+// The same with the deck's number behind the item's.
+std::vector<std::string> FileColumns(EnvelopeKind kind, const EnvelopeView& view) {
+  std::vector<std::string> columns = ItemColumns(kind);
+  if (!IsImported(view)) return columns;
+  const bool isElement = IsOfElements(kind);
+  columns.insert(columns.begin() + (isElement ? 2 : 1), isElement ? "deck_element" : "deck_node");
+  return columns;
+}
+
 // The lines before the rows.
 std::string HeadOf(EnvelopeKind kind, const EnvelopeView& view) {
   const KindText& of = KindTexts[kind];
@@ -133,7 +149,7 @@ std::string HeadOf(EnvelopeKind kind, const EnvelopeView& view) {
     text += "# " + std::to_string(envelope.notFinite) +
             " values are not finite (NaN or beyond the range of numbers) and are left out.\n";
   }
-  AddFields(ItemColumns(kind), text);
+  AddFields(FileColumns(kind, view), text);
   AddFields({"component", "extreme", "value", "case"}, text);
   for (const char* component : ListComponents(kind)) AddFields({component}, text);
   EndRow(text);
@@ -141,10 +157,13 @@ std::string HeadOf(EnvelopeKind kind, const EnvelopeView& view) {
 }
 
 // The beginning of the rows of an item, with a comma at its end.
-std::string ItemFields(EnvelopeKind kind, const EnvelopeItem& item) {
+std::string ItemFields(EnvelopeKind kind, const EnvelopeView& view, const EnvelopeItem& item) {
   std::string text;
   if (IsOfElements(kind)) AddFields({KindWord(item.holder)}, text);
   text += std::to_string(item.number) + ',';
+  if (IsImported(view)) {
+    text += std::to_string(DeckNumber(*view.origin, item.holder, item.number)) + ',';
+  }
   std::vector<double> numbers(item.place.begin(), item.place.end());
   if (kind == EnvelopeBeamForces) numbers.insert(numbers.begin(), item.station);
   for (const double number : numbers) {
@@ -179,7 +198,7 @@ void AddRow(EnvelopeKind kind, const EnvelopeView& view, const Side& side, std::
 
 void AddItemRows(EnvelopeKind kind, const EnvelopeView& view, std::size_t item, std::string& text) {
   const Envelope& envelope = view.envelopes[kind];
-  const std::string begin = ItemFields(kind, view.items.kinds[kind].items[item]);
+  const std::string begin = ItemFields(kind, view, view.items.kinds[kind].items[item]);
   for (std::size_t c = 0; c < envelope.components; ++c) {
     const std::size_t at = item * envelope.components + c;
     if (IsAbsent(envelope, at)) continue;
@@ -261,6 +280,7 @@ ResultTable MakeEnvelopeTable(EnvelopeKind kind, const EnvelopeView& view) {
   }
   table.notes = {KindTexts[kind].signs,
                  std::string("Beside each value stand all components ") + KindTexts[kind].with};
+  if (view.origin != nullptr) AddOriginColumns(*view.origin, ColumnReader::Person, table);
   return table;
 }
 

@@ -12,6 +12,7 @@
 
 #include "cases/case_envelopes.h"
 #include "commands/result_table.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -20,6 +21,7 @@ struct EnvelopeView {
   const EnvelopeItems& items;
   const CaseEnvelopes& envelopes;
   const std::vector<std::string>& caseNames;
+  const ModelOrigin* origin = nullptr;  // of the structure; null: it was not imported
 };
 
 // "displacements.csv", "reactions.csv", "beam_forces.csv", "beam_stresses.csv", "shell_forces.csv",

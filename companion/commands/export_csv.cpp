@@ -7,6 +7,7 @@
 
 #include "commands/element_words.h"
 #include "commands/forces.h"
+#include "commands/origin_columns.h"
 #include "commands/progress.h"
 #include "commands/reactions_tables.h"
 #include "commands/result_table.h"
@@ -27,20 +28,30 @@ constexpr std::array<const char*, 6> DofColumns{"ux", "uy", "uz", "rx", "ry", "r
 struct TableWriter {
   ResultTable table;  // rows that are not yet written
   std::ostream* stream = nullptr;
+  OriginColumns origins;
 };
 
 constexpr std::size_t MostCells = 16384;
 
-void BeginTable(std::vector<std::string> notes, std::vector<std::string> columns,
-                TableWriter& writer) {
+// The origin of the model; one without nodes where it was not imported.
+ModelOrigin CopyOrigin(const MeshResults& results) {
+  return results.origin == nullptr ? ModelOrigin() : *results.origin;
+}
+
+void BeginTable(const MeshResults& results, std::vector<std::string> notes,
+                std::vector<std::string> columns, TableWriter& writer) {
   writer.table = {};
   writer.table.notes = std::move(notes);
   writer.table.columns = std::move(columns);
+  if (results.origin != nullptr) {
+    BeginOriginColumns(*results.origin, ColumnReader::Program, writer.table, writer.origins);
+  }
   *writer.stream << CsvHead(writer.table);
 }
 
 void WriteRows(TableWriter& writer) {
   StopIfInterrupted();
+  AddOriginCells(writer.origins, writer.table.cells);
   *writer.stream << CsvRows(writer.table);
   writer.table.cells.clear();
 }
@@ -105,7 +116,8 @@ void AddProperties(const MeshResults& results, std::int32_t material, std::size_
 
 void WriteNodes(const MeshResults& results, TableWriter& writer) {
   const Model& model = results.solved.model;
-  BeginTable({"Global axes, units of the model. fixed: the directions in which a support holds the "
+  BeginTable(results,
+             {"Global axes, units of the model. fixed: the directions in which a support holds the "
               "node."},
              {"node", "x", "y", "z", "fixed"}, writer);
   const auto count = static_cast<std::int32_t>(model.Tables.Nodes.size());
@@ -130,7 +142,8 @@ void WriteShellRows(const MeshResults& results, ElementKind kind, TableWriter& w
   std::vector<std::string> columns = ElementColumns(isQuad ? 4 : 3);
   columns.insert(columns.end(), {"thickness_row", "thickness"});
   columns.insert(columns.end(), PropertyColumns.begin(), PropertyColumns.end());
-  BeginTable({"x, y, z: the mean of the nodes. material, thickness_row: rows of their tables, from "
+  BeginTable(results,
+             {"x, y, z: the mean of the nodes. material, thickness_row: rows of their tables, from "
               "0. part: from 1. Units of the model."},
              columns, writer);
   for (std::size_t e = 0; e < rows.size(); ++e) {
@@ -158,7 +171,8 @@ void WriteBeams(const MeshResults& results, TableWriter& writer) {
   columns.insert(columns.end(), {"length", "section", "mirrored", "offset", "orientation_x",
                                  "orientation_y", "orientation_z"});
   columns.insert(columns.end(), PropertyColumns.begin(), PropertyColumns.end());
-  BeginTable({"x, y, z: the middle between the nodes. section: its table and row; mirrored: 1 is "
+  BeginTable(results,
+             {"x, y, z: the middle between the nodes. section: its table and row; mirrored: 1 is "
               "yes; offset: along local z. orientation: a direction, global, that local z is made "
               "of. material: its row, from 0. part: from 1. Units of the model."},
              columns, writer);
@@ -180,7 +194,8 @@ void WriteDisplacements(const MeshResults& results, TableWriter& writer) {
   const Model& model = results.solved.model;
   std::vector<std::string> columns{"node", "x", "y", "z"};
   columns.insert(columns.end(), DofColumns.begin(), DofColumns.end());
-  BeginTable({"Global axes, units of the model; rotations rx, ry, rz in radians, right-handed."},
+  BeginTable(results,
+             {"Global axes, units of the model; rotations rx, ry, rz in radians, right-handed."},
              columns, writer);
   const auto count = static_cast<std::int32_t>(model.Tables.Nodes.size());
   for (std::int32_t node = 0; node < count; ++node) {
@@ -192,7 +207,8 @@ void WriteDisplacements(const MeshResults& results, TableWriter& writer) {
 }
 
 void WriteReactions(const MeshResults& results, TableWriter& writer) {
-  *writer.stream << TableCsv(MakeReactionsCsv(results.solved.model, results.reactions));
+  *writer.stream << TableCsv(
+      MakeReactionsCsv(results.solved.model, CopyOrigin(results), results.reactions));
 }
 
 // The stresses of one face and its von Mises stress.
@@ -226,7 +242,8 @@ void WriteStresses(const MeshResults& results, bool isAveraged, TableWriter& wri
       columns.push_back(std::string(face) + '_' + component);
     }
   }
-  BeginTable({isAveraged ? "Stresses at the corners of shells, averaged over neighbours in one "
+  BeginTable(results,
+             {isAveraged ? "Stresses at the corners of shells, averaged over neighbours in one "
                            "surface."
                          : "Stresses at the corners of shells, of single elements, not averaged.",
               "Global axes. The upper face lies on the side of the element's normal. Units of the "
@@ -254,6 +271,7 @@ void WriteUnaveraged(const MeshResults& results, TableWriter& writer) {
 void WriteShellForces(const MeshResults& results, TableWriter& writer) {
   const Model& model = results.solved.model;
   ForcesChoice choice;
+  choice.origin = CopyOrigin(results);
   choice.hasShellList = true;
   for (std::size_t e = 0; e < model.Shell4Elements.size(); ++e) {
     choice.shells.push_back({ElementKind::Shell4, static_cast<std::int32_t>(e)});
@@ -271,6 +289,7 @@ void WriteShellForces(const MeshResults& results, TableWriter& writer) {
 void WriteBeamForces(const MeshResults& results, TableWriter& writer) {
   const Model& model = results.solved.model;
   ForcesChoice choice;
+  choice.origin = CopyOrigin(results);
   for (std::size_t b = 0; b < model.BeamElements.size(); ++b) {
     choice.beams.push_back(static_cast<std::int32_t>(b));
   }
@@ -314,6 +333,7 @@ void WriteLoads(const MeshResults& results, TableWriter& writer) {
   const Model& model = results.solved.model;
   const korvex::ModelTables& tables = model.Tables;
   BeginTable(
+      results,
       {"The rows of the load tables. Fx .. Mz: at the node, global axes; a force of 1e20 u on a "
        "held direction prescribes the displacement u. q1, q2, q3: force/area along the shell's "
        "normal at its first three nodes; of beams force/length along local z at both nodes. x, y, "

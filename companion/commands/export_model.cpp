@@ -173,7 +173,7 @@ void WriteFiles(const ExportCommand& command, OpenedResults& opened, Outputs& ou
   ComputeBeamForces(solved.model, beamForces);
   std::vector<std::int32_t> parts;
   NumberParts(solved.model.Tables, parts);
-  const MeshResults results{solved, reactions, beamForces, parts, withDetails};
+  const MeshResults results{solved, reactions, beamForces, parts, withDetails, &opened.origin};
   if (command.vtu) WriteVtuFiles(command, results, outputs, made);
   if (command.details && !withDetails)
     SayExported("The model has no beams: there are no detail models.\n");

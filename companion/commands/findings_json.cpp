@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/number_json.h"
+#include "commands/origin_words.h"
 #include "finding/findings_text.h"
 
 namespace kvx {
@@ -30,13 +31,19 @@ Json FindingJson(const Finding& finding) {
 
 }  // namespace
 
-void AddFindingsJson(const FindingList& list, Json& json) {
+void AddFindingsJson(const FindingList& list, const ModelOrigin& origin,
+                     const korvex::ModelTables& tables, Json& json) {
   Json findings = Json::array();
-  for (const Finding& finding : list.findings) findings.push_back(FindingJson(finding));
+  for (const Finding& finding : list.findings) {
+    findings.push_back(FindingJson(finding));
+    if (HasOrigin(origin)) findings.back()["original"] = OriginalJson(origin, tables, finding);
+  }
   json["findings"] = std::move(findings);
   json["errors"] = CountFindings(list, Severity::Error);
   json["warnings"] = CountFindings(list, Severity::Warning);
   json["hints"] = CountFindings(list, Severity::Hint);
 }
+
+void AddFindingsJson(const FindingList& list, Json& json) { AddFindingsJson(list, {}, {}, json); }
 
 }  // namespace kvx

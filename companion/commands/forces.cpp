@@ -2,6 +2,7 @@
 #include "commands/forces.h"
 
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "audit/check_solved.h"
 #include "commands/number_list.h"
@@ -162,6 +163,7 @@ ExitStatus RunForces(const ForcesCommand& command) {
   const Model& model = results.solved.model;
   const bool hasList = command.beams || command.shells || command.triangles;
   ForcesChoice choice;
+  choice.origin = std::move(results.origin);
   const ExitStatus chosen =
       hasList ? ChooseNamed(model, command, lists, choice) : ChooseAll(model, command, choice);
   if (chosen != ExitFine) return chosen;

@@ -5,6 +5,7 @@
 #include "commands/commands.h"
 #include "commands/output_blocks.h"
 #include "commands/shell_tables.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -13,6 +14,7 @@ struct ForcesChoice {
   std::vector<ElementRef> shells;   // of both kinds, four-node ones first
   bool hasBeamList = false;         // beams were named: details of each
   bool hasShellList = false;        // shells were named: each is shown as text, too
+  ModelOrigin origin;               // of the model, where it was imported
 };
 
 // All beams of the choice as `form`. JSON: the array alone.

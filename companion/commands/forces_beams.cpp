@@ -4,6 +4,7 @@
 #include "audit/beam_advice.h"
 #include "audit/beam_details.h"
 #include "commands/forces.h"
+#include "commands/origin_columns.h"
 #include "commands/progress.h"
 #include "finding/text_layout.h"
 
@@ -83,7 +84,8 @@ void AddBeamText(const Model& model, const ForcesCommand& command, const ForcesC
   for (std::size_t i = 0; i < choice.beams.size(); ++i) {
     const BeamResult result = ResultOf(model, command, choice, ground, i);
     if (choice.hasBeamList) {
-      AddOutput(TableText(MakeStationTable(model, result, scales), style) + '\n', blocks);
+      const ResultTable table = MakeStationTable(model, choice.origin, result, scales);
+      AddOutput(TableText(table, style) + '\n', blocks);
     } else {
       AddToBeamSummary(model, result, scales, summary);
     }
@@ -92,6 +94,7 @@ void AddBeamText(const Model& model, const ForcesCommand& command, const ForcesC
     summary.table.title =
         CountText(choice.beams.size(), "beam", "beams") + ", the extremes along each:";
     summary.table.notes.emplace_back("\"kvx forces --beam 5\" shows beam 5 along its length.");
+    AddOriginColumns(choice.origin, ColumnReader::Person, summary.table);
     AddOutput(TableText(summary.table, style), blocks);
   }
   for (const std::string& note : ListBeamNotes()) {
@@ -110,16 +113,19 @@ void AddBeamOutput(const Model& model, const ForcesCommand& command, const Force
     return;
   }
   ResultTable table;
+  OriginColumns origins;
   BeginBeamCsv(table);
+  BeginOriginColumns(choice.origin, ColumnReader::Program, table, origins);
   const bool isJson = command.form == OutputForm::Json;
   AddOutput(isJson ? "[" : CsvHead(table), blocks);
   for (std::size_t i = 0; i < choice.beams.size(); ++i) {
     const BeamResult result = ResultOf(model, command, choice, ground, i);
     if (isJson) {
-      AddOutput((i > 0 ? "," : "") + JsonLine(BeamJson(model, result)), blocks);
+      AddOutput((i > 0 ? "," : "") + JsonLine(BeamJson(model, choice.origin, result)), blocks);
     } else {
       table.cells.clear();
       AddBeamRows(model, result, table);
+      AddOriginCells(origins, table.cells);
       AddOutput(CsvRows(table), blocks);
     }
   }

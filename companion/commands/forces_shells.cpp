@@ -4,6 +4,7 @@
 
 #include "commands/element_words.h"
 #include "commands/forces.h"
+#include "commands/origin_columns.h"
 #include "finding/text_layout.h"
 
 namespace kvx {
@@ -38,9 +39,10 @@ void CountOtherFrame(const ShellResult& result, OtherFrames& others) {
   if (others.count++ == 0) others.first = result.element;
 }
 
-std::string OtherFramesText(const Model& model, const OtherFrames& others) {
+std::string OtherFramesText(const Model& model, const ModelOrigin& origin,
+                            const OtherFrames& others) {
   return "The axis is normal to " + CountText(others.count, "shell", "shells") + ", first " +
-         DescribeElement(model, others.first) +
+         DescribeElement(model, origin, others.first) +
          ": there axis 1 is the projection of global x, or of global y where x is normal as well.";
 }
 
@@ -63,25 +65,32 @@ void AddShellText(const Model& model, const ForcesCommand& command, const Forces
     ForEachShell(model, command, choice, [&](const ShellResult& result) {
       AddToShellTables(model, result, command.corners, scales, tables);
     });
+    for (ResultTable* table : {&tables.forces, &tables.stresses}) {
+      AddOriginColumns(choice.origin, ColumnReader::Person, *table);
+    }
     AddOutput(TableText(tables.forces, style) + '\n' + TableText(tables.stresses, style), blocks);
   } else {
-    ResultTable table = MakeExtremesTable(extremes, scales);
+    ResultTable table = MakeExtremesTable(choice.origin, extremes, scales);
     table.notes.emplace_back("\"kvx forces --shell 5-8\" shows shells one by one.");
     AddOutput(TableText(table, style), blocks);
   }
   std::vector<std::string> notes = ListShellNotes(command.axis);
-  if (others.count > 0) notes.insert(notes.begin() + 1, OtherFramesText(model, others));
+  if (others.count > 0)
+    notes.insert(notes.begin() + 1, OtherFramesText(model, choice.origin, others));
   for (const std::string& note : notes) AddOutput(WrapText(note, style.width, "", ""), blocks);
 }
 
 void AddShellCsv(const Model& model, const ForcesCommand& command, const ForcesChoice& choice,
                  OutputBlocks& blocks) {
   ResultTable table;
+  OriginColumns origins;
   BeginShellCsv(command.axis, table);
+  BeginOriginColumns(choice.origin, ColumnReader::Program, table, origins);
   AddOutput(CsvHead(table), blocks);
   ForEachShell(model, command, choice, [&](const ShellResult& result) {
     table.cells.clear();
     AddShellRows(model, result, command.corners, table);
+    AddOriginCells(origins, table.cells);
     AddOutput(CsvRows(table), blocks);
   });
 }
@@ -92,7 +101,8 @@ void AddShellJson(const Model& model, const ForcesCommand& command, const Forces
   AddOutput("[", blocks);
   ForEachShell(model, command, choice, [&](const ShellResult& result) {
     if (result.element.kind != kind) return;
-    AddOutput(separator + JsonLine(ShellJson(model, result, command.corners)), blocks);
+    AddOutput(separator + JsonLine(ShellJson(model, choice.origin, result, command.corners)),
+              blocks);
     separator = ",";
   });
   AddOutput("]", blocks);

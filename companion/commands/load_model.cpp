@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "deck/load_text.h"
+#include "engine/unfinished_folder.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -12,6 +13,24 @@ namespace kvx {
 namespace fs = std::filesystem;
 
 namespace {
+
+// A process that was killed while files changed places may have left the model among those that
+// were about to be replaced. What cannot be moved back is not there.
+void MoveModelBack(const fs::path& folder) {
+  std::error_code error;
+  if (!fs::exists(folder / UnfinishedFolderName / "old" / ModelFileName, error)) return;
+  const fs::path start = fs::current_path(error);
+  if (error) return;
+  fs::current_path(folder, error);
+  if (!error) {
+    try {
+      UnfinishedFolder unfinished;
+      BeginUnfinished("", {}, unfinished);
+    } catch (const korvex::Stop&) {  // another process is at work, or the folder is protected
+    }
+  }
+  fs::current_path(start, error);
+}
 
 std::string Quoted(const fs::path& path) { return '"' + path.u8string() + '"'; }
 
@@ -28,6 +47,7 @@ ExitStatus FindModel(const fs::path& place, fs::path& file, std::string& complai
   file = place;
   if (!fs::is_directory(status)) return ExitFine;
   file = (place / ModelFileName).lexically_normal();
+  if (!fs::exists(file, error)) MoveModelBack(place);
   if (fs::exists(file, error)) return ExitFine;
   complaint = std::string("there is no file ") + ModelFileName + " in the folder " + Quoted(place) +
               ". Name the folder of a model, or its file.";

@@ -5,6 +5,7 @@
 
 #include "commands/case_record.h"
 #include "commands/check_model.h"
+#include "commands/origin_file.h"
 #include "commands/progress.h"
 #include "commands/speak.h"
 #include "model/read_input_file.h"
@@ -36,6 +37,7 @@ void Obtain(OpenedResults& results) {
   results.reading =
       ReadDisplacementFile(ExactDisplacementFileName, IdentifyModelFile(results.file.text),
                            tables.Tables.NPOIN, displacements);
+  FindOrigin(ModelFileName, tables.Tables, results.origin);
   tables = {};
   if (results.reading.fit == DisplacementFit::Fits) {
     CompleteFromDisplacements(results.file.text, std::move(displacements), results.solved);

@@ -10,6 +10,7 @@
 #include "audit/solved_model.h"
 #include "commands/exit_status.h"
 #include "commands/load_model.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -19,6 +20,9 @@ struct OpenedResults {
 
   // How displacements.bin fits, and if it does not, why, as a sentence. Then the model was solved.
   DisplacementReading reading;
+
+  // Where the model was imported from; without nodes where it was not.
+  ModelOrigin origin;
 
   // What has changed since the model was made from other files (case_record.h), as a sentence;
   // empty: nothing, or it was not.

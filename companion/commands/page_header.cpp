@@ -85,6 +85,7 @@ Json FindingJson(const Finding& finding, const ModelTables& tables) {
   json["line"] = finding.line;
   json["message"] = finding.message;
   json["remedy"] = finding.remedy;
+  if (!finding.origin.empty()) json["origin"] = finding.origin;
   json["place"] = IsPlace(finding) ? VectorJson(finding.position) : Json(nullptr);
   json["nodes"] = RunsJson(finding.nodes, tables.Nodes.size());
   json["elements"] = ElementsJson(finding, tables);
@@ -98,6 +99,7 @@ Json SectionJson(const SectionProfile& section) {
   json["mirrored"] = section.mirrored;
   json["offset"] = NumberJson(section.offset);
   json["name"] = section.name;
+  if (!section.origin.empty()) json["origin"] = section.origin;
   json["sizes"] = section.sizes;
   json["rings"] = Json::array();
   for (const std::vector<double>& ring : section.rings) json["rings"].push_back(NumbersJson(ring));
@@ -153,6 +155,27 @@ Json BlocksJson(const std::vector<PageBlock>& blocks) {
   return json;
 }
 
+Json OriginJson(const PageHeader& header) {
+  const ModelOrigin& origin = header.origin;
+  Json json;
+  json["source"] = origin.source;
+  json["format"] = origin.format;
+  json["types"] = origin.types;
+  json["materials"] = origin.materials;
+  json["thicknesses"] = origin.thicknesses;
+  json["groups"] = Json::array();
+  for (const OriginGroup& group : origin.groups) {
+    json["groups"].push_back({{"name", group.name},
+                              {"source", group.source},
+                              {"counts",
+                               {{"node", group.nodes.size()},
+                                {Shell, group.shells4.size()},
+                                {Triangle, group.shells3.size()},
+                                {Beam, group.beams.size()}}}});
+  }
+  return json;
+}
+
 }  // namespace
 
 std::string PageHeaderJson(const PageHeader& header, const ModelTables& tables) {
@@ -179,6 +202,7 @@ std::string PageHeaderJson(const PageHeader& header, const ModelTables& tables) 
   json["counts"] = {{"shells", tables.Shell4Properties.size()},
                     {"triangles", tables.Shell3Properties.size()},
                     {"beams", tables.BeamProperties.size()}};
+  if (HasOrigin(header.origin)) json["origin"] = OriginJson(header);
   json["blocks"] = BlocksJson(header.blocks);
   constexpr int NoIndent = -1;
   return json.dump(NoIndent, ' ', false, Json::error_handler_t::replace);

@@ -9,6 +9,7 @@
 
 #include "deck/model_tables.h"
 #include "finding/finding.h"
+#include "tables/model_origin.h"
 #include "view/page_block.h"
 #include "view/section_profile.h"
 #include "view/structure_block.h"
@@ -32,6 +33,7 @@ struct PageHeader {
   std::vector<PageCase> cases;
   std::array<std::uint32_t, PageKinds> firstLines{};
   std::vector<PageBlock> blocks;  // their bytes are not used
+  ModelOrigin origin;             // of the model, where it was imported
 };
 
 // One JSON object, UTF-8. Numbers that are not finite are null; bytes that are no UTF-8 become

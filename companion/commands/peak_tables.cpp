@@ -8,6 +8,8 @@
 #include "check/describe.h"
 #include "commands/beam_tables.h"
 #include "commands/element_words.h"
+#include "commands/origin_columns.h"
+#include "commands/origin_words.h"
 #include "commands/quantity_names.h"
 #include "finding/text_layout.h"
 
@@ -250,6 +252,7 @@ ResultTable MakeShortPeakTable(const ShownPeaks& shown) {
   ResultTable table;
   table.title = PeakTitle(shown);
   FillTable(shown, shown.list.peaks, columns, true, table);
+  AddOriginColumns(shown.origin, ColumnReader::Person, table);
   return table;
 }
 
@@ -281,7 +284,9 @@ std::string PeakTitle(const ShownPeaks& shown) {
   std::string title = HoldersOf(list, false);
   title[0] = static_cast<char>(title[0] - 'a' + 'A');
   if (list.grouping != Grouping::Whole) title += " of " + GroupName(list);
-  const std::string details = DescribeGroup(shown.model, list);
+  std::string details = DescribeGroup(shown.model, list);
+  const std::string name = NameOfGroup(shown.origin, list.grouping, list.sectionType, list.group);
+  if (!name.empty()) details += ", " + name;
   if (!details.empty()) title += " (" + details + ')';
   title += std::string(": ") + DescribeQuantity(list.quantity) + ". ";
   const auto all = static_cast<std::size_t>(list.compared);
@@ -315,7 +320,8 @@ std::string NotFiniteSentence(const ShownPeaks& shown) {
   for (std::size_t i = 0; i < std::min(Named, list.firstNotFinite.size()); ++i) {
     const Peak& peak = list.firstNotFinite[i];
     names += (i == 0 ? "" : ", ") + std::string(NameOf(peak.holder)) + ' ' +
-             std::to_string(peak.element) + " at " + PointText(peak.place);
+             std::to_string(peak.element) + InDeck(shown.origin, peak.holder, peak.element) +
+             " at " + PointText(peak.place);
   }
   const bool isOne = list.notFinite == 1;
   return std::to_string(list.notFinite) + ' ' + HoldersOf(list, isOne) +

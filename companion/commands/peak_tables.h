@@ -5,6 +5,7 @@
 
 #include "audit/maxima.h"
 #include "commands/result_table.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -14,6 +15,7 @@ struct ShownPeaks {
   const PeakList& list;
   double yield = 0.0;                      // yield stress; 0: none is given
   BeamPlace beams = BeamPlace::MidLength;  // where detail models were looked at
+  const ModelOrigin& origin;               // of the model, where it was imported
 };
 
 // "thickness 0", "material 1", "section T 0", "part 2"; empty for the whole model.
@@ -31,6 +33,7 @@ ResultTable MakePeakTable(const ShownPeaks& shown);
 // Where the first values are that are not finite.
 ResultTable MakeNotFiniteTable(const ShownPeaks& shown);
 
+// Of an imported model with the deck's name of the group: "(10, PSHELL 4)".
 // "Shells of thickness 0 (10): von Mises stress, upper or lower face. The 20 highest of 1008."
 std::string PeakTitle(const ShownPeaks& shown);
 

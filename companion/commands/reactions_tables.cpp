@@ -9,6 +9,8 @@
 #include "check/describe.h"
 #include "commands/element_words.h"
 #include "commands/number_json.h"
+#include "commands/origin_columns.h"
+#include "commands/origin_words.h"
 #include "commands/tidy_number.h"
 #include "finding/text_layout.h"
 
@@ -94,8 +96,9 @@ std::string SixText(const double* six) {
   return PointText({six[0], six[1], six[2]}) + " and " + PointText({six[3], six[4], six[5]});
 }
 
-std::string UnbalancedText(const Model& model, const UnbalancedElement& element) {
-  const std::string name = DescribeElement(model, element.element);
+std::string UnbalancedText(const Model& model, const ModelOrigin& origin,
+                           const UnbalancedElement& element) {
+  const std::string name = DescribeElement(model, origin, element.element);
   const ForceSum sum = Opposite(element.sum);
   if (element.hasNodeTwice) {
     return name + " has a node twice; it leaves the force and moment " + SixText(sum.data()) + ".";
@@ -171,7 +174,8 @@ ResultTable MakeMovedTable(const Model& model, const Reactions& reactions) {
   return table;
 }
 
-std::vector<std::string> ListBalanceNotes(const Model& model, const Reactions& reactions) {
+std::vector<std::string> ListBalanceNotes(const Model& model, const ModelOrigin& origin,
+                                          const Reactions& reactions) {
   std::vector<std::string> notes;
   const std::string part = NumberText(reactions.imbalance) + " of them.";
   if (IsBalanced(reactions)) {
@@ -183,7 +187,7 @@ std::vector<std::string> ListBalanceNotes(const Model& model, const Reactions& r
   const std::size_t count = reactions.unbalanced.size();
   for (std::size_t i = 0; i < std::min(count, MostNamed); ++i) {
     notes.push_back("Not in equilibrium by itself: " +
-                    UnbalancedText(model, reactions.unbalanced[i]));
+                    UnbalancedText(model, origin, reactions.unbalanced[i]));
   }
   if (count > MostNamed) {
     notes.push_back("And " + std::to_string(count - MostNamed) +
@@ -197,12 +201,13 @@ std::vector<std::string> ListBalanceNotes(const Model& model, const Reactions& r
   return notes;
 }
 
-ResultTable MakeReactionsCsv(const Model& model, const Reactions& reactions) {
+ResultTable MakeReactionsCsv(const Model& model, const ModelOrigin& origin,
+                             const Reactions& reactions) {
   ResultTable table;
   table.notes = {ReactionSigns,
                  "Empty: free to move. ux .. rz: as prescribed, rotations in radians. The sums "
                  "add up to what is left over."};
-  for (std::string& note : ListBalanceNotes(model, reactions)) table.notes.push_back(note);
+  for (std::string& note : ListBalanceNotes(model, origin, reactions)) table.notes.push_back(note);
   AddColumns({"kind", "node", "x", "y", "z"}, table);
   AddForceColumns(table);
   table.columns.insert(table.columns.end(), PrescribedNames.begin(), PrescribedNames.end());
@@ -224,10 +229,11 @@ ResultTable MakeReactionsCsv(const Model& model, const Reactions& reactions) {
     AddForceCells(named.sum, table.cells);
     table.cells.resize(table.cells.size() + 6);
   }
+  AddOriginColumns(origin, ColumnReader::Program, table);
   return table;
 }
 
-Json ReactionsJson(const Model& model, const Reactions& reactions) {
+Json ReactionsJson(const Model& model, const ModelOrigin& origin, const Reactions& reactions) {
   Json supports = Json::object(), places = Json::object(), prescribed = Json::object();
   for (const Support& support : reactions.supports) {
     const std::string node = std::to_string(support.node);
@@ -244,6 +250,12 @@ Json ReactionsJson(const Model& model, const Reactions& reactions) {
   json["supports"] = std::move(supports);
   json["places"] = std::move(places);
   json["prescribed"] = std::move(prescribed);
+  if (HasOrigin(origin)) {
+    Json& numbers = json["deck_nodes"] = Json::object();
+    for (const Support& support : reactions.supports) {
+      numbers[std::to_string(support.node)] = DeckNumberJson(origin, support.node);
+    }
+  }
   json["loads"] = NumbersJson(reactions.loads);
   json["reactions"] = NumbersJson(reactions.reactions);
   json["unbalanced"] = std::move(elements);
@@ -252,7 +264,8 @@ Json ReactionsJson(const Model& model, const Reactions& reactions) {
   json["imbalance"] = NumberJson(reactions.imbalance);
   json["balanced"] = IsBalanced(reactions);
   json["notes"] = Json::array({ReactionSigns});
-  for (std::string& note : ListBalanceNotes(model, reactions)) json["notes"].push_back(note);
+  for (std::string& note : ListBalanceNotes(model, origin, reactions))
+    json["notes"].push_back(note);
   return json;
 }
 

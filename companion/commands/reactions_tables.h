@@ -9,6 +9,7 @@
 
 #include "audit/reactions.h"
 #include "commands/result_table.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -36,14 +37,20 @@ ResultTable MakeSumTable(const Reactions& reactions);
 // node, x, y, z, dof, prescribed, reached: the supports that move as prescribed.
 ResultTable MakeMovedTable(const korvex::Model& model, const Reactions& reactions);
 
+// origin: that of the model, where it was imported.
+
 // Sentences: whether loads and reactions balance; the elements that are not in equilibrium, each
 // with its force and couple.
-std::vector<std::string> ListBalanceNotes(const korvex::Model& model, const Reactions& reactions);
+std::vector<std::string> ListBalanceNotes(const korvex::Model& model, const ModelOrigin& origin,
+                                          const Reactions& reactions);
 
 // All of it as one table: kind, node, x, y, z, Fx .. Mz, and ux .. rz as prescribed. kind: support,
 // or one of the sums' names.
-ResultTable MakeReactionsCsv(const korvex::Model& model, const Reactions& reactions);
+ResultTable MakeReactionsCsv(const korvex::Model& model, const ModelOrigin& origin,
+                             const Reactions& reactions);
 
-nlohmann::ordered_json ReactionsJson(const korvex::Model& model, const Reactions& reactions);
+// Of an imported model with "deck_nodes": the deck's number of each node with a support.
+nlohmann::ordered_json ReactionsJson(const korvex::Model& model, const ModelOrigin& origin,
+                                     const Reactions& reactions);
 
 }  // namespace kvx

@@ -31,7 +31,12 @@ std::string ReportJson(const CheckReport& report) {
   Json json;
   json["model"] = std::move(model);
   json["loads"] = LoadsJson(report.loads);
-  AddFindingsJson(report.findings, json);
+  AddFindingsJson(report.findings, report.origin, report.model.tables, json);
+  if (HasOrigin(report.origin)) {
+    json["origin"] = {{"source", report.origin.source}, {"format", report.origin.format}};
+  } else if (report.hasForeignOrigin) {
+    json["origin"] = nullptr;
+  }
   return JsonLine(json);
 }
 

@@ -1,6 +1,7 @@
 // The text of check_report.h.
 #include "commands/check_report.h"
 #include "commands/model_summary.h"
+#include "commands/origin_file.h"
 #include "finding/text_layout.h"
 
 namespace kvx {
@@ -16,6 +17,13 @@ std::string ReportText(const std::string& file, const CheckReport& report, const
   };
   for (const std::string& line : SummarizeModel(report)) addLine(line);
   for (const std::string& line : report.model.notChecked) addLine(line);
+  if (HasOrigin(report.origin)) {
+    addLine("Imported from " + report.origin.source + " (" + report.origin.format + ").");
+  } else if (report.hasForeignOrigin) {
+    addLine(std::string(OriginFileName) +
+            " does not belong to this model: nodes or elements have changed since the import, so "
+            "that the deck's numbers are not shown.");
+  }
 
   text += TotalText(report.findings) + '\n';
   if (!report.findings.findings.empty()) {

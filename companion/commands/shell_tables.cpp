@@ -7,6 +7,7 @@
 #include "check/describe.h"
 #include "commands/element_words.h"
 #include "commands/number_json.h"
+#include "commands/origin_words.h"
 #include "commands/tidy_number.h"
 
 namespace kvx {
@@ -290,7 +291,8 @@ void RaiseShellExtremes(const ShellResult& result, ShellExtremes& extremes) {
   }
 }
 
-ResultTable MakeExtremesTable(const ShellExtremes& extremes, const ShellScales& scales) {
+ResultTable MakeExtremesTable(const ModelOrigin& origin, const ShellExtremes& extremes,
+                              const ShellScales& scales) {
   ResultTable table;
   table.title = "Smallest and largest values at the centres of shells:";
   table.columns = {"of", "smallest", "in", "at", "largest", "in", "at"};
@@ -300,7 +302,7 @@ ResultTable MakeExtremesTable(const ShellExtremes& extremes, const ShellScales& 
     for (const ShellPeak* peak : {&extremes.smallest[i], &extremes.largest[i]}) {
       table.cells.emplace_back(TidyNumber(peak->value, PeakScale(i, scales)));
       table.cells.emplace_back(std::string(NameOf(peak->element.kind)) + " " +
-                               std::to_string(peak->element.row));
+                               std::to_string(peak->element.row) + InDeck(origin, peak->element));
       table.cells.emplace_back(PointText(peak->place));
     }
   }
@@ -339,7 +341,8 @@ void AddShellRows(const Model& model, const ShellResult& result, bool hasCorners
   }
 }
 
-Json ShellJson(const Model& model, const ShellResult& result, bool hasCorners) {
+Json ShellJson(const Model& model, const ModelOrigin& origin, const ShellResult& result,
+               bool hasCorners) {
   const ShellResultants& values = result.values;
   Json axes = Json::array();
   for (const std::size_t axis : {0U, 1U, 2U}) {
@@ -348,6 +351,7 @@ Json ShellJson(const Model& model, const ShellResult& result, bool hasCorners) {
   Json json;
   json[KindWord(result.element.kind)] = result.element.row;
   json["nodes"] = NodesJson(model, result.element);
+  AddDeckNumbers(model, origin, result.element, json);
   json["thickness"] = NumberJson(values.thickness);
   json["frame"] = NameOf(values.frame.source);
   json["axes"] = std::move(axes);

@@ -10,6 +10,7 @@
 #include "audit/end_forces.h"
 #include "audit/shell_resultants.h"
 #include "commands/result_table.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -51,7 +52,9 @@ struct ShellExtremes {
   std::array<ShellPeak, ShellPeakCount> smallest, largest;
 };
 void RaiseShellExtremes(const ShellResult& result, ShellExtremes& extremes);
-ResultTable MakeExtremesTable(const ShellExtremes& extremes, const ShellScales& scales);
+// origin: of the model, where it was imported.
+ResultTable MakeExtremesTable(const ModelOrigin& origin, const ShellExtremes& extremes,
+                              const ShellScales& scales);
 
 // A row for each point. The names of the columns, then the rows of an element.
 void BeginShellCsv(const FrameChoice& choice, ResultTable& table);
@@ -59,9 +62,10 @@ void AddShellRows(const korvex::Model& model, const ShellResult& result, bool ha
                   ResultTable& table);
 
 // {"shell" or "triangle", "nodes", "thickness", "frame", "axes": [[3], [3], [3]], "centre": {..},
-// "corners": [{..}]}; corners are left out unless they are asked for.
-nlohmann::ordered_json ShellJson(const korvex::Model& model, const ShellResult& result,
-                                 bool hasCorners);
+// "corners": [{..}]}; corners are left out unless they are asked for. Of an imported model
+// "deck_element" and "deck_nodes" behind "nodes".
+nlohmann::ordered_json ShellJson(const korvex::Model& model, const ModelOrigin& origin,
+                                 const ShellResult& result, bool hasCorners);
 
 // "element", "axis", "global x", "global y": what axis 1 is the projection of.
 const char* NameOf(FrameSource source);

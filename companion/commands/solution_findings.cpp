@@ -219,9 +219,10 @@ void AddMissedDisplacements(const CheckedModel& places, const SolvedModel& solve
   for (const MovedSupport& moved : report.reactions.moved) {
     const double missing = RatioOf(moved.displacement - moved.prescribed, moved.prescribed);
     if (missing <= MissingDisplacement) continue;
-    const auto row = std::find_if(
-        solved.prescribed.begin(), solved.prescribed.end(),
-        [&](const PrescribedDof& dof) { return dof.node == moved.node && dof.dof == moved.dof; });
+    const auto row = std::find_if(solved.prescribed.begin(), solved.prescribed.end(),
+                                  [&](const PrescribedMotion& dof) {
+                                    return dof.node == moved.node && dof.dof == moved.dof;
+                                  });
     Finding finding = MakeRowFinding("K708", places, Section::Forces, row->row);
     finding.nodes = {moved.node};
     finding.hasPosition = true;

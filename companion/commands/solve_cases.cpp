@@ -109,7 +109,7 @@ void WriteText(const std::string& folder, const char* name, const std::string& t
 
 // What the loads are made from, for the folder that is the current one.
 std::string MakeRecord(const CaseSet& set, const LoadSet& loads, const fs::path& folder) {
-  std::vector<SourceFile> sources;
+  std::vector<CaseSource> sources;
   for (const std::size_t row : loads.sources) sources.push_back(set.sources[row]);
   return CaseRecordText(loads.name, sources, folder);
 }
@@ -204,6 +204,7 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = text;
+  options.deck = set.origin;
   AuditReport report;
   AuditModel(options, solved, report);
   AddToEnvelopes(set, job.row, solved, report, work);
@@ -224,7 +225,7 @@ void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeW
     envelope.folder = results / fs::u8path(EnvelopeFolderPrefix + envelope.name);
     for (const std::size_t row : set.envelopes[k].of) envelope.of.push_back(names[row]);
     GoTo(envelope.folder);
-    const EnvelopeView view{work.items, work.envelopes[k], names};
+    const EnvelopeView view{work.items, work.envelopes[k], names, &set.origin};
     for (std::size_t kind = 0; kind < EnvelopeKindCount; ++kind) {
       WriteEnvelopeFile("", static_cast<EnvelopeKind>(kind), view);
     }

@@ -8,6 +8,8 @@
 #include "audit/solved_model.h"
 #include "commands/audit_report.h"
 #include "commands/folder_run.h"
+#include "commands/load_model.h"
+#include "commands/origin_file.h"
 #include "commands/progress.h"
 #include "commands/run_report.h"
 #include "commands/write_shown.h"
@@ -115,6 +117,7 @@ void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = run.text;
+  FindOrigin(ModelFileName, solved.model.Tables, options.deck);
   options.modelErrors = CountFindings(run.findings, Severity::Error);
   if (options.modelErrors > 0) options.firstError = NameFinding(run.findings.findings.front());
   AuditReport report;

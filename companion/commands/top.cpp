@@ -155,7 +155,8 @@ ExitStatus RunTop(const TopCommand& command) {
     Complain(Name, '"' + results.file.file + "\": " + stop.text);
     return ExitUnusableData;
   }
-  const std::string output = TopOutput(command, results.file.file, results.solved.model, answer);
+  const std::string output =
+      TopOutput(command, results.file.file, results.solved.model, results.origin, answer);
   const ExitStatus written = WriteOutput(output);
   if (written != ExitFine) return written;
   const bool isBad =

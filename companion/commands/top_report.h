@@ -6,6 +6,7 @@
 
 #include "audit/maxima.h"
 #include "commands/commands.h"
+#include "tables/model_origin.h"
 
 namespace kvx {
 
@@ -16,9 +17,10 @@ struct TopAnswer {
 };
 
 // The answer in the form that the command asks for. file: the name of the model file, any bytes;
-// model: with the results from which the answer was made. The form of CSV and JSON is described in
-// docs/companion.md.
+// model: with the results from which the answer was made; origin: that of the model. The form of
+// CSV and JSON is described in docs/companion.md.
 std::string TopOutput(const TopCommand& command, const std::string& file,
-                      const korvex::Model& model, const TopAnswer& answer);
+                      const korvex::Model& model, const ModelOrigin& origin,
+                      const TopAnswer& answer);
 
 }  // namespace kvx

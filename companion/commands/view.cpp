@@ -12,6 +12,7 @@
 #include "commands/audit_report.h"
 #include "commands/case_place.h"
 #include "commands/case_record.h"
+#include "commands/check_report.h"
 #include "commands/commands.h"
 #include "commands/load_model.h"
 #include "commands/progress.h"
@@ -193,6 +194,7 @@ void Audit(bool hasDetails, ViewedModel& viewed, AuditReport& report, ViewRun& r
   options.hasStresses = true;
   if (!hasDetails) options.noDetails = "they are left out.";
   options.modelText = viewed.file.text;
+  options.deck = run.draft.header.origin;
   options.reading = viewed.reading;
   options.changedSources = viewed.changedSources;
   options.modelErrors = viewed.errors;
@@ -243,6 +245,7 @@ void AddCases(ViewRun& run) {
   Open(run.places.structure, true, run, structure);
   run.errors += structure.errors;
   run.structure = structure.file.file;
+  DropNoLoads(structure.check.findings);
   BeginPage(structure, run.draft);
   AddPageFindings(true, structure, structure.check.findings, run.draft);
   for (const ViewPlace& each : run.places.cases) {

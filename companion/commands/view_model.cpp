@@ -3,6 +3,7 @@
 #include <new>
 
 #include "commands/case_record.h"
+#include "commands/check_report.h"
 #include "commands/open_results.h"
 #include "commands/progress.h"
 #include "commands/speak.h"
@@ -24,6 +25,8 @@ void Check(ViewedModel& viewed) {
   Progress progress;
   BeginChecking(viewed.file.file, viewed.file.text.size(), progress);
   CheckModel(viewed.file.text, {}, viewed.check);
+  AddOrigin(viewed.check);
+  PointToCases(viewed.file, viewed.check.findings);
   const FindingList& findings = viewed.check.findings;
   viewed.errors = CountFindings(findings, Severity::Error);
   if (viewed.errors > 0) viewed.firstError = NameFinding(findings.findings.front());

@@ -6,11 +6,13 @@
 #include <tuple>
 #include <utility>
 
+#include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "finding/text_layout.h"
 #include "view/corners_block.h"
 #include "view/details_block.h"
 #include "view/loads_block.h"
+#include "view/origin_block.h"
 #include "view/results_block.h"
 #include "view/section_profile.h"
 #include "view/structure_block.h"
@@ -138,6 +140,7 @@ void BeginPage(const ViewedModel& viewed, PageDraft& draft) {
   draft.modelText = viewed.file.text;
   for (const std::string& sentence : viewed.check.model.notChecked) AddNotice(sentence, draft);
 
+  header.origin = viewed.check.origin;
   RowKnowledge rows;
   CollectRows(viewed.check, rows);
   header.firstLines = FirstLines(rows);
@@ -146,9 +149,13 @@ void BeginPage(const ViewedModel& viewed, PageDraft& draft) {
   for (const korvex::BeamSectionRef& ref : sections.groups) {
     SectionProfile& profile = header.sections.emplace_back(MakeSectionProfile(draft.tables, ref));
     profile.name = NameSection(viewed, ref);
+    profile.origin =
+        NameOfGroup(header.origin, Grouping::Section, ref.BeamSecType, ref.BeamSecIndex);
   }
-  MakeBlock("structure", draft,
-            [&](PageBlock& block) { AddStructure(draft.tables, sections, rows, block); });
+  MakeBlock("structure", draft, [&](PageBlock& block) {
+    AddStructure(draft.tables, sections, rows, block);
+    AddOrigin(header.origin, block);
+  });
 }
 
 void AddPageFindings(bool isStructure, const ViewedModel& viewed, const FindingList& findings,

@@ -127,6 +127,19 @@ bool HasStaleResults(const std::string& folder, std::string_view modelText) {
          file != IdentifyModelFile(modelText);
 }
 
+namespace {
+
+// The second name of the log leads nowhere once the log is gone.
+void RemoveLogLink(const fs::path& folder) {
+  std::error_code error;
+  const fs::path link = folder / fs::u8path(korvex::CalcLogName);
+  if (fs::is_symlink(fs::symlink_status(link, error)) && !fs::exists(link, error)) {
+    fs::remove(link, error);
+  }
+}
+
+}  // namespace
+
 std::vector<std::string> RemoveStaleResults(const std::string& folder, std::string_view modelText) {
   if (!HasStaleResults(folder, modelText)) return {};
   std::vector<std::string> names = ListResultFiles(folder);
@@ -141,6 +154,7 @@ std::vector<std::string> RemoveStaleResults(const std::string& folder, std::stri
                          file.shown + " is stale and cannot be removed: " + error.message() + '.'};
     }
   }
+  RemoveLogLink(folder);
   return names;
 }
 

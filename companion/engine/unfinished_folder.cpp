@@ -1,6 +1,5 @@
 #include "engine/unfinished_folder.h"
 
-#include <algorithm>
 #include <system_error>
 
 #include "report/stop.h"
@@ -59,6 +58,18 @@ void RemoveAllBut(const fs::path& kept, const fs::path& folder) {
   for (const fs::path& other : others) fs::remove_all(other, error);
 }
 
+// All files in OldName, also those of a run that made others than this one. Names as from there.
+std::vector<fs::path> ListOldFiles(const fs::path& old) {
+  std::vector<fs::path> names;
+  std::error_code error;
+  for (fs::recursive_directory_iterator it(old, error), end; !error && it != end;
+       it.increment(error)) {
+    const fs::file_status status = it->symlink_status(error);
+    if (!fs::is_directory(status)) names.push_back(it->path().lexically_relative(old));
+  }
+  return names;
+}
+
 // Takes back a move that was not completed. What cannot be moved back stays in OldName.
 void TakeBack(const fs::path& path, const fs::path& place, const std::vector<FileToMake>& files) {
   const fs::path old = path / OldName;
@@ -72,13 +83,12 @@ void TakeBack(const fs::path& path, const fs::path& place, const std::vector<Fil
       fs::remove(place / file.name, ignored);
     }
   }
+  for (const fs::path& name : ListOldFiles(old)) fs::rename(old / name, place / name, ignored);
 }
 
 // Whether files of before are still not in their places.
 bool HoldsOldFiles(const UnfinishedFolder& unfinished) {
-  const fs::path old = unfinished.path / OldName;
-  return std::any_of(unfinished.files.begin(), unfinished.files.end(),
-                     [&](const FileToMake& file) { return IsThere(old / file.name); });
+  return !ListOldFiles(unfinished.path / OldName).empty();
 }
 
 }  // namespace
@@ -129,9 +139,12 @@ void MoveFiles(UnfinishedFolder& unfinished) {
   }
   fs::create_directory(old, error);
   if (error) StopAt(unfinished.shown, error.message());
-  for (const FileToMake& file : unfinished.files) {
-    if (IsThere(place / file.name)) fs::rename(place / file.name, old / file.name, error);
-    if (error) failAt(file.shown);
+  // The last file is the first to go and the last to come: where it is, all others are.
+  for (auto file = unfinished.files.rbegin(); file != unfinished.files.rend(); ++file) {
+    if (!IsThere(place / file->name)) continue;
+    fs::create_directories((old / file->name).parent_path(), error);
+    if (!error) fs::rename(place / file->name, old / file->name, error);
+    if (error) failAt(file->shown);
   }
   for (const FileToMake& file : unfinished.files) {
     fs::rename(path / file.name, place / file.name, error);

@@ -1,9 +1,10 @@
 // The folder "kvx-unfinished" in which the files of a run are made, beside the places where they
 // will stand; and how they get there together.
 //
-// Files are first moved out of the places into "kvx-unfinished/old", then the new ones in. What of
-// this has happened can be seen from the folders: so it can be taken back where a step fails, and
-// by the next run where the process was killed. The folder is removed when the object goes.
+// Files are first moved out of the places into "kvx-unfinished/old", the last one first; then the
+// new ones in, the last one last: where it is, all others fit it. What of this has happened can be
+// seen from the folders: so it can be taken back where a step fails, and by the next run where the
+// process was killed. The folder is removed when the object goes.
 //
 // A lock keeps other runs out of it.
 #pragma once
@@ -39,7 +40,8 @@ struct UnfinishedFolder {
   UnfinishedFolder& operator=(const UnfinishedFolder&) = delete;
 };
 
-// folder: as it precedes file names; empty, or ends with a slash. files: those that will be made.
+// folder: as it precedes file names; empty, or ends with a slash. files: those that will be made;
+// a name may lead into a folder that is there, and the maker makes this folder in `prefix`, too.
 // unfinished: nothing has begun in it. Takes back or removes what a killed run has left. Throws a
 // Stop where the folder cannot be written to, a file's place is taken by a folder or protected
 // against writing, or another run is at work.

@@ -49,7 +49,9 @@ const std::vector<CodeText> LoadCodes{
      "There are no forces, pressures and line loads, or all of them are 0. The density is read, "
      "but no weight is made from it.",
      "Runs to the end with exit status 0; all displacements and stresses are 0.",
-     "Enter the loads. A weight must be entered as forces, pressures or line loads.",
+     "Enter the loads. A weight must be entered as forces, pressures or line loads. Where the "
+     "loads "
+     "are the cases of a cases.toml beside the model, kvx cases solves it.",
      "Number of forces:NFOR=0", "Number of forces:NFOR=1\n1<0,0,-1000,0,0,0>"},
     {"K408", Severity::Hint, "A force acts on a support",
      "A force acts on a degree of freedom that is fixed. It goes straight into the support: the "

@@ -12,15 +12,16 @@ const std::vector<CodeText> SizeCodes{
      "saves more than half of the time.",
      "It solves the model in the order of the file and renumbers nothing. The time is an "
      "estimate for one core of about 3 GHz.",
-     "Let the pre-processor number the nodes for a small profile or bandwidth. Number a long "
-     "structure from one end to the other, and across its short side first.",
+     "Call kvx renumber: it writes the model with its nodes in the best order found, and gives the "
+     "old numbers back with --undo, also to results. Or let the pre-processor number the nodes for "
+     "a small profile.",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:3,0,0\n2:1,0,0\n3:2,0,0",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:1,0,0\n2:2,0,0\n3:3,0,0"},
     {"K502", Severity::Error, "The matrix does not fit into the memory",
      "The stiffness matrix in the order of the file takes more memory than this machine has free.",
      "The run stops with a notice that names the matrix and its size, before it fills the memory.",
-     "Number the nodes in a better order, see K501. Otherwise use a coarser mesh, or a machine "
-     "with more memory.",
+     "Call kvx renumber where a better order was found, see K501. Otherwise use a coarser mesh, or "
+     "a machine with more memory.",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:3,0,0\n2:1,0,0\n3:2,0,0",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:1,0,0\n2:2,0,0\n3:3,0,0"},
     {"K503", Severity::Warning, "A detail model is very large",

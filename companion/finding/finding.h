@@ -32,6 +32,7 @@ struct Finding {
   korvex::Vector3 position{};  // model units, global
   std::string message;         // "beam 10 at (0, 0, 0) .. (1, 0, 0): its length is zero."
   std::string remedy;          // "Merge ..., or remove ..."; may be empty
+  std::string origin;          // of an imported model: "In deck.bdf: CQUAD4 4711."; may be empty
   std::size_t count = 1;       // how many findings of its kind this one stands for
 };
 

@@ -87,6 +87,11 @@ const char* SeverityName(Severity severity) {
   return "";
 }
 
+std::string PaintAs(Severity severity, const std::string& text, const TextStyle& style) {
+  const std::size_t end = text.find_last_not_of('\n') + 1;  // line ends stay outside
+  return Colored(text.substr(0, end), ColorOf(severity), style) + text.substr(end);
+}
+
 std::string NameFinding(const Finding& finding) {
   const std::string place = PlaceText(finding);
   return finding.code + (place.empty() ? ": " : " " + place) + finding.message;
@@ -97,7 +102,10 @@ std::string FindingText(const Finding& finding, const TextStyle& style) {
   const std::string text =
       WrapText(PlaceText(finding) + CleanText(finding.message) + ' ' + CleanText(finding.remedy),
                style.width, label + ' ' + finding.code + ' ', Indent);
-  return Colored(label, ColorOf(finding.severity), style) + text.substr(label.size());
+  return Colored(label, ColorOf(finding.severity), style) + text.substr(label.size()) +
+         (finding.origin.empty()
+              ? ""
+              : WrapText(CleanText(finding.origin), style.width, Indent, Indent));
 }
 
 std::string TotalText(const FindingList& list) {

@@ -23,6 +23,9 @@ struct TextStyle {
 // "error", "warning", "hint"
 const char* SeverityName(Severity severity);
 
+// A text in the colour of a severity, where the style has colours. It may end with "\n".
+std::string PaintAs(Severity severity, const std::string& text, const TextStyle& style);
+
 // One finding, broken at the width; ends with "\n". Whatever bytes of a file its texts hold, the
 // text is UTF-8 without control characters.
 std::string FindingText(const Finding& finding, const TextStyle& style);

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <numeric>
-#include <queue>
 #include <utility>
 
 #include "base/vector3.h"
@@ -23,63 +22,11 @@ korvex::Vector3 Coordinates(const korvex::Node& node) {
   return place;
 }
 
-// States of a node in Sloan's order.
-enum class Front : std::uint8_t { Inactive, Preactive, Active, Numbered };
-
-// One component in Sloan's order.
-struct Sloan {
-  const NodeGraph& graph;
-  std::vector<std::int64_t> priority;
-  std::vector<Front> state;
-  std::priority_queue<std::pair<std::int64_t, std::int32_t>> queue;  // old entries stay in it
-};
-
-// Weight of the nodes that a node would open against its distance to the end (Sloan 1986, table 1).
-constexpr std::int64_t OpeningWeight = 2;
-
 template <typename Function>
 void ForNeighbours(const NodeGraph& graph, std::int32_t node, const Function& f) {
   const auto at = static_cast<std::size_t>(node);
   for (std::int64_t k = graph.begins[at]; k < graph.begins[at + 1]; ++k) {
     f(graph.neighbours[static_cast<std::size_t>(k)]);
-  }
-}
-
-// The node opens one node less than before.
-void Promote(std::int32_t node, Sloan& sloan) {
-  const auto at = static_cast<std::size_t>(node);
-  if (sloan.state[at] == Front::Numbered) return;
-  if (sloan.state[at] == Front::Inactive) sloan.state[at] = Front::Preactive;
-  sloan.priority[at] += OpeningWeight;
-  sloan.queue.push({sloan.priority[at], node});
-}
-
-// Numbers a component from `start` towards the end that the levels are counted from.
-void NumberComponent(std::int32_t start, const Levels& fromEnd, Sloan& sloan,
-                     std::vector<std::int32_t>& order) {
-  for (const std::int32_t node : fromEnd.reached) {
-    const auto at = static_cast<std::size_t>(node);
-    const std::int64_t degree = sloan.graph.begins[at + 1] - sloan.graph.begins[at];
-    sloan.priority[at] = fromEnd.level[at] - OpeningWeight * (degree + 1);
-  }
-  sloan.state[static_cast<std::size_t>(start)] = Front::Preactive;
-  sloan.queue.push({sloan.priority[static_cast<std::size_t>(start)], start});
-  while (!sloan.queue.empty()) {
-    const auto [priority, node] = sloan.queue.top();
-    sloan.queue.pop();
-    const auto at = static_cast<std::size_t>(node);
-    if (sloan.state[at] == Front::Numbered || priority != sloan.priority[at]) continue;
-    if (sloan.state[at] == Front::Preactive) {
-      ForNeighbours(sloan.graph, node, [&](std::int32_t other) { Promote(other, sloan); });
-    }
-    sloan.state[at] = Front::Numbered;
-    order.push_back(node);
-    ForNeighbours(sloan.graph, node, [&](std::int32_t other) {
-      if (sloan.state[static_cast<std::size_t>(other)] != Front::Preactive) return;
-      Promote(other, sloan);
-      sloan.state[static_cast<std::size_t>(other)] = Front::Active;
-      ForNeighbours(sloan.graph, other, [&](std::int32_t next) { Promote(next, sloan); });
-    });
   }
 }
 
@@ -126,23 +73,6 @@ std::vector<std::int32_t> ReverseCuthillMckee(const NodeGraph& graph) {
   return order;
 }
 
-std::vector<std::int32_t> SloanOrder(const NodeGraph& graph) {
-  const std::int32_t n = CountNodes(graph);
-  const auto size = static_cast<std::size_t>(n);
-  Sloan sloan{
-      graph, std::vector<std::int64_t>(size, 0), std::vector<Front>(size, Front::Inactive), {}};
-  std::vector<std::int32_t> order;
-  order.reserve(size);
-  Levels levels;
-  InitLevels(n, levels);
-  for (std::int32_t seed = 0; seed < n; ++seed) {
-    if (sloan.state[static_cast<std::size_t>(seed)] != Front::Inactive) continue;
-    FindEndNode(graph, seed, levels);
-    NumberComponent(levels.reached.back(), levels, sloan, order);
-  }
-  return order;
-}
-
 std::vector<std::int32_t> SortAlongLongestAxis(const korvex::ModelTables& tables) {
   Box box{};
   for (std::size_t k = 0; k < tables.Nodes.size(); ++k) {
@@ -181,7 +111,8 @@ void FindBestOrder(const korvex::ModelTables& tables, const NodeGraph& graph, Be
     best.cost = cost;
   };
   consider(ReverseCuthillMckee(graph), "reverse Cuthill-McKee");
-  consider(SloanOrder(graph), "Sloan");
+  consider(SloanOrder(graph, OriginalWeights), "Sloan");
+  consider(SloanOrder(graph, ScaledWeights), "scaled Sloan");
   consider(SortAlongLongestAxis(tables), "longest axis");
 }
 

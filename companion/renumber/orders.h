@@ -11,6 +11,7 @@
 #include "deck/model_tables.h"
 #include "renumber/node_graph.h"
 #include "renumber/order_cost.h"
+#include "renumber/sloan_order.h"
 
 namespace kvx {
 
@@ -21,18 +22,15 @@ std::vector<std::int32_t> GivenOrder(const NodeGraph& graph);
 // end node, neighbours in ascending degree, all reversed.
 std::vector<std::int32_t> ReverseCuthillMckee(const NodeGraph& graph);
 
-// Sloan's order (Sloan 1986): next is the node that opens few new nodes and lies far from the other
-// end. Priority: distance to the end - 2 (neighbours it would open). With a heap: n log n.
-std::vector<std::int32_t> SloanOrder(const NodeGraph& graph);
-
 // Sorted along the longest axis of the nodes' box, then along the second, then the third.
 std::vector<std::int32_t> SortAlongLongestAxis(const korvex::ModelTables& tables);
 
-// The best of the orders above by work; of equal ones the first. The given order is the first, so
-// the best is never worse.
+// The best of these orders and those of Sloan by work; of equal ones the first, which is the given
+// one: the best is never worse.
 struct BestOrder {
   std::vector<std::int32_t> order;
-  std::string name = "given";  // or "reverse Cuthill-McKee", "Sloan", "longest axis"
+  // "given", "reverse Cuthill-McKee", "Sloan", "scaled Sloan" or "longest axis"
+  std::string name = "given";
   OrderCost cost;
   OrderCost givenCost;
 };

@@ -7,7 +7,6 @@
 #include "base/dof_counts.h"
 #include "check/describe.h"
 #include "deck/row_formats.h"
-#include "renumber/orders.h"
 #include "skyline/reserve_system.h"
 
 namespace kvx {
@@ -31,6 +30,9 @@ constexpr double LongSeconds = 10.0;
 // A better order is worth a word where it takes less than half of the time.
 constexpr double WorthwhileShare = 0.5;
 
+constexpr const char* RenumberRemedy =
+    "Call kvx renumber: it writes the model with its nodes in that order";
+
 // Operations of the factorisation per second by length of the vector registers, as measured on a
 // 60,000-equation plate with one core of 3 GHz. Other processors differ by a factor of about two.
 double SolverRate(int vectorBits) {
@@ -48,7 +50,7 @@ std::string About(double value) {
 }
 
 void AddOrderFinding(const CheckedModel& model, const SolutionSize& size, FindingList& findings) {
-  const bool isBetter = size.bestSeconds < WorthwhileShare * size.seconds;
+  const bool isBetter = SavesMuch(size);
   if (!isBetter && size.seconds < LongSeconds) return;
   Finding finding = MakeFinding("K501");
   finding.line = model.titleLines[IndexOf(Section::Nodes)];
@@ -57,7 +59,7 @@ void AddOrderFinding(const CheckedModel& model, const SolutionSize& size, Findin
   if (isBetter) {
     finding.message += "; with the nodes in another order (" + size.bestOrder + ") " +
                        DescribeSize(size.bestGigabytes, size.bestSeconds) + ".";
-    finding.remedy = "Let the pre-processor number the nodes for a small profile or bandwidth.";
+    finding.remedy = std::string(RenumberRemedy) + "; --undo gives the old numbers back.";
   } else {
     finding.message += "; no order was found that takes less than half of it.";
   }
@@ -83,8 +85,8 @@ void CheckMemoryOfMatrix(const CheckedModel& model, double entries, std::uint64_
                       " GB free. The run stops.";
   }
   if (!tooMany && size.bestGigabytes < WorthwhileShare * size.gigabytes) {
-    finding.remedy = "Number the nodes in another order: with the best one found (" +
-                     size.bestOrder + ") it takes " + About(size.bestGigabytes) + " GB.";
+    finding.remedy = std::string(RenumberRemedy) + ", in which it takes " +
+                     About(size.bestGigabytes) + " GB instead of " + About(size.gigabytes) + ".";
   } else {
     finding.remedy = "Use a coarser mesh, or a machine with more memory.";
   }
@@ -97,21 +99,33 @@ std::string DescribeSize(double gigabytes, double seconds) {
   return About(gigabytes) + " GB, about " + About(std::max(seconds, ShortestSeconds)) + " s";
 }
 
+SolutionSize PredictSize(const BestOrder& best, int vectorBits) {
+  const double rate = SolverRate(vectorBits);
+  SolutionSize size;
+  size.gigabytes = best.givenCost.entries * EntryBytes / BytesPerGigabyte;
+  size.seconds = best.givenCost.work / rate;
+  size.bestGigabytes = best.cost.entries * EntryBytes / BytesPerGigabyte;
+  size.bestSeconds = best.cost.work / rate;
+  size.bestOrder = best.name;
+  return size;
+}
+
+bool SavesMuch(const SolutionSize& size) {
+  return size.bestSeconds < WorthwhileShare * size.seconds;
+}
+
 void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
                SolutionSize& size, FindingList& findings) {
   NodeGraph graph;
   BuildNodeGraph(model.tables, graph);
-  const double rate = SolverRate(vectorBits);
-  const OrderCost given = MeasureOrder(graph, GivenOrder(graph));
   BestOrder best;
-  best.cost = given;
-  if (given.work / rate >= NoticeableSeconds) FindBestOrder(model.tables, graph, best);
-  size.gigabytes = given.entries * EntryBytes / BytesPerGigabyte;
-  size.seconds = given.work / rate;
-  size.bestGigabytes = best.cost.entries * EntryBytes / BytesPerGigabyte;
-  size.bestSeconds = best.cost.work / rate;
-  size.bestOrder = best.name;
-  CheckMemoryOfMatrix(model, given.entries, freeMemory, size, findings);
+  best.cost = best.givenCost = MeasureOrder(graph, GivenOrder(graph));
+  size = PredictSize(best, vectorBits);
+  if (size.seconds >= NoticeableSeconds) {
+    FindBestOrder(model.tables, graph, best);
+    size = PredictSize(best, vectorBits);
+  }
+  CheckMemoryOfMatrix(model, best.givenCost.entries, freeMemory, size, findings);
   AddOrderFinding(model, size, findings);
 }
 

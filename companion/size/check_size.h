@@ -7,6 +7,7 @@
 
 #include "check/checked_model.h"
 #include "finding/finding.h"
+#include "renumber/orders.h"
 
 namespace kvx {
 
@@ -20,9 +21,15 @@ struct SolutionSize {
 // "0.024 GB, about 0.2 s"
 std::string DescribeSize(double gigabytes, double seconds);
 
+// What the file's order and the best one cost, as time and memory of the solver.
+// vectorBits: the processor's vector registers, see platform/vector_bits.h.
+SolutionSize PredictSize(const BestOrder& best, int vectorBits);
+
+// Whether the best order takes less than half of the time.
+bool SavesMuch(const SolutionSize& size);
+
 // Fills `size` and adds K501 and K502.
-// freeMemory: bytes that the solver may use; vectorBits: the processor's vector registers, see
-// platform/vector_bits.h.
+// freeMemory: bytes that the solver may use; vectorBits: as above.
 void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
                SolutionSize& size, FindingList& findings);
 

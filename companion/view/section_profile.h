@@ -24,6 +24,7 @@ struct SectionProfile {
   bool mirrored = false;    // an L with its flange towards -y; of no effect on the others
   double offset = 0.0;      // BeamSecOz
   std::string name;         // filled by the caller: the tables have no names
+  std::string origin;       // filled by the caller: its name in the deck; empty: not known
   std::string sizes;        // "Hw 120, Tw 8, Bf 80, Tf 10": all digits of the numbers
   // Closed rings y0, z0, y1, z1 ... T: 8 corners, L: 6, flat bar: 4, tube: two circles. The outer
   // ring runs from y towards z, then a tube's hole the other way round. None where a coordinate

@@ -182,6 +182,26 @@ void AddIdentity(const MeshResults& results, const Cells& cells, MeshGrid& mesh)
   AddAxis("axis_z", 2, results, cells, mesh);
 }
 
+// The numbers that points and cells have in the deck.
+void AddOrigin(const MeshResults& results, const Cells& cells, MeshGrid& mesh) {
+  if (results.origin == nullptr || !HasOrigin(*results.origin)) return;
+  const ModelOrigin& origin = *results.origin;
+  const MeshPoints* const points = &mesh.points;
+  const auto node = [&origin, points](std::size_t point, std::int64_t* value) {
+    *value = origin.nodes[static_cast<std::size_t>(NodeOfPoint(*points, point))];
+  };
+  mesh.grid.pointData.push_back({"deck_node", {}, 1, points->points, FillIntegers(node)});
+  AddCellInteger(
+      "deck_element", cells,
+      [&origin](const CellRef& cell) {
+        const ElementOrigin& elements = cell.nodes == 4   ? origin.shells4
+                                        : cell.nodes == 3 ? origin.shells3
+                                                          : origin.beams;
+        return elements.numbers[cell.row];
+      },
+      mesh);
+}
+
 // The three translations (first: 0) or rotations (3) of a vector with six numbers to a node.
 void AddHalf(const char* name, const std::vector<double>& six, std::size_t first, MeshGrid& mesh) {
   const MeshPoints* const points = &mesh.points;
@@ -350,6 +370,7 @@ void BuildMesh(const MeshResults& results, bool isShared, MeshGrid& mesh) {
   BuildPoints(model, mesh);
   BuildCells(cells, mesh);
   AddIdentity(results, cells, mesh);
+  AddOrigin(results, cells, mesh);
 }
 
 void BuildMeshGrid(const MeshResults& results, bool isShared, MeshGrid& mesh) {

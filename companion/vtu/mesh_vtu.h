@@ -17,6 +17,7 @@
 #include "audit/section_forces.h"
 #include "audit/shell_resultants.h"
 #include "audit/solved_model.h"
+#include "tables/model_origin.h"
 #include "vtu/point_stress.h"
 #include "vtu/vtu_file.h"
 
@@ -32,6 +33,7 @@ struct MeshResults {
   // The number of each element's part: four-node shells, three-node shells, beams.
   const std::vector<std::int32_t>& parts;
   bool hasDetails = false;
+  const ModelOrigin* origin = nullptr;  // where the model was imported from; null: it was not
 };
 
 // The points of a file.
@@ -67,8 +69,8 @@ PointStress StressAtPoint(const korvex::Model& model, const MeshPoints& points, 
 void ListMeshPoints(const korvex::Model& model, bool isShared, MeshPoints& points);
 
 // Fills points, cells and what tells them apart: "node_id", "element", "kind", "thickness",
-// "material", "part", "section_type", "section", "axis_x", "axis_z". Throws a Stop where the
-// results do not fit the model.
+// "material", "part", "section_type", "section", "axis_x", "axis_z"; of an imported model
+// "deck_node" and "deck_element" besides. Throws a Stop where the results do not fit the model.
 void BuildMesh(const MeshResults& results, bool isShared, MeshGrid& mesh);
 
 // The same and all results.

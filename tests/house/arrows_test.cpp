@@ -46,6 +46,7 @@ const std::vector<Room>& Rooms() {
       {"run", {"platform", "report", "deck", "skyline", "model", "system", "results", "beamshell"}},
       {"", {"run"}},
       {"finding", {"base"}},
+      {"toml", {"finding", "report"}},
       {"tables", {"base", "deck"}},
       {"check", {"finding", "tables", "base", "report", "beam", "shell", "deck", "skyline"}},
       {"mechanism",
@@ -56,14 +57,20 @@ const std::vector<Room>& Rooms() {
        {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
         "beamshell", "run", "tables"}},
       {"engine", {"platform", "report", "skyline", "model", "system", "run", "audit"}},
-      {"cases", {"finding", "base", "report", "beam", "deck", "model", "results", "audit"}},
+      {"cases", {"finding", "toml", "base", "report", "beam", "deck", "model", "results", "audit"}},
+      {"mesh", {"finding", "toml", "tables", "base", "report", "beam", "shell", "deck"}},
+      {"mesh/gmsh", {"mesh", "base", "deck"}},
+      {"mesh/nastran", {"mesh", "base", "shell"}},
+      {"mesh/abaqus", {"mesh", "base"}},
       {"view",
        {"base", "report", "beam", "shell", "deck", "model", "results", "beamshell", "tables",
         "audit"}},
-      {"vtu", {"base", "report", "shell", "skyline", "model", "results", "audit"}},
-      {"commands", {"finding", "check", "mechanism", "size",    "audit",     "engine", "cases",
-                    "view",    "vtu",   "tables",    "base",    "platform",  "report", "beam",
-                    "deck",    "model", "system",    "results", "beamshell", "run"}},
+      {"vtu", {"base", "report", "shell", "skyline", "model", "results", "audit", "tables"}},
+      {"commands",
+       {"finding", "check",   "mechanism", "renumber",     "size",        "audit", "engine",
+        "cases",   "mesh",    "mesh/gmsh", "mesh/nastran", "mesh/abaqus", "view",  "vtu",
+        "tables",  "base",    "platform",  "report",       "beam",        "deck",  "model",
+        "system",  "results", "beamshell", "run"}},
       {"companion", {"commands"}},
   };
   return rooms;
@@ -183,7 +190,7 @@ TEST(Arrows, LibrariesStandInOneUnitEach) {
     }
   }
   EXPECT_EQ(users["CLI/"], std::set<std::string>{"commands/command_line.cpp"});
-  EXPECT_EQ(users["toml/"], std::set<std::string>{"cases/toml_tree.cpp"});
+  EXPECT_EQ(users["toml/"], std::set<std::string>{"toml/toml_tree.cpp"});
   EXPECT_EQ(users["zlib.h"], (std::set<std::string>{"view/page_block.cpp", "vtu/vtu_file.cpp"}));
   EXPECT_FALSE(users["nlohmann/"].empty());
   for (const std::string& path : users["nlohmann/"]) EXPECT_EQ(RoomOf(path), "commands") << path;

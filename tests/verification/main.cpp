@@ -41,6 +41,7 @@ std::vector<Chapter> AllChapters() {
           {"beams", ComputeBeams},
           {"stiffeners", ComputeStiffeners},
           {"detail-models", ComputeDetailModels},
+          {"another-solver"},
           {"invariants", ComputeInvariants},
           {"advice"},
           {"sources"}};

@@ -18,6 +18,7 @@ std::string Complete(const std::string& words) {
   korvex::test::WriteFile(folder.Path() / "deck.txt", "");
   korvex::test::WriteFile(folder.Path() / "cases.toml", "");
   korvex::test::WriteFile(folder.Path() / "old.html", "");
+  korvex::test::WriteFile(folder.Path() / "hull.MSH", "");
   const std::string line = "source \"" KORVEX_SOURCE
                            "/companion/completion/kvx\" && "
                            "COMP_WORDS=(" +
@@ -40,10 +41,10 @@ TEST(KvxCompletion, IsKnownToBash) {
 
 TEST(KvxCompletion, CompletesCommands) {
   EXPECT_EQ(Complete("kvx ch"), "check\n");
-  EXPECT_EQ(
-      Complete("kvx \"\""),
-      "check\nrun\naudit\nreactions\nforces\ntop\ncases\nview\nexport\nexplain\nlicenses\n--help\n"
-      "--version\n");
+  EXPECT_EQ(Complete("kvx \"\""),
+            "import\ncheck\nrun\naudit\nreactions\nforces\ntop\ncases\nview\nexport\nrenumber\nexpl"
+            "ain\nlicenses\n--help\n"
+            "--version\n");
 }
 
 TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
@@ -59,11 +60,16 @@ TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
   EXPECT_EQ(Complete("kvx forces --beam \"\""), "all\n");
   EXPECT_EQ(Complete("kvx export --de"), "--details\n");
   EXPECT_EQ(Complete("kvx top --yield \"\""), "\n");
+  EXPECT_EQ(Complete("kvx import --map-"), "--map-template\n");
+  EXPECT_EQ(Complete("kvx import --format \"\""), "gmsh\nnastran\nabaqus\n");
+  EXPECT_EQ(Complete("kvx import --map \"\""), "cases.toml\ndeck one\n");
 }
 
 TEST(KvxCompletion, CompletesFoldersAndCodes) {
   EXPECT_EQ(Complete("kvx check d"), "deck one\n");
   EXPECT_EQ(Complete("kvx forces d"), "deck one\n");
+  EXPECT_EQ(Complete("kvx import \"\""), "hull.MSH\ndeck one\n");
+  EXPECT_EQ(Complete("kvx import -o d"), "deck one\n");
   EXPECT_EQ(Complete("kvx cases --output d"), "deck one\n");
   EXPECT_EQ(Complete("kvx cases \"\""), "cases.toml\ndeck one\n");
   EXPECT_EQ(Complete("kvx view \"\""), "cases.toml\ndeck one\n");

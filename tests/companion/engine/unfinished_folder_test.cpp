@@ -121,6 +121,46 @@ TEST_F(UnfinishedFolderTest, TakesBackWhatAKilledRunHasMoved) {
   }
 }
 
+// Where the last file is, all others fit it: it goes out before them. Neither "a" nor "c" can go;
+// the complaint tells which was tried.
+TEST_F(UnfinishedFolderTest, MovesTheLastFileOutFirst) {
+  UnfinishedFolder making;
+  BeginUnfinished(prefix, Files, making);
+  Make();
+  fs::create_directories(unfinished / "old" / "a" / "full");
+  fs::create_directories(unfinished / "old" / "c" / "full");
+  try {
+    MoveFiles(making);
+    FAIL() << "moved";
+  } catch (const korvex::Stop& stop) {
+    EXPECT_EQ(stop.text.rfind("C cannot be written: ", 0), 0U) << stop.text;
+  }
+}
+
+// Files in folders, and files that only the killed run knew.
+TEST_F(UnfinishedFolderTest, TakesBackFilesOfAnotherRun) {
+  fs::create_directory(folder.Path() / "sub");
+  WriteFile(folder.Path() / "sub" / "d", "old d");
+  const std::vector<FileToMake> files{{fs::path("sub") / "d", "D"}};
+  {
+    UnfinishedFolder making;
+    BeginUnfinished(prefix, files, making);
+    fs::create_directory(unfinished / "sub");
+    WriteFile(unfinished / "sub" / "d", "new d");
+    MoveFiles(making);
+  }
+  EXPECT_EQ(korvex::test::ReadFile(folder.Path() / "sub" / "d"), "new d");
+  // Killed before the new file came in.
+  fs::create_directories(unfinished / "old" / "sub");
+  fs::rename(folder.Path() / "sub" / "d", unfinished / "old" / "sub" / "d");
+  {
+    UnfinishedFolder making;
+    BeginUnfinished(prefix, Files, making);
+  }
+  EXPECT_EQ(korvex::test::ReadFile(folder.Path() / "sub" / "d"), "new d");
+  EXPECT_FALSE(fs::exists(unfinished));
+}
+
 TEST_F(UnfinishedFolderTest, BelongsToOneRunAtATime) {
   {
     UnfinishedFolder making;

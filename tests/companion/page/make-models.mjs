@@ -96,8 +96,74 @@ function makeStrips(name = "tube") {
   return model;
 }
 
+// What kvx import leaves beside a model that it has made: its numbers in the deck are 1001, 1003 ..
+// of nodes, 5001, 5002 .. of shells, 6001 .. of triangles, 7001 .. of beams.
+function writeImport(folder, model) {
+  const numbers = (rows, first, step = 1) => rows.map((_, k) => first + step * k);
+  const elements = (rows, first, type) => ({ numbers: numbers(rows, first), types: rows.map(() => type) });
+  const group = (name, source, rows) => ({
+    name,
+    source,
+    nodes: [],
+    shells4: [],
+    shells3: [],
+    beams: [],
+    ...rows,
+  });
+  const origin = {
+    kvx: 1,
+    source: "strips <1>.bdf",
+    format: "Nastran bulk data",
+    hash: hashStructure(model).toString(16).padStart(16, "0"),
+    files: [],
+    types: ["CQUAD4", "CTRIA3", "CBAR"],
+    nodes: numbers(model.nodes, 1001, 2),
+    shells4: elements(model.shells, 5001, 0),
+    shells3: elements(model.triangles, 6001, 1),
+    beams: elements(model.beams, 7001, 2),
+    materials: ["MAT1 7"],
+    thicknesses: model.thicknesses.map((_, k) => `PSHELL ${10 * (k + 1)}`),
+    sectionsT: [],
+    sectionsL: [],
+    sectionsC: ["PBARL 1", "PBARL 2"],
+    groups: [
+      group("deck", "*ELSET", { shells4: [0, 1, 2], nodes: [0, 1] }),
+      group("<b>bars</b>", "*ELSET", { beams: [0, 1], shells4: [2, 3] }),
+    ],
+    report: { cards: {}, entries: [] },
+  };
+  writeFileSync(join(folder, "import.json"), JSON.stringify(origin));
+}
+
+// As companion/tables/model_origin.cpp has it: by words of 64 bits, of the nodes' coordinates and
+// of the elements' nodes, each list after its length.
+function hashStructure({ nodes, shells, triangles, beams }) {
+  let hash = 14695981039346656037n;
+  const add = (word) => {
+    hash = BigInt.asUintN(64, (hash ^ word) * 1099511628211n);
+    hash ^= hash >> 32n;
+  };
+  const bits = new DataView(new ArrayBuffer(8));
+  const addNumber = (value) => {
+    bits.setFloat64(0, value === 0 ? 0 : value);
+    add(bits.getBigUint64(0));
+  };
+  add(BigInt(nodes.length));
+  for (const place of nodes) place.forEach(addNumber);
+  const addRows = (rows, corners) => {
+    add(BigInt(corners * rows.length));
+    for (const row of rows) row.slice(0, corners).forEach((node) => add(BigInt(node)));
+  };
+  addRows(shells, 4);
+  addRows(triangles, 3);
+  addRows(beams, 2);
+  return hash;
+}
+
 const folder = process.argv[2];
 writeModel(join(folder, "strips"), makeStrips());
+writeModel(join(folder, "imported"), makeStrips());
+writeImport(join(folder, "imported"), makeStrips());
 
 // Names that a careless page would take for its own text.
 const Planted = `</script><img src=x onerror=alert(1)> & "tube" 'T' <!-- </style> \\u003c`;

@@ -65,6 +65,7 @@ TEST(CheckSize, NamesABetterOrder) {
   CheckSize(ReadModel(plate), MuchMemory, 128, size, findings);
   ASSERT_EQ(findings.findings.size(), 1U);
   EXPECT_EQ(findings.findings[0].code, "K501");
+  EXPECT_EQ(findings.findings[0].remedy.rfind("Call kvx renumber: ", 0), 0U);
   // Half of the nodes have a neighbour half of the table before them: 6 x 8421 / 2 entries a
   // column.
   EXPECT_GT(size.gigabytes, 0.4 * 21 * 401 * 6 * 6 * 4210 * 8.0 / 1073741824.0);
@@ -82,6 +83,7 @@ TEST(CheckSize, TellsALongTime) {
   EXPECT_EQ(findings.findings[0].code, "K501");
   EXPECT_EQ(findings.findings[0].message.rfind("matrix 0.52 GB, about 21 s", 0), 0U)
       << findings.findings[0].message;
+  EXPECT_EQ(findings.findings[0].remedy, "");  // kvx renumber would change nothing
 }
 
 TEST(CheckSize, ComparesTheMatrixWithTheMemory) {
@@ -97,6 +99,19 @@ TEST(CheckSize, ComparesTheMatrixWithTheMemory) {
   EXPECT_EQ(findings.findings[0].code, "K502");
   // Header, materials 5 lines, thicknesses 3, sections 3, and this count.
   EXPECT_EQ(findings.findings[0].line, 13U);
+}
+
+// The matrix of the given order does not fit, that of the best one would.
+TEST(CheckSize, PointsToABetterOrderWhereTheMatrixDoesNotFit) {
+  ModelText plate = Plate(20, 400);
+  ShuffleNodes(plate);
+  SolutionSize size;
+  FindingList findings;
+  CheckSize(ReadModel(plate), std::uint64_t{1} << 28U, 128, size, findings);
+  ASSERT_EQ(findings.findings.size(), 2U);
+  EXPECT_EQ(findings.findings[0].code, "K502");
+  EXPECT_EQ(findings.findings[0].remedy.rfind("Call kvx renumber: ", 0), 0U);
+  EXPECT_NE(findings.findings[0].remedy.find(" GB instead of "), std::string::npos);
 }
 
 double LengthOf(const ModelText& text, std::size_t beam) {

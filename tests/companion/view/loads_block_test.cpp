@@ -136,7 +136,7 @@ TEST(LoadsBlock, AgreesWithTheSolvedModels) {
   for (const NamedModel& model : ListSolvedModels()) {
     const PageBlock block = MakeBlock(model.solved.model.Tables);
     std::map<std::pair<std::int32_t, std::int32_t>, double> prescribed;
-    for (const PrescribedDof& dof : model.solved.prescribed) {
+    for (const PrescribedMotion& dof : model.solved.prescribed) {
       prescribed[{dof.node, dof.dof}] += dof.value;
     }
     const Integers nodes = ReadIntegers(block, "prescribedNodes");
@@ -146,7 +146,7 @@ TEST(LoadsBlock, AgreesWithTheSolvedModels) {
     for (const korvex::NodalForce& force : model.solved.model.Tables.NodalForces) {
       for (std::size_t d = 0; d < 6; ++d) expected[d] += force.components[d];
     }
-    for (const PrescribedDof& dof : model.solved.prescribed) {
+    for (const PrescribedMotion& dof : model.solved.prescribed) {
       expected[static_cast<std::size_t>(dof.dof)] -= dof.value * 1e20;
     }
     const Doubles forces = ReadDecimals(block, "forces");

@@ -40,7 +40,13 @@ export interface ViewState {
   };
 
   // Rows that are hidden.
-  hidden: { thicknesses: number[]; materials: number[]; sections: number[]; parts: number[] };
+  hidden: {
+    thicknesses: number[];
+    materials: number[];
+    sections: number[];
+    parts: number[];
+    groups: number[]; // of the deck
+  };
 
   // The clipping plane: keeps what lies on its negative side. axis "none": no plane.
   clip: { axis: "none" | "x" | "y" | "z"; share: number; isFlipped: boolean }; // share 0 .. 1
@@ -82,7 +88,7 @@ export function defaultState(shellQuantity: string, beamQuantity: string): ViewS
       shading: true,
       axes: true,
     },
-    hidden: { thicknesses: [], materials: [], sections: [], parts: [] },
+    hidden: { thicknesses: [], materials: [], sections: [], parts: [], groups: [] },
     clip: { axis: "none", share: 0.5, isFlipped: false },
     map: "auto",
     bands: 10,

@@ -16,7 +16,7 @@ const limits: AddressLimits = {
   shellQuantities: ["mises", "SX", "u"],
   beamQuantities: ["detailMiddle", "beamN"],
   maps: ["cividis", "viridis"],
-  hidden: { thicknesses: 4, materials: 1, sections: 2, parts: 2 },
+  hidden: { thicknesses: 4, materials: 1, sections: 2, parts: 2, groups: 3 },
   counts: { node: 100, shell: 50, triangle: 0, beam: 7 },
 };
 
@@ -34,7 +34,7 @@ const changed: ViewState = {
   scale: 12.5,
   isAnimated: true,
   shows: { ...defaults.shows, edges: !defaults.shows.edges, loads: !defaults.shows.loads },
-  hidden: { thicknesses: [0, 3], materials: [-1], sections: [1], parts: [0] },
+  hidden: { thicknesses: [0, 3], materials: [-1], sections: [1], parts: [0], groups: [-1, 2] },
   clip: { axis: "y", share: 0.25, isFlipped: true },
   map: "viridis",
   bands: 0,

@@ -128,12 +128,42 @@ function makeJson(): Record<string, unknown> {
   };
 }
 
-function makePage(change: (json: Record<string, unknown>) => void = () => {}): Texts {
+// The deck of a model: two groups, the second one of the shell and two nodes.
+function addOrigin(block: TestBlock): void {
+  addDoubles(block, "origin.node", [11, 12, 5e15, 14]);
+  addDoubles(block, "origin.shell", [4711]);
+  addDoubles(block, "origin.triangle", []);
+  addDoubles(block, "origin.beam", [9]);
+  addIntegers(block, "origin.shell.type", [1]);
+  addIntegers(block, "origin.triangle.type", []);
+  addIntegers(block, "origin.beam.type", [-1]);
+  addIntegers(block, "origin.node.groups", [2, 0, 3]);
+  addIntegers(block, "origin.shell.groups", [0]);
+  addIntegers(block, "origin.triangle.groups", []);
+  addIntegers(block, "origin.beam.groups", [0]);
+}
+
+const originJson = {
+  source: "deck.bdf",
+  format: "Nastran bulk data",
+  types: ["CBAR", "CQUAD4"],
+  thicknesses: ["PSHELL 1", ""],
+  materials: ["MAT1 1"],
+  groups: [
+    { name: "a", source: "SET 1", counts: { node: 1, shell: 0, triangle: 0, beam: 1 } },
+    { name: "b", source: "SET 2", counts: { node: 2, shell: 1, triangle: 0, beam: 0 } },
+  ],
+};
+
+function makePage(
+  change: (json: Record<string, unknown>) => void = () => {},
+  structure = makeStructure(),
+): Texts {
   const json = makeJson();
   const texts: Texts = new Map();
   const columns: Record<string, unknown> = {};
   const blocks = {
-    structure: makeStructure(),
+    structure,
     "loads-0": makeLoads(),
     "results-0": makeResults(),
     "corners-0": makeCorners(),
@@ -174,6 +204,27 @@ test("the model, with null for numbers that are none", async () => {
   assert.deepEqual(model.supportFlags, Int32Array.of(63));
   assert.equal(model.lines.node, null);
   assert.deepEqual(model.lines.beam, Int32Array.of(44));
+});
+
+test("the deck of an imported model", async () => {
+  assert.equal((await readModel(asDocument(makePage()))).origin, null);
+  const structure = makeStructure();
+  addOrigin(structure);
+  const page = makePage((json) => (json.origin = originJson), structure);
+  const { origin } = await readModel(asDocument(page));
+  assert.ok(origin !== null);
+  assert.equal(origin.source, "deck.bdf");
+  assert.deepEqual(origin.numbers.node, Float64Array.of(11, 12, 5e15, 14));
+  assert.deepEqual(origin.numbers.shell, Float64Array.of(4711));
+  assert.deepEqual(origin.typeRows.beam, Int32Array.of(-1));
+  assert.deepEqual(origin.groups.map(({ name }) => name), ["a", "b"]);
+  assert.deepEqual([...origin.groups[0].members.node], [2]);
+  assert.deepEqual([...origin.groups[1].members.node], [0, 3]);
+  assert.deepEqual([...origin.groups[0].members.beam, ...origin.groups[1].members.shell], [0, 0]);
+  assert.equal(origin.groups[0].members.shell.length, 0);
+  // Without its columns the page is damaged.
+  const damaged = makePage((json) => (json.origin = originJson));
+  await assert.rejects(readModel(asDocument(damaged)), /column origin/);
 });
 
 test("a case with everything", async () => {

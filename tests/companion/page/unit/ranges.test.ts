@@ -108,7 +108,7 @@ test("equal values stand in the order of elements and corners", () => {
 });
 
 test("filters hide elements by their rows", () => {
-  const none = { thicknesses: [], materials: [], sections: [], parts: [] };
+  const none = { thicknesses: [], materials: [], sections: [], parts: [], groups: [] };
   assert.deepEqual(findHidden(model, none), hideNothing());
   const thick = findHidden(model, { ...none, thicknesses: [0] });
   assert.deepEqual([...thick.shells, ...thick.triangles, ...thick.beams], [1, 1, 0, 1, 0, 0]);

@@ -107,6 +107,7 @@ export function makeSmallModel(): PageModel {
     },
     supportNodes: Int32Array.of(0, 3),
     supportFlags: Int32Array.of(63, 5),
+    origin: null,
   };
 }
 

@@ -5,7 +5,9 @@
 // JSON has no NaN and no infinities: they are null there, and NaN here.
 
 import type { Block, Column } from "./blocks";
+import { decimals, doubles, findIntegers, integers } from "./columns";
 import { decodeBlock } from "./decode_block";
+import { readOrigin, type OriginJson } from "./load_origin";
 import type {
   AveragedStresses,
   BeamTable,
@@ -52,6 +54,7 @@ interface PageJson {
   firstLines: Record<Kind, number>;
   nodeCount: number;
   counts: { shells: number; triangles: number; beams: number };
+  origin?: OriginJson;
   blocks: Record<string, Column[]>;
 }
 
@@ -65,7 +68,8 @@ interface FindingJson extends Omit<Finding, "place" | "nodes" | "elements"> {
   elements: Partial<Record<Kind, Run[]>>;
 }
 
-interface SectionJson extends Pick<Section, "type" | "index" | "mirrored" | "name" | "sizes"> {
+interface SectionJson
+  extends Pick<Section, "type" | "index" | "mirrored" | "name" | "origin" | "sizes"> {
   offset: MaybeNumber;
   rings: MaybeNumber[][];
   centroid: MaybeNumber[];
@@ -102,6 +106,7 @@ export async function readModel(texts: PageTexts): Promise<PageModel> {
     beams: readBeamTable(structure, json.counts.beams),
     supportNodes: integers(structure, "supportNodes"),
     supportFlags: integers(structure, "supportFlags"),
+    origin: json.origin === undefined ? null : readOrigin(json.origin, json, structure),
   };
 }
 
@@ -199,41 +204,6 @@ function listRuns(runs: Run[]): number[] {
     for (let number = first; number <= last; number += 1) numbers.push(number);
   }
   return numbers;
-}
-
-// A column of a block, checked: a page whose parts do not fit one another shows nothing.
-function column<T extends Int32Array | Float32Array | Float64Array>(
-  block: Block,
-  name: string,
-  isFitting: (values: Int32Array | Float32Array | Float64Array) => values is T,
-  count?: number,
-): T {
-  const values = block.get(name);
-  if (values === undefined || !isFitting(values) || values.length !== (count ?? values.length)) {
-    throw new Error(`The data of this page is damaged: column ${name} is missing or does not fit.`);
-  }
-  return values;
-}
-
-type Numbers = Int32Array | Float32Array | Float64Array;
-const areIntegers = (values: Numbers): values is Int32Array => values instanceof Int32Array;
-const areDecimals = (values: Numbers): values is Float32Array => values instanceof Float32Array;
-const areDoubles = (values: Numbers): values is Float64Array => values instanceof Float64Array;
-
-function integers(block: Block, name: string, count?: number): Int32Array {
-  return column(block, name, areIntegers, count);
-}
-
-function decimals(block: Block, name: string, count?: number): Float32Array {
-  return column(block, name, areDecimals, count);
-}
-
-function doubles(block: Block, name: string, count?: number): Float64Array {
-  return column(block, name, areDoubles, count);
-}
-
-function findIntegers(block: Block, name: string): Int32Array | null {
-  return block.has(name) ? integers(block, name) : null;
 }
 
 function readShellTable(block: Block, name: string, corners: 4 | 3, count: number): ShellTable {

@@ -21,6 +21,7 @@ export interface Section {
   mirrored: boolean;
   offset: number; // BeamSecOz
   name: string; // as the model file has it; any text
+  origin?: string; // its name in the deck; any text
   sizes: string; // "Hw 120, Tw 8, Bf 80, Tf 10"
   rings: number[][]; // closed rings y0, z0, y1, z1, ... the first one outside, then holes
   centroid: [number, number]; // y, z
@@ -35,6 +36,7 @@ export interface Finding {
   line: number; // 0: none
   message: string;
   remedy: string;
+  origin?: string; // what it is about in the deck: a sentence; any text
   place: [number, number, number] | null; // global
   nodes: number[];
   elements: { kind: Kind; number: number }[];
@@ -46,6 +48,25 @@ export interface CaseInfo {
   isSolved: boolean;
   note: string; // why there are no results, or that they are to be read with care; may be empty
   blocks: { loads: string; results?: string; corners?: string; details?: string }; // ids
+}
+
+// A named part of the deck: a property with its elements, a set, a physical group.
+export interface OriginGroup {
+  name: string; // any text
+  source: string; // how the deck calls it; any text
+  members: Record<Kind, Int32Array>; // rows, ascending
+}
+
+// What nodes and elements are called in the deck that the model was imported from.
+export interface Origin {
+  source: string; // the deck's file name; any text
+  format: string; // "Nastran bulk data"
+  numbers: Record<Kind, Float64Array>; // by row
+  types: string[]; // "CQUAD4"
+  typeRows: Record<Exclude<Kind, "node">, Int32Array>; // rows of types; -1: not known
+  thicknesses: string[]; // names by row; may be empty
+  materials: string[];
+  groups: OriginGroup[];
 }
 
 export interface PageModel {
@@ -70,6 +91,7 @@ export interface PageModel {
   beams: BeamTable;
   supportNodes: Int32Array;
   supportFlags: Int32Array; // bit d: dof d (ux, uy, uz, rx, ry, rz) is held
+  origin: Origin | null; // null: the model was not imported
 }
 
 export interface ShellTable {

@@ -66,11 +66,13 @@ export function listCategories(id: string, model: PageModel): CategoryRow[] {
   }
 }
 
-// "T 0, Hw 120, Tw 8, Bf 80, Tf 10"
+// "T 0, Hw 120, Tw 8, Bf 80, Tf 10, offset 5"
 export function describeSection(model: PageModel, row: number): string {
   const section = model.sections[row];
   if (section === undefined) return "none";
-  const marks = [section.mirrored ? "mirrored" : "", section.offset !== 0 ? "offset" : ""];
-  const parts = [`${section.type} ${section.index}`, section.name, section.sizes, ...marks];
+  const offset = section.offset !== 0 ? `offset ${formatPlain(section.offset)}` : "";
+  const marks = [section.mirrored ? "mirrored" : "", offset];
+  const names = [section.name, section.origin ?? ""];
+  const parts = [`${section.type} ${section.index}`, ...names, section.sizes, ...marks];
   return parts.filter((part) => part !== "").join(", ");
 }

@@ -6,7 +6,15 @@ import type { CaseLoads, CaseResults, PageModel } from "../data/page_model";
 import { computeBeamField } from "./beam_field";
 import { evaluateCubic, findBeamExtremes, listExtremePlaces } from "./beam_ranges";
 import { describeSection } from "./categories";
-import { describeFindings, indicesOf, nameCase, rowOfFile, rowOfMaterial } from "./describe_parts";
+import {
+  describeFindings,
+  indicesOf,
+  nameCase,
+  rowOfFile,
+  rowOfMaterial,
+  rowOfNodes,
+  rowsOfOrigin,
+} from "./describe_parts";
 import type { PickGroup, PickRow, PickSources } from "./describe_pick";
 import { displacementValue } from "./displacement_values";
 import type { BeamField } from "./quantity";
@@ -34,7 +42,8 @@ function describeShape(model: PageModel, beam: number, line: BeamLine): PickRow[
   const section = model.sections[beams.section[beam]];
   const rows: PickRow[] = [
     rowOfFile(model, "beam", beam),
-    { name: "nodes", value: `${beams.nodes[2 * beam]}, ${beams.nodes[2 * beam + 1]}` },
+    ...rowsOfOrigin(model, "beam", beam),
+    rowOfNodes(model, [beams.nodes[2 * beam], beams.nodes[2 * beam + 1]]),
     { name: "length", value: formatComputed(line.length) },
     { name: "section", value: describeSection(model, beams.section[beam]) },
   ];

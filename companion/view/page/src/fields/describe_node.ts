@@ -7,6 +7,7 @@ import {
   dofNames,
   indicesOf,
   rowOfFile,
+  rowsOfOrigin,
   rowsOfForces,
   withFaces,
 } from "./describe_parts";
@@ -23,7 +24,10 @@ export function describeNode(sources: PickSources, node: number): PickGroup[] {
     value: formatPlain(model.coordinates[3 * node + d]),
   }));
   return [
-    { title: "", rows: [rowOfFile(model, "node", node), ...places] },
+    {
+      title: "",
+      rows: [rowOfFile(model, "node", node), ...rowsOfOrigin(model, "node", node), ...places],
+    },
     { title: "Displacement", rows: describeMotion(sources, node) },
     { title: "Support", rows: describeSupport(model, loads, node) },
     { title: "Loads", rows: loads === null ? [] : describeForces(loads, node) },

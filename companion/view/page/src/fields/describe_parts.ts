@@ -22,13 +22,46 @@ export function rowOfFile(model: PageModel, kind: Kind, number: number): PickRow
   return { name: "in the file", value: `row ${number}${place}` };
 }
 
+// "CQUAD4 4711"; empty: the model was not imported, or has no such element.
+export function nameInDeck({ origin }: PageModel, kind: Kind, number: number): string {
+  const numberInDeck = origin?.numbers[kind][number];
+  if (origin === null || numberInDeck === undefined) return "";
+  const type = kind === "node" ? "node" : (origin.types[origin.typeRows[kind][number]] ?? "element");
+  return `${type} ${numberInDeck}`;
+}
+
+// "in deck.bdf": "CQUAD4 4711", and the groups of the deck; none: the model was not imported.
+export function rowsOfOrigin(model: PageModel, kind: Kind, number: number): PickRow[] {
+  const { origin } = model;
+  if (origin === null) return [];
+  const rows = [{ name: `in ${origin.source}`, value: nameInDeck(model, kind, number) }];
+  const groups = origin.groups.filter((group) => group.members[kind].includes(number));
+  if (groups.length > 0) {
+    rows.push({ name: "groups", value: groups.map((group) => group.name).join(", ") });
+  }
+  return rows;
+}
+
+// "0, 1, 4, 3", of an imported model "0, 1, 4, 3 (in the deck 101, 102, 105, 104)".
+export function rowOfNodes({ origin }: PageModel, nodes: readonly number[]): PickRow {
+  const inDeck = origin === null ? [] : nodes.map((node) => origin.numbers.node[node]);
+  const more = inDeck.length > 0 ? ` (in the deck ${inDeck.join(", ")})` : "";
+  return { name: "nodes", value: nodes.join(", ") + more };
+}
+
 export function rowOfMaterial(model: PageModel, row: number): PickRow {
   const material = model.materials[row];
   const text =
     material === undefined
       ? "does not exist"
       : `E ${formatPlain(material.E)}, ν ${formatPlain(material.nu)}`;
-  return { name: "material", value: `${text} (row ${row})` };
+  return { name: "material", value: `${text} ${nameRow(row, model.origin?.materials)}` };
+}
+
+// "(row 3)"; with a name in the deck "(row 3, MAT1 7)".
+export function nameRow(row: number, names: readonly string[] | undefined): string {
+  const name = names?.[row] ?? "";
+  return name === "" ? `(row ${row})` : `(row ${row}, ${name})`;
 }
 
 // Values of one node or end from values[first ..], one row for each name; zeros are left out.

@@ -5,6 +5,7 @@
 
 import { describeBeam } from "./describe_beam";
 import { describeNode } from "./describe_node";
+import { nameInDeck } from "./describe_parts";
 import { describeShell } from "./describe_shell";
 import type { BeamEnvelope, ShellEnvelope } from "./envelope";
 import type { BeamField, ShellField } from "./quantity";
@@ -31,6 +32,21 @@ export interface PickSources {
   beamField?: BeamField | null;
   // Of all solved cases, where such are shown; then there are no results.
   envelopes?: { shell: ShellEnvelope | null; beam: BeamEnvelope | null };
+}
+
+const kindNames: Record<Kind, string> = {
+  node: "Node",
+  shell: "Shell",
+  triangle: "Triangle",
+  beam: "Beam",
+};
+
+// "Shell 5", of an imported model "Shell 5 · CQUAD4 5006" and "Node 3 · node 104 of the deck".
+export function titlePick(model: PageModel, picked: { kind: Kind; number: number }): string {
+  const name = nameInDeck(model, picked.kind, picked.number);
+  const title = `${kindNames[picked.kind]} ${picked.number}`;
+  if (name === "") return title;
+  return `${title} · ${name}${picked.kind === "node" ? " of the deck" : ""}`;
 }
 
 // An element that does not exist has no groups.

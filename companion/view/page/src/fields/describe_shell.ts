@@ -6,8 +6,11 @@ import {
   describeFindings,
   indicesOf,
   nameCase,
+  nameRow,
   rowOfFile,
   rowOfMaterial,
+  rowOfNodes,
+  rowsOfOrigin,
   withFaces,
 } from "./describe_parts";
 import type { PickGroup, PickRow, PickSources } from "./describe_pick";
@@ -68,8 +71,9 @@ function describeShape(
   const text = thickness === undefined ? "does not exist" : formatPlain(thickness);
   return [
     rowOfFile(model, kind, number),
-    { name: "nodes", value: nodes.join(", ") },
-    { name: "thickness", value: `${text} (row ${row})` },
+    ...rowsOfOrigin(model, kind, number),
+    rowOfNodes(model, nodes),
+    { name: "thickness", value: `${text} ${nameRow(row, model.origin?.thicknesses)}` },
     rowOfMaterial(model, table.material[number]),
     { name: "part", value: String(table.part[number]) },
   ];

@@ -29,6 +29,7 @@ const HiddenNames: Record<keyof ViewState["hidden"], string> = {
   materials: "hide-material",
   sections: "hide-section",
   parts: "hide-part",
+  groups: "hide-group",
 };
 
 export function writeAddress(state: ViewState, defaults: ViewState): string {
@@ -138,6 +139,7 @@ function hiddenNames(): [keyof ViewState["hidden"], string][] {
     ["materials", HiddenNames.materials],
     ["sections", HiddenNames.sections],
     ["parts", HiddenNames.parts],
+    ["groups", HiddenNames.groups],
   ];
 }
 

@@ -28,6 +28,7 @@ export function limitsOf(model: PageModel): AddressLimits {
       materials: model.materials.length,
       sections: model.sections.length,
       parts: model.parts,
+      groups: model.origin?.groups.length ?? 0,
     },
     counts: {
       node: model.nodeCount,

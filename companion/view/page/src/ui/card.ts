@@ -9,14 +9,7 @@ import { makeTool } from "./icons";
 import type { Control } from "./panel";
 import type { Shown } from "./shown";
 import type { Kind } from "../data/page_model";
-import { describePick, type PickGroup } from "../fields/describe_pick";
-
-const KindNames: Record<Kind, string> = {
-  node: "Node",
-  shell: "Shell",
-  triangle: "Triangle",
-  beam: "Beam",
-};
+import { describePick, titlePick, type PickGroup } from "../fields/describe_pick";
 
 export function makeCard(actions: Actions): Control {
   let copied = "";
@@ -47,7 +40,7 @@ export function makeCard(actions: Actions): Control {
       picked = shown.state.picked;
       root.hidden = picked === null;
       if (picked === null) return;
-      setText(title, `${KindNames[picked.kind]} ${picked.number}`);
+      setText(title, titlePick(shown.model, picked));
       const groups = orderGroups(describePick(shown, picked));
       const text = `${title.textContent ?? ""}\n${writeGroups(groups)}`;
       if (text === copied && body.childElementCount > 0) return;

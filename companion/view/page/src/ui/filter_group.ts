@@ -1,7 +1,8 @@
-// Filters: which thicknesses, sections, materials and parts are drawn.
+// Filters: which thicknesses, sections, materials and parts are drawn; of an imported model also
+// which groups of its deck.
 //
-// Accessible names: groups "Thickness", "Section", "Material", "Part"; in each the check boxes,
-// buttons "Only NAME", and "Show all" where something is hidden.
+// Accessible names: groups "Thickness", "Section", "Material", "Part", "Group"; in each the check
+// boxes, buttons "Only NAME", and "Show all" where something is hidden.
 
 import type { Actions } from "./actions";
 import { make, makeButton, makeCheckBox, makeGroup, setText } from "./dom";
@@ -54,8 +55,10 @@ function makeList(
   hiddenRows: () => readonly number[],
   change: (key: keyof Hidden, rows: number[]) => void,
 ): { root: HTMLElement; update(): void } {
-  const showOnly = (row: number): void =>
-    change(list.key, list.names.map((item) => item.row).filter((other) => other !== row));
+  const showOnly = (row: number): void => {
+    const others = list.names.map((item) => item.row).filter((other) => other !== row);
+    change(list.key, others.sort((a, b) => a - b));
+  };
   const items = list.names.map((item) => {
     const check = makeCheckBox(item.name, (isChecked) => {
       const others = hiddenRows().filter((row) => row !== item.row);
@@ -100,7 +103,7 @@ function listFilters(model: PageModel): FilterList[] {
         used(shells.thickness, triangles.thickness).map((row) => {
           const value = model.thicknesses[row];
           const name = value === undefined ? "no thickness" : formatNumber(value);
-          return { row, name, more: `row ${row}`, sizes: "" };
+          return { row, name, more: `row ${row}`, sizes: model.origin?.thicknesses[row] ?? "" };
         }),
       ),
     },
@@ -116,7 +119,8 @@ function listFilters(model: PageModel): FilterList[] {
         const material = model.materials[row];
         if (material === undefined) return { row, name: "no material", more: "", sizes: "" };
         const more = `ν ${formatNumber(material.nu)}, density ${formatNumber(material.density)}`;
-        return { row, name: `${row}: E ${formatNumber(material.E)}`, more, sizes: "" };
+        const sizes = model.origin?.materials[row] ?? "";
+        return { row, name: `${row}: E ${formatNumber(material.E)}`, more, sizes };
       }),
     },
     {
@@ -129,7 +133,28 @@ function listFilters(model: PageModel): FilterList[] {
         sizes: "",
       })),
     },
+    { key: "groups", title: "Group", names: tellApart(nameGroups(model)) },
   ];
+}
+
+// Groups of nodes alone have nothing to be drawn.
+function nameGroups({ origin, shells, triangles, beams }: PageModel): FilterName[] {
+  if (origin === null) return [];
+  const tables = { shell: shells, triangle: triangles, beam: beams };
+  const elementKinds = ["shell", "triangle", "beam"] as const;
+  const names = origin.groups.map(({ name, source, members }, row) => {
+    const counts = elementKinds
+      .filter((kind) => members[kind].length > 0)
+      .map((kind) => `${members[kind].length} ${kind}${members[kind].length === 1 ? "" : "s"}`);
+    return { row, name, more: source === name ? "" : source, sizes: counts.join(", ") };
+  });
+  const isOutside = elementKinds.some((kind) => {
+    const isMember = new Uint8Array(tables[kind].count);
+    for (const { members } of origin.groups) for (const e of members[kind]) isMember[e] = 1;
+    return isMember.includes(0);
+  });
+  const none = { row: -1, name: "no group", more: "", sizes: "" };
+  return [...names.filter((item) => item.sizes !== ""), ...(isOutside ? [none] : [])];
 }
 
 // Names that occur twice get their row.
@@ -146,5 +171,6 @@ function nameSection(model: PageModel, row: number): FilterName {
   const mark = section.mirrored ? ", mirrored" : "";
   const kind = `${section.type}${mark}`;
   const name = `${section.name === "" ? `${section.type} ${section.index}` : section.name}${mark}`;
-  return { row, name, more: `${kind}, row ${section.index}`, sizes: section.sizes };
+  const sizes = [section.sizes, section.origin ?? ""].filter((text) => text !== "").join("; ");
+  return { row, name, more: `${kind}, row ${section.index}`, sizes };
 }

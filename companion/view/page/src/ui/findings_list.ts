@@ -67,6 +67,7 @@ function drawGroup({ first, others, count }: FindingGroup, actions: Actions): HT
     {},
     make("p", { text: first.message }),
     first.remedy === "" ? null : make("p", { class: "remedy", text: first.remedy }),
+    first.origin === undefined ? null : make("p", { class: "remedy", text: first.origin }),
     others.length === 0 ? null : drawOthers(others, count - 1, actions),
   );
   return makeRow([mark, make("div", {}, code, times), message, lineOf(first)], go);

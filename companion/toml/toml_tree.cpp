@@ -1,4 +1,4 @@
-#include "cases/toml_tree.h"
+#include "toml/toml_tree.h"
 
 #include <algorithm>
 #include <array>
@@ -174,6 +174,9 @@ TomlItem MakeItem(const toml::value& value) {
   } else if (value.is_floating() || value.is_integer()) {
     item.kind = TomlKind::Number;
     item.number = NumberOf(value, item.line);
+  } else if (value.is_boolean()) {
+    item.kind = TomlKind::Truth;
+    item.truth = value.as_boolean();
   } else if (value.is_array()) {
     item.kind = TomlKind::List;
     for (const toml::value& each : value.as_array()) item.items.push_back(MakeItem(each));

@@ -12,7 +12,7 @@
 
 namespace kvx {
 
-enum class TomlKind { Text, Number, List, Table, Other };
+enum class TomlKind { Text, Number, Truth, List, Table, Other };
 
 struct TomlItem {
   TomlKind kind = TomlKind::Other;
@@ -20,6 +20,7 @@ struct TomlItem {
   std::size_t line = 0;         // 1-based
   std::string text;             // Text: UTF-8
   double number = 0.0;          // Number; may be inf or nan where the text says so
+  bool truth = false;           // Truth: true or false
   std::vector<TomlItem> items;  // List, Table: in the order of the text
 };
 

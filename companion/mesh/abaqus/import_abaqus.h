@@ -1,0 +1,15 @@
+// Decks of Abaqus and CalculiX (.inp) -> ImportModel. See docs/import.md for each keyword.
+#pragma once
+
+#include "mesh/import_model.h"
+#include "mesh/import_report.h"
+#include "mesh/source_files.h"
+
+namespace kvx {
+
+// file: the deck; any bytes. model and report: empty; report.files gets the names of all files.
+// Throws a Stop with file and line where a line cannot be read.
+void ImportAbaqus(const SourceFile& file, const IncludeReader& include, ImportModel& model,
+                  ImportReport& report);
+
+}  // namespace kvx
