@@ -42,7 +42,7 @@ double WeighAll(CheckedModel& model) {
   for (std::vector<ElementState>& kind : states) {
     std::replace(kind.begin(), kind.end(), ElementState::Broken, ElementState::Sound);
   }
-  decltype(model.doubtfulRows) doubtfulRows;
+  decltype(model.doubtfulRows) doubtfulRows{};
   states.swap(model.states);
   doubtfulRows.swap(model.doubtfulRows);
   const double mass = WeighModel(model).mass;
