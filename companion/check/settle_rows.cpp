@@ -151,7 +151,10 @@ void AddTooLarge(const FileSize& file, SectionText& part, FindingList& findings)
   const std::int64_t rows = CountRows(part), lack = part.count - rows;
   const std::int64_t gaps = HasRunningNumber(part.section) ? CountGaps(part) : 0;
   std::int32_t missing = -1;
-  if (gaps > 0 && gaps <= lack && part.count <= static_cast<std::int64_t>(file.lines) + gaps) {
+  // A jump over more rows than the file has lines is a slip in the number, not missing rows: they
+  // would take all memory.
+  const auto lines = static_cast<std::int64_t>(file.lines);
+  if (gaps > 0 && gaps <= std::min(lack, lines) && part.count <= lines + gaps) {
     missing = FillGaps(part, gaps);
   }
   FillEnd(file.lines, part.count - CountRows(part), part);

@@ -256,6 +256,28 @@ TEST(CheckText, NamesARowThatIsMissing) {
   });
 }
 
+// A number far beyond the file's lines is a slip, though the count goes with it: filled in, the
+// rows before it would take 64 MB here, and 11 GB with the largest number of nodes that the solver
+// takes.
+TEST(CheckText, DoesNotFillUpToANumberThatTheFileCannotReach) {
+  TextDeck deck = SplitDeck(korvex::test::WriteModel(MakeGoodModel(1)));
+  const int rows = CountOf(deck, "NPOIN");
+  SetCount(deck, "NPOIN", "2000000");
+  std::string& last = deck.lines[RowLine(deck, "NPOIN", rows - 1)];
+  Replace(last, std::to_string(rows - 1), "1999999");
+  const CheckReport report = Check(JoinDeck(deck));
+  const auto& list = report.findings.findings;
+  const auto found = std::find_if(list.begin(), list.end(),
+                                  [](const Finding& finding) { return finding.code == "K008"; });
+  ASSERT_NE(found, list.end()) << ListFindings(report);
+  EXPECT_EQ(found->message,
+            "count NPOIN: it is 2000000, but " + std::to_string(rows) +
+                " rows follow. The solver makes room for 2000000 nodal points, or stops for lack "
+                "of memory.");
+  EXPECT_EQ(found->remedy, "Write " + std::to_string(rows) + ".");
+  EXPECT_LT(report.model.tables.Nodes.size(), deck.lines.size());
+}
+
 TEST(CheckText, NamesANegativeCount) {
   ExpectNamed([](TextDeck& deck, Dice& dice, Place& place) {
     const std::string key = Any(AllKeys, dice);
