@@ -33,6 +33,7 @@ const std::vector<Room>& Rooms() {
   static const std::vector<Room> rooms{
       {"base", {}},
       {"platform", {}},
+      {"workers", {}},
       {"report", {"base", "platform"}},
       {"beam", {"base"}},
       {"shell", {"base"}},
