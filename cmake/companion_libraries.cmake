@@ -62,6 +62,34 @@ else()
   set(kvx_missing "${kvx_missing} ${kvx_zlib_package}")
 endif()
 
+# The sparse engine: MUMPS for one machine, and METIS; the target is kvx_sparse_libraries. MUMPS takes
+# whatever BLAS the system has chosen; OpenBLAS makes it several times as fast as the plain one.
+# There is none for Windows.
+function(kvx_find_sparse name package header library)
+  find_path(KVX_${name}_INCLUDE ${header} PATH_SUFFIXES mumps_seq mumps)
+  find_library(KVX_${name}_LIBRARY ${library})
+  mark_as_advanced(KVX_${name}_INCLUDE KVX_${name}_LIBRARY)
+  if(NOT KVX_${name}_INCLUDE OR NOT KVX_${name}_LIBRARY)
+    set(kvx_missing "${kvx_missing} ${package}" PARENT_SCOPE)
+    return()
+  endif()
+  kvx_add_license(${name} ${package})
+  set(kvx_license_texts "${kvx_license_texts}" PARENT_SCOPE)
+endfunction()
+
+if(NOT MINGW)
+  kvx_find_sparse(MUMPS libmumps-seq-dev dmumps_c.h dmumps_seq)
+  kvx_find_sparse(METIS libmetis-dev metis.h metis)
+  # What MUMPS brings along, and a BLAS.
+  kvx_find_sparse(OpenBLAS libopenblas-dev openblas_config.h openblas)
+  # Its package has the number of its release in its name.
+  file(GLOB kvx_scotch RELATIVE ${KORVEX_COPYRIGHT_FILES} ${KORVEX_COPYRIGHT_FILES}/libscotch-[0-9]*)
+  if(kvx_scotch)
+    list(GET kvx_scotch 0 kvx_scotch)
+    kvx_add_license(SCOTCH ${kvx_scotch})
+  endif()
+endif()
+
 if(kvx_missing)
   message(
     FATAL_ERROR
@@ -75,3 +103,14 @@ file(CONFIGURE OUTPUT license_texts.cpp CONTENT
 
 add_library(kvx_libraries INTERFACE)
 target_include_directories(kvx_libraries SYSTEM INTERFACE ${kvx_include})
+
+if(NOT MINGW)
+  add_library(kvx_sparse_libraries INTERFACE)
+  target_include_directories(kvx_sparse_libraries SYSTEM INTERFACE ${KVX_MUMPS_INCLUDE}
+                                                                   ${KVX_METIS_INCLUDE})
+  target_link_libraries(kvx_sparse_libraries INTERFACE ${KVX_MUMPS_LIBRARY} ${KVX_METIS_LIBRARY})
+  # What a package of the program asks for: MUMPS has its release in its name.
+  get_filename_component(kvx_mumps_file ${KVX_MUMPS_LIBRARY} REALPATH)
+  string(REGEX MATCH "[0-9]+\\.[0-9]+" kvx_mumps_release ${kvx_mumps_file})
+  set(kvx_sparse_packages ", libmumps-seq-${kvx_mumps_release}, libmetis5, libopenblas0" PARENT_SCOPE)
+endif()

@@ -79,7 +79,7 @@ find_program(KORVEX_FILE file)
 if(KORVEX_DPKG_SHLIBDEPS AND KORVEX_FILE)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 else()
-  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6, zlib1g")
+  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6, zlib1g${kvx_sparse_packages}")
 endif()
 
 include(CPack)

@@ -30,7 +30,7 @@ double CountElementUnits(const korvex::Model& model) {
 
 }  // namespace
 
-void AssembleWatched(korvex::Model& model, std::size_t loads, WorkShare& work) {
+void AssembleWatched(korvex::Model& model, std::size_t loads, WorkShare& work, int threads) {
   korvex::SkylineMatrix& K = model.Stiffness;
   korvex::BuildProfile(model);
   korvex::ComputeDiagonalAddresses(K);
@@ -40,13 +40,16 @@ void AssembleWatched(korvex::Model& model, std::size_t loads, WorkShare& work) {
   korvex::AddWork(storing, work);
 
   double unreported = 0.0;
-  korvex::FormElementMatrices(model, [&](const double* ke, const std::int32_t* g, std::int32_t n) {
-    korvex::ScatterElement(ke, g, n, K);
-    unreported += UnitsPerElementEntry * SquareOf(n);
-    if (unreported < UnitsPerReport) return;
-    korvex::AddWork(unreported, work);
-    unreported = 0.0;
-  });
+  korvex::FormElementMatrices(
+      model,
+      [&](const double* ke, const std::int32_t* g, std::int32_t n) {
+        korvex::ScatterElement(ke, g, n, K);
+        unreported += UnitsPerElementEntry * SquareOf(n);
+        if (unreported < UnitsPerReport) return;
+        korvex::AddWork(unreported, work);
+        unreported = 0.0;
+      },
+      threads);
   korvex::AddWork(unreported, work);
 }
 

@@ -11,7 +11,8 @@ namespace kvx {
 // Makes model.Stiffness from the tables and elements, without supports. NEQ is set.
 // loads: how many are to be solved. Plans the work for the assembly and their solution, and counts
 // that of the assembly: SolveLoads (skyline/solve_loads.h) goes on from there.
-// Throws a Stop where a run would.
-void AssembleWatched(korvex::Model& model, std::size_t loads, korvex::WorkShare& work);
+// threads: that form the element matrices. Throws a Stop where a run would.
+void AssembleWatched(korvex::Model& model, std::size_t loads, korvex::WorkShare& work,
+                     int threads = 1);
 
 }  // namespace kvx

@@ -115,17 +115,18 @@ ModelFileId IdentifyModelFile(std::string_view modelText) {
 }
 
 void SolveInMemory(std::string_view modelText, const korvex::ShareCallback& share,
-                   SolvedModel& solved) {
+                   SolvedModel& solved, int threads) {
   korvex::Model model;
   korvex::WorkShare work;
   work.report = share;
   korvex::ReadInputText(modelText, model);
   korvex::NumberEquations(model);
-  AssembleWatched(model, 1, work);
+  AssembleWatched(model, 1, work, threads);
   korvex::AssembleLoadVector(model);
   korvex::ImposeSupports(model);
   korvex::ColumnCounter columns = {{}, model.NEQ, 0, &work};
-  korvex::SolveLoads(model.Stiffness, {{&model.LoadVector, &model.Displacements}}, columns);
+  korvex::SolveLoads(model.Stiffness, {{&model.LoadVector, &model.Displacements}}, columns,
+                     threads);
   solved.file = IdentifyModelFile(modelText);
   solved.model = std::move(model);
   CompleteSolvedModel(solved);

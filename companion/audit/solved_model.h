@@ -55,8 +55,9 @@ struct SolvedModel {
 // bits of a run. share: receives the share of the work that is done, 0 .. 1, at least some hundred
 // times during long work; may be empty, may throw to end it. Throws a Stop where a run would stop
 // before its results. A model that can move gives NaNs or huge numbers without a word.
+// threads: for assembly and solution.
 void SolveInMemory(std::string_view modelText, const korvex::ShareCallback& share,
-                   SolvedModel& solved);
+                   SolvedModel& solved, int threads = 1);
 
 // The same from displacements that are known, as from their file (displacement_file.h).
 // displacements: NPOIN x 6. Throws a Stop where a run would, and where their number differs.

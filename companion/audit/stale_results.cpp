@@ -28,7 +28,7 @@ enum class Needs { Displacements, Stresses, Averages, DetailModels };
 
 struct ResultKind {
   const char* name;
-  bool (*write)(const std::string& fileName, const Model& model);
+  bool (*write)(const std::string& fileName, const Model& model, int threads);
   Needs needs;
 };
 
@@ -42,17 +42,18 @@ constexpr std::array<ResultKind, 6> ResultKinds{{
 }};
 
 // has: what the model has already; on return at least `needs`.
-void Provide(Needs needs, const korvex::ShareCallback& details, Model& model, Needs& has) {
+void Provide(Needs needs, const ComparisonProgress& progress, int threads, Model& model,
+             Needs& has) {
   if (has < Needs::Stresses && needs >= Needs::Stresses) {
-    korvex::RecoverShellStresses(model);
+    korvex::RecoverShellStresses(model, threads);
     has = Needs::Stresses;
   }
   if (has < Needs::Averages && needs >= Needs::Averages) {
-    korvex::AverageNodeStresses(model);
+    korvex::AverageNodeStresses(model, threads);
     has = Needs::Averages;
   }
   if (has < Needs::DetailModels && needs >= Needs::DetailModels) {
-    korvex::GenerateBeamShells(model, details);
+    korvex::GenerateBeamShells(model, progress.details, threads);
     has = Needs::DetailModels;
   }
 }
@@ -86,7 +87,8 @@ ResultState Refuse(const char* name, const std::string& reason) {
   return {name, ResultFit::Unknown, 0, reason};
 }
 
-ResultState Compare(const ResultKind& kind, const std::string& fileName, const Model& model) {
+ResultState Compare(const ResultKind& kind, const std::string& fileName, int threads,
+                    const Model& model) {
   Comparison comparison;
   comparison.stream.open(fileName, std::ios::binary);
   if (comparison.stream.is_open()) comparison.stream.peek();
@@ -95,7 +97,7 @@ ResultState Compare(const ResultKind& kind, const std::string& fileName, const M
   }
   comparison.stream.clear();
   const bool isWhole = TakeWrittenBytes(
-      [&](const std::string& name) { return kind.write(name, model); },
+      [&](const std::string& name) { return kind.write(name, model, threads); },
       [&](const char* bytes, std::size_t count) { CompareBytes(bytes, count, comparison); });
   if (!isWhole) return Refuse(kind.name, std::string(kind.name) + " cannot be made here.");
   if (comparison.hasEnded) return {kind.name, ResultFit::Truncated, comparison.line, ""};
@@ -106,7 +108,7 @@ ResultState Compare(const ResultKind& kind, const std::string& fileName, const M
 }  // namespace
 
 void CompareResults(const std::string& folder, const ComparisonProgress& progress,
-                    SolvedModel& solved, std::vector<ResultState>& results) {
+                    SolvedModel& solved, std::vector<ResultState>& results, int threads) {
   results.clear();
   Needs has = Needs::Displacements;
   for (const ResultKind& kind : ResultKinds) {
@@ -117,9 +119,9 @@ void CompareResults(const std::string& folder, const ComparisonProgress& progres
       continue;
     }
     try {
-      Provide(kind.needs, progress.details, solved.model, has);
+      Provide(kind.needs, progress, threads, solved.model, has);
       if (progress.before) progress.before(kind.name);
-      results.push_back(Compare(kind, fileName, solved.model));
+      results.push_back(Compare(kind, fileName, threads, solved.model));
     } catch (const korvex::Stop& stop) {  // this model has no such result
       results.push_back(Refuse(kind.name, stop.text));
     }

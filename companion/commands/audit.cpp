@@ -8,6 +8,7 @@
 #include "commands/commands.h"
 #include "commands/open_results.h"
 #include "commands/result_table.h"
+#include "commands/solution_file.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -35,6 +36,9 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
   options.origin = results.reading.fit == DisplacementFit::Fits
                        ? std::string("displacements of ") + ExactDisplacementFileName
                        : "solved in memory";
+  if (options.comparesFiles && results.reading.fit == DisplacementFit::Fits) {
+    options.solution = ReadSolutionFile(results.solved.file);
+  }
   options.deck = std::move(results.origin);
   options.changedSources = results.changedSources;
   options.modelErrors = results.errors;

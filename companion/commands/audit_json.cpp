@@ -6,6 +6,7 @@
 #include "commands/findings_json.h"
 #include "commands/number_json.h"
 #include "commands/origin_words.h"
+#include "commands/solution_file.h"
 #include "deck/row_formats.h"
 
 namespace kvx {
@@ -151,6 +152,13 @@ Json StaleJson(const std::vector<ResultState>& files) {
   return json;
 }
 
+// Null where nothing is known of it.
+Json SolutionJson(const AuditReport& report) {
+  Json json;
+  if (report.solution) AddSolutionJson(*report.solution, json);
+  return json;
+}
+
 }  // namespace
 
 Json AuditJson(const SolvedModel& solved, const AuditReport& report) {
@@ -160,6 +168,7 @@ Json AuditJson(const SolvedModel& solved, const AuditReport& report) {
   json["reactions"] = NumbersJson(r.reactions);
   json["imbalance"] = NumberJson(r.imbalance);
   json["residual"] = NumberJson(r.residual.relative);
+  json["solution"] = SolutionJson(report);
   json["supports"] = SupportsJson(r.supports);
   if (HasOrigin(report.deck)) {
     Json& numbers = json["deck_nodes"] = Json::object();

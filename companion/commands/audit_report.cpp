@@ -8,6 +8,7 @@
 
 #include "audit/detail_stress.h"
 #include "check/check_text.h"
+#include "commands/core_count.h"
 #include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "commands/recover_stresses.h"
@@ -29,7 +30,7 @@ void CompareFiles(const AuditOptions& options, SolvedModel& solved, AuditReport&
     ShowBegin(begin, line);
   };
   progress.details = [&](double share) { ShowDetailShare(share, "", line); };
-  CompareResults(options.folder, progress, solved, report.files);
+  CompareResults(options.folder, progress, solved, report.files, CountCores());
 }
 
 // The stresses that a run makes. Detail models that the comparison of files has made are kept: they
@@ -142,6 +143,7 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   report.yield = options.yield;
   report.origin = options.origin;
   report.deck = options.deck;
+  report.solution = options.solution;
   if (options.hasStresses) report.noDetails = options.noDetails;
   ComputeReactions(solved, report.reactions);
   StopIfInterrupted();

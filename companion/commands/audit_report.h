@@ -3,6 +3,7 @@
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "audit/section_stresses.h"
 #include "audit/stale_results.h"
 #include "audit/verdict.h"
+#include "engine/solution_record.h"
 #include "finding/findings_text.h"
 #include "tables/model_origin.h"
 
@@ -35,6 +37,9 @@ struct AuditOptions {
   std::string changedSources;
   // Where the displacements come from, as part of a sentence: "solved in memory"; may be empty.
   std::string origin;
+  // How the displacements were found, and how exact they are: with one load, that of the model;
+  // none: nothing is known of it.
+  std::optional<SolutionRecord> solution;
   // Where the model was imported from; without nodes where it was not.
   ModelOrigin deck;
   // What kvx check finds in the model: how many errors, and the text of the first.
@@ -52,10 +57,11 @@ struct NominalPeaks {
 };
 
 struct AuditReport {
-  double yield = 0.0;    // as in the options
-  std::string origin;    // as in the options
-  ModelOrigin deck;      // as in the options
-  bool isLoaded = true;  // there is a load, or a prescribed displacement
+  double yield = 0.0;                      // as in the options
+  std::string origin;                      // as in the options
+  ModelOrigin deck;                        // as in the options
+  std::optional<SolutionRecord> solution;  // as in the options
+  bool isLoaded = true;                    // there is a load, or a prescribed displacement
   Reactions reactions;
   Verdict verdict;
   std::vector<BeamForces> beams;          // [NELEM_B]

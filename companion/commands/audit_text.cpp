@@ -11,6 +11,7 @@
 #include "commands/result_findings.h"
 #include "commands/result_table.h"
 #include "commands/rough_text.h"
+#include "commands/solution_text.h"
 #include "commands/tidy_number.h"
 #include "finding/text_layout.h"
 
@@ -152,6 +153,14 @@ std::string FilesText(const std::vector<ResultState>& files) {
          " are those of this model, byte for byte";
 }
 
+// "sparse, 2 threads; scaled residual 1.2e-16, ..."
+std::string SolutionText(const AuditReport& report) {
+  if (!report.solution) return "";
+  const SolutionRecord& solution = *report.solution;
+  return EngineText(solution.engine, solution.isOutOfCore, solution.threads) + "; " +
+         AccuracyText(solution.loads.front());
+}
+
 // The first findings of each kind, and how many more there are.
 std::string FindingsText(const FindingList& list, const TextStyle& style) {
   std::map<std::string, std::size_t> totals, shown;
@@ -196,6 +205,7 @@ std::string AuditText(const std::string& file, const SolvedModel& solved, const 
       CleanText(file) + (report.origin.empty() ? "" : ": " + CleanText(report.origin)) + '\n';
   text += SumsText(report.reactions, style);
   AddLine("balance", BalanceText(solved, report), style, text);
+  AddLine("solution", SolutionText(report), style, text);
   AddLine("supports", SupportsText(report.reactions), style, text);
   AddLine("displacement", DisplacementText(solved, report), style, text);
   AddLine("rotation", RotationText(solved, report), style, text);

@@ -92,7 +92,9 @@ fs::path ReadFile(const CasesCommand& command, CaseSet& set, CaseFile& cases) {
 // The loads of the structure itself are checked as those of any model; that it has none is no
 // mistake here.
 void CheckStructure(CaseSet& set, CheckReport& report) {
-  InFile(set.structure.file, [&] { CheckModel(set.structure.text, {}, report); });
+  CheckOptions options;
+  options.asksMemory = false;
+  InFile(set.structure.file, [&] { CheckModel(set.structure.text, options, report); });
   FindOrigin(set.structure.file, report.model.tables, set.origin);
   NameInDeck(set.origin, report.model.tables, report.findings);
   set.findings = report.findings;

@@ -1,4 +1,5 @@
 // kvx cases: load cases, combinations and envelopes of one structure.
+#include <algorithm>
 #include <new>
 #include <nlohmann/json.hpp>
 #include <system_error>
@@ -31,8 +32,8 @@ struct CaseAudits {
   ResultTable table = MakeAuditTable("case");
 };
 
-// Solves, or says why that is not possible.
-ExitStatus Solve(const CasesCommand& command, const fs::path& results, CaseSet& set,
+// Solves or, in a dry run, plans; or says why that is not possible.
+ExitStatus Solve(const CasesCommand& command, const EngineSettings& settings, CaseSet& set,
                  CaseAudits& audits, SolvedCases& solved) {
   const auto take = [&](std::size_t row, const SolvedModel& model, const AuditReport& report) {
     if (command.form == OutputForm::Json) audits.json.push_back(AuditJson(model, report));
@@ -40,7 +41,11 @@ ExitStatus Solve(const CasesCommand& command, const fs::path& results, CaseSet& 
     AddAuditRow(set.sets[row].name, &report, VerdictText(report), audits.table);
   };
   try {
-    SolveCases(results, set, take, solved);
+    if (command.dryRun) {
+      PlanCases(settings, set, solved);
+    } else {
+      SolveCases(ChooseResults(command, set), settings, set, take, solved);
+    }
   } catch (const korvex::Stop& stop) {
     Complain(Name, '"' + set.file + "\": " + stop.text);
     return stop.kind == korvex::StopKind::ResultFile ? ExitOutputFailed : ExitUnusableData;
@@ -54,7 +59,7 @@ ExitStatus Solve(const CasesCommand& command, const fs::path& results, CaseSet& 
 ExitStatus SayUnsolved(const CasesCommand& command, const CaseSet& set) {
   std::string text;
   if (command.form == OutputForm::Json) {
-    text = CasesJson(set, nullptr, {}, {});
+    text = CasesJson(set, {}, {}, {});
   } else {
     text = CaseFindingsText(set, ChooseStyle(command.color)) + "Not solved. Mend the errors";
     text += set.unreadable.empty() ? "; kvx cases --force would solve it as it is.\n" : ".\n";
@@ -67,10 +72,34 @@ ExitStatus SayUnsolved(const CasesCommand& command, const CaseSet& set) {
   return written == ExitFine ? ExitFindings : written;
 }
 
+// What a dry run has found. status: of the plan.
+ExitStatus SayForecast(const CasesCommand& command, const CaseSet& set, const SolvedCases& solved,
+                       ExitStatus status) {
+  const TextStyle style = ChooseStyle(command.color);
+  const std::string text = command.form == OutputForm::Json
+                               ? CasesJson(set, solved, {}, {})
+                               : CaseFindingsText(set, style) + ForecastText(set, solved, style);
+  return std::max(status, WriteOutput(text));
+}
+
+ExitStatus SaySolved(const CasesCommand& command, const CaseSet& set, const SolvedCases& solved,
+                     const CaseAudits& audits) {
+  const std::vector<std::string> others = ListOtherFolders(ChooseResults(command, set), set);
+  const TextStyle style = ChooseStyle(command.color);
+  if (command.form == OutputForm::Json) {
+    return WriteOutput(CasesJson(set, solved, audits.json, others));
+  }
+  if (command.form == OutputForm::Csv) return WriteOutput(TableCsv(audits.table));
+  return WriteOutput(CaseFindingsText(set, style) + SolvedCasesText(set, solved, others, style));
+}
+
 }  // namespace
 
 ExitStatus RunCases(const CasesCommand& command) {
   CatchInterrupts();
+  const EngineSettings settings = MakeEngineSettings(command.engine);
+  const ExitStatus prepared = CheckOutOfCore(Name, settings);
+  if (prepared != ExitFine) return prepared;
   CaseSet set;
   const ExitStatus opened = OpenCases(command, set);
   if (opened != ExitFine) return opened;
@@ -78,22 +107,15 @@ ExitStatus RunCases(const CasesCommand& command) {
   std::size_t warnings = CountFindings(set, Severity::Warning);
   if (errors > 0 && !command.force) return SayUnsolved(command, set);
 
-  const fs::path results = ChooseResults(command, set);
   CaseAudits audits;
   SolvedCases solved;
-  const ExitStatus done = Solve(command, results, set, audits, solved);
-  if (done != ExitFine) return done;
-  const std::vector<std::string> others = ListOtherFolders(results, set);
-  const TextStyle style = ChooseStyle(command.color);
-  std::string text;
-  if (command.form == OutputForm::Json) {
-    text = CasesJson(set, &solved, audits.json, others);
-  } else if (command.form == OutputForm::Csv) {
-    text = TableCsv(audits.table);
-  } else {
-    text = CaseFindingsText(set, style) + SolvedCasesText(set, solved, others, style);
+  const ExitStatus done = Solve(command, settings, set, audits, solved);
+  if (command.dryRun) {
+    const bool isBad = errors > 0 || (command.strict && warnings > 0);
+    return std::max(SayForecast(command, set, solved, done), isBad ? ExitFindings : ExitFine);
   }
-  const ExitStatus written = WriteOutput(text);
+  if (done != ExitFine) return done;
+  const ExitStatus written = SaySolved(command, set, solved, audits);
   for (const SolvedCase& each : solved.cases) {
     errors += CountFindings(each.findings, Severity::Error);
     warnings += CountFindings(each.findings, Severity::Warning);

@@ -12,6 +12,8 @@
 #include "commands/origin_words.h"
 #include "commands/quantity_names.h"
 #include "commands/rough_text.h"
+#include "commands/solution_file.h"
+#include "commands/solution_text.h"
 #include "commands/terminal.h"
 #include "commands/tidy_number.h"
 #include "finding/text_layout.h"
@@ -197,6 +199,9 @@ std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
   const double seconds = std::max(0.01, solved.seconds);  // less is not measured
   std::string text = wrap("Solved: " + std::to_string(set.model.NEQ) + " equations in " +
                           RoughText(seconds) + " s, one factorisation for all.");
+  const SolutionRecord& solution = solved.solution;
+  text += wrap("Engine: " + EngineText(solution.engine, solution.isOutOfCore, solution.threads) +
+               ". " + solved.plan.reason);
   text += '\n' + TableText(MakeCaseTable(set, solved), style);
   const ResultTable governing = MakeGoverningTable(FindGoverning(set, solved), set.origin);
   if (!governing.cells.empty()) text += '\n' + TableText(governing, style);
@@ -224,8 +229,18 @@ std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
   return text;
 }
 
-std::string CasesJson(const CaseSet& set, const SolvedCases* solved,
+std::string ForecastText(const CaseSet& set, const SolvedCases& solved, const TextStyle& style) {
+  if (solved.plan.equations == 0) return "";
+  std::string text = WrapText("Not solved, in a dry run. " + PlanText(solved.plan, set.sets.size()),
+                              style.width, "", "  ") +
+                     TableText(MakePlanTable(solved.plan, solved.fits), style);
+  if (solved.fits) text += WrapText(CleanText(solved.plan.reason), style.width, "", "");
+  return text;
+}
+
+std::string CasesJson(const CaseSet& set, const SolvedCases& solved,
                       const std::vector<Json>& audits, const std::vector<std::string>& others) {
+  const bool isSolved = !solved.cases.empty();
   Json json;
   json["file"] = set.file;
   json["structure"] = FileJson(set.structure.file, set.findings);
@@ -237,19 +252,23 @@ std::string CasesJson(const CaseSet& set, const SolvedCases* solved,
     one["kind"] = each.isCombination ? "combination" : "case";
     one["loads_file"] =
         each.loadsFile.empty() ? Json(nullptr) : FileJson(each.loadsFile, each.findings);
-    if (solved != nullptr) AddSolvedJson(solved->cases[row], set.origin, audits[row], one);
+    if (isSolved) AddSolvedJson(solved.cases[row], set.origin, audits[row], one);
     json["cases"].push_back(std::move(one));
   }
   json["errors"] = CountFindings(set, Severity::Error);
   json["warnings"] = CountFindings(set, Severity::Warning);
-  json["solved"] = solved != nullptr;
-  if (solved == nullptr) return JsonLine(json);
+  json["solved"] = isSolved;
+  json["engine"] = nullptr;
+  if (solved.plan.equations > 0) {
+    json["engine"] = EngineJson(solved.plan, solved.fits, isSolved ? &solved.solution : nullptr);
+  }
+  if (!isSolved) return JsonLine(json);
   json["governing"] = Json::array();
-  for (const GoverningPeak& of : FindGoverning(set, *solved)) {
+  for (const GoverningPeak& of : FindGoverning(set, solved)) {
     json["governing"].push_back(GoverningJson(of, set.origin));
   }
   json["envelopes"] = Json::array();
-  for (const SolvedEnvelope& envelope : solved->envelopes) {
+  for (const SolvedEnvelope& envelope : solved.envelopes) {
     json["envelopes"].push_back(EnvelopeJson(envelope));
   }
   json["other_folders"] = others;

@@ -20,8 +20,12 @@ std::string CaseFindingsText(const CaseSet& set, const TextStyle& style);
 std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
                             const std::vector<std::string>& others, const TextStyle& style);
 
-// The same as one line of JSON. solved: null where nothing was solved; audits: AuditJson of each.
-std::string CasesJson(const CaseSet& set, const SolvedCases* solved,
+// What a dry run foretells; empty where nothing could be foretold.
+std::string ForecastText(const CaseSet& set, const SolvedCases& solved, const TextStyle& style);
+
+// The same as one line of JSON. solved: without cases where nothing was solved, and with a plan
+// where it was planned; audits: AuditJson of each.
+std::string CasesJson(const CaseSet& set, const SolvedCases& solved,
                       const std::vector<nlohmann::ordered_json>& audits,
                       const std::vector<std::string>& others);
 

@@ -65,7 +65,9 @@ void Check(const RunCommand& command, FolderRun& run) {
   Progress progress;
   BeginChecking(run.file, run.text.size(), progress);
   CheckReport report;
-  CheckModel(run.text, {}, report);
+  CheckOptions options;
+  options.asksMemory = false;
+  CheckModel(run.text, options, report);
   AddOrigin(report);
   PointToCases({run.file, ""}, report.findings);
   run.meshKey = MakeMeshKey(report.model.tables);

@@ -160,7 +160,8 @@ void CheckModel(std::string_view text, const CheckOptions& options, CheckReport&
   CheckSupportsAndLoads(use, gaps, report);
   CheckPlausibility(use, model, findings);
   const std::uint64_t freeMemory = korvex::ReadFreeMemory();
-  CheckSize(model, freeMemory, korvex::WidestVectorBits(), report.size, findings);
+  CheckSize(model, options.asksMemory ? freeMemory : UnlimitedMemory, korvex::WidestVectorBits(),
+            report.size, findings);
   CheckDetailModels(model, freeMemory, findings);
   report.weight = WeighModel(model);
   if (options.deep) {

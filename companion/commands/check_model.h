@@ -25,6 +25,9 @@ struct CheckOptions {
   // Look for mechanisms in any case. Without it they are looked for where that takes no more than
   // about a second, and no error has been found; what other findings explain is then left out.
   bool deep = false;
+  // Whether the matrix fits into the memory (K502): not asked where the engines are planned, one of
+  // which may fit (engine/plan_solution.h), nor of a model that has been solved.
+  bool asksMemory = true;
 };
 
 struct CheckReport {

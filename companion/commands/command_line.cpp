@@ -66,6 +66,36 @@ void AddForce(CLI::App& command, bool& force) {
   command.add_flag("--force", force, "Solve in spite of errors in the model");
 }
 
+void AddEngine(CLI::App& command, EngineOptions& engine, bool& dryRun) {
+  command
+      .add_option("--threads", engine.threads,
+                  "How many cores to use, 1 to 512; else all. The results of the skyline are\n"
+                  "the same bytes with any number")
+      ->type_name("N")
+      ->check(RefuseThreads);
+  command
+      .add_option("--engine", engine.engine,
+                  "auto: the one that takes less time and fits the memory; skyline: that of\n"
+                  "korvex; sparse: for large models (default: auto)")
+      ->type_name("ENGINE")
+      ->check(RefuseEngine);
+  command
+      .add_option("--memory", engine.memory,
+                  "What the solution may take, in GB of 2^30 bytes; else what is free")
+      ->type_name("GB")
+      ->check(RefuseMemory);
+  command
+      .add_option("--out-of-core", engine.outOfCore,
+                  "The sparse engine keeps its factors in a file in DIR; with auto only where\n"
+                  "they do not fit into the memory")
+      ->type_name("DIR")
+      ->check([](const std::string& text) {
+        return std::string(text.empty() ? "write the name of a folder" : "");
+      });
+  command.add_flag("-n,--dry-run", dryRun,
+                   "Tell time and memory of each engine; solve and write nothing");
+}
+
 void AddStrict(CLI::App& command, bool& strict) {
   command.add_flag("--strict", strict, "Exit status 1 for warnings, too");
 }
@@ -188,21 +218,26 @@ void AddRun(CLI::App& app, CommandValues& values) {
       ->type_name("");
   AddForce(command, values.run.force);
   AddStrict(command, values.run.strict);
+  AddEngine(command, values.run.engine, values.run.dryRun);
   AddForms(command, values, "Loads, balance and verdict as a table, a row for each folder",
            "The audit as JSON, one line for each folder");
   AddColorOption(command, values.color);
   command.footer(
-      "The files are those that korvex writes, byte for byte, and displacements.bin: the\n"
-      "displacements with all digits. They get their names when all of them are complete; until\n"
-      "then, or where anything fails, those of an earlier run stay. Results of an earlier state\n"
-      "of the model are removed before it is solved.\n"
+      "The files are those that korvex writes, and displacements.bin: the displacements with all\n"
+      "digits; and solution.json: how they were found, and how exact they are. With the skyline\n"
+      "the bytes are those of korvex, with the sparse engine the last digits may differ. They get\n"
+      "their names when all of them are complete; until then, or where anything fails, those of\n"
+      "an earlier run stay. Results of an earlier state of the model are removed before it is\n"
+      "solved. The file of --out-of-core is removed at the end.\n"
       "\n"
       "Exit status, the gravest of all folders: 0 solved without errors, 1 errors in the model or\n"
       "its results, 64 wrong usage, 65 unusable data, 66 no model there, 70 a fault of kvx,\n"
       "73 a folder that cannot be written, 130 interrupted.\n"
       "\n"
       "Example: kvx run deck\n"
-      "  leaves the result files of deck/fem_solving.txt in deck.");
+      "  leaves the result files of deck/fem_solving.txt in deck.\n"
+      "         kvx run deck --dry-run\n"
+      "         kvx run deck --engine sparse --memory 8 --out-of-core /var/tmp");
 }
 
 void AddAudit(CLI::App& app, CommandValues& values) {
@@ -354,6 +389,7 @@ void AddCases(CLI::App& app, CommandValues& values) {
       ->type_name("DIR");
   AddForce(command, values.cases.force);
   AddStrict(command, values.cases.strict);
+  AddEngine(command, values.cases.engine, values.cases.dryRun);
   AddForms(command, values, "Loads, balance and verdict as a table, a row for each case",
            "The audits as JSON, for programs");
   AddColorOption(command, values.color);
@@ -654,6 +690,12 @@ ExitStatus RunViewed(CommandValues& values) {
   return RunView(values.view);
 }
 
+// What is wrong with how a model shall be solved, as a sentence; empty: nothing is.
+std::string RefuseSolution(const EngineOptions& engine, bool dryRun, OutputForm form) {
+  if (dryRun && form == OutputForm::Csv) return "--dry-run makes no table: leave out --csv.";
+  return RefuseTogether(engine);
+}
+
 // "--beam: 1 required LIST missing" in words for people.
 std::string PlainText(std::string text) {
   const std::string before = ": 1 required ", after = " missing";
@@ -678,6 +720,14 @@ ExitStatus RunParsed(const CLI::App& app, CommandValues& values) {
   const ColorChoice color = ColorOf(values.color);
   values.run.color = values.audit.color = values.cases.color = values.explain.color = color;
   values.renumber.color = color;
+  const std::string refusal =
+      name == "run"     ? RefuseSolution(values.run.engine, values.run.dryRun, form)
+      : name == "cases" ? RefuseSolution(values.cases.engine, values.cases.dryRun, form)
+                        : "";
+  if (!refusal.empty()) {
+    Complain("kvx " + name, refusal);
+    return ExitUsage;
+  }
   if (name == "import") return RunImported(values);
   if (name == "check") return RunChecked(*command, values);
   if (name == "run") return RunRun(values.run);

@@ -8,6 +8,7 @@
 
 #include "audit/section_forces.h"
 #include "audit/shell_frame.h"
+#include "commands/engine_options.h"
 #include "commands/exit_status.h"
 #include "commands/output_form.h"
 #include "commands/speak.h"
@@ -33,6 +34,8 @@ struct RunCommand {
   std::vector<std::string> places{"."};  // folders with a model file, or such files
   bool force = false;                    // solve in spite of errors that the check finds
   bool strict = false;                   // warnings count as errors do, of the check and the audit
+  EngineOptions engine;                  // how to solve
+  bool dryRun = false;                   // check and predict; solve and write nothing
   OutputForm form = OutputForm::Text;
   ColorChoice color = ColorChoice::Auto;
 };
@@ -77,6 +80,8 @@ struct CasesCommand {
   std::string output;   // folder of the results; "": "results" beside the file
   bool force = false;   // solve in spite of errors that the check finds
   bool strict = false;  // warnings count as errors do
+  EngineOptions engine;
+  bool dryRun = false;  // check and predict; solve and write nothing
   OutputForm form = OutputForm::Text;
   ColorChoice color = ColorChoice::Auto;
 };

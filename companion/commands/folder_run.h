@@ -5,10 +5,13 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "commands/commands.h"
+#include "engine/plan_solution.h"
+#include "engine/solution_record.h"
 #include "engine/unfinished_folder.h"
 #include "finding/finding.h"
 
@@ -30,12 +33,18 @@ struct FolderRun {
   // because it is not.
   bool isWaiting = false, hasStale = false;
 
+  // How it is solved, or would be; none: it was not planned. Without the order of the nodes.
+  std::optional<SolutionPlan> plan;
+  bool fits = false;      // the plan can be followed
+  std::size_t loads = 0;  // that were planned together
+
   // Of the solution.
   UnfinishedFolder unfinished;
   std::vector<std::string> removed;   // stale results
   std::vector<std::string> together;  // the places of all that were solved together
   double seconds = 0.0;
   std::size_t equations = 0;
+  SolutionRecord solution;  // with one load, that of this folder
   bool isSolved = false;
 
   // Of the end.
@@ -53,10 +62,11 @@ using FolderRuns = std::deque<FolderRun>;
 void CheckFolders(const RunCommand& command, FolderRuns& runs);
 
 // Solves what is waiting; models with the same stiffness with one factorisation. Writes the results
-// and audits them. Calls `report` for each folder, in their order, as soon as it is done. Returns
-// the number of factorisations. Throws Interrupted.
-std::size_t SolveFolders(const RunCommand& command, FolderRuns& runs,
-                         const std::function<void(const FolderRun&)>& report);
+// and audits them. In a dry run it is only planned, and nothing is written. Calls `report` for each
+// folder, in their order, as soon as it is done. Returns the number of factorisations. Throws
+// Interrupted.
+std::size_t SolveFolders(const RunCommand& command, const EngineSettings& settings,
+                         FolderRuns& runs, const std::function<void(const FolderRun&)>& report);
 
 // What ends work on a folder: told on standard error.
 void GiveUp(ExitStatus status, const std::string& complaint, FolderRun& run);

@@ -5,6 +5,7 @@
 
 #include "commands/case_record.h"
 #include "commands/check_model.h"
+#include "commands/core_count.h"
 #include "commands/origin_file.h"
 #include "commands/progress.h"
 #include "commands/speak.h"
@@ -20,7 +21,9 @@ void CheckBefore(OpenedResults& results) {
   Progress progress;
   BeginChecking(results.file.file, results.file.text.size(), progress);
   CheckReport report;
-  CheckModel(results.file.text, {}, report);
+  CheckOptions options;
+  options.asksMemory = false;
+  CheckModel(results.file.text, options, report);
   results.errors = CountFindings(report.findings, Severity::Error);
   if (results.errors == 0) return;
   results.firstError = NameFinding(report.findings.findings.front());
@@ -52,7 +55,7 @@ void SolveShown(const std::string& modelText, SolvedModel& solved) {
   Progress progress;
   BeginProgress("Solving", progress);
   SolveInMemory(
-      modelText, [&](double share) { ShowShare(share, progress); }, solved);
+      modelText, [&](double share) { ShowShare(share, progress); }, solved, CountCores());
 }
 
 ExitStatus OpenResults(const std::string& who, const std::string& place, OpenedResults& results) {

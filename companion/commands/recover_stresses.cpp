@@ -3,6 +3,7 @@
 #include <string>
 
 #include "beamshell/generate_beam_shells.h"
+#include "commands/core_count.h"
 #include "commands/progress.h"
 #include "report/stop.h"
 #include "results/average_stresses.h"
@@ -25,16 +26,17 @@ void CheckSectionTypes(const korvex::ModelTables& tables) {
 
 void MakeDetailModels(korvex::Model& model) {
   Progress progress;
-  korvex::GenerateBeamShells(model, [&](double share) { ShowDetailShare(share, "", progress); });
+  korvex::GenerateBeamShells(
+      model, [&](double share) { ShowDetailShare(share, "", progress); }, CountCores());
 }
 
 }  // namespace
 
 void RecoverStresses(bool withBeams, SolvedModel& solved) {
   StopIfInterrupted();
-  korvex::RecoverShellStresses(solved.model);
+  korvex::RecoverShellStresses(solved.model, CountCores());
   StopIfInterrupted();
-  korvex::AverageNodeStresses(solved.model);
+  korvex::AverageNodeStresses(solved.model, CountCores());
   StopIfInterrupted();
   if (!withBeams) return;
   CheckSectionTypes(solved.model.Tables);

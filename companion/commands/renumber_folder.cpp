@@ -9,11 +9,13 @@
 #include "audit/solved_model.h"
 #include "audit/whole_file.h"
 #include "base/dof_counts.h"
+#include "commands/core_count.h"
 #include "commands/folder_cases.h"
 #include "commands/hash_text.h"
 #include "commands/move_case_loads.h"
 #include "commands/origin_file.h"
 #include "commands/regular_file.h"
+#include "commands/solution_file.h"
 #include "commands/write_shown.h"
 #include "engine/result_folder.h"
 #include "mesh/scan_number.h"
@@ -89,7 +91,10 @@ void PlanResults(const Renumbering& renumbering, const NumberedModel& model,
                  RenumberReport& report) {
   const std::vector<std::string> there = ListResultFiles("");
   if (renumbering.isUndo && !ReadDisplacements(model).empty()) {
-    for (const FileToMake& file : NameResultFiles()) report.written.push_back(file.shown);
+    const bool hasSolution = ReadSolutionFile(IdentifyModelFile(model.file.text)).has_value();
+    for (const FileToMake& file : NameResultFiles()) {
+      if (hasSolution || file.name != SolutionFileName) report.written.push_back(file.shown);
+    }
   } else if (HasResults(model)) {
     report.removed = there;
   } else {
@@ -134,14 +139,18 @@ double ReadLoggedSeconds() {
   return ScanDouble(rest.substr(0, rest.find(' ')), seconds) ? seconds : 0.0;
 }
 
-// As a run leaves them. displacements: of the model with the new numbers.
-void WriteResultsOf(const std::string& modelText, std::vector<double> displacements,
-                    UnfinishedFolder& unfinished) {
+// As a run leaves them. before: the model before, whose solution it is. displacements: of the model
+// with the new numbers.
+void WriteResultsOf(const NumberedModel& before, const std::string& modelText,
+                    std::vector<double> displacements, UnfinishedFolder& unfinished) {
   korvex::Model model;
   korvex::ReadInputText(modelText, model);
   korvex::NumberEquations(model);
   model.Displacements = std::move(displacements);
-  WriteShown({"", modelText, ReadLoggedSeconds()}, model, unfinished);
+  const auto solution = ReadSolutionFile(IdentifyModelFile(before.file.text));
+  const std::string text =
+      solution ? SolutionFileText(IdentifyModelFile(modelText), *solution) : std::string();
+  WriteShown({"", modelText, ReadLoggedSeconds(), text, CountCores()}, model, unfinished);
 }
 
 void RemoveMap() {
@@ -186,7 +195,7 @@ void WriteFiles(const Renumbering& renumbering, const NumberedModel& model,
     Write(NumberMapFileName, WriteNumberMap(map), unfinished);
   }
   if (withResults) {
-    WriteResultsOf(text, MoveDisplacements(renumbering.order, ReadDisplacements(model)),
+    WriteResultsOf(model, text, MoveDisplacements(renumbering.order, ReadDisplacements(model)),
                    unfinished);
   } else {
     MoveFiles(unfinished);

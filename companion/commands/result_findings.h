@@ -29,6 +29,12 @@ inline constexpr double ResidualTolerance = 1e-6;
 inline constexpr double NotableCouple = 1e-9;
 inline constexpr double LargeCouple = 0.01;
 
+// Digits that a result needs: with fewer than the first the fourth or fifth is wrong in what the
+// files show, or sums of differences, such as section forces, are; with fewer than the second it is
+// no result.
+inline constexpr double NotableDigits = 6.0;
+inline constexpr double LeastDigits = 3.0;
+
 // What may be missing of a prescribed displacement.
 inline constexpr double MissingDisplacement = 1e-3;
 
@@ -47,7 +53,7 @@ bool IsRoundingAlone(const Reactions& reactions);
 // what was read, or look for what can move.
 std::string AdviseOnNoSolution(const DisplacementReading& reading, const SolvedModel& solved);
 
-// K701 .. K708.
+// K701 .. K709.
 void AddSolutionFindings(const AuditOptions& options, const CheckedModel& places,
                          const SolvedModel& solved, AuditReport& report);
 

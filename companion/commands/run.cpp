@@ -12,18 +12,22 @@ namespace kvx {
 
 ExitStatus RunRun(const RunCommand& command) {
   CatchInterrupts();
+  const EngineSettings settings = MakeEngineSettings(command.engine);
+  const ExitStatus prepared = CheckOutOfCore("kvx run", settings);
+  if (prepared != ExitFine) return prepared;
   FolderRuns runs;
   CheckFolders(command, runs);
   const bool isText = command.form == OutputForm::Text;
   ExitStatus status = ExitFine;
   if (command.form == OutputForm::Csv) status = WriteOutput(CsvHead(MakeAuditTable("model")));
   bool isFirst = true;
-  const std::size_t factorisations = SolveFolders(command, runs, [&](const FolderRun& run) {
-    const bool needsLine = !isFirst && isText && !run.said.empty();
-    isFirst = isFirst && run.said.empty();
-    status = std::max({status, run.status, WriteOutput((needsLine ? "\n" : "") + run.said)});
-  });
-  if (!isText) return status;
+  const std::size_t factorisations =
+      SolveFolders(command, settings, runs, [&](const FolderRun& run) {
+        const bool needsLine = !isFirst && isText && !run.said.empty();
+        isFirst = isFirst && run.said.empty();
+        status = std::max({status, run.status, WriteOutput((needsLine ? "\n" : "") + run.said)});
+      });
+  if (!isText || command.dryRun) return status;
   const std::string next = NextText(runs, factorisations, ChooseStyle(command.color));
   return std::max(status, WriteOutput(next));
 }

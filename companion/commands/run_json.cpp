@@ -4,6 +4,7 @@
 #include "commands/number_json.h"
 #include "commands/result_table.h"
 #include "commands/run_report.h"
+#include "commands/solution_file.h"
 
 namespace kvx {
 
@@ -22,6 +23,8 @@ std::string RunJson(const FolderRun& run, const Json& audit) {
   json["status"] = static_cast<int>(run.status);
   json["solved"] = run.isSolved;
   json["seconds"] = run.isSolved ? NumberJson(run.seconds) : Json(nullptr);
+  const SolutionRecord* const solution = run.isSolved ? &run.solution : nullptr;
+  json["engine"] = run.plan ? EngineJson(*run.plan, run.fits, solution) : Json(nullptr);
   json["together"] = run.together;
   json["removed"] = run.removed;
   json["complaint"] = TextOrNull(run.complaint);

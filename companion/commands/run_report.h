@@ -10,8 +10,8 @@
 
 namespace kvx {
 
-// The findings of the check in brief, and what was done. Errors that keep the model from being
-// solved are shown in full.
+// The findings of the check in brief, and what was done, or would be. Errors that keep the model
+// from being solved are shown in full.
 std::string RunText(const FolderRun& run, const TextStyle& style);
 
 // One line. audit: AuditJson, or null.

@@ -6,6 +6,7 @@
 
 #include "check/describe.h"
 #include "commands/run_report.h"
+#include "commands/solution_text.h"
 #include "commands/terminal.h"
 #include "finding/text_layout.h"
 
@@ -93,9 +94,30 @@ std::string SolutionText(const FolderRun& run) {
   return text + ". The results are in " + FolderText(run) + '.';
 }
 
+// "Engine: sparse, 2 threads. It takes less time: ..."
+std::string EngineLine(const FolderRun& run, const TextStyle& style) {
+  if (!run.isSolved || !run.plan) return "";
+  const SolutionRecord& solution = run.solution;
+  const std::string line =
+      "Engine: " + EngineText(solution.engine, solution.isOutOfCore, solution.threads) + ". " +
+      run.plan->reason;
+  return WrapText(CleanText(line), style.width, "", "  ");
+}
+
+// What a dry run foretells.
+std::string ForecastText(const FolderRun& run, const TextStyle& style) {
+  if (run.isSolved || !run.plan) return "";
+  const SolutionPlan& plan = *run.plan;
+  std::string text = WrapText(PlanText(plan, run.loads), style.width, "", "  ") +
+                     TableText(MakePlanTable(plan, run.fits), style);
+  if (run.fits) text += WrapText(CleanText(plan.reason), style.width, "", "");
+  return text;
+}
+
 // Why there are no results.
 std::string RefusalText(const FolderRun& run) {
   if (!run.complaint.empty()) return "no results were written.";
+  if (run.fits) return "not solved, in a dry run.";
   std::string text = "not solved; kvx run --force would solve it.";
   if (run.hasStale) {
     text += " The results in " + FolderText(run) + " are of an earlier state of the model.";
@@ -112,8 +134,8 @@ std::string RunText(const FolderRun& run, const TextStyle& style) {
   if (!run.removed.empty()) {
     text += " Removed, as results of an earlier state of the model: " + ListText(run.removed) + '.';
   }
-  return WrapText(CleanText(text), style.width, "", "  ") + FindingsText(run, style) +
-         SavingText(run, style);
+  return WrapText(CleanText(text), style.width, "", "  ") + EngineLine(run, style) +
+         ForecastText(run, style) + FindingsText(run, style) + SavingText(run, style);
 }
 
 std::string NextText(const FolderRuns& runs, std::size_t factorisations, const TextStyle& style) {

@@ -1,10 +1,11 @@
-// K701 .. K708: balance, displacements, elements and supports of a solution.
+// K701 .. K709: balance, displacements, elements and supports of a solution.
 #include <algorithm>
 #include <cmath>
 
 #include "check/describe.h"
 #include "commands/result_findings.h"
 #include "commands/rough_text.h"
+#include "commands/solution_text.h"
 #include "deck/row_formats.h"
 #include "finding/text_layout.h"
 
@@ -236,6 +237,27 @@ void AddMissedDisplacements(const CheckedModel& places, const SolvedModel& solve
   }
 }
 
+// Without a node: the bound is that of all displacements together.
+void AddLostDigits(AuditReport& report) {
+  if (!report.solution) return;
+  const LoadQuality& load = report.solution->loads.front();
+  const double digits = CountCorrectDigits(load);
+  if (std::isnan(digits) || digits >= NotableDigits) return;
+  Finding finding = MakeFinding("K709");
+  if (digits < LeastDigits) finding.severity = Severity::Error;
+  const double shown = std::floor(10.0 * digits) / 10.0;
+  finding.message = "of the about 16 digits of the displacements " +
+                    (shown > 0.0 ? "as few as " + NumberText(shown) + " may be right"
+                                 : std::string("maybe none is right")) +
+                    " (condition " + RoughText(load.condition) + ", backward error " +
+                    RoughText(load.backwardError) + ").";
+  finding.remedy =
+      "Look for neighbours of very different stiffness and for parts that are hardly held (kvx "
+      "check "
+      "--deep). Very many elements along a span cost digits, too.";
+  AddFinding(finding, report.findings);
+}
+
 // Errors of the model explain what is wrong with the solution; else they are a finding themselves.
 void AddModelErrors(const AuditOptions& options, AuditReport& report) {
   if (options.modelErrors == 0) return;
@@ -297,6 +319,7 @@ void AddSolutionFindings(const AuditOptions& options, const CheckedModel& places
     if (report.findings.findings.empty()) AddLargeDisplacement(places, report);
     AddUnbalanced(places, report);
     AddMissedDisplacements(places, solved, report);
+    AddLostDigits(report);
   }
   AddModelErrors(options, report);
 }

@@ -15,6 +15,8 @@
 #include "commands/case_folders.h"
 #include "commands/envelope_tables.h"
 #include "commands/progress.h"
+#include "commands/solution_file.h"
+#include "commands/solution_text.h"
 #include "commands/write_shown.h"
 #include "deck/write_tables.h"
 #include "engine/result_folder.h"
@@ -77,16 +79,39 @@ void AssembleLoads(CaseSet& set, std::vector<std::vector<double>>& loads) {
   set.model.Displacements = {};
 }
 
-double Solve(CaseSet& set, std::vector<std::vector<double>>& displacements) {
-  using Clock = std::chrono::steady_clock;
+// The loads of all cases, and how they are solved.
+struct Task {
   std::vector<std::vector<double>> loads;
-  AssembleLoads(set, loads);
+  SolutionPlan plan;
+};
+
+void Plan(const EngineSettings& settings, CaseSet& set, Task& task, SolvedCases& solved) {
+  AssembleLoads(set, task.loads);
   Progress progress;
-  BeginProgress("Solving " + std::to_string(loads.size()) + " load cases", progress);
+  BeginProgress("Predicting time and memory", progress);
+  try {
+    PlanSolution(
+        set.model, task.loads.size(), settings, [&](double share) { ShowShare(share, progress); },
+        task.plan);
+  } catch (const korvex::Stop&) {
+    solved.plan = CopyWithoutOrder(task.plan);
+    throw;
+  }
+  solved.plan = CopyWithoutOrder(task.plan);
+  solved.fits = true;
+}
+
+void Solve(const EngineSettings& settings, CaseSet& set, Task& task,
+           std::vector<std::vector<double>>& displacements, SolvedCases& solved) {
+  using Clock = std::chrono::steady_clock;
+  Progress progress;
+  const std::string what = "Solving " + std::to_string(task.loads.size()) + " load cases";
+  BeginProgress(SolvingText(what, task.plan), progress);
   const Clock::time_point begin = Clock::now();
   SolveTogether(
-      set.model, loads, [&](double share) { ShowShare(share, progress); }, displacements);
-  return std::chrono::duration<double>(Clock::now() - begin).count();
+      set.model, task.loads, settings, task.plan, [&](double share) { ShowShare(share, progress); },
+      displacements, solved.solution);
+  solved.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
 // The structure keeps its text, with the names that people gave to its sections; but not where the
@@ -116,16 +141,15 @@ std::string MakeRecord(const CaseSet& set, const LoadSet& loads, const fs::path&
 
 // The model file, its record and the result files get their names together: the record first, so
 // that there is never a model without it.
-void WriteFolder(const std::string& name, const std::string& record, const std::string& text,
-                 double seconds, Model& model) {
+void WriteFolder(const SolvedText& solved, const std::string& record, Model& model) {
   std::vector<FileToMake> files = NameResultFiles();
   files.insert(files.begin(),
                {{CaseRecordFileName, CaseRecordFileName}, {ModelFileName, ModelFileName}});
   UnfinishedFolder unfinished;
   BeginUnfinished("", files, unfinished);
   WriteText(unfinished.prefix, CaseRecordFileName, record);
-  WriteText(unfinished.prefix, ModelFileName, text);
-  WriteShown({name, text, seconds}, model, unfinished);
+  WriteText(unfinished.prefix, ModelFileName, std::string(solved.modelText));
+  WriteShown(solved, model, unfinished);
 }
 
 void Describe(const SolvedModel& solved, AuditReport& report, SolvedCase& result) {
@@ -183,6 +207,7 @@ struct CaseJob {
   std::size_t row;
   const fs::path& results;
   double seconds;
+  SolutionRecord solution;  // of this case
   const TakeCase& take;
 };
 
@@ -194,16 +219,20 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   SwapLoads(set.model.Tables, loads.loads);
   const std::string text = WriteModelText(set);
   set.model.Displacements = std::move(displacements);
-  WriteFolder(loads.name, MakeRecord(set, loads, result.folder), text, job.seconds, set.model);
+  const ModelFileId file = IdentifyModelFile(text);
+  const std::string solution = SolutionFileText(file, job.solution);
+  WriteFolder({loads.name, text, job.seconds, solution, job.solution.threads},
+              MakeRecord(set, loads, result.folder), set.model);
 
   SolvedModel solved;
   solved.model = std::move(set.model);
-  solved.file = IdentifyModelFile(text);
+  solved.file = file;
   CompleteSolvedModel(solved);
   AuditOptions options;
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = text;
+  options.solution = job.solution;
   options.deck = set.origin;
   AuditReport report;
   AuditModel(options, solved, report);
@@ -236,16 +265,25 @@ void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeW
 
 }  // namespace
 
-void SolveCases(const fs::path& results, CaseSet& set, const TakeCase& take, SolvedCases& solved) {
+void PlanCases(const EngineSettings& settings, CaseSet& set, SolvedCases& solved) {
+  Task task;
+  Plan(settings, set, task, solved);
+}
+
+void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet& set,
+                const TakeCase& take, SolvedCases& solved) {
   CheckCaseFolders(results, set);
   GoTo(results);
+  Task task;
+  Plan(settings, set, task, solved);
   std::vector<std::vector<double>> displacements;
-  solved.seconds = Solve(set, displacements);
+  Solve(settings, set, task, displacements, solved);
+  task = {};
   EnvelopeWork work;
   solved.cases.resize(set.sets.size());
   for (std::size_t row = 0; row < set.sets.size(); ++row) {
     StopIfInterrupted();
-    const CaseJob job{row, results, solved.seconds, take};
+    const CaseJob job{row, results, solved.seconds, SolutionOfLoad(solved.solution, row), take};
     InCase(set.sets[row],
            [&] { FinishCase(job, set, displacements[row], work, solved.cases[row]); });
     displacements[row] = {};

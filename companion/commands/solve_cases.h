@@ -10,6 +10,8 @@
 #include "commands/audit_report.h"
 #include "commands/case_set.h"
 #include "commands/result_table.h"
+#include "engine/plan_solution.h"
+#include "engine/solution_record.h"
 
 namespace kvx {
 
@@ -32,6 +34,9 @@ struct SolvedEnvelope {
 };
 
 struct SolvedCases {
+  SolutionPlan plan;              // without the order of the nodes
+  bool fits = false;              // the plan can be followed
+  SolutionRecord solution;        // with all loads; empty in a dry run
   std::vector<SolvedCase> cases;  // as CaseSet::sets
   std::vector<SolvedEnvelope> envelopes;
   double seconds = 0.0;  // of the solution
@@ -44,8 +49,12 @@ using TakeCase = std::function<void(std::size_t row, const SolvedModel&, const A
 // a Stop where CheckCaseFolders does, a case cannot be solved or its files cannot be written
 // (StopKind::ResultFile), and Interrupted; folders that are complete by then stay, the others are
 // as they were.
-void SolveCases(const std::filesystem::path& results, CaseSet& set, const TakeCase& take,
-                SolvedCases& solved);
+void SolveCases(const std::filesystem::path& results, const EngineSettings& settings, CaseSet& set,
+                const TakeCase& take, SolvedCases& solved);
+
+// Fills the plan alone, also as far as it went where nothing fits, and writes nothing. Throws a
+// Stop where a case has loads that cannot be, or nothing fits.
+void PlanCases(const EngineSettings& settings, CaseSet& set, SolvedCases& solved);
 
 // Folders in `results` that look like results of this command, but of no case, combination or
 // envelope of the set.

@@ -12,6 +12,8 @@
 #include "commands/origin_file.h"
 #include "commands/progress.h"
 #include "commands/run_report.h"
+#include "commands/solution_file.h"
+#include "commands/solution_text.h"
 #include "commands/write_shown.h"
 #include "engine/result_folder.h"
 #include "engine/same_stiffness.h"
@@ -32,6 +34,8 @@ namespace {
 struct Group {
   std::vector<FolderRun*> runs;
   std::vector<std::vector<double>> loads, displacements;  // of each
+  SolutionPlan plan;
+  SolutionRecord record;
 };
 
 // Does `work`; what it throws ends the work on these runs. Returns whether it was done.
@@ -59,20 +63,19 @@ void Read(const FolderRun& run, Model& model) {
   korvex::NumberEquations(model);
 }
 
-// Takes the folder for this run, and removes what is stale there.
-void Prepare(FolderRun& run) {
+// Takes the folder for this run.
+void Take(FolderRun& run) {
   fs::current_path(run.folder);
   BeginUnfinished("", NameResultFiles(), run.unfinished);
-  run.removed = RemoveStaleResults("", run.text);
 }
 
 // Adds the run if it has the stiffness of `leader`, or is the first.
-void AddToGroup(FolderRun& run, Model& leader, Group& group) {
+void AddToGroup(const RunCommand& command, FolderRun& run, Model& leader, Group& group) {
   Model other;
   Model& model = group.runs.empty() ? leader : other;
   Read(run, model);
   if (!group.runs.empty() && !HaveSameStiffness(leader, model)) return;
-  Prepare(run);
+  if (!command.dryRun) Take(run);
   korvex::AssembleLoadVector(model);
   run.equations = static_cast<std::size_t>(model.NEQ);
   run.isWaiting = false;
@@ -81,33 +84,72 @@ void AddToGroup(FolderRun& run, Model& leader, Group& group) {
 }
 
 // All runs from the first that is waiting on.
-void FormGroup(FolderRuns& runs, Model& leader, Group& group) {
+void FormGroup(const RunCommand& command, FolderRuns& runs, Model& leader, Group& group) {
   for (FolderRun& run : runs) {
     if (!run.isWaiting) continue;
     if (!group.runs.empty() && run.meshKey != group.runs.front()->meshKey) continue;
     StopIfInterrupted();
     if (group.runs.empty()) leader = {};
-    if (!Try({&run}, [&] { AddToGroup(run, leader, group); })) EndUnfinished(run.unfinished);
+    const auto add = [&] { AddToGroup(command, run, leader, group); };
+    if (!Try({&run}, add)) EndUnfinished(run.unfinished);
   }
 }
 
-void Solve(Model& leader, Group& group) {
+// Fills the plan, also as far as it went where nothing fits. Returns whether it can be followed.
+bool Plan(const EngineSettings& settings, const Model& leader, Group& group) {
+  Progress progress;
+  BeginProgress("Predicting time and memory", progress);
+  const bool isPlanned = Try(group.runs, [&] {
+    PlanSolution(
+        leader, group.runs.size(), settings, [&](double share) { ShowShare(share, progress); },
+        group.plan);
+  });
+  const SolutionPlan told = CopyWithoutOrder(group.plan);
+  for (FolderRun* run : group.runs) {
+    run->loads = group.runs.size();
+    run->fits = isPlanned;
+    if (isPlanned || told.equations > 0) run->plan = told;
+  }
+  return isPlanned;
+}
+
+// Runs whose stale results cannot be removed leave the group.
+void RemoveStale(Group& group) {
+  for (std::size_t k = group.runs.size(); k-- > 0;) {
+    FolderRun& run = *group.runs[k];
+    const bool isRemoved = Try({&run}, [&] {
+      fs::current_path(run.folder);
+      run.removed = RemoveStaleResults("", run.text);
+    });
+    if (isRemoved) continue;
+    EndUnfinished(run.unfinished);
+    group.runs.erase(group.runs.begin() + static_cast<std::ptrdiff_t>(k));
+    group.loads.erase(group.loads.begin() + static_cast<std::ptrdiff_t>(k));
+  }
+}
+
+void Solve(const EngineSettings& settings, Model& leader, Group& group) {
   Progress progress;
   const std::size_t count = group.runs.size();
-  BeginProgress(count == 1 ? "Solving" : "Solving " + std::to_string(count) + " models", progress);
+  const std::string what = count == 1 ? "Solving" : "Solving " + std::to_string(count) + " models";
+  BeginProgress(SolvingText(what, group.plan), progress);
   const auto begin = std::chrono::steady_clock::now();
   SolveTogether(
-      leader, group.loads, [&](double share) { ShowShare(share, progress); }, group.displacements);
+      leader, group.loads, settings, group.plan, [&](double share) { ShowShare(share, progress); },
+      group.displacements, group.record);
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  for (FolderRun* run : group.runs) {
+  for (std::size_t k = 0; k < count; ++k) {
+    FolderRun* const run = group.runs[k];
     run->seconds = seconds;
+    run->solution = SolutionOfLoad(group.record, k);
     for (const FolderRun* other : group.runs) run->together.push_back(other->place);
   }
 }
 
 void Write(FolderRun& run, Model& model) {
-  WriteShown({"", run.text, run.seconds}, model, run.unfinished);
+  const std::string solution = SolutionFileText(IdentifyModelFile(run.text), run.solution);
+  WriteShown({"", run.text, run.seconds, solution, run.solution.threads}, model, run.unfinished);
   EndUnfinished(run.unfinished);
   run.isSolved = true;
 }
@@ -117,6 +159,7 @@ void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = run.text;
+  options.solution = run.solution;
   FindOrigin(ModelFileName, solved.model.Tables, options.deck);
   options.modelErrors = CountFindings(run.findings, Severity::Error);
   if (options.modelErrors > 0) options.firstError = NameFinding(run.findings.findings.front());
@@ -155,9 +198,14 @@ void Finish(const RunCommand& command, FolderRun& run, std::vector<double>& disp
   run.text = {};
 }
 
-void SolveGroup(const RunCommand& command, Model& leader, Group& group) {
-  const bool isSolved = Try(group.runs, [&] { Solve(leader, group); });
+// The model and the plan, with its order of the nodes, are freed before results are made.
+void SolveGroup(const RunCommand& command, const EngineSettings& settings, Model& leader,
+                Group& group) {
+  RemoveStale(group);
+  const bool isSolved =
+      !group.runs.empty() && Try(group.runs, [&] { Solve(settings, leader, group); });
   leader = {};
+  group.plan = {};
   for (std::size_t k = 0; k < group.runs.size(); ++k) {
     if (isSolved) {
       Finish(command, *group.runs[k], group.displacements[k]);
@@ -165,6 +213,19 @@ void SolveGroup(const RunCommand& command, Model& leader, Group& group) {
     }
     EndUnfinished(group.runs[k]->unfinished);
   }
+}
+
+// Plans the solution; and makes it, unless the run is dry or nothing fits. Returns the number of
+// factorisations.
+std::size_t WorkOnGroup(const RunCommand& command, const EngineSettings& settings, Model& leader,
+                        Group& group) {
+  if (!Plan(settings, leader, group)) {
+    for (FolderRun* run : group.runs) EndUnfinished(run->unfinished);
+    return 0;
+  }
+  if (command.dryRun) return 0;
+  SolveGroup(command, settings, leader, group);
+  return 1;
 }
 
 void Describe(const RunCommand& command, FolderRun& run) {
@@ -180,8 +241,8 @@ void Describe(const RunCommand& command, FolderRun& run) {
 
 }  // namespace
 
-std::size_t SolveFolders(const RunCommand& command, FolderRuns& runs,
-                         const std::function<void(const FolderRun&)>& report) {
+std::size_t SolveFolders(const RunCommand& command, const EngineSettings& settings,
+                         FolderRuns& runs, const std::function<void(const FolderRun&)>& report) {
   auto next = runs.begin();  // the first that was not reported
   const auto reportDone = [&] {
     for (; next != runs.end() && !next->isWaiting; ++next) {
@@ -189,16 +250,16 @@ std::size_t SolveFolders(const RunCommand& command, FolderRuns& runs,
       report(*next);
     }
   };
-  for (std::size_t factorisations = 0;; ++factorisations) {
+  for (std::size_t factorisations = 0;;) {
     reportDone();
     Model leader;
     Group group;
-    FormGroup(runs, leader, group);
+    FormGroup(command, runs, leader, group);
     if (group.runs.empty()) {
       reportDone();
       return factorisations;
     }
-    SolveGroup(command, leader, group);
+    factorisations += WorkOnGroup(command, settings, leader, group);
   }
 }
 

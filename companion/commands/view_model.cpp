@@ -24,7 +24,9 @@ constexpr std::size_t MostElements = 500000;
 void Check(ViewedModel& viewed) {
   Progress progress;
   BeginChecking(viewed.file.file, viewed.file.text.size(), progress);
-  CheckModel(viewed.file.text, {}, viewed.check);
+  CheckOptions options;
+  options.asksMemory = false;
+  CheckModel(viewed.file.text, options, viewed.check);
   AddOrigin(viewed.check);
   PointToCases(viewed.file, viewed.check.findings);
   const FindingList& findings = viewed.check.findings;

@@ -14,6 +14,8 @@ void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder
   ResultWriting writing;
   writing.modelText = solved.modelText;
   writing.seconds = solved.seconds;
+  writing.solution = solved.solution;
+  writing.threads = solved.threads;
   writing.before = [&](const char* file) {
     BeginProgress(std::string("Writing ") + file + of, progress);
     ShowBegin(begin, progress);

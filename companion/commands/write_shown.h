@@ -14,6 +14,8 @@ struct SolvedText {
   std::string name;            // of the load case; empty: there is none to name
   std::string_view modelText;  // the bytes of the model file
   double seconds = 0.0;        // of the solution, for the log
+  std::string_view solution;   // the bytes of solution.json; empty: it is not written
+  int threads = 1;             // for stresses, detail models and files
 };
 
 // WriteResults with its progress. Throws a Stop as that does, and Interrupted after an interrupt.

@@ -1,11 +1,13 @@
 #include "engine/result_folder.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <system_error>
 #include <utility>
 
 #include "audit/displacement_file.h"
+#include "audit/whole_file.h"
 #include "platform/calc_log_file.h"
 #include "report/stop.h"
 #include "run/calc_log.h"
@@ -69,6 +71,19 @@ void WriteLog(double gigabytes, double seconds, const std::string& folder) {
   if (!log) StopAt(korvex::CalcLogName, LastReason());
 }
 
+// Without a text there is no file: an earlier one is of another state of the model, and stays
+// unused.
+void WriteSolution(std::string_view text, UnfinishedFolder& unfinished) {
+  if (text.empty()) {
+    const auto isIt = [](const FileToMake& file) { return file.name == SolutionFileName; };
+    auto& files = unfinished.files;
+    files.erase(std::remove_if(files.begin(), files.end(), isIt), files.end());
+    return;
+  }
+  WriteWholeFile(unfinished.prefix + SolutionFileName,
+                 [&](std::ostream& stream) { stream << text; });
+}
+
 // The memory of the matrix, from its profile.
 double EstimateGigabytes(korvex::Model& model) {
   model.Stiffness = {};
@@ -88,6 +103,7 @@ std::vector<FileToMake> NameResultFiles() {
   };
   korvex::ForAllStages(add);
   files.push_back({korvex::CalcLogFile(), korvex::CalcLogName});
+  files.push_back({SolutionFileName, SolutionFileName});
   // The last one: where it is, all others are.
   files.push_back({ExactDisplacementFileName, ExactDisplacementFileName});
   return files;
@@ -101,8 +117,10 @@ void WriteResults(const ResultWriting& writing, korvex::Model& model,
   job.folder = unfinished.prefix;
   job.model = std::move(model);
   job.detailShare = writing.details;
+  job.threads = writing.threads;
   RunStages(writing, job);
   WriteLog(gigabytes, writing.seconds, job.folder);
+  WriteSolution(writing.solution, unfinished);
   if (writing.before) writing.before(ExactDisplacementFileName);
   WriteDisplacementFile(job.folder + ExactDisplacementFileName,
                         IdentifyModelFile(writing.modelText), job.model.Displacements);

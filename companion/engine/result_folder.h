@@ -1,5 +1,5 @@
-// The files of a run in a folder: those of the solver, with its bytes, its log, and
-// displacements.bin.
+// The files of a run in a folder: those of the solver, with its bytes, its log, solution.json,
+// which tells how the displacements were found, and displacements.bin.
 //
 // All of them are written into a folder of their own beside their places, "kvx-unfinished", and get
 // their names together when the last one is complete: what is in the folder stays as it is until
@@ -18,17 +18,24 @@
 
 namespace kvx {
 
+// How the displacements were found, and how exact they are; for those who know it, commands/
+// solution_file.h.
+inline constexpr const char* SolutionFileName = "solution.json";
+
 // All files that WriteResults leaves.
 std::vector<FileToMake> NameResultFiles();
 
 struct ResultWriting {
   std::string_view modelText;  // the bytes of the model file
   double seconds = 0.0;        // of the solution, for the log
+  std::string_view solution;   // the bytes of solution.json; empty: it is not written
 
   // Called before each file, and while the detail models are made. Both may be empty, and may throw
   // to interrupt the work.
   std::function<void(const char* name)> before;
   korvex::ShareCallback details;
+
+  int threads = 1;  // for stresses, averages, detail models and the text of files
 };
 
 // unfinished: begun with NameResultFiles, so that it is known before the solution whether the
@@ -38,8 +45,7 @@ struct ResultWriting {
 // Throws a Stop where a run would stop, and where a file cannot be written whole.
 void WriteResults(const ResultWriting& writing, korvex::Model& model, UnfinishedFolder& unfinished);
 
-// The files of an earlier run that are in the folder: those of the solver, the log and
-// displacements.bin. UTF-8.
+// The files of an earlier run that are in the folder: those of NameResultFiles. UTF-8.
 std::vector<std::string> ListResultFiles(const std::string& folder);
 
 // Whether the folder's displacements.bin says that its results are of another model, or of another

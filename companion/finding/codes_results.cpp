@@ -78,6 +78,21 @@ const std::vector<CodeText> ResultCodes{
      "considered in it, and the forces of the structure change it.",
      "Look at the unit of Young's modulus and of lengths. N and mm, or N and m, stay far below.",
      "0:2.06e19,0.3,0", "0:206000,0.3,0"},
+    {"K709", Severity::Warning, "Few digits of the displacements are right",
+     "Numbers have about 16 digits. A solution loses some of them, more where the stiffness of "
+     "neighbours is very different and where something is hardly held. kvx run estimates how many, "
+     "with the backward error and the condition of the equations (docs/large-models.md). Here "
+     "fewer "
+     "than 6 are left of the largest displacements: stresses, support forces and section forces, "
+     "which are made of differences, have fewer still. With fewer than 3 it is an error. The bound "
+     "is on the safe side: often a digit or two more are right.",
+     "Solves the equations, whatever comes out, and does not estimate what it loses.",
+     "Look for neighbours of very different stiffness (a thickness or a section in a wrong unit, "
+     "very short beams), and for parts that are hardly held: kvx check --deep names what can move. "
+     "Fine meshes lose digits, too: twice as many elements along a span, about one digit more. "
+     "If the model is meant so, solve it with the nodes in another order, too (kvx renumber): the "
+     "digits that stay are those to trust.",
+     "#0:\nTK=0.001", "#0:\nTK=10"},
     {"K711", Severity::Error, "Result files are not those of this model",
      "Files of results are in the folder which differ from what this model gives. They are of an "
      "earlier state of the model, or of another one. The finding tells for each file the first "

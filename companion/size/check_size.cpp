@@ -82,13 +82,16 @@ void CheckMemoryOfMatrix(const CheckedModel& model, double entries, std::uint64_
   } else {
     finding.message = "the matrix takes " + About(size.gigabytes) + " GB; this machine has " +
                       About(static_cast<double>(freeMemory) / BytesPerGigabyte) +
-                      " GB free. The run stops.";
+                      " GB free. korvex stops.";
   }
   if (!tooMany && size.bestGigabytes < WorthwhileShare * size.gigabytes) {
     finding.remedy = std::string(RenumberRemedy) + ", in which it takes " +
                      About(size.bestGigabytes) + " GB instead of " + About(size.gigabytes) + ".";
   } else {
-    finding.remedy = "Use a coarser mesh, or a machine with more memory.";
+    finding.remedy =
+        "See with kvx run --dry-run whether another engine fits; else use a coarser mesh, or a "
+        "machine "
+        "with more memory.";
   }
   AddFinding(std::move(finding), findings);
 }

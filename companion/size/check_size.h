@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "check/checked_model.h"
@@ -17,6 +18,9 @@ struct SolutionSize {
   double bestGigabytes = 0.0, bestSeconds = 0.0;  // in the best order found
   std::string bestOrder;                          // its name, "given" where none is better
 };
+
+// What no matrix takes.
+inline constexpr std::uint64_t UnlimitedMemory = std::numeric_limits<std::uint64_t>::max();
 
 // "0.024 GB, about 0.2 s"
 std::string DescribeSize(double gigabytes, double seconds);

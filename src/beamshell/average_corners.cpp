@@ -14,6 +14,7 @@
 
 #include "beamshell/point_grid.h"
 #include "results/corner_sum.h"
+#include "workers/share_range.h"
 
 namespace korvex {
 
@@ -202,30 +203,49 @@ void AverageNode(const std::vector<Corner>& coincident, const std::size_t* posit
   }
 }
 
-}  // namespace
-
-void AverageBeamShellStresses(std::vector<BeamShellModel>& models) {
-  CornerTable table;
-  BuildCornerTable(models, table);
+// The lists that serve for one node after another.
+struct NodeLists {
   Family family;
   Numbers candidates;
   std::vector<Corner> coincident;
-  for (std::size_t own = 0; own < models.size(); ++own) {
-    FindFamily(models, table, own, family);
-    bool hasAll = false;  // whether `coincident` has all corners of the family
-    // Node by node, because all corners at a node have the same coincident corners.
-    for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
-      const std::size_t begin = table.firstCorner[node], end = table.firstCorner[node + 1];
-      if (begin == end) continue;
-      const Vector3& point = table.points[node];
-      if (!hasAll || !IsEverywhere(point)) {
-        FindCandidates(table, family, point, candidates);
-        FindCoincident(table, family, point, candidates, coincident);
-        hasAll = IsEverywhere(point);
-      }
-      AverageNode(coincident, &table.corners[begin], end - begin, own, models);
+};
+
+// Averages all corners of model `own`.
+void AverageModel(const CornerTable& table, std::size_t own, NodeLists& lists,
+                  std::vector<BeamShellModel>& models) {
+  FindFamily(models, table, own, lists.family);
+  bool hasAll = false;  // whether `coincident` has all corners of the family
+  // Node by node, because all corners at a node have the same coincident corners.
+  for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
+    const std::size_t begin = table.firstCorner[node], end = table.firstCorner[node + 1];
+    if (begin == end) continue;
+    const Vector3& point = table.points[node];
+    if (!hasAll || !IsEverywhere(point)) {
+      FindCandidates(table, lists.family, point, lists.candidates);
+      FindCoincident(table, lists.family, point, lists.candidates, lists.coincident);
+      hasAll = IsEverywhere(point);
     }
+    AverageNode(lists.coincident, &table.corners[begin], end - begin, own, models);
   }
+}
+
+// The models that a thread takes at once.
+constexpr std::int64_t PieceModels = 4;
+
+}  // namespace
+
+// A model's averages are written by the one thread that has the model; the others read only what is
+// averaged, and where it lies.
+void AverageBeamShellStresses(std::vector<BeamShellModel>& models, int threads) {
+  CornerTable table;
+  BuildCornerTable(models, table);
+  ShareRange(threads, static_cast<std::int64_t>(models.size()), PieceModels,
+             [&](std::int64_t first, std::int64_t end) {
+               NodeLists lists;
+               for (std::int64_t own = first; own < end; ++own) {
+                 AverageModel(table, static_cast<std::size_t>(own), lists, models);
+               }
+             });
 }
 
 }  // namespace korvex

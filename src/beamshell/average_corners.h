@@ -14,7 +14,7 @@ namespace korvex {
 
 // Fills AvgStressTop and AvgStressBottom of all shells from NodeStressTop and NodeStressBottom.
 // A sum runs over the own model, then over the others in table order, shell by shell, corner by
-// corner.
-void AverageBeamShellStresses(std::vector<BeamShellModel>& models);
+// corner. threads: each averages some of the models.
+void AverageBeamShellStresses(std::vector<BeamShellModel>& models, int threads = 1);
 
 }  // namespace korvex

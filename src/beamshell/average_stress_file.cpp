@@ -1,5 +1,10 @@
+// Every part of the file is a table of rows: lines, or a shell with the lines of its stresses. The
+// parts of the detail models are one table together, because most beams have few rows.
 #include "beamshell/average_stress_file.h"
 
+#include <algorithm>
+
+#include "report/check_memory.h"
 #include "report/texts.h"
 #include "results/corner_stress.h"
 #include "results/result_file.h"
@@ -8,81 +13,141 @@ namespace korvex {
 
 namespace {
 
-// Writes one line of `count` values.
+// Usual characters of a number and its comma.
+constexpr std::int64_t NumberSize = 10;
+
+// Adds one line of `count` values.
 template <typename Value>
-void WriteRow(ResultFile& file, const Value* values, std::size_t count) {
+void AddValues(std::string& text, const Value* values, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
-    if (i > 0) Add(file, ',');
-    Add(file, values[i]);
+    if (i > 0) Add(text, ',');
+    Add(text, values[i]);
   }
-  AddLine(file);
+  AddLine(text);
 }
 
 // displacements: DofsPerNode per node, node by node.
-void WriteDisplacements(ResultFile& file, const std::vector<double>& displacements) {
-  for (std::size_t first = 0; first < displacements.size(); first += DofsPerNode) {
-    WriteRow(file, &displacements[first], DofsPerNode);
-  }
+void AddDisplacements(std::string& text, const std::vector<double>& displacements,
+                      std::size_t node) {
+  AddValues(text, &displacements[node * DofsPerNode], DofsPerNode);
 }
 
-void WriteFace(ResultFile& file, const StressVector& stress) {
+void AddFace(std::string& text, const StressVector& stress) {
   for (const double component : stress) {
-    Add(file, component);
-    Add(file, ',');
+    Add(text, component);
+    Add(text, ',');
   }
-  AddLine(file, EquivalentStress(stress));
+  AddLine(text, EquivalentStress(stress));
 }
 
-// connectivity: elements x Nodes node indices, element-major.
+// Adds shell e. connectivity: elements x Nodes node indices, element-major.
 template <std::int32_t Nodes>
-void WriteShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shells,
-                 const std::vector<std::int32_t>& connectivity) {
-  for (std::size_t e = 0; e < shells.size(); ++e) {
-    WriteRow(file, &connectivity[e * Nodes], Nodes);
-    for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
-      WriteFace(file, shells[e].AvgStressTop[k]);
-      WriteFace(file, shells[e].AvgStressBottom[k]);
-    }
+void AddShell(std::string& text, const std::vector<ShellElement<Nodes>>& shells,
+              const std::vector<std::int32_t>& connectivity, std::size_t e) {
+  AddValues(text, &connectivity[e * Nodes], Nodes);
+  for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
+    AddFace(text, shells[e].AvgStressTop[k]);
+    AddFace(text, shells[e].AvgStressBottom[k]);
   }
 }
 
-// Writes a point as key(x,y,z).
-void WritePoint(ResultFile& file, const char* key, const Vector3& point) {
-  AddLine(file, key, '(', point[0], ',', point[1], ',', point[2], ')');
+template <std::int32_t Nodes>
+void AddShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shells,
+               const std::vector<std::int32_t>& connectivity) {
+  constexpr std::int64_t RowSize = (2 * 7 * NumberSize + NumberSize) * Nodes;
+  AddRows(file, static_cast<std::int64_t>(shells.size()), RowSize,
+          [&](std::int64_t e, std::string& text) {
+            AddShell(text, shells, connectivity, static_cast<std::size_t>(e));
+          });
 }
 
-void WriteDetailModel(ResultFile& file, const BeamShellModel& detail) {
-  AddLine(file, "NPOIN=", detail.NodeCount);
-  for (const Vector3& node : detail.NodeCoords) WriteRow(file, node.data(), node.size());
-  WriteDisplacements(file, detail.Displacements);
-  AddLine(file, "NELEM=", detail.ShellCount);
-  WriteShells(file, detail.Shells, detail.ShellNodes);
+void AddNodes(ResultFile& file, const Model& model) {
+  AddLine(file.text, "NPOIN=", model.Tables.NPOIN);
+  AddRows(file, static_cast<std::int64_t>(model.Tables.Nodes.size()), 3 * NumberSize,
+          [&](std::int64_t n, std::string& text) {
+            const Node& node = model.Tables.Nodes[static_cast<std::size_t>(n)];
+            AddLine(text, node.x, ',', node.y, ',', node.z);
+          });
+  AddRows(file, static_cast<std::int64_t>(model.Displacements.size() / DofsPerNode), 6 * NumberSize,
+          [&](std::int64_t n, std::string& text) {
+            AddDisplacements(text, model.Displacements, static_cast<std::size_t>(n));
+          });
+}
+
+// Adds a point as key(x,y,z).
+void AddPoint(std::string& text, const char* key, const Vector3& point) {
+  AddLine(text, key, '(', point[0], ',', point[1], ',', point[2], ')');
+}
+
+// The rows of a detail model: its head lines, nodes, displacements, the number of shells, shells.
+std::size_t CountDetailRows(const BeamShellModel& detail) {
+  return 2 + detail.NodeCoords.size() + detail.Displacements.size() / DofsPerNode +
+         detail.Shells.size();
+}
+
+// Adds row `row` of the detail model of this beam.
+void AddDetailRow(std::string& text, std::size_t beam, const BeamShellModel& detail,
+                  std::size_t row) {
+  if (row == 0) {
+    AddLine(text, "BEI=", static_cast<std::int64_t>(beam));
+    AddPoint(text, "SND", detail.EndPoint1);
+    AddPoint(text, "END", detail.EndPoint2);
+    AddLine(text, "NPOIN=", detail.NodeCount);
+    return;
+  }
+  std::size_t i = row - 1;
+  if (i < detail.NodeCoords.size()) {
+    AddValues(text, detail.NodeCoords[i].data(), detail.NodeCoords[i].size());
+    return;
+  }
+  i -= detail.NodeCoords.size();
+  const std::size_t displacements = detail.Displacements.size() / DofsPerNode;
+  if (i < displacements) {
+    AddDisplacements(text, detail.Displacements, i);
+  } else if (i == displacements) {
+    AddLine(text, "NELEM=", detail.ShellCount);
+  } else {
+    AddShell(text, detail.Shells, detail.ShellNodes, i - displacements - 1);
+  }
+}
+
+// Sets the first row of each detail model in their common table, and the number of all rows.
+// firstRow: [details + 1].
+void CountRows(const std::vector<BeamShellModel>& details, std::vector<std::size_t>& firstRow) {
+  AllocateItems("the rows of " + std::to_string(details.size()) + " detail models",
+                details.size() + 1, firstRow);
+  for (std::size_t b = 0; b < details.size(); ++b) {
+    firstRow[b + 1] = firstRow[b] + CountDetailRows(details[b]);
+  }
+}
+
+void AddDetails(ResultFile& file, const std::vector<BeamShellModel>& details,
+                const std::vector<std::size_t>& firstRow) {
+  constexpr std::int64_t RowSize = 30 * NumberSize;  // half of the rows are shells
+  AddRows(file, static_cast<std::int64_t>(firstRow.back()), RowSize,
+          [&](std::int64_t row, std::string& text) {
+            const auto r = static_cast<std::size_t>(row);
+            const auto next = std::upper_bound(firstRow.begin(), firstRow.end(), r);
+            const auto b = static_cast<std::size_t>(next - firstRow.begin()) - 1;
+            AddDetailRow(text, b, details[b], r - firstRow[b]);
+          });
 }
 
 }  // namespace
 
-bool WriteAverageStressFile(const std::string& fileName, const Model& model) {
+bool WriteAverageStressFile(const std::string& fileName, const Model& model, int threads) {
+  // Before the file is opened: without memory none is begun.
+  std::vector<std::size_t> firstRow;
+  CountRows(model.BeamShellModels, firstRow);
   ResultFile file;
-  OpenResultFile(fileName, AverageStressFileFailed, file);
-
-  AddLine(file, "NPOIN=", model.Tables.NPOIN);
-  for (const Node& node : model.Tables.Nodes) {
-    AddLine(file, node.x, ',', node.y, ',', node.z);
-  }
-  WriteDisplacements(file, model.Displacements);
-  AddLine(file, "NELEM_S_4ND=", model.Tables.NELEM_S_4ND);
-  WriteShells(file, model.Shell4Elements, model.Tables.Shell4Nodes);
-  AddLine(file, "NELEM_S_3ND=", model.Tables.NELEM_S_3ND);
-  WriteShells(file, model.Shell3Elements, model.Tables.Shell3Nodes);
-
-  AddLine(file, "NELEM_B=", model.Tables.NELEM_B);
-  for (std::size_t b = 0; b < model.BeamShellModels.size(); ++b) {
-    const BeamShellModel& detail = model.BeamShellModels[b];
-    AddLine(file, "BEI=", static_cast<std::int64_t>(b));
-    WritePoint(file, "SND", detail.EndPoint1);
-    WritePoint(file, "END", detail.EndPoint2);
-    WriteDetailModel(file, detail);
-  }
+  OpenResultFile(fileName, AverageStressFileFailed, file, threads);
+  AddNodes(file, model);
+  AddLine(file.text, "NELEM_S_4ND=", model.Tables.NELEM_S_4ND);
+  AddShells(file, model.Shell4Elements, model.Tables.Shell4Nodes);
+  AddLine(file.text, "NELEM_S_3ND=", model.Tables.NELEM_S_3ND);
+  AddShells(file, model.Shell3Elements, model.Tables.Shell3Nodes);
+  AddLine(file.text, "NELEM_B=", model.Tables.NELEM_B);
+  AddDetails(file, model.BeamShellModels, firstRow);
   return CloseResultFile(file);
 }
 

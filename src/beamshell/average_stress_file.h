@@ -17,7 +17,7 @@
 namespace korvex {
 
 // Returns false if the file could not be written completely. Throws a Stop where it cannot be
-// opened.
-bool WriteAverageStressFile(const std::string& fileName, const Model& model);
+// opened, and where the memory is too small to count its rows. threads: that make the text.
+bool WriteAverageStressFile(const std::string& fileName, const Model& model, int threads = 1);
 
 }  // namespace korvex

@@ -31,6 +31,14 @@ constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
 constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
                                         4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
 
+constexpr std::uint64_t BytesPerLink = sizeof(BeamElement) + 2 * sizeof(std::int32_t);
+
+// Tables of the equation system, per equation: those of the profile, and those of the search for
+// independent systems (skyline/independent_systems.cpp), which also lists non-zero entries in up to
+// an eighth of the matrix's memory.
+constexpr std::uint64_t TableBytesPerEquation = 140;
+constexpr std::uint64_t BytesPerEntry = sizeof(double) + sizeof(double) / 8;
+
 [[noreturn]] void StopTooManySteps(std::int32_t beam, double steps) {
   NumberBuffer buffer;
   std::string text = "Beam element " + std::to_string(beam) + ": its detail model would have ";
@@ -75,7 +83,6 @@ void EmptyTables(std::int32_t beam, BeamShellModel& model) {
   const auto nodes = static_cast<std::size_t>(model.NodeCount);
   const auto shells = static_cast<std::size_t>(model.ShellCount);
   const auto links = static_cast<std::size_t>(model.LinkCount);
-  constexpr std::size_t BytesPerLink = sizeof(BeamElement) + 2 * sizeof(std::int32_t);
   const std::size_t bytes = nodes * BytesPerNode + shells * BytesPerShell + links * BytesPerLink;
   AllocateOrStop("the detail model of beam element " + std::to_string(beam), bytes, 1, [&] {
     Empty(nodes, model.NodeCoords);
@@ -148,6 +155,16 @@ std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
   const auto n = static_cast<std::uint64_t>(CountSteps(outline, beam, model));
   return (outline.points.size() * (n + 1) + 2) * BytesPerNode +
          outline.segments.size() * n * BytesPerShell;
+}
+
+// The shells between two stations couple their 2 P nodes: no column is higher.
+std::uint64_t CountSystemBytes(const SectionOutline& outline, std::int32_t beam,
+                               const BeamShellModel& model) {
+  const auto n = static_cast<std::uint64_t>(CountSteps(outline, beam, model));
+  const std::uint64_t P = outline.points.size();
+  const auto dofs = static_cast<std::uint64_t>(model.DofsPerNode);
+  const std::uint64_t equations = (P * (n + 1) + 2) * dofs;
+  return equations * (2 * P * dofs * BytesPerEntry + TableBytesPerEquation) + 2 * P * BytesPerLink;
 }
 
 void ExtrudeOutline(const SectionOutline& outline, std::int32_t beam, BeamShellModel& model) {

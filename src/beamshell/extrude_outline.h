@@ -17,6 +17,11 @@ namespace korvex {
 std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model);
 
+// Returns the most bytes that the links and the equation system of the model will need, which pass
+// to the next model after the solution. Arguments and Stop as for ExtrudeOutline.
+std::uint64_t CountSystemBytes(const SectionOutline& outline, std::int32_t beam,
+                               const BeamShellModel& model);
+
 // Fills nodes, shells and links of `model` and their counts. E, Mu, the end points and the
 // orientation vector must be set.
 // outline: shifted by the section's offset, not empty; beam: the beam's number, for the notice.

@@ -11,9 +11,15 @@
 namespace korvex {
 
 // Fills model.BeamShellModels from the beams and the displacements, in table order. Does nothing if
-// there is no beam. share: called before each beam with the share of the beams that are done, 0 for
-// the first alone; may be empty. Throws a Stop where a beam's BeamSecType has no section table,
-// where a detail model has too many equations, and where the memory is too small.
-void GenerateBeamShells(Model& model, const ShareCallback& share = {});
+// there is no beam. Throws a Stop where a beam's BeamSecType has no section table, where a detail
+// model has too many equations, and where the memory is too small.
+//
+// share: called with the share of the beams that are done, which never falls, on the caller's
+// thread: before each beam of that thread, and with several threads once before any beam. May be
+// empty.
+//
+// threads: each solves some of the beams, in its own memory; there are fewer where the memory has
+// no room for as many systems. A Stop is that of the first beam that has one.
+void GenerateBeamShells(Model& model, const ShareCallback& share = {}, int threads = 1);
 
 }  // namespace korvex

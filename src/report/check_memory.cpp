@@ -2,6 +2,7 @@
 // product of two counts may need more than 64 bits.
 #include "report/check_memory.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <utility>
 
@@ -30,9 +31,20 @@ void StopOutOfMemory(const std::string& what, std::uint64_t count, std::uint64_t
   throw Stop{StopKind::Notice, std::move(text)};
 }
 
+bool HasMemory(std::uint64_t count, std::uint64_t itemSize) {
+  return count <= SmallSize / itemSize || count <= ReadFreeMemory() / itemSize;
+}
+
+int CountThreadsInMemory(int threads, std::uint64_t common, std::uint64_t each) {
+  if (threads < 2) return 1;
+  const std::uint64_t freeMemory = ReadFreeMemory();
+  const std::uint64_t rest = freeMemory - std::min(freeMemory, common + each);
+  const std::uint64_t others = rest / (each + ThreadBytes);
+  return 1 + static_cast<int>(std::min(others, static_cast<std::uint64_t>(threads) - 1));
+}
+
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize) {
-  if (count <= SmallSize / itemSize) return;
-  if (count > ReadFreeMemory() / itemSize) StopOutOfMemory(what, count, itemSize);
+  if (!HasMemory(count, itemSize)) StopOutOfMemory(what, count, itemSize);
 }
 
 void CheckOpeningMemory() {

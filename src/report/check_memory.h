@@ -22,6 +22,17 @@ namespace korvex {
 [[noreturn]] void StopOutOfMemory(const std::string& what, std::uint64_t count,
                                   std::uint64_t itemSize);
 
+// Whether the free memory holds the items: for callers that can do with fewer.
+bool HasMemory(std::uint64_t count, std::uint64_t itemSize);
+
+// What a further thread takes besides its data, in bytes: the usual stack, 8 MB, and the addresses
+// that the C library reserves for its heap, up to 128 MB. They count where addresses are limited.
+inline constexpr std::uint64_t ThreadBytes = std::uint64_t{136} << 20U;
+
+// How many of `threads` threads the free memory holds at once, at least 1. In bytes, up to 2^62:
+// common: of data that all of them need; each: of data of each.
+int CountThreadsInMemory(int threads, std::uint64_t common, std::uint64_t each);
+
 // Throws a Stop where the free memory is smaller than the items. Arguments as above.
 void CheckMemory(const std::string& what, std::uint64_t count, std::uint64_t itemSize);
 

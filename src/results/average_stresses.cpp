@@ -7,6 +7,7 @@
 
 #include "report/check_memory.h"
 #include "results/corner_sum.h"
+#include "workers/share_range.h"
 
 namespace korvex {
 
@@ -62,18 +63,14 @@ bool AreAlike(const ShellElement<Nodes>& a, std::size_t k, const ShellElement<No
          HaveEqualBits(&a.NodeStressBottom[k], &b.NodeStressBottom[m], sizeof(StressVector));
 }
 
-// If the corner of element e at `node` equals that of the element listed before it (AreAlike),
-// copies that element's average and returns true: both sums have the same terms in the same order.
+// If the corner of element e at `node` equals that of `before`, the element listed before it
+// (AreAlike), copies that element's average and returns true: both sums have the same terms in the
+// same order.
 // Why: a sum takes one step per corner at the node. A file with a wrong count may have millions of
 // elements, all zeros and all at node 0; with the copies only one sum is formed for them.
 template <std::int32_t Nodes>
-bool CopyAverage(const NodeElements& lists, const std::vector<std::int32_t>& connectivity,
-                 std::int32_t e, std::int32_t node, std::vector<ShellElement<Nodes>>& elements) {
-  const auto n = static_cast<std::size_t>(node);
-  const auto begin = lists.elements.begin() + lists.first[n];
-  const auto own = std::lower_bound(begin, lists.elements.begin() + lists.first[n + 1], e);
-  if (own == begin) return false;
-  const std::int32_t before = *(own - 1);
+bool CopyAverage(const std::vector<std::int32_t>& connectivity, std::int32_t before, std::int32_t e,
+                 std::int32_t node, std::vector<ShellElement<Nodes>>& elements) {
   ShellElement<Nodes>& element = elements[static_cast<std::size_t>(e)];
   const ShellElement<Nodes>& other = elements[static_cast<std::size_t>(before)];
   const std::size_t k = FindCorner<Nodes>(connectivity, e, node);
@@ -83,6 +80,35 @@ bool CopyAverage(const NodeElements& lists, const std::vector<std::int32_t>& con
   element.AvgStressBottom[k] = other.AvgStressBottom[m];
   return true;
 }
+
+// The elements of one kind.
+template <std::int32_t Nodes>
+struct ShellKind {
+  std::vector<ShellElement<Nodes>>& elements;
+  const std::vector<std::int32_t>& connectivity;
+  // Averages the corner of element e at `node`, see AverageShell4NodeStress.
+  void (*average)(Model& model, const NodeElements& lists4, const NodeElements& lists3,
+                  std::int32_t e, std::int32_t node);
+};
+
+// Averages the corners at `node` of the elements in `lists`, those of one kind, in table order.
+// lists4, lists3: the elements of both kinds.
+template <std::int32_t Nodes>
+void AverageNode(const ShellKind<Nodes>& kind, const NodeElements& lists,
+                 const NodeElements& lists4, const NodeElements& lists3, std::int32_t node,
+                 Model& model) {
+  const auto n = static_cast<std::size_t>(node);
+  for (std::int64_t at = lists.first[n]; at < lists.first[n + 1]; ++at) {
+    const std::int32_t* e = &lists.elements[static_cast<std::size_t>(at)];
+    if (at > lists.first[n] && CopyAverage(kind.connectivity, e[-1], *e, node, kind.elements)) {
+      continue;
+    }
+    kind.average(model, lists4, lists3, *e, node);
+  }
+}
+
+// The nodes that a thread takes at once.
+constexpr std::int64_t PieceNodes = 64;
 
 }  // namespace
 
@@ -130,7 +156,7 @@ void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const Nod
   StoreAverage(sum, k, element);
 }
 
-void AverageNodeStresses(Model& model) {
+void AverageNodeStresses(Model& model, int threads) {
   NodeElements lists4, lists3;
   // Per node and list: the begin of the node's elements, in two arrays. Per corner: half an entry,
   // because element indices have 4 bytes.
@@ -142,18 +168,17 @@ void AverageNodeStresses(Model& model) {
         ListNodeElements(model.Tables.Shell4Nodes, NodesPerShell4, model.Tables.NPOIN, lists4);
         ListNodeElements(model.Tables.Shell3Nodes, NodesPerShell3, model.Tables.NPOIN, lists3);
       });
-  for (std::size_t p = 0; p < model.Tables.Shell4Nodes.size(); ++p) {
-    const auto e = static_cast<std::int32_t>(p / NodesPerShell4);
-    const std::int32_t node = model.Tables.Shell4Nodes[p];
-    if (CopyAverage(lists4, model.Tables.Shell4Nodes, e, node, model.Shell4Elements)) continue;
-    AverageShell4NodeStress(model, lists4, lists3, e, node);
-  }
-  for (std::size_t p = 0; p < model.Tables.Shell3Nodes.size(); ++p) {
-    const auto e = static_cast<std::int32_t>(p / NodesPerShell3);
-    const std::int32_t node = model.Tables.Shell3Nodes[p];
-    if (CopyAverage(lists3, model.Tables.Shell3Nodes, e, node, model.Shell3Elements)) continue;
-    AverageShell3NodeStress(model, lists4, lists3, e, node);
-  }
+  const ShellKind<NodesPerShell4> kind4{model.Shell4Elements, model.Tables.Shell4Nodes,
+                                        AverageShell4NodeStress};
+  const ShellKind<NodesPerShell3> kind3{model.Shell3Elements, model.Tables.Shell3Nodes,
+                                        AverageShell3NodeStress};
+  // Node by node: an average is read and written at its own node only, and so by one thread.
+  ShareRange(threads, model.Tables.NPOIN, PieceNodes, [&](std::int64_t first, std::int64_t end) {
+    for (auto node = static_cast<std::int32_t>(first); node < end; ++node) {
+      AverageNode(kind4, lists4, lists4, lists3, node, model);
+      AverageNode(kind3, lists3, lists4, lists3, node, model);
+    }
+  });
 }
 
 }  // namespace korvex

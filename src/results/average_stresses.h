@@ -35,6 +35,6 @@ void AverageShell3NodeStress(Model& model, const NodeElements& lists4, const Nod
 
 // Averages all corners of all shell elements. Throws a Stop where the memory is too small for the
 // lists.
-void AverageNodeStresses(Model& model);
+void AverageNodeStresses(Model& model, int threads = 1);
 
 }  // namespace korvex

@@ -14,35 +14,40 @@ namespace korvex {
 
 namespace {
 
-void WriteEdge(ResultFile& file, const Vector3& a, const Vector3& b) {
-  Add(file, "LINE\n  8\n0\n");
-  AddLine(file, " 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2]);
-  AddLine(file, " 11\n", b[0], "\n 21\n", b[1], "\n 31\n", b[2]);
-  AddLine(file, "  0");
+void AddEdge(std::string& text, const Vector3& a, const Vector3& b) {
+  Add(text, "LINE\n  8\n0\n");
+  AddLine(text, " 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2]);
+  AddLine(text, " 11\n", b[0], "\n 21\n", b[1], "\n 31\n", b[2]);
+  AddLine(text, "  0");
 }
 
-// Writes the edges of each element: node 1-2, 2-3 and so on, and from the last node to node 1.
+// Adds the edges of each element: node 1-2, 2-3 and so on, and from the last node to node 1.
 // connectivity: elements x nodesPerElement node indices, element-major; points: one per node.
-void WriteEdges(ResultFile& file, const std::vector<std::int32_t>& connectivity,
-                std::size_t nodesPerElement, const std::vector<Vector3>& points) {
-  for (std::size_t first = 0; first < connectivity.size(); first += nodesPerElement) {
-    for (std::size_t k = 0; k < nodesPerElement; ++k) {
-      const std::int32_t a = connectivity[first + k];
-      const std::int32_t b = connectivity[first + (k + 1) % nodesPerElement];
-      WriteEdge(file, points[static_cast<std::size_t>(a)], points[static_cast<std::size_t>(b)]);
-    }
-  }
+void AddEdges(ResultFile& file, const std::vector<std::int32_t>& connectivity,
+              std::size_t nodesPerElement, const std::vector<Vector3>& points) {
+  constexpr std::size_t EdgeSize = 85;
+  AddRows(file, static_cast<std::int64_t>(connectivity.size() / nodesPerElement),
+          static_cast<std::int64_t>(nodesPerElement * EdgeSize),
+          [&](std::int64_t row, std::string& text) {
+            const std::size_t first = static_cast<std::size_t>(row) * nodesPerElement;
+            for (std::size_t k = 0; k < nodesPerElement; ++k) {
+              const std::int32_t a = connectivity[first + k];
+              const std::int32_t b = connectivity[first + (k + 1) % nodesPerElement];
+              AddEdge(text, points[static_cast<std::size_t>(a)],
+                      points[static_cast<std::size_t>(b)]);
+            }
+          });
 }
 
 // Draws all shell elements. points: one position per node. Returns whether the file is complete.
 bool WriteDrawing(const std::string& fileName, const Model& model,
-                  const std::vector<Vector3>& points) {
+                  const std::vector<Vector3>& points, int threads) {
   ResultFile file;
-  OpenResultFile(fileName, DrawingFailed, file);
-  Add(file, "  0\nSECTION\n  2\nENTITIES\n  0\n");
-  WriteEdges(file, model.Tables.Shell4Nodes, NodesPerShell4, points);
-  WriteEdges(file, model.Tables.Shell3Nodes, NodesPerShell3, points);
-  Add(file, "ENDSEC\n  0\nEOF\n");
+  OpenResultFile(fileName, DrawingFailed, file, threads);
+  Add(file.text, "  0\nSECTION\n  2\nENTITIES\n  0\n");
+  AddEdges(file, model.Tables.Shell4Nodes, NodesPerShell4, points);
+  AddEdges(file, model.Tables.Shell3Nodes, NodesPerShell3, points);
+  Add(file.text, "ENDSEC\n  0\nEOF\n");
   return CloseResultFile(file);
 }
 
@@ -78,14 +83,14 @@ double LargestExtent(const Model& model) {
 
 }  // namespace
 
-bool WriteStructureDrawing(const std::string& fileName, const Model& model) {
+bool WriteStructureDrawing(const std::string& fileName, const Model& model, int threads) {
   std::vector<Vector3> points;
   AllocatePoints(model, points);
   for (std::size_t n = 0; n < model.Tables.Nodes.size(); ++n) {
     const Node& node = model.Tables.Nodes[n];
     points[n] = {node.x, node.y, node.z};
   }
-  return WriteDrawing(fileName, model, points);
+  return WriteDrawing(fileName, model, points, threads);
 }
 
 double ComputeDrawingScale(const Model& model) {
@@ -93,7 +98,7 @@ double ComputeDrawingScale(const Model& model) {
   return LargestExtent(model) / LargestTranslation(model) * DrawnDisplacementShare;
 }
 
-bool WriteDeformationDrawing(const std::string& fileName, const Model& model) {
+bool WriteDeformationDrawing(const std::string& fileName, const Model& model, int threads) {
   const double scale = ComputeDrawingScale(model);
   std::vector<Vector3> points;
   AllocatePoints(model, points);
@@ -102,7 +107,7 @@ bool WriteDeformationDrawing(const std::string& fileName, const Model& model) {
     const double* u = Translations(model, n);
     points[n] = {node.x + scale * u[0], node.y + scale * u[1], node.z + scale * u[2]};
   }
-  return WriteDrawing(fileName, model, points);
+  return WriteDrawing(fileName, model, points, threads);
 }
 
 }  // namespace korvex

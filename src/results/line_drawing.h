@@ -15,13 +15,13 @@ namespace korvex {
 inline constexpr double DrawnDisplacementShare = 0.05;
 
 // Both routines return false if the file could not be written completely. They throw a Stop where
-// it cannot be opened or the memory is too small for the points.
+// it cannot be opened or the memory is too small for the points. threads: that make the text.
 
 // Draws the undeformed mesh.
-bool WriteStructureDrawing(const std::string& fileName, const Model& model);
+bool WriteStructureDrawing(const std::string& fileName, const Model& model, int threads = 1);
 
 // Draws the mesh with its translations scaled by ComputeDrawingScale.
-bool WriteDeformationDrawing(const std::string& fileName, const Model& model);
+bool WriteDeformationDrawing(const std::string& fileName, const Model& model, int threads = 1);
 
 // Returns (largest edge of the nodes' bounding box / largest absolute translation component) x
 // DrawnDisplacementShare. Not finite if all translations are zero; 0 for a model without nodes.

@@ -13,6 +13,7 @@ namespace korvex {
 
 // Returns false if the file could not be written completely. Throws a Stop where it cannot be
 // opened.
-bool WriteNodeDisplacements(const std::string& fileName, const Model& model);
+// threads: that make the text.
+bool WriteNodeDisplacements(const std::string& fileName, const Model& model, int threads = 1);
 
 }  // namespace korvex

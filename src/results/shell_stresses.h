@@ -12,10 +12,10 @@ namespace korvex {
 // displacements: six per node, global; connectivity: elements x 4 node indices, element-major.
 void RecoverShell4Stresses(const std::vector<double>& displacements,
                            const std::vector<std::int32_t>& connectivity,
-                           std::vector<Shell4Element>& elements);
+                           std::vector<Shell4Element>& elements, int threads = 1);
 
 // Fills NodeStressTop and NodeStressBottom of all shell elements from model.Displacements. All
 // three corners of a three-node element get the values at its first corner.
-void RecoverShellStresses(Model& model);
+void RecoverShellStresses(Model& model, int threads = 1);
 
 }  // namespace korvex

@@ -18,48 +18,57 @@ struct StressFile {
 constexpr StressFile ElementFile{"Four-nodes shell element:", "Three-nodes shell element:", false};
 constexpr StressFile AverageFile{"Four-nodes element:", "Three-nodes element:", true};
 
-void WriteFace(ResultFile& file, std::int32_t node, const StressVector& stress) {
-  AddNodeColumn(file, node);
-  for (const double component : stress) AddColumn(file, component);
-  AddColumn(file, EquivalentStress(stress));
-  AddLine(file);
+void AddFace(std::string& text, std::int32_t node, const StressVector& stress) {
+  AddNodeColumn(text, node);
+  for (const double component : stress) AddColumn(text, component);
+  AddColumn(text, EquivalentStress(stress));
+  AddLine(text);
 }
 
-// connectivity: elements x Nodes node indices, element-major.
+// The block of element e. connectivity: elements x Nodes node indices, element-major.
 template <std::int32_t Nodes>
-void WriteBlocks(ResultFile& file, const char* title, bool averaged,
-                 const std::vector<ShellElement<Nodes>>& elements,
-                 const std::vector<std::int32_t>& connectivity) {
-  for (std::size_t e = 0; e < elements.size(); ++e) {
-    const ShellElement<Nodes>& element = elements[e];
-    const auto& top = averaged ? element.AvgStressTop : element.NodeStressTop;
-    const auto& bottom = averaged ? element.AvgStressBottom : element.NodeStressBottom;
-    AddLine(file, title, static_cast<std::int64_t>(e));
-    AddTitles(file, {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"});
-    for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
-      const std::int32_t node = connectivity[e * Nodes + k];
-      WriteFace(file, node, top[k]);
-      WriteFace(file, node, bottom[k]);
-    }
+void AddBlock(std::string& text, const char* title, bool averaged, std::size_t e,
+              const ShellElement<Nodes>& element, const std::vector<std::int32_t>& connectivity) {
+  const auto& top = averaged ? element.AvgStressTop : element.NodeStressTop;
+  const auto& bottom = averaged ? element.AvgStressBottom : element.NodeStressBottom;
+  AddLine(text, title, static_cast<std::int64_t>(e));
+  AddTitles(text, {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"});
+  for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
+    const std::int32_t node = connectivity[e * Nodes + k];
+    AddFace(text, node, top[k]);
+    AddFace(text, node, bottom[k]);
   }
 }
 
-bool WriteStressFile(const StressFile& layout, const std::string& fileName, const Model& model) {
+template <std::int32_t Nodes>
+void AddBlocks(ResultFile& file, const char* title, bool averaged,
+               const std::vector<ShellElement<Nodes>>& elements,
+               const std::vector<std::int32_t>& connectivity) {
+  constexpr std::int64_t LineSize = 121;
+  AddRows(file, static_cast<std::int64_t>(elements.size()), (2 * Nodes + 2) * LineSize,
+          [&](std::int64_t row, std::string& text) {
+            const auto e = static_cast<std::size_t>(row);
+            AddBlock(text, title, averaged, e, elements[e], connectivity);
+          });
+}
+
+bool WriteStressFile(const StressFile& layout, const std::string& fileName, const Model& model,
+                     int threads) {
   ResultFile file;
-  OpenResultFile(fileName, StressFileFailed, file);
-  WriteBlocks(file, layout.title4, layout.averaged, model.Shell4Elements, model.Tables.Shell4Nodes);
-  WriteBlocks(file, layout.title3, layout.averaged, model.Shell3Elements, model.Tables.Shell3Nodes);
+  OpenResultFile(fileName, StressFileFailed, file, threads);
+  AddBlocks(file, layout.title4, layout.averaged, model.Shell4Elements, model.Tables.Shell4Nodes);
+  AddBlocks(file, layout.title3, layout.averaged, model.Shell3Elements, model.Tables.Shell3Nodes);
   return CloseResultFile(file);
 }
 
 }  // namespace
 
-bool WriteElementNodeStresses(const std::string& fileName, const Model& model) {
-  return WriteStressFile(ElementFile, fileName, model);
+bool WriteElementNodeStresses(const std::string& fileName, const Model& model, int threads) {
+  return WriteStressFile(ElementFile, fileName, model, threads);
 }
 
-bool WriteAverageNodeStresses(const std::string& fileName, const Model& model) {
-  return WriteStressFile(AverageFile, fileName, model);
+bool WriteAverageNodeStresses(const std::string& fileName, const Model& model, int threads) {
+  return WriteStressFile(AverageFile, fileName, model, threads);
 }
 
 }  // namespace korvex

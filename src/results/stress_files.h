@@ -13,12 +13,12 @@
 namespace korvex {
 
 // Both routines return false if the file could not be written completely, and throw a Stop where it
-// cannot be opened.
+// cannot be opened. threads: that make the text.
 
 // Writes the corner stresses as recovered.
-bool WriteElementNodeStresses(const std::string& fileName, const Model& model);
+bool WriteElementNodeStresses(const std::string& fileName, const Model& model, int threads = 1);
 
 // Writes the averaged corner stresses.
-bool WriteAverageNodeStresses(const std::string& fileName, const Model& model);
+bool WriteAverageNodeStresses(const std::string& fileName, const Model& model, int threads = 1);
 
 }  // namespace korvex

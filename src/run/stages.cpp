@@ -37,7 +37,7 @@ void Allocate(Job& job) { AllocateStiffness(job.model.Stiffness); }
 
 void Assemble(Job& job) {
   job.inconsistencies += CountOnForming(job.model);
-  AssembleStiffness(job.model);
+  AssembleStiffness(job.model, job.threads);
 }
 
 void Load(Job& job) {
@@ -49,21 +49,22 @@ void Support(Job& job) { ImposeSupports(job.model); }
 
 void Solve(Job& job) {
   Model& model = job.model;
-  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, job.progress);
+  SolveSkyline(model.Stiffness, model.LoadVector, model.Displacements, job.progress, job.threads);
 }
 
 void RecoverStresses(Job& job) {
   job.inconsistencies += CountOnRecovery(job.model);
-  RecoverShellStresses(job.model);
+  RecoverShellStresses(job.model, job.threads);
 }
 
-void AverageStresses(Job& job) { AverageNodeStresses(job.model); }
+void AverageStresses(Job& job) { AverageNodeStresses(job.model, job.threads); }
 
-void MakeDetailModels(Job& job) { GenerateBeamShells(job.model, job.detailShare); }
+void MakeDetailModels(Job& job) { GenerateBeamShells(job.model, job.detailShare, job.threads); }
 
 // Writes a file in the job's folder. write: returns false if the file is incomplete.
-void WriteFile(const char* name, bool (*write)(const std::string&, const Model&), Job& job) {
-  if (!write(job.folder + name, job.model)) job.incompleteFiles.push_back(job.folder + name);
+void WriteFile(const char* name, bool (*write)(const std::string&, const Model&, int), Job& job) {
+  if (!write(job.folder + name, job.model, job.threads))
+    job.incompleteFiles.push_back(job.folder + name);
 }
 
 void DrawStructure(Job& job) { WriteFile(StructureDrawingName, WriteStructureDrawing, job); }

@@ -23,6 +23,7 @@ struct Job {
   ShareCallback detailShare;                 // called during the detail models; may be empty
   std::vector<std::string> incompleteFiles;  // output files that could not be written completely
   int inconsistencies = 0;                   // lines to be printed (inconsistencies.h)
+  int threads = 1;                           // that the stages may use; results do not depend on it
 };
 
 // The report that the run driver prints for a stage, besides its fixed lines.

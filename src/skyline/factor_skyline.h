@@ -15,16 +15,20 @@ namespace korvex {
 
 // Factorises K and reduces F, both in place.
 // vectorBits: 128, 256 or 512, at most WidestVectorBits(); with 0, or where the program has no
-// panel
-//    routine for this length, the plain routine does the work.
+// routine for this length, the plain routine does the work, on one thread.
+//
 // K: n columns with values; on return D on the diagonal and the factors l(i, j) above it.
 // F: n; on return y.
-// columns: counts the columns of K.
-// Throws a Stop where memory cannot hold the work space.
-void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F,
-                   ColumnCounter& columns);
+// columns: counts the columns of K, on the caller's thread.
+//
+// threads: at most as many work, fewer where more would not help (panel_pipeline.h) or have no
+// memory. The bits and the reports of `columns` do not depend on it.
+//
+// Throws a Stop where memory cannot hold the work space of one thread.
+void FactorSkyline(int vectorBits, SkylineMatrix& K, std::vector<double>& F, ColumnCounter& columns,
+                   int threads = 1);
 
 // Factorises K alone.
-void FactorSkyline(int vectorBits, SkylineMatrix& K, ColumnCounter& columns);
+void FactorSkyline(int vectorBits, SkylineMatrix& K, ColumnCounter& columns, int threads = 1);
 
 }  // namespace korvex

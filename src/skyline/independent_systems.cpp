@@ -138,14 +138,14 @@ void CollectSolution(const SetRange& set, CollectedLoad& collected) {
 // Solves a system for the loads that are the same so far. factors: its matrix, on return
 // factorised. Returns false if no load is the same after it.
 bool SolveSystem(const SetRange& set, SkylineMatrix& factors, std::vector<CollectedLoad>& loads,
-                 ColumnCounter& columns) {
+                 ColumnCounter& columns, int threads) {
   std::vector<LoadedSystem> parts;
   for (CollectedLoad& load : loads) {
     if (!load.isSame) continue;
     GatherLoad(set, load);
     parts.push_back({&load.systemY, &load.systemU});
   }
-  FactorAndSolve(WidestVectorBits(), factors, parts, columns);
+  FactorAndSolve(WidestVectorBits(), factors, parts, columns, threads);
   const std::vector<double> pivots = ListPivots(factors);
   bool isAnySame = false;
   for (CollectedLoad& load : loads) {
@@ -191,7 +191,8 @@ std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint6
 
 std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
                                                   const std::vector<LoadedSystem>& loads,
-                                                  std::size_t maxEntries, ColumnCounter& columns) {
+                                                  std::size_t maxEntries, ColumnCounter& columns,
+                                                  int threads) {
   // Each column has at least its diagonal entry. Where memory is short, no table is allocated.
   if (maxEntries < K.ColumnHeights.size()) return loads;
   if (std::any_of(loads.begin(), loads.end(), HasNegativeZero)) return loads;
@@ -211,7 +212,7 @@ std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
     const SetRange set = RangeOf(list, s);
     BuildSystemProfile(K, set, factors);
     FillSystem(sparse, set, list.places, factors);
-    isAnySame = SolveSystem(set, factors, collected, columns);
+    isAnySame = SolveSystem(set, factors, collected, columns, threads);
   }
   K.Values.swap(factors.Values);
   std::vector<LoadedSystem> others = TakeSolved(collected);

@@ -34,9 +34,12 @@ std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint6
 // columns: counts the columns of the systems. Where a load is returned, some of them may have been
 //    counted, if an infinity or NaN occurred after the solution began. The plan of its work is
 //    replaced.
+// threads: at most as many factorise a system; systems are solved one after another, in the memory
+//    of one.
 // After an exception the values of K are lost.
 std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
                                                   const std::vector<LoadedSystem>& loads,
-                                                  std::size_t maxEntries, ColumnCounter& columns);
+                                                  std::size_t maxEntries, ColumnCounter& columns,
+                                                  int threads = 1);
 
 }  // namespace korvex

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <cstdint>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "skyline/row_block.h"
 #include "skyline/solve_skyline_plain.h"
 #include "skyline/substitute_back.h"
+#include "workers/run_threads.h"
 
 namespace korvex {
 
@@ -109,16 +111,22 @@ void SolveAlone(const SkylineMatrix& K, const LoadedSystem& load, WorkShare* wor
   SubstituteBack(K, *load.F, *load.u, work);
 }
 
+// The doubles that the lanes of a group take, with a margin for their alignment.
+std::size_t CountLaneValues(const SkylineMatrix& K, const LoadGroup& group) {
+  return static_cast<std::size_t>(CountColumns(K) * CountLanes(group)) + CacheLine / sizeof(double);
+}
+
+void ReserveLanes(std::size_t size, std::vector<double>& memory) {
+  if (memory.capacity() >= size) return;
+  AllocateOrStop("the lanes of the loads", size, sizeof(double), [&] { memory.reserve(size); });
+}
+
 // Makes the lanes of a group, all zero, in `memory`.
 LaneArrays MakeLanes(SkylineMatrix& K, const LoadGroup& group, std::vector<double>& memory) {
   const std::int64_t lanes = CountLanes(group);
   const auto size = static_cast<std::size_t>(CountColumns(K) * lanes);
-  const std::size_t margin = CacheLine / sizeof(double);
-  if (memory.capacity() < size + margin) {
-    AllocateOrStop("the lanes of the loads", size + margin, sizeof(double),
-                   [&] { memory.reserve(size + margin); });
-  }
-  memory.assign(size + margin, 0.0);
+  ReserveLanes(CountLaneValues(K, group), memory);
+  memory.assign(CountLaneValues(K, group), 0.0);
   void* start = memory.data();
   std::size_t space = memory.size() * sizeof(double);
   std::align(CacheLine, size * sizeof(double), start, space);
@@ -150,30 +158,110 @@ void SolveGroup(const LaneRoutines& routines, SkylineMatrix& K,
   }
 }
 
+std::size_t CountGroups(const std::vector<LoadedSystem>& loads) {
+  return (loads.size() + GroupSize - 1) / GroupSize;
+}
+
+LoadGroup GroupOf(const std::vector<LoadedSystem>& loads, std::size_t number) {
+  const std::size_t first = number * GroupSize;
+  return {first, std::min(GroupSize, loads.size() - first)};
+}
+
+// The bytes of the lanes of one group, the largest.
+std::uint64_t CountLaneBytes(const SkylineMatrix& K, const std::vector<LoadedSystem>& loads) {
+  return loads.empty() ? 0 : CountLaneValues(K, GroupOf(loads, 0)) * sizeof(double);
+}
+
+// Groups that several threads solve side by side.
+struct SharedGroups {
+  const LaneRoutines& routines;
+  SkylineMatrix& K;  // is only read
+  const std::vector<LoadedSystem>& loads;
+  WorkShare* work;                          // of the caller's thread
+  std::vector<std::vector<double>> memory;  // [threads] for the lanes
+  std::atomic<std::size_t> next{0};         // the first group that nobody has taken
+  std::atomic<int> uncounted{0};            // groups that other threads have solved
+  std::atomic<bool> isStopped{false};       // nobody takes another group
+};
+
+void CountOthersGroups(SharedGroups& shared) {
+  const int groups = shared.uncounted.exchange(0);
+  if (groups == 0 || shared.work == nullptr) return;
+  AddWork(2.0 * groups * CountEntryUnits(shared.K, 0, CountColumns(shared.K)), *shared.work);
+}
+
+void TakeGroups(int number, SharedGroups& shared) {
+  const bool isCaller = number == 0;
+  while (!shared.isStopped) {
+    const std::size_t group = shared.next.fetch_add(1);
+    if (group >= CountGroups(shared.loads)) return;
+    SolveGroup(shared.routines, shared.K, shared.loads, GroupOf(shared.loads, group),
+               shared.memory[static_cast<std::size_t>(number)], isCaller ? shared.work : nullptr);
+    if (isCaller) {
+      CountOthersGroups(shared);
+    } else {
+      ++shared.uncounted;
+    }
+  }
+}
+
+// How many threads can solve groups at once: the memory has room for the lanes of all of them. They
+// are counted together, because memory that is granted and not yet used still counts as free.
+int CountThreadsWithLanes(const SkylineMatrix& K, const std::vector<LoadedSystem>& loads,
+                          int threads) {
+  const auto useful = std::min(CountGroups(loads), static_cast<std::size_t>(std::max(threads, 1)));
+  return CountThreadsInMemory(static_cast<int>(useful), 0, CountLaneBytes(K, loads));
+}
+
+// The lanes of all threads are allocated before they begin.
+void SolveGroupsOnThreads(const LaneRoutines& routines, SkylineMatrix& K,
+                          const std::vector<LoadedSystem>& loads, WorkShare* work, int threads) {
+  SharedGroups shared{routines, K, loads, work, {}};
+  shared.memory.resize(static_cast<std::size_t>(threads));
+  for (std::vector<double>& memory : shared.memory) {
+    ReserveLanes(CountLaneValues(K, GroupOf(loads, 0)), memory);
+  }
+  RunThreads(threads, [&](int number) {
+    try {
+      TakeGroups(number, shared);
+    } catch (...) {
+      shared.isStopped = true;
+      throw;
+    }
+  });
+  CountOthersGroups(shared);
+}
+
 }  // namespace
 
 void SolveLanes(int vectorBits, SkylineMatrix& K, const std::vector<LoadedSystem>& loads,
-                WorkShare* work) {
+                WorkShare* work, int threads) {
   const LaneRoutines routines = FindLaneRoutines(vectorBits);
   if (routines.reduce == nullptr) {
     for (const LoadedSystem& load : loads) SolveAlone(K, load, work);
     return;
   }
+  const int useful = CountThreadsWithLanes(K, loads, threads);
+  if (useful > 1) {
+    SolveGroupsOnThreads(routines, K, loads, work, useful);
+    return;
+  }
   std::vector<double> memory;
-  for (std::size_t first = 0; first < loads.size(); first += GroupSize) {
-    const LoadGroup group = {first, std::min(GroupSize, loads.size() - first)};
-    SolveGroup(routines, K, loads, group, memory, work);
+  for (std::size_t group = 0; group < CountGroups(loads); ++group) {
+    SolveGroup(routines, K, loads, GroupOf(loads, group), memory, work);
   }
 }
 
 void FactorAndSolve(int vectorBits, SkylineMatrix& K, const std::vector<LoadedSystem>& loads,
-                    ColumnCounter& columns) {
+                    ColumnCounter& columns, int threads) {
   if (loads.size() == 1) {
-    FactorSkyline(vectorBits, K, *loads[0].F, columns);
+    FactorSkyline(vectorBits, K, *loads[0].F, columns, threads);
     SubstituteBack(K, *loads[0].F, *loads[0].u, columns.work);
   } else {
-    FactorSkyline(vectorBits, K, columns);
-    SolveLanes(vectorBits, K, loads, columns.work);
+    // The lanes come afterwards and must find room beside what threads leave behind.
+    FactorSkyline(vectorBits, K, columns,
+                  CountThreadsInMemory(threads, CountLaneBytes(K, loads), 0));
+    SolveLanes(vectorBits, K, loads, columns.work, threads);
   }
 }
 

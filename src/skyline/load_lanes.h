@@ -24,15 +24,17 @@ struct LoadedSystem {
 // Solves L D L^T u = F for each load.
 // vectorBits: as for FactorSkyline (factor_skyline.h); with 0 the single routines do the work.
 // K: the factors as FactorSkyline leaves them; they do not change.
-// work: counts the work; null: nobody does.
-// Throws a Stop where memory cannot hold the lanes.
+// work: counts the work, on the caller's thread; null: nobody does.
+// threads: as many groups of 24 loads are solved side by side, each in lanes of its own; fewer
+// where memory has no room for them.
+// Throws a Stop where memory cannot hold the lanes of one group.
 void SolveLanes(int vectorBits, SkylineMatrix& K, const std::vector<LoadedSystem>& loads,
-                WorkShare* work);
+                WorkShare* work, int threads = 1);
 
 // Factorises K in place and solves K u = F for each load; a single load needs no lanes. Arguments
 // as for SolveLanes and FactorSkyline.
 void FactorAndSolve(int vectorBits, SkylineMatrix& K, const std::vector<LoadedSystem>& loads,
-                    ColumnCounter& columns);
+                    ColumnCounter& columns, int threads = 1);
 
 // The units of work (work_share.h) of FactorAndSolve without the factorisation. K: its profile.
 double CountSubstitutionUnits(const SkylineMatrix& K, std::size_t loads);

@@ -7,26 +7,27 @@
 
 namespace korvex {
 
-void SolveLoads(SkylineMatrix& K, const std::vector<LoadedSystem>& loads, ColumnCounter& columns) {
+void SolveLoads(SkylineMatrix& K, const std::vector<LoadedSystem>& loads, ColumnCounter& columns,
+                int threads) {
   if (loads.empty()) return;
   std::vector<LoadedSystem> unsolved;
   if (MayDecouple(K)) {
     const std::size_t maxEntries = FindMaxEntries(K, loads.size(), ReadFreeMemory());
-    unsolved = SolveIndependentSystems(K, loads, maxEntries, columns);
+    unsolved = SolveIndependentSystems(K, loads, maxEntries, columns, threads);
   } else {
     unsolved = loads;
   }
   if (unsolved.empty()) return;
   if (columns.work != nullptr) columns.work->rest = CountSolutionUnits(K, unsolved.size());
-  FactorAndSolve(WidestVectorBits(), K, unsolved, columns);
+  FactorAndSolve(WidestVectorBits(), K, unsolved, columns, threads);
 }
 
 void SolveLoads(SkylineMatrix& K, std::vector<std::vector<double>>& F,
-                std::vector<std::vector<double>>& u, WorkShare& work) {
+                std::vector<std::vector<double>>& u, WorkShare& work, int threads) {
   std::vector<LoadedSystem> loads;
   for (std::size_t k = 0; k < F.size(); ++k) loads.push_back({&F[k], &u[k]});
   ColumnCounter columns = {{}, CountColumns(K), 0, &work};
-  SolveLoads(K, loads, columns);
+  SolveLoads(K, loads, columns, threads);
 }
 
 double CountSolutionUnits(const SkylineMatrix& K, std::size_t loads) {

@@ -20,10 +20,11 @@ namespace korvex {
 //    into independent systems (independent_systems.h), its values are undefined on return.
 // F: n; on return y.
 // u: n, written completely.
-// progress: receives the progress of the factorisation; may be empty.
+// progress: receives the progress of the factorisation, on the caller's thread; may be empty.
+// threads: at most as many factorise; neither bits nor reports depend on it.
 // With n = 0 nothing is done or reported.
 // Throws a Stop where memory cannot hold the work space.
 void SolveSkyline(SkylineMatrix& K, std::vector<double>& F, std::vector<double>& u,
-                  const ProgressCallback& progress);
+                  const ProgressCallback& progress, int threads = 1);
 
 }  // namespace korvex

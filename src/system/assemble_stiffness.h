@@ -19,9 +19,11 @@ using TakeElementMatrix =
 
 // Calls `take` with the matrices of all elements: four-node shells, three-node shells, beams, each
 // in table order.
-void FormElementMatrices(const Model& model, const TakeElementMatrix& take);
+// threads: that form the matrices; `take` is called on the caller's thread alone.
+void FormElementMatrices(const Model& model, const TakeElementMatrix& take, int threads = 1);
 
 // Adds the matrices of all elements to `model.Stiffness`, whose values must be allocated and zero.
-void AssembleStiffness(Model& model);
+// threads: as above.
+void AssembleStiffness(Model& model, int threads = 1);
 
 }  // namespace korvex

@@ -12,20 +12,32 @@
 
 namespace korvex {
 
-// Forms the stiffness of `element` and calls take(ke, g, n).
+// The stiffness of an element with so many nodes.
+template <std::int32_t Nodes>
+struct ElementMatrix {
+  static constexpr std::int32_t n = Nodes * DofsPerNode;
+  std::array<double, static_cast<std::size_t>(n) * n> ke;  // n x n, row-major, global axes
+  std::array<std::int32_t, n> g;                           // the equations of its rows
+};
+
+// Forms the stiffness of `element`.
 // nodes: the element's `Nodes` node indices.
 // stiffness: the routine of the element kind; writes n x n completely, n = 6 * Nodes.
-// take: gets ke: n x n, row-major, global axes; g: n, the equations of its rows. Both arrays are
-//   valid only during the call.
+template <std::int32_t Nodes, typename Element>
+void FormElement(const Element& element, const std::int32_t* nodes,
+                 void (*stiffness)(const Element&, double*), ElementMatrix<Nodes>& matrix) {
+  stiffness(element, matrix.ke.data());
+  BuildDofList(nodes, Nodes, matrix.g.data());
+}
+
+// Forms the stiffness of `element` and calls take(ke, g, n), the fields of its ElementMatrix, which
+// are valid only during the call. Other arguments as above.
 template <std::int32_t Nodes, typename Element, typename Taker>
 void HandOverElement(const Element& element, const std::int32_t* nodes,
                      void (*stiffness)(const Element&, double*), Taker& take) {
-  constexpr std::int32_t n = Nodes * DofsPerNode;
-  std::array<double, static_cast<std::size_t>(n) * n> ke;
-  std::array<std::int32_t, n> g;
-  stiffness(element, ke.data());
-  BuildDofList(nodes, Nodes, g.data());
-  take(ke.data(), g.data(), n);
+  ElementMatrix<Nodes> matrix;
+  FormElement(element, nodes, stiffness, matrix);
+  take(matrix.ke.data(), matrix.g.data(), matrix.n);
 }
 
 }  // namespace korvex

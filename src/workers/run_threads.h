@@ -1,7 +1,7 @@
 // One function on several threads, the caller's among them.
 //
 // Threads take their work from a common list, so the function must work with any number of threads:
-// where the system has no more of them, fewer run.
+// where the system has no more of them, or no memory for them, fewer run.
 #pragma once
 
 #include <functional>

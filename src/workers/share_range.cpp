@@ -57,6 +57,8 @@ void ShareRange(int threads, std::int64_t count, std::int64_t pieceItems, const 
   pieces.items = std::max<std::int64_t>(pieceItems, 1);
   const std::int64_t pieceCount = (count - 1) / pieces.items + 1;
   const auto useful = static_cast<int>(std::min<std::int64_t>(threads, pieceCount));
+  // The others may take all pieces before the caller's thread gets one.
+  if (useful > 1 && report) report(0);
   RunThreads(useful,
              [&](int number) { TakePieces(work, number == 0 ? &report : nullptr, pieces); });
   if (pieces.failure) std::rethrow_exception(pieces.failure);

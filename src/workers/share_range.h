@@ -19,7 +19,7 @@ using ItemsDone = std::function<void(std::int64_t items)>;
 
 // Does all items 0 .. count - 1 in pieces of `pieceItems` (at least 1; the last may be shorter).
 // threads: below 2, the caller's thread does all pieces in order.
-// report: called before each piece of the caller's thread; may be empty.
+// report: called once before any piece, and before each piece of the caller's thread; may be empty.
 // Where a piece throws, no other begins, and the exception of the lowest piece is rethrown when all
 // threads have ended: since pieces begin in ascending order, it is the one that one thread alone
 // would have met.

@@ -6,12 +6,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <thread>
 
 #include "beamshell/average_corners.h"
 #include "beamshell/solve_beam_shell.h"
 #include "support/detail_beams.h"
 #include "support/dof_names.h"
 #include "support/expect_stop.h"
+#include "support/run_stages.h"
 #include "support/shell_mesh.h"
 #include "support/solve_model.h"
 
@@ -254,6 +256,69 @@ TEST(GenerateBeamShells, SectionWithoutATableStopsTheRun) {
     }
     EXPECT_TRUE(model.BeamShellModels[2].Shells.empty());
     EXPECT_TRUE(model.BeamShellModels[3].Shells.empty());
+  }
+}
+
+void ExpectSameAverages(const BeamShellModel& detail, const BeamShellModel& expected) {
+  for (std::size_t e = 0; e < expected.Shells.size(); ++e) {
+    EXPECT_EQ(detail.Shells[e].AvgStressTop, expected.Shells[e].AvgStressTop) << e;
+    EXPECT_EQ(detail.Shells[e].AvgStressBottom, expected.Shells[e].AvgStressBottom) << e;
+  }
+}
+
+// The frame, and 48 beams of all kinds in two lines.
+TEST(GenerateBeamShells, ThreadsChangeNoBit) {
+  Model frame = SolveFrame(), grid;
+  SolveModel(MakeStiffenedGrid(), grid);
+  for (Model* model : {&frame, &grid}) {
+    Model expected = *model;
+    GenerateBeamShells(expected);
+    for (const int threads : ThreadCounts) {
+      GenerateBeamShells(*model, {}, threads);
+      for (std::size_t b = 0; b < expected.BeamShellModels.size(); ++b) {
+        SCOPED_TRACE(testing::Message() << "beam " << b << ", threads: " << threads);
+        const BeamShellModel& detail = model->BeamShellModels[b];
+        ExpectSame(detail, expected.BeamShellModels[b]);
+        ExpectSameAverages(detail, expected.BeamShellModels[b]);
+        EXPECT_EQ(detail.Stiffness.Values.capacity(), 0U);
+      }
+    }
+  }
+}
+
+TEST(GenerateBeamShells, ThreadsStopAtTheFirstBeamThatStopsARun) {
+  Model frame = SolveFrame();
+  for (const int threads : ThreadCounts) {
+    for (int run = 0; run < 5; ++run) {
+      Model model = frame;
+      model.Tables.BeamSectionRefs[2].BeamSecType = 3;
+      model.BeamElements[4].NodeJ[0] = 0.2 / 3 * 1e13;  // too many steps, but behind beam 2
+      ExpectStop([&] { GenerateBeamShells(model, {}, threads); }, "梁截面类型数字错误!");
+      for (const std::size_t b : {0U, 1U}) {
+        ExpectSame(model.BeamShellModels[b], MakeDetail(model, b, 0));
+      }
+      EXPECT_TRUE(model.BeamShellModels[2].Shells.empty());
+    }
+  }
+}
+
+TEST(GenerateBeamShells, ThreadsReportOnTheCallersThreadAndCanBeInterrupted) {
+  Model model;
+  SolveModel(MakeStiffenedGrid(), model);
+  for (const int threads : ThreadCounts) {
+    const std::thread::id caller = std::this_thread::get_id();
+    std::vector<double> shares;
+    const auto report = [&](double share) {
+      EXPECT_EQ(std::this_thread::get_id(), caller);
+      EXPECT_GE(share, 0.0);
+      EXPECT_LT(share, 1.0);
+      shares.push_back(share);
+    };
+    GenerateBeamShells(model, report, threads);
+    EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
+    EXPECT_FALSE(shares.empty());
+    const auto interrupt = [](double share) { throw share; };
+    EXPECT_THROW(GenerateBeamShells(model, interrupt, threads), double);
   }
 }
 

@@ -10,8 +10,10 @@
 #include <set>
 
 #include "beam/beam_stiffness.h"
+#include "beamshell/extrude_outline.h"
 #include "results/corner_stress.h"
 #include "shell/shell_stiffness.h"
+#include "skyline/reserve_system.h"
 #include "skyline/solve_skyline.h"
 #include "support/detail_beams.h"
 #include "support/dof_names.h"
@@ -446,6 +448,23 @@ TEST_P(BeamShellStages, HandedOnSystemChangesNoResult) {
     EXPECT_EQ(reused.Links.size(), fresh.Links.size());
     EXPECT_EQ(reused.Stiffness.Values, fresh.Stiffness.Values);
     EXPECT_EQ(reused.LoadVector, fresh.LoadVector);
+  }
+}
+
+// No system takes more than what is counted for it. The count is no more than twice too high: half
+// of a column of the first station, at most, is not stored, and the tables are small.
+TEST_P(BeamShellStages, CountedBytesHoldTheSystem) {
+  for (const std::int32_t level : {0, 1, 2}) {
+    BeamShellModel model = MakeOblique(GetParam(), level);
+    SolveBeamShell(Motion1.data(), Motion2.data(), model);
+    const auto bytes =
+        static_cast<double>(CountSystemBytes(BuildOutline(GetParam(), level), 0, model));
+    const auto entries = static_cast<double>(model.Stiffness.SkylineSize);
+    const auto equations = static_cast<double>(model.NEQ);
+    const double taken = entries * sizeof(double) + equations * BytesPerEquation +
+                         static_cast<double>(model.Links.size() * sizeof(BeamElement));
+    EXPECT_GE(bytes, taken) << level;
+    EXPECT_LE(bytes, 2.5 * taken) << level;
   }
 }
 

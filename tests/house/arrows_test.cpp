@@ -39,11 +39,12 @@ const std::vector<Room>& Rooms() {
       {"shell", {"base"}},
       {"deck", {"base", "report", "beam", "shell"}},
       {"skyline/panel", {"platform"}},
-      {"skyline", {"base", "platform", "report", "skyline/panel"}},
+      {"skyline", {"base", "platform", "workers", "report", "skyline/panel"}},
       {"model", {"base", "report", "beam", "shell", "deck", "skyline"}},
-      {"system", {"base", "report", "beam", "shell", "deck", "skyline", "model"}},
-      {"results", {"base", "report", "shell", "model"}},
-      {"beamshell", {"base", "report", "beam", "shell", "skyline", "model", "system", "results"}},
+      {"system", {"base", "workers", "report", "beam", "shell", "deck", "skyline", "model"}},
+      {"results", {"base", "workers", "report", "shell", "model"}},
+      {"beamshell",
+       {"base", "workers", "report", "beam", "shell", "skyline", "model", "system", "results"}},
       {"run", {"platform", "report", "deck", "skyline", "model", "system", "results", "beamshell"}},
       {"", {"run"}},
       {"finding", {"base"}},
@@ -53,11 +54,14 @@ const std::vector<Room>& Rooms() {
       {"mechanism",
        {"finding", "check", "platform", "report", "deck", "skyline", "model", "system"}},
       {"renumber", {"base", "deck"}},
+      {"sparse", {"renumber", "base", "deck", "report", "skyline", "model", "system"}},
       {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
       {"audit",
        {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
         "beamshell", "run", "tables"}},
-      {"engine", {"platform", "report", "skyline", "model", "system", "run", "audit"}},
+      {"engine",
+       {"base", "platform", "report", "skyline", "model", "system", "run", "mechanism", "renumber",
+        "sparse", "size", "audit"}},
       {"cases", {"finding", "toml", "base", "report", "beam", "deck", "model", "results", "audit"}},
       {"mesh", {"finding", "toml", "tables", "base", "report", "beam", "shell", "deck"}},
       {"mesh/gmsh", {"mesh", "base", "deck"}},
@@ -185,7 +189,8 @@ TEST(Arrows, LibrariesStandInOneUnitEach) {
   std::map<std::string, std::set<std::string>> users;
   for (const auto& [path, text] : ReadSources()) {
     for (const std::string& name : FindIncludes(text, true)) {
-      for (const char* library : {"CLI/", "nlohmann/", "toml/", "zlib.h"}) {
+      for (const char* library :
+           {"CLI/", "nlohmann/", "toml/", "zlib.h", "metis.h", "dmumps_c.h"}) {
         if (name.rfind(library, 0) == 0) users[library].insert(path);
       }
     }
@@ -193,6 +198,8 @@ TEST(Arrows, LibrariesStandInOneUnitEach) {
   EXPECT_EQ(users["CLI/"], std::set<std::string>{"commands/command_line.cpp"});
   EXPECT_EQ(users["toml/"], std::set<std::string>{"toml/toml_tree.cpp"});
   EXPECT_EQ(users["zlib.h"], (std::set<std::string>{"view/page_block.cpp", "vtu/vtu_file.cpp"}));
+  EXPECT_EQ(users["metis.h"], std::set<std::string>{"sparse/node_order_metis.cpp"});
+  EXPECT_EQ(users["dmumps_c.h"], std::set<std::string>{"sparse/sparse_factor_mumps.cpp"});
   EXPECT_FALSE(users["nlohmann/"].empty());
   for (const std::string& path : users["nlohmann/"]) EXPECT_EQ(RoomOf(path), "commands") << path;
 }

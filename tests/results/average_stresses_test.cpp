@@ -15,6 +15,8 @@
 #include <limits>
 #include <random>
 
+#include "results/corner_sum.h"
+
 namespace korvex {
 namespace {
 
@@ -747,6 +749,40 @@ TEST(AverageStresses, RandomMeshesAgreeWithTheRuleOverAllPairs) {
   EXPECT_GT(tally.included, 5000);
   EXPECT_GT(tally.flipped, 5000);
   EXPECT_GT(tally.excluded, 5000);
+}
+
+template <typename Element>
+void ExpectSameAverages(const std::vector<Element>& elements,
+                        const std::vector<Element>& expected) {
+  ASSERT_EQ(elements.size(), expected.size());
+  for (std::size_t e = 0; e < elements.size(); ++e) {
+    EXPECT_TRUE(HaveEqualBits(&elements[e].AvgStressTop, &expected[e].AvgStressTop,
+                              sizeof elements[e].AvgStressTop));
+    EXPECT_TRUE(HaveEqualBits(&elements[e].AvgStressBottom, &expected[e].AvgStressBottom,
+                              sizeof elements[e].AvgStressBottom));
+  }
+}
+
+// Some elements repeat a node, or are equal to others: their averages are copied.
+TEST(AverageStresses, ThreadsChangeNoBit) {
+  for (unsigned seed = 1; seed <= 5; ++seed) {
+    Generator random(seed);
+    Model model = MakeRandomMesh(random);
+    for (std::size_t p = 0; p < model.Tables.Shell4Nodes.size(); p += 28) {
+      model.Tables.Shell4Nodes[p + 2] = model.Tables.Shell4Nodes[p];
+    }
+    for (std::size_t e = 1; e < model.Shell3Elements.size(); e += 5) {
+      model.Shell3Elements[e] = model.Shell3Elements[e - 1];
+    }
+    Model expected = model;
+    AverageNodeStresses(expected);
+    for (const int threads : {2, 3, 8}) {
+      Model averaged = model;
+      AverageNodeStresses(averaged, threads);
+      ExpectSameAverages(averaged.Shell4Elements, expected.Shell4Elements);
+      ExpectSameAverages(averaged.Shell3Elements, expected.Shell3Elements);
+    }
+  }
 }
 
 // ---- The elements at each node ------------------------------------------------------------------

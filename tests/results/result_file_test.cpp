@@ -13,10 +13,10 @@ namespace korvex {
 namespace {
 
 // The text of a file that `write` fills, in a folder of its own.
-std::string WriteToText(const std::function<void(ResultFile&)>& write) {
+std::string WriteToText(const std::function<void(ResultFile&)>& write, int threads = 1) {
   const test::WorkingFolder folder;
   ResultFile file;
-  OpenResultFile("result.txt", "", file);
+  OpenResultFile("result.txt", "", file, threads);
   write(file);
   EXPECT_TRUE(CloseResultFile(file));
   return test::ReadFile("result.txt");
@@ -24,30 +24,63 @@ std::string WriteToText(const std::function<void(ResultFile&)>& write) {
 
 TEST(ResultFile, Integers) {
   EXPECT_EQ(WriteToText([](ResultFile& file) {
-              AddLine(file, std::int32_t{0}, ',', std::numeric_limits<std::int32_t>::min(), ',',
-                      std::numeric_limits<std::int64_t>::max());
+              AddLine(file.text, std::int32_t{0}, ',', std::numeric_limits<std::int32_t>::min(),
+                      ',', std::numeric_limits<std::int64_t>::max());
             }),
             "0,-2147483648,9223372036854775807\n");
 }
 
 TEST(ResultFile, ColumnsAreFifteenWideAndRightAligned) {
   EXPECT_EQ(WriteToText([](ResultFile& file) {
-              AddTitles(file, {"Node", "dx", "a title of more than fifteen"});
-              AddNodeColumn(file, 7);
-              AddColumn(file, -1.23456789e-300);
-              AddColumn(file, 0.5);
-              AddLine(file);
+              AddTitles(file.text, {"Node", "dx", "a title of more than fifteen"});
+              AddNodeColumn(file.text, 7);
+              AddColumn(file.text, -1.23456789e-300);
+              AddColumn(file.text, 0.5);
+              AddLine(file.text);
             }),
             "           Node             dxa title of more than fifteen\n"
             "             7:  -1.23457e-300            0.5\n");
 }
 
-TEST(ResultFile, ManyBlocksFollowOneAnother) {
-  std::string expected;
-  for (int i = 0; i < 100000; ++i) expected += "line " + std::to_string(i) + "\n";
-  EXPECT_TRUE(WriteToText([](ResultFile& file) {
-                for (std::int32_t i = 0; i < 100000; ++i) AddLine(file, "line ", i);
-              }) == expected);
+// Rows of different length, with lines before and after them.
+TEST(ResultFile, RowsAreInOrderForAnyNumberOfThreads) {
+  constexpr std::int64_t Rows = 20000;
+  std::string expected = "head\n";
+  const auto number = [](std::int64_t row) { return row % 7 == 0 ? row * 1000003 : row; };
+  for (std::int64_t i = 0; i < Rows; ++i) expected += "line " + std::to_string(number(i)) + "\n";
+  expected += "between\n" + expected.substr(5) + "end\n";
+  for (const int threads : {0, 1, 2, 3, 8}) {
+    const auto addRow = [&](std::int64_t row, std::string& text) {
+      AddLine(text, "line ", number(row));
+    };
+    const auto write = [&](ResultFile& file) {
+      AddLine(file.text, "head");
+      AddRows(file, Rows, 10, addRow);
+      AddRows(file, 0, 10, addRow);
+      AddLine(file.text, "between");
+      AddRows(file, Rows, 1000000, addRow);
+      AddLine(file.text, "end");
+    };
+    EXPECT_TRUE(WriteToText(write, threads) == expected) << threads;
+  }
+}
+
+// What a thread cannot make ends the rows; the file is closed by its record.
+TEST(ResultFile, ARowThatThrowsEndsTheRows) {
+  for (const int threads : {1, 2, 8}) {
+    const test::WorkingFolder folder;
+    ResultFile file;
+    OpenResultFile("result.txt", "", file, threads);
+    const auto addRow = [](std::int64_t row, std::string&) {
+      if (row == 700 || row == 900) throw row;
+    };
+    try {
+      AddRows(file, 1000, 1000000, addRow);
+      FAIL();
+    } catch (const std::int64_t row) {
+      EXPECT_EQ(row, 700) << threads;
+    }
+  }
 }
 
 }  // namespace

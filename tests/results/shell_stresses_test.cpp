@@ -9,7 +9,9 @@
 
 #include "results/corner_stress.h"
 #include "support/dof_names.h"
+#include "support/run_stages.h"
 #include "support/shell_shapes.h"
+#include "support/solve_model.h"
 
 namespace korvex {
 namespace {
@@ -100,6 +102,29 @@ TEST(ShellStresses, ModelWithoutShells) {
   Model model;
   RecoverShellStresses(model);
   EXPECT_TRUE(model.Shell4Elements.empty());
+}
+
+TEST(ShellStresses, ThreadsChangeNoBit) {
+  Model model;
+  test::SolveModel(test::MakeStiffenedGrid(), model);
+  ASSERT_GT(model.Shell4Elements.size(), 64U);  // more than a thread takes at once
+  ASSERT_GT(model.Shell3Elements.size(), 64U);
+  Model expected = model;
+  RecoverShellStresses(expected);
+  for (const int threads : {2, 3, 8}) {
+    Model recovered = model;
+    RecoverShellStresses(recovered, threads);
+    for (std::size_t e = 0; e < model.Shell4Elements.size(); ++e) {
+      const Shell4Element& shell = expected.Shell4Elements[e];
+      EXPECT_EQ(recovered.Shell4Elements[e].NodeStressTop, shell.NodeStressTop) << e;
+      EXPECT_EQ(recovered.Shell4Elements[e].NodeStressBottom, shell.NodeStressBottom) << e;
+    }
+    for (std::size_t e = 0; e < model.Shell3Elements.size(); ++e) {
+      const Shell3Element& shell = expected.Shell3Elements[e];
+      EXPECT_EQ(recovered.Shell3Elements[e].NodeStressTop, shell.NodeStressTop) << e;
+      EXPECT_EQ(recovered.Shell3Elements[e].NodeStressBottom, shell.NodeStressBottom) << e;
+    }
+  }
 }
 
 }  // namespace

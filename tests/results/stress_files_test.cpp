@@ -271,10 +271,10 @@ TEST(StressFiles, AverageFileHasTheEquivalentOfTheAverage) {
 }
 
 // Runs `write` where a folder has the name of its file.
-void ExpectUnwritable(bool (*write)(const std::string&, const Model&)) {
+void ExpectUnwritable(bool (*write)(const std::string&, const Model&, int)) {
   const test::TempFolder folder;
-  test::ExpectStop([&] { write(folder.Path().string(), MakeModel()); }, "单元节点应力文件输出失败!",
-                   StopKind::ResultFile);
+  test::ExpectStop([&] { write(folder.Path().string(), MakeModel(), 1); },
+                   "单元节点应力文件输出失败!", StopKind::ResultFile);
   EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
 }
 

@@ -4,12 +4,16 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
 #include <filesystem>
 
+#include "run/file_names.h"
+#include "run/stages.h"
 #include "support/dof_names.h"
 #include "support/model_text.h"
 #include "support/run_program.h"
+#include "support/run_stages.h"
 #include "support/temp_folder.h"
 
 namespace korvex::test {
@@ -250,6 +254,29 @@ TEST(UnwritableFiles, ADiskWithoutRoomForAnotherFile) {
   const std::string failure = DrawingFailed;
   ASSERT_GE(run.out.size(), failure.size());
   EXPECT_EQ(run.out.substr(run.out.size() - failure.size()), failure);
+}
+
+// The reason stands in errno of the caller's thread: who reports the failure reads it there.
+TEST(UnwritableFiles, AFullDiskUnderFilesThatThreadsMake) {
+  for (const int threads : ThreadCounts) {
+    const TempFolder folder;
+    WriteFile(folder.Path() / ModelFileName, WriteModel(MakeStiffenedGrid()));
+    Job job;
+    job.folder = folder.Path().string() + '/';
+    job.threads = threads;
+    std::vector<std::string> written;
+    ForAllStages([&](const Stage& stage) {
+      errno = 0;
+      if (stage.file != nullptr) {
+        written.push_back(job.folder + stage.file);
+        fs::create_symlink("/dev/full", written.back());
+      }
+      stage.work(job);
+      EXPECT_TRUE(stage.file == nullptr || errno == ENOSPC) << stage.name << ' ' << threads;
+    });
+    EXPECT_EQ(job.incompleteFiles, written) << threads;
+    EXPECT_EQ(written.size(), 6U);
+  }
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 
 #include "platform/vector_bits.h"
 #include "skyline/panel/panel_routine.h"
+#include "skyline/panel_work.h"
 #include "skyline/random_systems.h"
 #include "skyline/substitute_back.h"
 #include "support/same_bits.h"
@@ -72,14 +73,25 @@ TEST(FactorSkyline, MediumSystems) { CompareRandomSystems(40, 300, 2); }
 // Panels with more rows than one slice can hold.
 TEST(FactorSkyline, SystemsOfSeveralSlices) { CompareRandomSystems(1, 1500, 3); }
 
-// Factorises K and reduces F by panels, with slices of `sliceRows` rows.
-void FactorInSlices(int bits, std::int64_t sliceRows, System& system) {
+// Factorises K and reduces F by panels, with slices of `sliceRows` rows and windows of a few
+// slices. Panels that fit in memory are reduced in random steps.
+void FactorInSlices(int bits, std::int64_t sliceRows, System& system, std::mt19937& random) {
   const auto n = static_cast<std::int64_t>(system.F.size());
-  std::vector<double> work(static_cast<std::size_t>(sliceRows * PanelColumns));
-  const SkylineArrays arrays = {n, system.K.ColumnHeights.data(), system.K.DiagonalAddress.data(),
-                                system.K.Values.data(), system.F.data()};
+  PanelWork work;
+  AllocatePanelWork(system.K, 1, TileRows * (1 + Pick(random, 20)), work);
+  const SkylineArrays arrays = ArraysOf(system.K, system.F);
+  const PanelRoutines routines = FindPanelRoutines(bits);
   for (std::int64_t first = 0; first < n; first += PanelColumns) {
-    FindPanelRoutines(bits).factor(arrays, first, work.data(), sliceRows);
+    PanelRows memory = MemoryOf(work, 0, first, 1);
+    memory.sliceRows = sliceRows;
+    Panel panel;
+    routines.begin(arrays, first, memory, panel);
+    while (panel.done < first) {
+      const bool fits = first - panel.top <= memory.rowCount;
+      const std::int64_t rows = fits ? TileRows * (1 + Pick(random, 20)) : first;
+      routines.reduce(arrays, std::min(panel.done + rows, first), panel);
+    }
+    routines.finish(arrays, panel);
   }
 }
 
@@ -91,7 +103,7 @@ void UnifyNaNs(std::vector<double>& values) {
   }
 }
 
-// With slices of a few rows, top rows lie everywhere in a slice, even in small systems.
+// With slices and steps of a few rows, top rows lie everywhere in them, even in small systems.
 TEST(FactorSkyline, SmallSlices) {
   std::mt19937 random(7);
   for (int run = 0; run < 600; ++run) {
@@ -107,7 +119,7 @@ TEST(FactorSkyline, SmallSlices) {
       if (bits > WidestVectorBits()) continue;
       System fast = system;
       const std::int64_t sliceRows = TileRows * (1 + Pick(random, 8));
-      FactorInSlices(bits, sliceRows, fast);
+      FactorInSlices(bits, sliceRows, fast, random);
       ASSERT_TRUE(test::SameBits(fast.K.Values, plain.K.Values))
           << bits << ", slices of " << sliceRows;
       ASSERT_TRUE(test::SameBits(fast.F, plain.F)) << bits << ", slices of " << sliceRows;

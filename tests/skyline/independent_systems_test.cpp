@@ -368,11 +368,15 @@ TEST(IndependentSystems, SolveSkylineRefusesDenseSystems) {
   EXPECT_TRUE(test::SameBits(run.K.Values, one.K.Values));  // the factors of one system
 }
 
-std::vector<int> ProgressOf(System system,
-                            void (*solve)(SkylineMatrix&, std::vector<double>&,
-                                          std::vector<double>&, const ProgressCallback&)) {
+// threads: 0 for the plain routine.
+std::vector<int> ProgressOf(System system, int threads) {
   std::vector<int> percents;
-  solve(system.K, system.F, system.u, [&percents](int percent) { percents.push_back(percent); });
+  const auto progress = [&percents](int percent) { percents.push_back(percent); };
+  if (threads == 0) {
+    SolveSkylinePlain(system.K, system.F, system.u, progress);
+  } else {
+    SolveSkyline(system.K, system.F, system.u, progress, threads);
+  }
   return percents;
 }
 
@@ -382,11 +386,11 @@ TEST(IndependentSystems, ProgressIsThatOfOneSystem) {
   for (std::int32_t j = 0; j < 700; ++j) {
     for (std::int32_t i = 0; i < j - 20; ++i) Entry(system.K, i, j) = 0.0;
   }
-  const std::vector<int> expected = ProgressOf(system, SolveSkylinePlain);
-  EXPECT_EQ(ProgressOf(system, SolveSkyline), expected);
+  const std::vector<int> expected = ProgressOf(system, 0);
+  for (const int threads : {1, 3}) EXPECT_EQ(ProgressOf(system, threads), expected);
   Entry(system.K, 0, 0) = Entry(system.K, 2, 2) =
       1.0;  // refused halfway, then solved as one system
-  EXPECT_EQ(ProgressOf(system, SolveSkyline), expected);
+  for (const int threads : {1, 3}) EXPECT_EQ(ProgressOf(system, threads), expected);
 }
 
 }  // namespace

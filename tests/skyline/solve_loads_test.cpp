@@ -1,5 +1,6 @@
 // Several loads of one system: the bits of SolveSkyline for each load alone, with one system and
-// with independent systems, whatever the other loads are; the share of work, and interruptions.
+// with independent systems, whatever the other loads are, on one thread and on several; the share
+// of work, and interruptions.
 #include "skyline/solve_loads.h"
 
 #include <gtest/gtest.h>
@@ -7,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <thread>
 
 #include "skyline/coupled_dofs.h"
 #include "skyline/solve_skyline.h"
@@ -61,24 +63,30 @@ Loads MakeLoads(std::size_t n, std::size_t count) {
 
 // Solves together; returns K as it is left.
 SkylineMatrix SolveTogether(const SkylineMatrix& matrix, Loads& F, Loads& u,
-                            const ShareCallback& report = {}) {
+                            const ShareCallback& report = {}, int threads = 1) {
   SkylineMatrix K = matrix;
   u.assign(F.size(), std::vector<double>(K.ColumnHeights.size(), -7.0));
   WorkShare work;
   work.report = report;
-  SolveLoads(K, F, u, work);
+  SolveLoads(K, F, u, work, threads);
   return K;
 }
 
 void ExpectBitsOfEachAlone(const SkylineMatrix& matrix, const Loads& loads) {
-  Loads F = loads, u;
-  SolveTogether(matrix, F, u);
+  constexpr int ThreadCounts[] = {1, 2, 3, 8};
+  std::vector<Loads> F, u;
+  for (const int threads : ThreadCounts) {
+    F.push_back(loads);
+    SolveTogether(matrix, F.back(), u.emplace_back(), {}, threads);
+  }
   for (std::size_t k = 0; k < loads.size(); ++k) {
     SkylineMatrix K = matrix;
     std::vector<double> aloneF = loads[k], aloneU(loads[k].size(), -7.0);
     SolveSkyline(K, aloneF, aloneU, {});
-    EXPECT_TRUE(test::SameBits(F[k], aloneF)) << "load " << k;
-    EXPECT_TRUE(test::SameBits(u[k], aloneU)) << "load " << k;
+    for (std::size_t i = 0; i < F.size(); ++i) {
+      EXPECT_TRUE(test::SameBits(F[i][k], aloneF)) << "load " << k << ", " << ThreadCounts[i];
+      EXPECT_TRUE(test::SameBits(u[i][k], aloneU)) << "load " << k << ", " << ThreadCounts[i];
+    }
   }
 }
 
@@ -189,20 +197,39 @@ TEST(SolveLoads, ReportsTheShare) {
   }
 }
 
+// On several threads the reports come when the caller's thread has time for them: with 100 loads,
+// which are five groups of lanes, too.
+TEST(SolveLoads, ReportsTheShareOnTheCallersThread) {
+  const std::thread::id caller = std::this_thread::get_id();
+  for (const std::size_t count : {1U, 20U, 100U}) {
+    Loads F = MakeLoads(N, count), u;
+    double last = 0.0;
+    const auto report = [&](double share) {
+      EXPECT_EQ(std::this_thread::get_id(), caller);
+      EXPECT_GE(share, last);
+      last = share;
+    };
+    SolveTogether(MakePlate(Nodes, Width, 0.1), F, u, report, 3);
+    EXPECT_NEAR(last, 1.0, 1e-9);
+  }
+}
+
 // Interrupted anywhere, it throws what the report throws; the next solution is as ever.
 TEST(SolveLoads, CanBeInterrupted) {
   struct Interruption {};
   for (const double coupling : {0.0, 0.1}) {
     const SkylineMatrix K = MakePlate(Nodes, Width, coupling);
     for (const double end : {0.0, 0.3, 0.6, 0.9, 1.0}) {
-      Loads F = MakeLoads(N, 9), u;
-      double last = -1.0;
-      const auto report = [&](double share) {
-        last = share;
-        if (share >= end) throw Interruption();
-      };
-      EXPECT_THROW(SolveTogether(K, F, u, report), Interruption);
-      EXPECT_NEAR(last, end, 0.1);
+      for (const int threads : {1, 3}) {
+        Loads F = MakeLoads(N, 9), u;
+        double last = -1.0;
+        const auto report = [&](double share) {
+          last = share;
+          if (share >= end) throw Interruption();
+        };
+        EXPECT_THROW(SolveTogether(K, F, u, report, threads), Interruption);
+        EXPECT_NEAR(last, end, 0.1);
+      }
     }
     ExpectBitsOfEachAlone(K, MakeLoads(N, 2));
   }

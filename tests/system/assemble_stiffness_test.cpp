@@ -10,8 +10,11 @@
 #include "beam/beam_stiffness.h"
 #include "shell/shell_stiffness.h"
 #include "support/dof_names.h"
+#include "support/run_stages.h"
+#include "support/same_bits.h"
 #include "support/solve_model.h"
 #include "support/temp_folder.h"
+#include "system/element_matrix.h"
 
 namespace korvex::test {
 namespace {
@@ -267,6 +270,34 @@ TEST(AssembleStiffness, UnknownSectionTypeIsComputedAllTheSame) {
   Model model;
   AssembleModel(text, model);
   EXPECT_TRUE(std::isnan(Entry(model.Stiffness, Equation(3, Ux), Equation(3, Ux))));
+}
+
+// Many elements of each kind. Expected: the matrices one after the other, in table order.
+TEST(AssembleStiffness, ThreadsChangeNoBit) {
+  Model model;
+  AssembleModel(MakeStiffenedGrid(), model);
+  SkylineMatrix& K = model.Stiffness;
+  K.Values.assign(K.Values.size(), 0.0);
+  const auto add = [&K](const double* ke, const std::int32_t* g, std::int32_t n) {
+    ScatterElement(ke, g, n, K);
+  };
+  const auto addAll = [&](auto& elements, const auto& connectivity, auto stiffness, auto nodes) {
+    for (std::size_t e = 0; e < elements.size(); ++e) {
+      HandOverElement<nodes()>(elements[e], &connectivity[e * nodes()], stiffness, add);
+    }
+  };
+  addAll(model.Shell4Elements, model.Tables.Shell4Nodes, Shell4Stiffness,
+         std::integral_constant<std::int32_t, 4>());
+  addAll(model.Shell3Elements, model.Tables.Shell3Nodes, Shell3Stiffness,
+         std::integral_constant<std::int32_t, 3>());
+  addAll(model.BeamElements, model.Tables.BeamNodes, BeamStiffness,
+         std::integral_constant<std::int32_t, 2>());
+  const std::vector<double> expected = K.Values;
+  for (const int threads : ThreadCounts) {
+    K.Values.assign(K.Values.size(), 0.0);
+    AssembleStiffness(model, threads);
+    EXPECT_TRUE(SameBits(K.Values, expected)) << threads;
+  }
 }
 
 }  // namespace

@@ -108,6 +108,7 @@ TEST(ShareRange, ReportsOnTheCallersThreadNeverFalling) {
           reports.push_back(items);
         });
     EXPECT_TRUE(std::is_sorted(reports.begin(), reports.end()));
+    EXPECT_EQ(reports.front(), 0);
     if (threads > 1) continue;  // the others may have taken all pieces
     EXPECT_EQ(reports.size(), 100U);
     EXPECT_EQ(reports.back(), 990);
@@ -118,8 +119,10 @@ TEST(ShareRange, AReportMayEndTheWork) {
   std::atomic<int> pieces{0};
   const auto work = [&](std::int64_t, std::int64_t) { ++pieces; };
   const auto report = [](std::int64_t) { throw std::runtime_error("enough"); };
-  EXPECT_THROW(ShareRange(1, 1000, 1, work, report), std::runtime_error);
-  EXPECT_EQ(pieces, 0);
+  for (const int threads : {1, 4}) {
+    EXPECT_THROW(ShareRange(threads, 1000, 1, work, report), std::runtime_error);
+    EXPECT_EQ(pieces, 0);
+  }
 }
 
 }  // namespace

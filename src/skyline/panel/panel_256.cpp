@@ -1,14 +1,21 @@
-// The routines of panels and lanes in vectors of 256 bits, four doubles each. This file is compiled
-// for processors
-// that have these vectors and must not be called on others.
+// The routines of panels and lanes in vectors of 256 bits, four doubles each. This file is
+// compiled for processors that have these vectors and must not be called on others.
 #include "skyline/panel/lane_kernel-inl.h"
 #include "skyline/panel/panel_kernel-inl.h"
 
 namespace korvex {
 
-void FactorPanel256(const SkylineArrays& K, std::int64_t first, double* work,
-                    std::int64_t sliceRows) {
-  FactorPanel<ShortVectors<4>>(K, first, work, sliceRows);
+void BeginPanel256(const SkylineArrays& K, std::int64_t first, const PanelRows& memory,
+                   Panel& panel) {
+  BeginPanel<ShortVectors<4>>(K, first, memory, panel);
+}
+
+void ReducePanel256(const SkylineArrays& K, std::int64_t end, Panel& panel) {
+  ReducePanel<ShortVectors<4>>(K, end, panel);
+}
+
+void FinishPanel256(const SkylineArrays& K, Panel& panel) {
+  FinishPanel<ShortVectors<4>>(K, panel);
 }
 
 double SumValues256(const double* values, std::int64_t count) {

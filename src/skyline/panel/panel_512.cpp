@@ -28,10 +28,16 @@ struct Width512 {
 
 }  // namespace
 
-void FactorPanel512(const SkylineArrays& K, std::int64_t first, double* work,
-                    std::int64_t sliceRows) {
-  FactorPanel<Width512>(K, first, work, sliceRows);
+void BeginPanel512(const SkylineArrays& K, std::int64_t first, const PanelRows& memory,
+                   Panel& panel) {
+  BeginPanel<Width512>(K, first, memory, panel);
 }
+
+void ReducePanel512(const SkylineArrays& K, std::int64_t end, Panel& panel) {
+  ReducePanel<Width512>(K, end, panel);
+}
+
+void FinishPanel512(const SkylineArrays& K, Panel& panel) { FinishPanel<Width512>(K, panel); }
 
 double SumValues512(const double* values, std::int64_t count) {
   return SumValues<Width512>(values, count);

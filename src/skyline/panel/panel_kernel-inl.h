@@ -1,15 +1,17 @@
 // The panel routine for any vector length. panel.h draws panel, slice, tile, strip, diagonal block.
 //
-// For each slice, from the top of the panel down:
-//   1. Read its rows from K's columns (ReadRows).
-//   2. For each tile of the slice: A(i, j) -= A(k, i) A(k, j), k in the slice (UpdateTileRows).
-//   3. Divide its rows by their pivots, l = A(k, j) / d(k), subtract l A(k, j) from pivot j and
-//      l y(k) from load j, write l to K's columns (FinishStrip).
-//   4. Subtract the terms of this slice from the rows below: those of the slices that follow and
-//   the
-//      diagonal block (UpdateRowsBelow).
+// Reducing rows (ReducePanel):
+//   1. Read them from K's columns (ReadRows).
+//   2. For each slice from the top of the panel down, and each tile of these rows in it or below:
+//      A(i, j) -= A(k, i) A(k, j), k in the slice (UpdateTileRows).
+//   3. Divide them by their pivots, l = A(k, j) / d(k), subtract l A(k, j) from pivot j and l y(k)
+//      from load j, write l to K's columns (FinishStrip).
+//   4. Subtract their terms from the diagonal block (UpdateDiagonalBlock).
 // Then:
-//   5. Finish the rows of the diagonal block one by one (FinishDiagonalBlock).
+//   5. Finish the rows of the diagonal block one by one (FinishPanel).
+//
+// A very tall panel does not fit in memory. Its rows are reduced in windows, each as a panel of its
+// own, and its terms are subtracted from all rows below before the next (MoveWindow).
 //
 // Lanes whose column does not reach row k are masked, not padded with zeros: 0 * infinity is a NaN.
 #pragma once
@@ -50,9 +52,7 @@ template <typename Width, bool Masked, int Active, int Vectors>
 }
 
 // Subtracts `count` terms from each row of a, in the first Active vectors of a strip.
-// last: [Rows] for each row its multiplier A(k, i) of the last term; that of the t-th term before
-// is
-//    at last + t.
+// last: [Rows] for each row its multiplier A(k, i) of the last term; last + t: of the t-th before.
 // w: row k of the slice for the first term, from the strip's first column on.
 template <typename Width, bool Masked, int Active, int Rows, int Vectors>
 [[gnu::always_inline]] inline void SubtractTerms(const double* const (&last)[Rows], const double* w,
@@ -282,14 +282,14 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   StoreStrip<Width>(panel.load + c, load);
 }
 
-// Prefetches the columns of the next panel while this one is reduced: for tile number `index` of
+// Prefetches the columns of a later panel while this one is reduced: for tile number `index` of
 // `tiles`, its share of their entries. Only the second half of the tiles, which take longer, do so:
 // entries fetched earlier would be replaced in the cache before use. Always inline: GCC removes
 // calls of a function that only prefetches.
-[[gnu::always_inline]] inline void PrefetchNextPanel(const SkylineArrays& K, const Panel& panel,
-                                                     std::int64_t index, std::int64_t tiles) {
+[[gnu::always_inline]] inline void PrefetchPanel(const SkylineArrays& K, const Panel& panel,
+                                                 std::int64_t index, std::int64_t tiles) {
   constexpr std::int64_t LineEntries = 8;
-  const std::int64_t next = panel.first + PanelColumns;
+  const std::int64_t next = panel.memory.prefetched;
   if (next + PanelColumns >= K.n) return;
   const std::int64_t begin = K.diagonalAddress[next];
   const std::int64_t entries = K.diagonalAddress[next + PanelColumns] - begin;
@@ -302,19 +302,6 @@ void FinishStrip(const SkylineArrays& K, const Slice& slice, std::int64_t c, Pan
   for (std::int64_t p = p0; p < Min(p0 + share, entries); p += LineEntries) {
     __builtin_prefetch(K.values + begin + p, 0, 2);
   }
-}
-
-// Steps 1 to 3 for a slice.
-template <typename Width>
-void FinishSlice(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  ReadRows<Width>(K, panel, slice.first, slice.end - slice.first, slice.rows);
-  const std::int64_t tiles = (panel.first - panel.top) / TileRows;
-  for (std::int64_t i = slice.first; i < slice.end; i += TileRows) {
-    PrefetchNextPanel(K, panel, (i - panel.top) / TileRows, tiles);
-    UpdateTileRows<Width>(K, panel, slice, DescribeTile(K, i, TileRows, RowOf(slice, i)));
-  }
-  constexpr std::int64_t Columns = Width::NarrowVectors * Width::Lanes;
-  for (std::int64_t c = 0; c < PanelColumns; c += Columns) FinishStrip<Width>(K, slice, c, panel);
 }
 
 // Subtracts the terms k >= k0 of a finished slice from rows r0 .. r0 + Rows - 1 of the diagonal
@@ -360,24 +347,6 @@ void UpdateDiagonalBlock(const SkylineArrays& K, const Slice& slice, Panel& pane
   }
 }
 
-// Step 4: subtracts the terms of a finished slice from all rows of the panel below it.
-template <typename Width>
-void UpdateRowsBelow(const SkylineArrays& K, const Slice& slice, Panel& panel) {
-  // Four tiles at a time, because a square of 8 x 8 has more rows than a tile.
-  constexpr std::int64_t ChunkRows = 4 * TileRows;
-  double rows[ChunkRows * PanelColumns];
-  for (std::int64_t i = slice.end; i < panel.first; i += ChunkRows) {
-    const std::int64_t count = Min(ChunkRows, panel.first - i);
-    ReadRows<Width>(K, panel, i, count, rows);
-    for (std::int64_t r = 0; r < count; r += TileRows) {
-      UpdateTileRows<Width>(K, panel, slice,
-                            DescribeTile(K, i + r, TileRows, rows + r * PanelColumns));
-    }
-    WriteRows<Width>(K, panel, 0, PanelColumns, i, count, rows, PanelColumns);
-  }
-  UpdateDiagonalBlock<Width>(K, slice, panel);
-}
-
 // Divides row r of the diagonal block by its pivot and subtracts its terms from the rows below; if
 // Masked, only for columns that reach row r. Lanes of columns up to r receive arbitrary values,
 // which are not used. l: [PanelColumns] the quotients of the row.
@@ -408,9 +377,77 @@ void FinishBlockRow(std::int64_t r, Panel& panel, double* l) {
   }
 }
 
+// Calls function(slice) for the slices of the rows in memory, top .. end - 1.
+template <typename Function>
+[[gnu::always_inline]] inline void ForSlices(const Panel& panel, std::int64_t top, std::int64_t end,
+                                             const Function& function) {
+  for (; top < end; top += panel.memory.sliceRows) {
+    function(Slice{RowOf(panel, top), top, Min(top + panel.memory.sliceRows, end)});
+  }
+}
+
+// Steps 1 and 2 for the rows panel.done .. end - 1, which are in the window.
+template <typename Width>
+void ReducePanelRows(const SkylineArrays& K, std::int64_t end, const Panel& panel) {
+  ReadRows<Width>(K, panel, panel.done, end - panel.done, RowOf(panel, panel.done));
+  const std::int64_t tiles = (panel.first - panel.top) / TileRows;
+  ForSlices(panel, panel.windowTop, end, [&](const Slice& slice) {
+    for (std::int64_t i = Max(panel.done, slice.first); i < end; i += TileRows) {
+      if (i < slice.end) PrefetchPanel(K, panel, (i - panel.top) / TileRows, tiles);
+      UpdateTileRows<Width>(K, panel, slice, DescribeTile(K, i, TileRows, RowOf(panel, i)));
+    }
+  });
+}
+
+// Where memory does not hold all rows: subtracts the terms of the window from the rows below it,
+// and moves the window on.
+template <typename Width>
+void MoveWindow(const SkylineArrays& K, Panel& panel) {
+  // Four tiles at a time, because a square of 8 x 8 has more rows than a tile.
+  constexpr std::int64_t ChunkRows = 4 * TileRows;
+  double rows[ChunkRows * PanelColumns];
+  for (std::int64_t i = panel.done; i < panel.first; i += ChunkRows) {
+    const std::int64_t count = Min(ChunkRows, panel.first - i);
+    ReadRows<Width>(K, panel, i, count, rows);
+    ForSlices(panel, panel.windowTop, panel.done, [&](const Slice& slice) {
+      for (std::int64_t r = 0; r < count; r += TileRows) {
+        UpdateTileRows<Width>(K, panel, slice,
+                              DescribeTile(K, i + r, TileRows, rows + r * PanelColumns));
+      }
+    });
+    WriteRows<Width>(K, panel, 0, PanelColumns, i, count, rows, PanelColumns);
+  }
+  panel.windowTop = panel.done;
+}
+
+template <typename Width>
+void BeginPanel(const SkylineArrays& K, std::int64_t first, const PanelRows& memory, Panel& panel) {
+  DescribePanel<Width>(K, first, panel);
+  ReadDiagonalBlock(K, panel);
+  panel.memory = memory;
+  panel.windowTop = panel.done = panel.top;
+}
+
+template <typename Width>
+void ReducePanel(const SkylineArrays& K, std::int64_t end, Panel& panel) {
+  constexpr std::int64_t Columns = Width::NarrowVectors * Width::Lanes;
+  while (panel.done < end) {
+    const std::int64_t windowEnd = Min(panel.windowTop + panel.memory.rowCount, end);
+    ReducePanelRows<Width>(K, windowEnd, panel);
+    ForSlices(panel, panel.done, windowEnd, [&](const Slice& slice) {
+      for (std::int64_t c = 0; c < PanelColumns; c += Columns) {
+        FinishStrip<Width>(K, slice, c, panel);
+      }
+      UpdateDiagonalBlock<Width>(K, slice, panel);
+    });
+    panel.done = windowEnd;
+    if (panel.done < end) MoveWindow<Width>(K, panel);
+  }
+}
+
 // Step 5: finishes the rows of the diagonal block one by one and writes them to K.
 template <typename Width>
-void FinishDiagonalBlock(const SkylineArrays& K, Panel& panel) {
+void FinishPanel(const SkylineArrays& K, Panel& panel) {
   double l[PanelColumns * PanelColumns];
   for (std::int64_t r = 0; r < panel.columns; ++r) {
     const std::int64_t i = panel.first + r;
@@ -427,19 +464,6 @@ void FinishDiagonalBlock(const SkylineArrays& K, Panel& panel) {
       K.values[panel.base[c] - (panel.first + r)] = l[r * PanelColumns + c];
     }
   }
-}
-
-template <typename Width>
-void FactorPanel(const SkylineArrays& K, std::int64_t first, double* work, std::int64_t sliceRows) {
-  Panel panel;
-  DescribePanel<Width>(K, first, panel);
-  ReadDiagonalBlock(K, panel);
-  for (std::int64_t top = panel.top; top < first; top += sliceRows) {
-    const Slice slice = {work, top, Min(top + sliceRows, first)};
-    FinishSlice<Width>(K, slice, panel);
-    UpdateRowsBelow<Width>(K, slice, panel);
-  }
-  FinishDiagonalBlock<Width>(K, panel);
 }
 
 // The sum of values[0 .. count - 1]: partial sums in eight vectors, then the rest.

@@ -2,7 +2,7 @@
 
 namespace korvex {
 
-PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
+PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr, nullptr, nullptr}; }
 
 LaneRoutines FindLaneRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
 

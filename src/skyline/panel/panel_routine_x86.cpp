@@ -5,13 +5,13 @@ namespace korvex {
 PanelRoutines FindPanelRoutines(int vectorBits) {
   switch (vectorBits) {
     case 128:
-      return {FactorPanel128, SumValues128};
+      return {BeginPanel128, ReducePanel128, FinishPanel128, SumValues128};
     case 256:
-      return {FactorPanel256, SumValues256};
+      return {BeginPanel256, ReducePanel256, FinishPanel256, SumValues256};
     case 512:
-      return {FactorPanel512, SumValues512};
+      return {BeginPanel512, ReducePanel512, FinishPanel512, SumValues512};
     default:
-      return {nullptr, nullptr};
+      return {nullptr, nullptr, nullptr, nullptr};
   }
 }
 

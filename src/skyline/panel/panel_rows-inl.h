@@ -1,4 +1,5 @@
-// The panel's description (top rows, masks, pivots, load), and the copies between columns and rows.
+// Sets the panel's description (top rows, masks, pivots, load), and copies between columns and
+// rows.
 //
 //   K's columns:     diagonal entry first, then upward:  row k of column c is K.values[base[c] - k]
 //   slice of rows:   row k of column c is rows[(k - first) * PanelColumns + c]
@@ -20,31 +21,6 @@ constexpr double NoTop = 1e300;
 // Larger than every row number.
 constexpr std::int64_t NoRow = INT64_MAX;
 
-// Strips of a panel with vectors of 128 bits: 4 columns each.
-constexpr std::int64_t MaxStrips = 6;
-
-// The different top rows of a strip's columns, ascending. Between two of them the active lanes stay
-// the same, so that one mask serves many terms.
-struct Steps {
-  std::int64_t rows[PanelColumns + 1];  // NoRow follows the last
-  int activeVectors[PanelColumns];      // leading vectors active from rows[s]
-};
-
-// The panel's columns first .. first + columns - 1 of K.
-struct Panel {
-  std::int64_t first, columns;
-  std::int64_t top;         // top row of the tallest column, rounded down to a multiple of TileRows
-  std::int64_t commonTop;   // first row that all 24 columns reach; NoRow if columns miss
-  bool isRagged;            // top rows too different for wide strips
-  Steps wide[MaxStrips];    // of the wide strips; unused if narrow strips are as wide
-  Steps narrow[MaxStrips];  // of the narrow strips
-  std::int64_t base[PanelColumns];  // row k of column c is K.values[base[c] - k]
-  double tops[PanelColumns];        // top rows, as doubles, which vectors can compare
-  double pivots[PanelColumns];
-  double load[PanelColumns];
-  double block[PanelColumns * PanelColumns];  // the diagonal block, row-major
-};
-
 // Rows first .. end - 1 of the panel, row-major, PanelColumns entries each.
 struct Slice {
   double* rows;
@@ -54,6 +30,9 @@ struct Slice {
 inline std::int64_t Min(std::int64_t a, std::int64_t b) { return a < b ? a : b; }
 inline std::int64_t Max(std::int64_t a, std::int64_t b) { return a > b ? a : b; }
 
+inline double* RowOf(const Panel& panel, std::int64_t k) {
+  return panel.memory.rows + (k - panel.windowTop) * PanelColumns;
+}
 inline double* RowOf(const Slice& slice, std::int64_t k) {
   return slice.rows + (k - slice.first) * PanelColumns;
 }

@@ -56,11 +56,12 @@ struct RunFolder {
   }
 };
 
-std::vector<ResultState> CompareWith(const std::string& prefix, const std::string& text) {
+std::vector<ResultState> CompareWith(const std::string& prefix, const std::string& text,
+                                     int threads = 1) {
   SolvedModel solved;
   SolveInMemory(text, {}, solved);
   std::vector<ResultState> results;
-  CompareResults(prefix, {}, solved, results);
+  CompareResults(prefix, {}, solved, results, threads);
   return results;
 }
 
@@ -82,9 +83,11 @@ TEST(StaleResults, KnowTheFilesOfARun) {
   for (std::uint32_t seed = 0; seed < 6; ++seed) models.push_back(MakeGoodModel(seed));
   for (const ModelText& model : models) {
     const RunFolder run(model);
-    for (const ResultState& result : CompareWith(run.prefix, run.text)) {
-      EXPECT_EQ(result.fit, ResultFit::Same) << result.name << ", line " << result.line;
-      EXPECT_EQ(result.line, 0U);
+    for (const int threads : {1, 3}) {
+      for (const ResultState& result : CompareWith(run.prefix, run.text, threads)) {
+        EXPECT_EQ(result.fit, ResultFit::Same) << result.name << ", line " << result.line;
+        EXPECT_EQ(result.line, 0U);
+      }
     }
   }
 }
@@ -244,7 +247,7 @@ TEST(WrittenBytes, AreThoseOfTheFile) {
         [](const std::string& name) {
           korvex::ResultFile file;
           korvex::OpenResultFile(name, "failed", file);
-          for (int k = 0; k < 50000; ++k) korvex::AddLine(file, k);
+          for (int k = 0; k < 50000; ++k) korvex::AddLine(file.text, k);
           return korvex::CloseResultFile(file);
         },
         [&](const char* block, std::size_t count) { bytes.append(block, count); });

@@ -193,9 +193,9 @@ TEST(AuditJson, HasTheKeysOfThePage) {
   const Audited audited = Audit(model, 12.0);
   const Json json = AuditJson(audited.solved, audited.report);
   EXPECT_EQ(KeysOf(json),
-            (std::vector<std::string>{"loads", "reactions", "imbalance", "residual", "supports",
-                                      "beams", "maxima", "stale", "verdict", "findings", "errors",
-                                      "warnings", "hints"}));
+            (std::vector<std::string>{"loads", "reactions", "imbalance", "residual", "solution",
+                                      "supports", "beams", "maxima", "stale", "verdict", "findings",
+                                      "errors", "warnings", "hints"}));
   EXPECT_EQ(json["loads"].dump(), "[0.0,0.0,-100.0,0.0,400000.0,0.0]");
   EXPECT_NEAR(json["reactions"][2].get<double>(), 100.0, 1e-7);
   EXPECT_LT(json["imbalance"].get<double>(), 1e-9);

@@ -58,6 +58,13 @@ TEST(KvxCompletion, CompletesOptionsAndTheirValues) {
   EXPECT_EQ(Complete("kvx top --of b"), "beams\nbending\n");
   EXPECT_EQ(Complete("kvx top --by =  t"), "thickness\n");
   EXPECT_EQ(Complete("kvx forces --beam \"\""), "all\n");
+  EXPECT_EQ(Complete("kvx run --engine s"), "skyline\nsparse\n");
+  EXPECT_EQ(Complete("kvx cases --engine = a"), "auto\n");
+  EXPECT_EQ(Complete("kvx run --threads \"\""), "\n");
+  EXPECT_EQ(Complete("kvx run --dr"), "--dry-run\n");
+  EXPECT_EQ(Complete("kvx run -n d"), "deck one\n");
+  EXPECT_EQ(Complete("kvx top -n d"), "\n");
+  EXPECT_EQ(Complete("kvx run --out-of-core \"\""), "deck one\n");
   EXPECT_EQ(Complete("kvx export --de"), "--details\n");
   EXPECT_EQ(Complete("kvx top --yield \"\""), "\n");
   EXPECT_EQ(Complete("kvx import --map-"), "--map-template\n");

@@ -21,6 +21,7 @@
 #include "support/read_bytes.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
+#include "support/words.h"
 
 namespace kvx::test {
 namespace {
@@ -58,7 +59,7 @@ std::string PlateText(int n) {
 }
 
 // The program, started beside the test in a folder that has the model.
-// command: "run", or "export --vtu".
+// command: "run", or "export --vtu": words without blanks.
 pid_t Start(const fs::path& folder, const fs::path& output, const std::string& command = "run") {
   const std::string path = output.string();
   const pid_t child = fork();
@@ -66,11 +67,11 @@ pid_t Start(const fs::path& folder, const fs::path& output, const std::string& c
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   dup2(file, STDOUT_FILENO);
   dup2(file, STDERR_FILENO);
-  const std::size_t space = command.find(' ');
-  const std::string word = command.substr(0, space);
-  const std::string option = space == std::string::npos ? "" : command.substr(space + 1);
-  const char* const last = option.empty() ? nullptr : option.c_str();
-  if (chdir(folder.c_str()) == 0) execl(KVX_PROGRAM, KVX_PROGRAM, word.c_str(), last, nullptr);
+  std::vector<std::string> words = SplitWords(KVX_PROGRAM " " + command);
+  std::vector<char*> arguments;
+  for (std::string& word : words) arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  if (chdir(folder.c_str()) == 0) execv(KVX_PROGRAM, arguments.data());
   _exit(127);
 }
 
@@ -182,6 +183,33 @@ TEST_F(KvxRunPosix, LeavesOldOrNewFilesWhereItIsInterrupted) {
   EXPECT_GT(interrupted, Times / 4);
 }
 
+// The sparse engine, with its factors in a file: none of it is left, at whatever moment it ends.
+TEST_F(KvxRunPosix, LeavesNoFactorsWhereItIsInterrupted) {
+  const std::string command = "run --engine=sparse --out-of-core=../factors";
+  const fs::path factors = base.Path() / "factors";
+  fs::create_directory(factors);
+  Fill();
+  const steady_clock::time_point begin = steady_clock::now();
+  const int status = Await(Start(folder, output, command));
+  if (status == 65) GTEST_SKIP() << ReadBytes(output);
+  ASSERT_EQ(status, 0) << ReadBytes(output);
+  seconds = std::chrono::duration<double>(steady_clock::now() - begin).count();
+  EXPECT_EQ(ListFolder(factors), NoNames);
+  constexpr int Times = 12;
+  int interrupted = 0;
+  for (int k = 0; k < Times; ++k) {
+    SCOPED_TRACE(k);
+    Fill();
+    interrupted += RunAndSignal(command, SIGINT, 1.0 * k / Times) == 130 ? 1 : 0;
+    EXPECT_EQ(ListFolder(factors), NoNames);
+    if (!fs::exists(folder / "displacements.bin")) {
+      EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
+      EXPECT_FALSE(fs::exists(folder / "solution.json"));
+    }
+  }
+  EXPECT_GT(interrupted, Times / 4);
+}
+
 // Killed, it cannot clear away; the next run does, and is not held up.
 TEST_F(KvxRunPosix, ClearsAwayWhatAKilledRunHasLeft) {
   RunWhole();
@@ -254,6 +282,72 @@ TEST_F(KvxRunPosix, SaysThatAFolderCannotBeWritten) {
   EXPECT_EQ(run.err,
             "kvx run: \"fem_solving.txt\": The folder cannot be written: Permission denied.\n");
   EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
+}
+
+TEST_F(KvxRunPosix, SaysThatTheFolderForTheFactorsCannotBeWritten) {
+  Fill();
+  const fs::path factors = base.Path() / "factors";
+  fs::create_directory(factors);
+  fs::permissions(base.Path(), fs::perms::all);
+  fs::permissions(folder, fs::perms::all);
+  fs::permissions(factors, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                               fs::perms::others_exec);
+  const ProgramRun run = RunForbidden(folder, "run --out-of-core ../factors");
+  fs::permissions(factors, fs::perms::owner_all);
+  if (run.exitStatus == 126 || run.exitStatus == 127) {
+    GTEST_SKIP() << "no user without permissions can run the program";
+  }
+  EXPECT_EQ(run.exitStatus, 73);
+  EXPECT_EQ(run.err, "kvx run: the folder \"" + factors.string() +
+                         "\" for the factors cannot be written to: Permission denied.\n");
+  EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
+}
+
+// A strip of 2000 shells, held at every 50th station, whose stations are numbered from both ends in
+// turn: its columns reach over half of the structure on average, 1.1 GB, and its factor is small.
+std::string BadlyNumberedStrip() {
+  constexpr int Stations = 2001, HeldStations = 50;
+  ModelText text;
+  text.materials = {{210000.0, 0.3, 7.85e-9}};
+  text.thicknesses = {10.0};
+  text.nodes.resize(2 * static_cast<std::size_t>(Stations));
+  const auto node = [&](int station, int side) {
+    return 2 * (station % 2 == 0 ? station / 2 : Stations - 1 - station / 2) + side;
+  };
+  for (int station = 0; station < Stations; ++station) {
+    for (int side = 0; side < 2; ++side) {
+      text.nodes[static_cast<std::size_t>(node(station, side))] = {50.0 * station, 50.0 * side,
+                                                                   0.0};
+      if (station % HeldStations == 0) text.restraints.push_back({node(station, side)});
+    }
+    if (station == 0) continue;
+    text.shells4.push_back(
+        {{node(station - 1, 0), node(station, 0), node(station, 1), node(station - 1, 1)}, 0, 0});
+    text.shell4Loads.push_back({station - 1, {0.0, 0.0, -0.001}});
+  }
+  return korvex::test::WriteModel(text);
+}
+
+// The check of a run does not refuse for the skyline's memory what the sparse engine solves.
+TEST_F(KvxRunPosix, SolvesWithTheOtherEngineWhatTheSkylineHasNoMemoryFor) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer takes addresses of its own";
+#endif
+  fs::create_directories(folder);
+  WriteFile(folder / "fem_solving.txt", BadlyNumberedStrip());
+  const auto run = [&](const std::string& command) {
+    return korvex::test::RunProgram("/bin/sh", base.Path(), "",
+                                    {"-c", "ulimit -v 1000000; exec " KVX_PROGRAM " " + command});
+  };
+  const ProgramRun check = run("check deck");
+  EXPECT_EQ(check.exitStatus, 1);
+  EXPECT_NE(check.out.find("K502"), std::string::npos) << check.out;
+  EXPECT_EQ(run("run deck --engine=skyline").exitStatus, 65);
+  const ProgramRun solved = run("run deck");
+  if (solved.err.find("without the sparse engine") != std::string::npos) GTEST_SKIP();
+  EXPECT_EQ(solved.exitStatus, 0) << solved.err << solved.out;
+  EXPECT_NE(solved.out.find("Engine: sparse"), std::string::npos) << solved.out;
+  EXPECT_EQ(run("audit deck").exitStatus, 0);
 }
 
 // A file system of `size` kilobytes that holds the model and old results. Exit status 125: such a

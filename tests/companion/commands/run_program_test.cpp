@@ -105,6 +105,7 @@ TEST_F(KvxRun, LeavesTheFilesOfTheSolver) {
     EXPECT_NE(run.out.find("; solved in "), std::string::npos) << run.out;
     EXPECT_EQ(ListDifferent(ReadFolder(folder), RunSolver(text)), NoNames) << name;
     EXPECT_TRUE(fs::exists(folder / "displacements.bin"));
+    EXPECT_TRUE(fs::exists(folder / "solution.json"));
     EXPECT_EQ(ReadBytes(folder / "fem_solving.txt"), text);
   }
 }
@@ -374,6 +375,7 @@ TEST_F(KvxRun, HasALineOfJsonForEachFolder) {
     EXPECT_EQ(json[k]["solved"], isSolved);
     EXPECT_EQ(json[k]["audit"].is_object(), isSolved);
     EXPECT_EQ(json[k]["seconds"].is_number(), isSolved);
+    EXPECT_EQ(json[k]["engine"].is_object(), isSolved);
     EXPECT_EQ(json[k]["check"].is_null(), k == 2);
     EXPECT_EQ(json[k]["complaint"].is_null(), k != 2);
   }

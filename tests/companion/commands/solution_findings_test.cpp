@@ -1,4 +1,4 @@
-// K701 .. K708 and K721 .. K723: each fault that is planted in a good model is named alone, with
+// K701 .. K709 and K721 .. K723: each fault that is planted in a good model is named alone, with
 // its place; good models have none.
 #include <gtest/gtest.h>
 
@@ -390,6 +390,56 @@ TEST(SolutionFindings, NameAPrescribedDisplacementThatIsNotReached) {
   }
   model.materials[0][0] = 0.02 * 1e20 / A;  // 0.0004 is missing
   EXPECT_TRUE(Audit(model).report.findings.findings.empty());
+}
+
+// What an audit says of the digits, of a good model whose solution is told to be so exact.
+AuditReport AuditQuality(const LoadQuality& load) {
+  ModelText model = BuildStraight({0.0, 4000.0}, TeeSection());
+  model.forces = {{1, SingleLoad(Fz, -1.0)}};
+  Audited audited = Audit(model);
+  AuditOptions options;
+  options.comparesFiles = false;
+  options.modelText = audited.text;
+  options.solution.emplace();
+  options.solution->loads = {load};
+  AuditReport report;
+  AuditModel(options, audited.solved, report);
+  return report;
+}
+
+// 16 digits are 15.95 of a double, whose rounding is 2^-53: with the condition 1e10 5.95 are left.
+TEST(SolutionFindings, NameAFewDigitsThatAreLeft) {
+  const double rounding = 1e-16;
+  for (const LoadQuality& load : {LoadQuality(),
+                                  LoadQuality{1e-17, rounding, 0.0, 0.0},
+                                  {1e-17, rounding, 1e9, 9.0},
+                                  {1e-17, rounding, LoadQuality::Unknown, LoadQuality::Unknown},
+                                  {1e-17, 1e-10, 9e3, 3.95}}) {
+    EXPECT_EQ(FindFinding(AuditQuality(load), "K709").code, "") << load.condition;
+  }
+  struct Few {
+    LoadQuality load;
+    Severity severity;
+    const char* words;
+  };
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const Few& few : {Few{{1e-17, rounding, 1e10, 10.0}, Severity::Warning, "as few as 5.9 may"},
+                         {{1e-17, rounding, 8e12, 12.9}, Severity::Warning, "as few as 3 may"},
+                         {{1e-17, rounding, 1e13, 13.0}, Severity::Error, "as few as 2.9 may"},
+                         {{1e-17, 1e-10, 1e5, 5.0}, Severity::Warning, "as few as 5 may"},
+                         {{1e-17, rounding, 1e17, 17.0}, Severity::Error, "maybe none is right"},
+                         {{1e-17, rounding, infinite, infinite}, Severity::Error, "maybe none"}}) {
+    SCOPED_TRACE(few.words);
+    const AuditReport report = AuditQuality(few.load);
+    const Finding finding = FindFinding(report, "K709");
+    ASSERT_EQ(finding.code, "K709");
+    EXPECT_EQ(finding.severity, few.severity);
+    EXPECT_NE(finding.message.find(few.words), std::string::npos) << finding.message;
+    EXPECT_FALSE(finding.remedy.empty());
+    EXPECT_EQ(VerdictText(report), few.severity == Severity::Error
+                                       ? "few digits of the displacements are right"
+                                       : "balanced, but few digits of the displacements are right");
+  }
 }
 
 // A beam clamped at both ends under a uniform load q lacks q L^2 / 24 of q L^2 / 12.

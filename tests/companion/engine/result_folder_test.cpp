@@ -31,14 +31,15 @@ using BeforeFile = std::function<void(const char* name)>;
 
 // The results of a model with these displacements, NPOIN x 6, in the folder.
 void WriteResultFolder(const std::string& folder, const std::string& modelText,
-                       const std::vector<double>& displacements, const BeforeFile& before) {
+                       const std::vector<double>& displacements, const BeforeFile& before,
+                       const std::string& solution = "", int threads = 1) {
   UnfinishedFolder unfinished;
   BeginUnfinished(folder, NameResultFiles(), unfinished);
   korvex::Model model;
   korvex::ReadInputText(modelText, model);
   korvex::NumberEquations(model);
   model.Displacements = displacements;
-  WriteResults({modelText, 0.25, before, {}}, model, unfinished);
+  WriteResults({modelText, 0.25, solution, before, {}, threads}, model, unfinished);
 }
 
 // A model text with its displacements, in an empty folder.
@@ -53,8 +54,8 @@ struct Solved {
     SolveInMemory(text, {}, solved);
     displacements = solved.model.Displacements;
   }
-  void Write(const BeforeFile& before = {}) const {
-    WriteResultFolder(prefix, text, displacements, before);
+  void Write(const BeforeFile& before = {}, int threads = 1) const {
+    WriteResultFolder(prefix, text, displacements, before, "", threads);
   }
 };
 
@@ -84,6 +85,19 @@ TEST(ResultFolder, HasTheBytesOfTheSolver) {
   }
 }
 
+TEST(ResultFolder, HasTheSameBytesForAnyNumberOfThreads) {
+  for (std::uint32_t seed = 20; seed < 32; ++seed) {
+    const Solved solved(GoodText(seed));
+    solved.Write();
+    const FolderBytes expected = ReadFolder(solved.folder.Path());
+    for (const int threads : {2, 3, 8}) {
+      solved.Write({}, threads);
+      EXPECT_EQ(ListDifferent(ReadFolder(solved.folder.Path()), expected), NoNames)
+          << seed << ", threads: " << threads;
+    }
+  }
+}
+
 TEST(ResultFolder, KeepsTheDisplacementsBitByBit) {
   const Solved solved(GoodText(3));
   solved.Write();
@@ -102,6 +116,26 @@ TEST(ResultFolder, HasTheTimeInItsLog) {
   solved.Write();
   const std::string log = korvex::test::ReadFile(solved.folder.Path() / korvex::test::LogPath());
   EXPECT_EQ(log.substr(log.find('\n') + 1), "Solution time:0.25 seconds.\n");
+}
+
+// solution.json comes and goes with the other files; without a text there is none.
+TEST(ResultFolder, HasWhatIsToldOfTheSolution) {
+  const Solved solved(GoodText(4));
+  const fs::path file = solved.folder.Path() / "solution.json";
+  WriteResultFolder(solved.prefix, solved.text, solved.displacements, {}, "{\"a\": 1}\n");
+  EXPECT_EQ(ReadBytes(file), "{\"a\": 1}\n");
+  EXPECT_EQ(ListResultFiles(solved.prefix).size(), 9U);
+  struct Enough {};
+  const auto stop = [](const char* name) {
+    if (std::string(name) == "displacements.bin") throw Enough{};
+  };
+  EXPECT_THROW(WriteResultFolder(solved.prefix, solved.text, solved.displacements, stop, "new"),
+               Enough);
+  EXPECT_EQ(ReadBytes(file), "{\"a\": 1}\n");
+  EXPECT_EQ(RemoveStaleResults(solved.prefix, solved.text + ' ').size(), 9U);
+  EXPECT_FALSE(fs::exists(file));
+  solved.Write();
+  EXPECT_FALSE(fs::exists(file));
 }
 
 // Interrupted before each of its files, what was there stays, and nothing else.
@@ -168,10 +202,13 @@ TEST(ResultFolder, StaysAsItIsWhereAFileIsIncomplete) {
       if (name != full) return;
       fs::create_symlink("/dev/full", solved.folder.Path() / "kvx-unfinished" / name);
     };
-    ExpectStop([&] { solved.Write(spoil); }, full + " cannot be written: No space left on device.",
-               korvex::StopKind::ResultFile);
-    EXPECT_EQ(ListFolder(solved.folder.Path()), std::vector<std::string>{"structure.dxf"});
-    EXPECT_EQ(ReadBytes(solved.folder.Path() / "structure.dxf"), "old");
+    for (const int threads : {1, 3}) {
+      ExpectStop([&] { solved.Write(spoil, threads); },
+                 full + " cannot be written: No space left on device.",
+                 korvex::StopKind::ResultFile);
+      EXPECT_EQ(ListFolder(solved.folder.Path()), std::vector<std::string>{"structure.dxf"});
+      EXPECT_EQ(ReadBytes(solved.folder.Path() / "structure.dxf"), "old");
+    }
   }
 }
 

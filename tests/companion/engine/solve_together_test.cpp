@@ -24,6 +24,17 @@ using korvex::test::WriteModel;
 
 using Loads = std::vector<std::vector<double>>;
 
+// With the skyline.
+void Solve(korvex::Model& model, Loads& loads, const korvex::ShareCallback& share,
+           Loads& displacements) {
+  EngineSettings settings;
+  settings.choice = EngineChoice::Skyline;
+  SolutionPlan plan;
+  PlanSolution(model, loads.size(), settings, {}, plan);
+  SolutionRecord record;
+  SolveTogether(model, loads, settings, plan, share, displacements, record);
+}
+
 void ReadModel(const ModelText& text, korvex::Model& model) {
   model = {};
   korvex::ReadInputText(WriteModel(text), model);
@@ -67,7 +78,7 @@ void ExpectRunsOfEachAlone(const std::vector<ModelText>& cases) {
   Loads loads = ListLoads(cases), displacements;
   korvex::Model model;
   ReadModel(cases[0], model);
-  SolveTogether(model, loads, {}, displacements);
+  Solve(model, loads, {}, displacements);
   ASSERT_EQ(displacements.size(), cases.size());
   EXPECT_TRUE(model.Stiffness.Values.empty());
   for (std::size_t k = 0; k < cases.size(); ++k) {
@@ -115,12 +126,12 @@ TEST(SolveTogether, TakesModelsWithoutLoadsOrNodes) {
   korvex::Model model;
   ReadModel(MakePlate(false), model);
   Loads loads, displacements(3);
-  SolveTogether(model, loads, {}, displacements);
+  Solve(model, loads, {}, displacements);
   EXPECT_TRUE(displacements.empty());
 
   ReadModel(ModelText(), model);
   loads.assign(2, {});
-  SolveTogether(model, loads, {}, displacements);
+  Solve(model, loads, {}, displacements);
   EXPECT_EQ(displacements, Loads(2));
 }
 
@@ -132,7 +143,7 @@ TEST(SolveTogether, ReportsTheShare) {
     korvex::Model model;
     ReadModel(cases[0], model);
     std::vector<double> shares = {0.0};
-    SolveTogether(
+    Solve(
         model, loads, [&](double share) { shares.push_back(share); }, displacements);
     EXPECT_GT(shares.size(), 100U);
     EXPECT_EQ(shares.back(), 1.0);
@@ -151,11 +162,11 @@ TEST(SolveTogether, CanBeInterrupted) {
     const auto share = [&](double done) {
       if (done >= end) throw Interruption();
     };
-    EXPECT_THROW(SolveTogether(model, loads, share, displacements), Interruption);
+    EXPECT_THROW(Solve(model, loads, share, displacements), Interruption);
     EXPECT_TRUE(model.Stiffness.Values.empty());
   }
   Loads loads = ListLoads(cases), displacements;
-  SolveTogether(model, loads, {}, displacements);
+  Solve(model, loads, {}, displacements);
   korvex::Model run;
   korvex::test::SolveModel(cases[2], run);
   EXPECT_TRUE(SameBits(displacements[2], run.Displacements));
@@ -167,7 +178,7 @@ TEST(SolveTogether, StopsAsARunDoes) {
   korvex::Model model;
   ReadModel(text, model);
   Loads loads(1, std::vector<double>(static_cast<std::size_t>(model.NEQ))), displacements;
-  EXPECT_THROW(SolveTogether(model, loads, {}, displacements), korvex::Stop);
+  EXPECT_THROW(Solve(model, loads, {}, displacements), korvex::Stop);
   EXPECT_TRUE(model.Stiffness.Values.empty());
 }
 

@@ -11,7 +11,8 @@ namespace kvx::test {
 // Bytes by name: bytes on POSIX, UTF-8 on Windows.
 using FolderBytes = std::map<std::string, std::string>;
 
-// All that is in the folder but the model file and displacements.bin. In the log the solution time
+// All that is in the folder but the model file, displacements.bin and solution.json, which are not
+// of the solver. In the log the solution time
 // is "#". A folder inside has the bytes "folder".
 FolderBytes ReadFolder(const std::filesystem::path& folder);
 

@@ -1,0 +1,12 @@
+// The threads of commands that have no option for them: results do not depend on their number.
+#pragma once
+
+namespace kvx {
+
+// More threads than any machine has that this program was made for.
+inline constexpr int MostThreads = 512;
+
+// The cores that this process may use, at most MostThreads; 1 on a machine that does not tell.
+int CountCores();
+
+}  // namespace kvx

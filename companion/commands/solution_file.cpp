@@ -1,0 +1,154 @@
+#include "commands/solution_file.h"
+
+#include <nlohmann/json.hpp>
+#include <system_error>
+
+#include "commands/hash_text.h"
+#include "commands/number_json.h"
+#include "commands/regular_file.h"
+#include "engine/result_folder.h"
+
+namespace kvx {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr const char* Program = "kvx";
+constexpr std::uintmax_t LargestFile = 1U
+                                       << 16U;  // bytes: one that was written here has a kilobyte
+
+Json ModelJson(const ModelFileId& file) {
+  return {{"size", file.size}, {"hash", HashText(file.hash)}};
+}
+
+Json EstimateJson(const EngineEstimate& estimate) {
+  const bool isKnown = estimate.bytes > 0;
+  return {{"possible", estimate.isPossible},
+          {"reason", estimate.reason.empty() ? Json(nullptr) : Json(estimate.reason)},
+          {"seconds", isKnown ? NumberJson(estimate.seconds) : Json(nullptr)},
+          {"bytes", isKnown ? Json(estimate.bytes) : Json(nullptr)},
+          {"disk_bytes", isKnown ? Json(estimate.diskBytes) : Json(nullptr)}};
+}
+
+// A number, or null for one that is not known. Returns false where it is something else.
+bool ReadNumber(const Json& json, const char* key, double& number) {
+  const auto found = json.find(key);
+  if (found == json.end()) return false;
+  if (found->is_null()) {
+    number = LoadQuality::Unknown;
+    return true;
+  }
+  if (!found->is_number()) return false;
+  number = found->get<double>();
+  return true;
+}
+
+template <typename Integer>
+bool ReadCount(const Json& json, const char* key, Integer& number) {
+  const auto found = json.find(key);
+  if (found == json.end() || !found->is_number_unsigned()) return false;
+  number = found->get<Integer>();
+  return true;
+}
+
+bool ReadEngine(const Json& json, SolutionRecord& record) {
+  const auto name = json.find("engine"), outOfCore = json.find("out_of_core");
+  if (name == json.end() || outOfCore == json.end() || !outOfCore->is_boolean()) return false;
+  record.isOutOfCore = outOfCore->get<bool>();
+  record.engine = *name == "sparse" ? EngineChoice::Sparse : EngineChoice::Skyline;
+  return *name == EngineName(record.engine);
+}
+
+bool ReadRecord(const Json& json, SolutionRecord& record) {
+  record.loads.resize(1);
+  LoadQuality& load = record.loads.front();
+  return ReadEngine(json, record) && ReadCount(json, "threads", record.threads) &&
+         ReadCount(json, "equations", record.equations) &&
+         ReadCount(json, "free_equations", record.freeEquations) &&
+         ReadNumber(json, "order_seconds", record.orderSeconds) &&
+         ReadNumber(json, "factor_seconds", record.factorSeconds) &&
+         ReadNumber(json, "solve_seconds", record.solveSeconds) &&
+         ReadCount(json, "bytes", record.bytes) &&
+         ReadCount(json, "disk_bytes", record.diskBytes) &&
+         ReadNumber(json, "flops", record.flops) &&
+         ReadCount(json, "refinement_steps", record.refinementSteps) &&
+         ReadNumber(json, "residual", load.residual) &&
+         ReadNumber(json, "backward_error", load.backwardError) &&
+         ReadNumber(json, "condition", load.condition) &&
+         ReadNumber(json, "digits_lost", load.digitsLost);
+}
+
+}  // namespace
+
+const char* EngineName(EngineChoice engine) {
+  if (engine == EngineChoice::Auto) return "auto";
+  return engine == EngineChoice::Sparse ? "sparse" : "skyline";
+}
+
+void AddSolutionJson(const SolutionRecord& record, Json& json) {
+  json["engine"] = EngineName(record.engine);
+  json["out_of_core"] = record.isOutOfCore;
+  json["threads"] = record.threads;
+  json["equations"] = record.equations;
+  json["free_equations"] = record.freeEquations;
+  json["order_seconds"] = NumberJson(record.orderSeconds);
+  json["factor_seconds"] = NumberJson(record.factorSeconds);
+  json["solve_seconds"] = NumberJson(record.solveSeconds);
+  json["bytes"] = record.bytes;
+  json["disk_bytes"] = record.diskBytes;
+  json["flops"] = NumberJson(record.flops);
+  json["refinement_steps"] = record.refinementSteps;
+  if (record.loads.size() != 1) return;
+  const LoadQuality& load = record.loads.front();
+  json["residual"] = NumberJson(load.residual);
+  json["backward_error"] = NumberJson(load.backwardError);
+  json["condition"] = NumberJson(load.condition);
+  json["digits_lost"] = NumberJson(load.digitsLost);
+}
+
+Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solution) {
+  Json json, found;
+  json["name"] = fits ? Json(EngineName(plan.engine)) : Json(nullptr);
+  json["out_of_core"] = fits ? Json(plan.isOutOfCore) : Json(nullptr);
+  json["reason"] = fits ? Json(plan.reason) : Json(nullptr);
+  json["equations"] = plan.equations;
+  json["free_equations"] = plan.freeEquations;
+  json["prediction"] = {{"skyline", EstimateJson(plan.skyline)},
+                        {"sparse", EstimateJson(plan.sparse)},
+                        {"out_of_core", EstimateJson(plan.outOfCore)}};
+  if (solution != nullptr) AddSolutionJson(*solution, found);
+  json["solution"] = found;
+  return json;
+}
+
+std::string SolutionFileText(const ModelFileId& file, const SolutionRecord& solution) {
+  Json json;
+  json["program"] = Program;
+  json["model"] = ModelJson(file);
+  AddSolutionJson(solution, json);
+  constexpr int Indent = 2;
+  return json.dump(Indent) + '\n';
+}
+
+std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file) {
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(SolutionFileName, error);
+  std::string bytes;
+  if (error || size > LargestFile || !ReadRegularFile(SolutionFileName, bytes)) return {};
+  constexpr bool Throws = false;
+  const Json json = Json::parse(bytes, nullptr, Throws);
+  if (!json.is_object() || !json.contains("program") || json["program"] != Program) return {};
+  if (!json.contains("model") || json["model"] != ModelJson(file)) return {};
+  SolutionRecord record;
+  if (!ReadRecord(json, record)) return {};
+  return record;
+}
+
+SolutionRecord SolutionOfLoad(const SolutionRecord& record, std::size_t load) {
+  SolutionRecord one = record;
+  one.loads = {record.loads.at(load)};
+  return one;
+}
+
+}  // namespace kvx

@@ -1,0 +1,114 @@
+#include "commands/solution_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "check/describe.h"
+#include "commands/rough_text.h"
+#include "finding/text_layout.h"
+
+namespace kvx {
+
+namespace {
+
+constexpr double BytesPerGigabyte = 1024.0 * 1024.0 * 1024.0;
+
+// Less memory and disk is not worth a number.
+constexpr double LeastGigabytes = 0.01;
+
+// Without an exponent where the number is large.
+std::string TwoDigits(double value) {
+  return value < 10.0 ? RoughText(value) : NumberText(std::round(value));
+}
+
+std::string GigabytesText(std::uint64_t bytes) {
+  const double gigabytes = static_cast<double>(bytes) / BytesPerGigabyte;
+  return gigabytes < LeastGigabytes ? "less than 0.01" : TwoDigits(gigabytes);
+}
+
+const EngineEstimate& ChosenEstimate(const SolutionPlan& plan) {
+  if (plan.engine != EngineChoice::Sparse) return plan.skyline;
+  return plan.isOutOfCore ? plan.outOfCore : plan.sparse;
+}
+
+void AddRow(const std::string& name, const EngineEstimate& estimate, bool isTaken,
+            ResultTable& table) {
+  const bool isKnown = estimate.bytes > 0;  // also where it does not fit
+  table.cells.emplace_back(name);
+  table.cells.emplace_back(isKnown ? DurationText(estimate.seconds) : "");
+  table.cells.emplace_back(isKnown ? GigabytesText(estimate.bytes) : "");
+  table.cells.emplace_back(estimate.diskBytes > 0 ? GigabytesText(estimate.diskBytes) : "");
+  const std::string reason =
+      isKnown || !estimate.reason.empty() ? estimate.reason : "not looked at";
+  table.cells.emplace_back(isTaken ? "is taken" : CleanText(reason));
+}
+
+}  // namespace
+
+SolutionPlan CopyWithoutOrder(SolutionPlan& plan) {
+  std::vector<std::int32_t> order;
+  order.swap(plan.order);
+  SolutionPlan copy = plan;
+  order.swap(plan.order);
+  return copy;
+}
+
+double CountCorrectDigits(const LoadQuality& load) {
+  const bool isKnown = std::isfinite(load.backwardError) && !std::isnan(load.condition);
+  if (!isKnown || load.condition == 0.0) return std::numeric_limits<double>::quiet_NaN();
+  constexpr double Rounding = std::numeric_limits<double>::epsilon() / 2.0;
+  const double error = load.condition * std::max(load.backwardError, Rounding);
+  return std::clamp(-std::log10(error), 0.0, DoubleDigits);
+}
+
+std::string EngineText(EngineChoice engine, bool isOutOfCore, int threads) {
+  const std::string name = engine == EngineChoice::Sparse ? "sparse" : "skyline";
+  return name + (isOutOfCore ? ", out of core" : "") + ", " +
+         CountText(static_cast<std::size_t>(threads), "thread", "threads");
+}
+
+std::string AccuracyText(const LoadQuality& load) {
+  std::string text;
+  if (!std::isnan(load.residual)) text = "scaled residual " + RoughText(load.residual) + ", ";
+  if (!std::isnan(load.backwardError)) {
+    text += "backward error " + RoughText(load.backwardError) + ", ";
+  }
+  if (load.condition == 0.0) return text + "digits lost: not estimated, nothing moves";
+  if (std::isnan(load.digitsLost)) return text + "digits lost: not estimated";
+  return text + RoughText(load.digitsLost) + " of about 16 digits lost";
+}
+
+std::string DurationText(double seconds) {
+  constexpr double Minute = 60.0, Hour = 3600.0;
+  if (!(seconds >= 0.1)) return "less than 0.1 s";
+  if (seconds < 2.0 * Minute) return TwoDigits(seconds) + " s";
+  if (seconds < 2.0 * Hour) return NumberText(std::round(seconds / Minute)) + " min";
+  return NumberText(std::round(10.0 * seconds / Hour) / 10.0) + " h";
+}
+
+std::string SolvingText(const std::string& what, const SolutionPlan& plan) {
+  const std::string name = plan.engine == EngineChoice::Sparse ? "sparse" : "skyline";
+  return what + " (" + name + (plan.isOutOfCore ? ", out of core" : "") + ", about " +
+         DurationText(std::max(0.1, ChosenEstimate(plan).seconds)) + ')';
+}
+
+ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {
+  ResultTable table;
+  table.columns = {"engine", "time", "GB", "GB on disk", ""};
+  const bool isSkyline = fits && plan.engine == EngineChoice::Skyline;
+  const bool isSparse = fits && plan.engine == EngineChoice::Sparse;
+  AddRow("skyline", plan.skyline, isSkyline, table);
+  AddRow("sparse", plan.sparse, isSparse && !plan.isOutOfCore, table);
+  AddRow("sparse, out of core", plan.outOfCore, isSparse && plan.isOutOfCore, table);
+  table.notes = {"Predicted, before the solution. Reading, stresses and files come on top."};
+  return table;
+}
+
+std::string PlanText(const SolutionPlan& plan, std::size_t loads) {
+  return std::to_string(plan.equations) + " equations, " + std::to_string(plan.freeEquations) +
+         " of them free; " + CountText(loads, "load", "loads") + ".";
+}
+
+}  // namespace kvx

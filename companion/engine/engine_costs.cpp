@@ -1,0 +1,113 @@
+#include "engine/engine_costs.h"
+
+#include <algorithm>
+
+#include "base/dof_counts.h"
+#include "platform/vector_bits.h"
+#include "size/check_size.h"
+#include "skyline/reserve_system.h"
+#include "sparse/refined_columns.h"
+
+namespace kvx {
+
+namespace {
+
+constexpr double BytesPerGigabyte = 1073741824.0;
+
+// Seconds for an equation of shells: forming the element matrices and adding them.
+constexpr double AssemblySeconds = 1e-6;
+
+// Seconds for an entry of the skyline: to provide and clear it, and for each vector of 8 loads, as
+// skyline/work_share.h has them in units of the factorisation. Several loads stand in rows of up to
+// 24 lanes (skyline/load_lanes.h).
+constexpr double StoreSeconds = 6.5e-9, LoadSeconds = 4.3e-9;
+constexpr std::size_t LoadLanes = 8, MostLanes = 24;
+
+// Rows of a column for each thread that shortens the factorisation (skyline/panel_pipeline.h).
+constexpr double RowsPerThread = 48.0;
+
+// Of the sparse engine, as measured on grillages, box girders and plates of 40,000 to 250,000
+// equations (bench/sparse_bench.cpp): flops per second in large fronts, seconds for an entry of L
+// in small ones, for an equation in METIS and analysis, and for an entry of L and a column in a
+// solution, beside the skyline in the same run. There are three solutions: of the loads, of their
+// refinement, for the condition.
+constexpr double SparseRate = 20e9;
+constexpr double EntrySeconds = 8e-9;
+constexpr double OrderSeconds = 1e-6;
+constexpr double FirstColumnSeconds = 1.7e-9, NextColumnSeconds = 0.3e-9;
+constexpr double Solutions = 3.0;
+
+// What each further thread adds to the first: panels of the skyline wait for little, threads of
+// BLAS for every front.
+constexpr double SkylineThreadGain = 0.8, SparseThreadGain = 0.4;
+
+// MUMPS stores fronts with the zeros that joining small ones brings, as rectangles; it has a fifth
+// more space than it foresees, and tables of its own for each equation.
+constexpr double StorageFactor = 1.25;
+constexpr double SpaceFactor = 1.4;
+constexpr double TableBytes = 300.0;  // per equation
+
+// A disk of a virtual machine: bytes per second that are written and read.
+constexpr double DiskRate = 3e8;
+
+double SpeedOf(int threads, double gain) {
+  return 1.0 + gain * static_cast<double>(std::max(threads, 1) - 1);
+}
+
+// loads: vectors of all equations that are there at once.
+double VectorBytes(double equations, std::size_t loads) {
+  return 3.0 * sizeof(double) * equations * static_cast<double>(std::max<std::size_t>(loads, 1));
+}
+
+double BytesBeside(const SparseTask& task) {
+  // the matrix, and its places as MUMPS wants them
+  constexpr double Copies = 20.0 / 12.0;
+  const auto equations = static_cast<double>(task.equations);
+  return Copies * static_cast<double>(task.matrixBytes) + TableBytes * equations +
+         VectorBytes(equations, task.loads) +
+         static_cast<double>(
+             CountColumnBytes(static_cast<std::size_t>(task.equations), task.loads));
+}
+
+}  // namespace
+
+void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
+                    EngineEstimate& estimate) {
+  BestOrder given;
+  given.cost = given.givenCost = MeasureOrder(graph, GivenOrder(graph));
+  const SolutionSize size = PredictSize(given, korvex::WidestVectorBits());
+  const double equations = static_cast<double>(CountNodes(graph)) * korvex::DofsPerNode;
+  const double entries = given.cost.entries;
+  const double mostThreads = std::max(entries / (RowsPerThread * equations), 1.0);
+  const int useful = std::min(threads, static_cast<int>(std::min(mostThreads, 1e6)));
+  const std::size_t vectors = (loads + LoadLanes - 1) / LoadLanes;
+  estimate.seconds = size.seconds / SpeedOf(useful, SkylineThreadGain) +
+                     static_cast<double>(vectors) * LoadSeconds * entries + StoreSeconds * entries +
+                     AssemblySeconds * equations;
+  const std::size_t lanes = loads > 1 ? std::min(loads, MostLanes) : 0;
+  estimate.bytes = static_cast<std::uint64_t>(
+      size.gigabytes * BytesPerGigabyte +
+      static_cast<double>(korvex::BytesPerEquation) * equations + VectorBytes(equations, loads) +
+      static_cast<double>(lanes * sizeof(double)) * equations);
+}
+
+void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
+  const auto equations = static_cast<double>(task.equations);
+  const double columns = FirstColumnSeconds + NextColumnSeconds * static_cast<double>(task.loads);
+  estimate.seconds = (size.flops / SparseRate) / SpeedOf(task.threads, SparseThreadGain) +
+                     size.entries * (EntrySeconds + Solutions * columns) +
+                     equations * (OrderSeconds + AssemblySeconds);
+  estimate.bytes =
+      static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.peak + BytesBeside(task));
+}
+
+void PredictOutOfCore(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
+  PredictSparse(size, task, estimate);
+  const double disk = StorageFactor * sizeof(double) * size.entries;
+  estimate.diskBytes = static_cast<std::uint64_t>(disk);
+  estimate.seconds += disk / DiskRate * (1.0 + Solutions);
+  estimate.bytes =
+      static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.stack + BytesBeside(task));
+}
+
+}  // namespace kvx

@@ -1,0 +1,31 @@
+// The folder for the factors out of core: "kvx-factors-1" or so, in the one that the user gives.
+//
+// It is removed with all its files when the object goes. A lock (file_lock.h) tells what a killed
+// run has left: the next one that is given the same folder removes that.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "engine/file_lock.h"
+
+namespace kvx {
+
+struct FactorFolder {
+  std::filesystem::path path;  // empty: not made
+  FileLock lock;
+
+  FactorFolder() = default;
+  ~FactorFolder();
+  FactorFolder(const FactorFolder&) = delete;
+  FactorFolder& operator=(const FactorFolder&) = delete;
+};
+
+// parent: UTF-8. Throws a Stop (StopKind::ResultFile) where it is no folder that can be written to.
+void MakeFactorFolder(const std::string& parent, FactorFolder& folder);
+
+// The bytes that the user may still write there; a very large number where the system does not say.
+std::uint64_t ReadFreeDisk(const std::string& parent);
+
+}  // namespace kvx

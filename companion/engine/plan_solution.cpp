@@ -1,0 +1,213 @@
+#include "engine/plan_solution.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+
+#include "base/dof_counts.h"
+#include "engine/engine_costs.h"
+#include "engine/factor_folder.h"
+#include "platform/free_memory.h"
+#include "renumber/node_graph.h"
+#include "report/stop.h"
+#include "sparse/factor_size.h"
+#include "sparse/free_dofs.h"
+#include "sparse/mumps_error.h"
+#include "sparse/node_order.h"
+#include "sparse/sparse_factor.h"
+
+namespace kvx {
+
+namespace {
+
+// Seconds. What the skyline solves sooner is not worth an order of the nodes, and keeps the bytes
+// of the solver.
+constexpr double SoonSolved = 0.3;
+
+struct Choice {
+  const EngineSettings& settings;
+  std::uint64_t allowed;  // bytes
+};
+
+std::string SecondsText(double seconds) {
+  const double unit = seconds <= 0.0 ? 1.0 : std::pow(10.0, std::floor(std::log10(seconds)) - 1.0);
+  const double rounded = std::max(std::round(seconds / unit) * unit, 0.01);
+  std::string text = std::to_string(rounded);
+  const int decimals = rounded < 1.0 ? 2 : rounded < 10.0 ? 1 : 0;
+  text.resize(text.find('.') + (decimals == 0 ? 0 : 1 + static_cast<std::size_t>(decimals)));
+  return text + " s";
+}
+
+std::string SizeText(const EngineEstimate& estimate) {
+  return "about " + SecondsText(estimate.seconds) + " and " + GigabyteText(estimate.bytes);
+}
+
+// Where memory is too small, says so.
+void LookWhetherItFits(const Choice& choice, EngineEstimate& estimate) {
+  estimate.isPossible = estimate.bytes <= choice.allowed;
+  if (estimate.isPossible) return;
+  estimate.reason = "it takes " + GigabyteText(estimate.bytes) + " of memory, " +
+                    (choice.settings.memory > 0 ? "which is more than the " : "and there are ") +
+                    GigabyteText(choice.allowed) +
+                    (choice.settings.memory > 0 ? " that it may take" : " free");
+}
+
+void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
+  if (!estimate.isPossible) return;
+  const std::string& folder = choice.settings.outOfCore;
+  estimate.isPossible = false;
+  if (folder.empty()) {
+    estimate.reason = "there is no folder for the factors";
+  } else if (estimate.diskBytes > ReadFreeDisk(folder)) {
+    estimate.reason = "its factors take " + GigabyteText(estimate.diskBytes) +
+                      " on the disk, and there are " + GigabyteText(ReadFreeDisk(folder)) + " free";
+  } else {
+    estimate.isPossible = true;
+  }
+}
+
+// The sparse engine in memory and out of core.
+void EstimateSparse(const Choice& choice, const FreeGraph& free, std::uint64_t matrixBytes,
+                    std::size_t loads, SolutionPlan& plan) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point begin = Clock::now();
+  FindSparseOrder(free.graph, plan.order);
+  plan.orderSeconds = std::chrono::duration<double>(Clock::now() - begin).count();
+  FactorSize size;
+  MeasureFactor(free.graph, free.dofs, plan.order, size);
+  SparseTask task{plan.freeEquations, matrixBytes, loads, choice.settings.threads};
+  PredictSparse(size, task, plan.sparse);
+  PredictOutOfCore(size, task, plan.outOfCore);
+  LookWhetherItFits(choice, plan.sparse);
+  LookWhetherItFits(choice, plan.outOfCore);
+  LookWhetherDiskFits(choice, plan.outOfCore);
+}
+
+[[noreturn]] void StopTooLarge(const Choice& choice, const SolutionPlan& plan) {
+  const bool isDiskFull = plan.outOfCore.bytes > 0 && plan.outOfCore.bytes <= choice.allowed &&
+                          !choice.settings.outOfCore.empty();
+  if (isDiskFull) {
+    const bool fitsWithout = plan.sparse.isPossible;
+    throw korvex::Stop{korvex::StopKind::ResultFile,
+                       "The factors do not fit out of core: " + plan.outOfCore.reason +
+                           ". Give a folder on another disk: --out-of-core DIR" +
+                           (fitsWithout ? "; or leave it out: they fit into memory." : ".")};
+  }
+  std::string text = "The solution does not fit into memory: ";
+  const auto add = [&](const char* name, const EngineEstimate& estimate) {
+    if (estimate.bytes > 0) text += name + (' ' + GigabyteText(estimate.bytes)) + ", ";
+  };
+  if (choice.settings.choice != EngineChoice::Sparse) add("the skyline takes", plan.skyline);
+  if (choice.settings.choice != EngineChoice::Skyline) {
+    add("the sparse engine takes", plan.sparse);
+    add("with its factors out of core", plan.outOfCore);
+  }
+  text += (choice.settings.memory > 0 ? "and it may take " : "and there are ") +
+          GigabyteText(choice.allowed) + (choice.settings.memory > 0 ? "." : " free.");
+  std::string ways;
+  if (choice.settings.choice == EngineChoice::Skyline && HasSparseEngine()) {
+    ways += " Try --engine auto.";
+  }
+  const bool fitsOutOfCore = plan.outOfCore.bytes > 0 && plan.outOfCore.bytes <= choice.allowed;
+  if (choice.settings.outOfCore.empty() && fitsOutOfCore) {
+    ways += " Give a folder for the factors: --out-of-core DIR.";
+  }
+  if (choice.settings.choice != EngineChoice::Sparse) {
+    ways += " See whether kvx renumber finds a better order of the nodes.";
+  }
+  if (choice.settings.memory > 0) ways += " Allow more with --memory.";
+  throw korvex::Stop{korvex::StopKind::Notice, text + ways};
+}
+
+void Take(EngineChoice engine, bool isOutOfCore, const std::string& reason, SolutionPlan& plan) {
+  plan.engine = engine;
+  plan.isOutOfCore = isOutOfCore;
+  plan.reason = reason;
+}
+
+// The fastest of those that are possible.
+void TakeFastest(const Choice& choice, SolutionPlan& plan) {
+  const EngineEstimate& sparse = plan.sparse.isPossible ? plan.sparse : plan.outOfCore;
+  const bool isOutOfCore = !plan.sparse.isPossible;
+  if (!plan.skyline.isPossible && !sparse.isPossible) StopTooLarge(choice, plan);
+  const std::string skylineText = "the skyline takes " + SizeText(plan.skyline);
+  const std::string sparseText = std::string("the sparse engine") +
+                                 (isOutOfCore ? " out of core" : "") + " takes " + SizeText(sparse);
+  if (!sparse.isPossible) {
+    Take(EngineChoice::Skyline, false,
+         "The skyline fits; the sparse engine does not: " + plan.sparse.reason + ".", plan);
+  } else if (!plan.skyline.isPossible) {
+    Take(EngineChoice::Sparse, isOutOfCore,
+         "The skyline does not fit: " + plan.skyline.reason + "; " + sparseText + ".", plan);
+  } else if (plan.skyline.seconds <= sparse.seconds) {
+    Take(EngineChoice::Skyline, false,
+         "The faster one is taken: " + skylineText + "; " + sparseText + ".", plan);
+  } else {
+    Take(EngineChoice::Sparse, isOutOfCore,
+         "The faster one is taken: " + sparseText + "; " + skylineText + ".", plan);
+  }
+}
+
+void TakeAsked(const Choice& choice, SolutionPlan& plan) {
+  if (choice.settings.choice == EngineChoice::Skyline) {
+    if (!plan.skyline.isPossible) StopTooLarge(choice, plan);
+    Take(EngineChoice::Skyline, false, "The skyline was asked for.", plan);
+    return;
+  }
+  const bool isOutOfCore = !choice.settings.outOfCore.empty();
+  const EngineEstimate& asked = isOutOfCore ? plan.outOfCore : plan.sparse;
+  if (!asked.isPossible) StopTooLarge(choice, plan);
+  Take(EngineChoice::Sparse, isOutOfCore,
+       isOutOfCore ? "The sparse engine was asked for, out of core."
+                   : "The sparse engine was asked for.",
+       plan);
+}
+
+// The sparse engine cannot be had.
+void TakeSkyline(const Choice& choice, SolutionPlan& plan) {
+  plan.sparse.reason = plan.outOfCore.reason = NoSparseEngine;
+  if (choice.settings.choice == EngineChoice::Sparse) {
+    throw korvex::Stop{korvex::StopKind::Notice, std::string("There is no sparse engine: ") +
+                                                     NoSparseEngine + ". Use --engine skyline."};
+  }
+  if (!plan.skyline.isPossible) StopTooLarge(choice, plan);
+  Take(EngineChoice::Skyline, false,
+       std::string("The skyline is the only engine: ") + NoSparseEngine + ".", plan);
+}
+
+}  // namespace
+
+void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSettings& settings,
+                  const korvex::ShareCallback& share, SolutionPlan& plan) {
+  plan = {};
+  const Choice choice{settings, settings.memory > 0 ? settings.memory : korvex::ReadFreeMemory()};
+  plan.equations = model.NEQ;
+  FreeDofs dofs;
+  ListFreeDofs(model.Tables, dofs);
+  plan.freeEquations = static_cast<std::int64_t>(dofs.equations.size());
+  NodeGraph graph;
+  BuildNodeGraph(model.Tables, graph);
+  PredictSkyline(graph, loads, settings.threads, plan.skyline);
+  LookWhetherItFits(choice, plan.skyline);
+  if (share) share(0.1);
+  if (settings.choice == EngineChoice::Skyline) return TakeAsked(choice, plan);
+  if (!HasSparseEngine()) return TakeSkyline(choice, plan);
+  if (settings.choice == EngineChoice::Auto && plan.skyline.seconds < SoonSolved &&
+      plan.skyline.isPossible) {
+    plan.sparse.reason = plan.outOfCore.reason = "not looked at, since the skyline takes so little";
+    return Take(EngineChoice::Skyline, false,
+                "The model is soon solved: the skyline takes " + SizeText(plan.skyline) + ".",
+                plan);
+  }
+  FreeGraph free;
+  BuildFreeGraph(graph, dofs, free);
+  EstimateSparse(choice, free, CountMatrixBytes(graph, dofs), loads, plan);
+  if (share) share(1.0);
+  if (settings.choice == EngineChoice::Auto) {
+    TakeFastest(choice, plan);
+  } else {
+    TakeAsked(choice, plan);
+  }
+}
+
+}  // namespace kvx

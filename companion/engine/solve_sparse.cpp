@@ -1,0 +1,159 @@
+#include "engine/solve_sparse.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "engine/factor_folder.h"
+#include "engine/free_motion.h"
+#include "engine/solution_quality.h"
+#include "sparse/blas_threads.h"
+#include "sparse/free_matrix.h"
+#include "sparse/node_order.h"
+#include "sparse/prescribed.h"
+#include "sparse/refined_columns.h"
+#include "sparse/sparse_factor.h"
+
+namespace kvx {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Shares of the work at which its parts end; the factorisation, which cannot be watched, has most.
+constexpr double OrderShare = 0.02, MatrixShare = 0.08, AnalysisShare = 0.12, FactorShare = 0.85;
+
+struct Solution {
+  FactorFolder folder;  // goes last
+  const korvex::Model& model;
+  const korvex::ShareCallback& share;
+  FreeDofs dofs;
+  UpperMatrix A;
+  FixedRows C;
+  SparseFactor factor;
+};
+
+void Report(const Solution& solution, double share) {
+  if (solution.share) solution.share(share);
+}
+
+double SecondsSince(Clock::time_point& begin) {
+  const Clock::time_point now = Clock::now();
+  const double seconds = std::chrono::duration<double>(now - begin).count();
+  begin = now;
+  return seconds;
+}
+
+std::uint64_t BytesOf(const UpperMatrix& A) {
+  return A.columns.size() * (sizeof(std::int32_t) + sizeof(double)) +
+         A.begins.size() * sizeof(std::int64_t);
+}
+
+// Order and matrix. Returns the places of the free dofs.
+std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
+                                   SolutionRecord& record) {
+  Clock::time_point begin = Clock::now();
+  NodeGraph graph;
+  BuildNodeGraph(solution.model.Tables, graph);
+  FreeGraph free;
+  BuildFreeGraph(graph, solution.dofs, free);
+  std::vector<std::int32_t> order = plan.order;
+  if (order.size() != free.nodes.size()) FindSparseOrder(free.graph, order);
+  Report(solution, OrderShare);
+  record.orderSeconds = plan.orderSeconds + SecondsSince(begin);
+  const auto report = [&](double part) {
+    Report(solution, OrderShare + part * (MatrixShare - OrderShare));
+  };
+  AssembleFree(solution.model, graph, solution.dofs, report, solution.A, solution.C,
+               record.threads);
+  record.factorSeconds = SecondsSince(begin);
+  record.bytes = BytesOf(solution.A);
+  return PlaceFreeDofs(free, order);
+}
+
+void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
+               const std::vector<std::int32_t>& places, Solution& solution,
+               SolutionRecord& record) {
+  Clock::time_point begin = Clock::now();
+  FactorSettings factorSettings;
+  factorSettings.memory = settings.memory;
+  if (plan.isOutOfCore) {
+    MakeFactorFolder(settings.outOfCore, solution.folder);
+    factorSettings.outOfCore = solution.folder.path.u8string();
+  }
+  AnalyseMatrix(solution.A, places, factorSettings, solution.factor);
+  Report(solution, AnalysisShare);
+  record.orderSeconds += SecondsSince(begin);
+  FactorMatrix(solution.A, factorSettings, solution.factor);
+  record.factorSeconds += SecondsSince(begin);
+  Report(solution, FactorShare);
+  StopWhereFree(solution.model, solution.dofs, solution.factor);
+  record.bytes += solution.factor.bytes;
+  record.diskBytes = solution.factor.diskBytes;
+  record.flops = solution.factor.flops;
+}
+
+// The displacements of all loads.
+void SolveLoads(const std::vector<std::vector<double>>& loads, Solution& solution,
+                std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
+  const FreeDofs& dofs = solution.dofs;
+  ColumnWork work;
+  work.count = loads.size();
+  work.solve = [&](std::int32_t columns, double* x) {
+    Report(solution, FactorShare);
+    SolveColumns(solution.factor, columns, x);
+  };
+  work.make = [&](std::size_t k, double* b) {
+    MakeRightSide(dofs, solution.C, loads[k], displacements[k], b);
+  };
+  work.settle = [&](std::size_t k, const double* x, double* b) {
+    TakeFree(dofs, x, displacements[k]);
+    SettleFixed(dofs, solution.C, loads[k], displacements[k]);
+    MakeRightSide(dofs, solution.C, loads[k], displacements[k], b);
+  };
+  work.take = [&](std::size_t k, const double* x, const ColumnQuality& quality) {
+    TakeFree(dofs, x, displacements[k]);
+    LoadQuality& load = record.loads[k];
+    load.residual = quality.residual;
+    load.backwardError = quality.backwardError;
+    if (std::all_of(x, x + dofs.equations.size(), [](double u) { return u == 0.0; })) {
+      load.condition = 0.0;
+    }
+  };
+  RefinedColumns refined;
+  SolveRefined(solution.A, work, refined);
+  StopWhereModeIsFree(solution.model, dofs, refined.condition);
+  SetCondition(refined.condition.value, record);
+  record.refinementSteps = refined.steps;
+}
+
+}  // namespace
+
+void SolveSparse(const korvex::Model& model, const std::vector<std::vector<double>>& loads,
+                 const EngineSettings& settings, const SolutionPlan& plan,
+                 const korvex::ShareCallback& share,
+                 std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
+  SetBlasThreads(settings.threads);
+  Solution solution{{}, model, share, {}, {}, {}, {}};
+  ListFreeDofs(model.Tables, solution.dofs);
+  displacements.resize(loads.size());
+  const std::vector<std::int32_t> places = Assemble(plan, solution, record);
+  if (!places.empty()) Factorise(settings, plan, places, solution, record);
+
+  Clock::time_point begin = Clock::now();
+  for (std::size_t k = 0; k < loads.size(); ++k) {
+    displacements[k].assign(loads[k].size(), 0.0);
+    PrescribeFixed(solution.dofs, loads[k], displacements[k]);
+  }
+  if (!places.empty()) {
+    SolveLoads(loads, solution, displacements, record);
+  } else {  // all is fixed
+    record.loads.assign(loads.size(), {0.0, 0.0, 0.0, 0.0});
+  }
+  for (std::size_t k = 0; k < loads.size(); ++k) {
+    SettleFixed(solution.dofs, solution.C, loads[k], displacements[k]);
+  }
+  record.solveSeconds = SecondsSince(begin);
+  Report(solution, 1.0);
+}
+
+}  // namespace kvx

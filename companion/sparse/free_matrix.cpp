@@ -1,0 +1,192 @@
+#include "sparse/free_matrix.h"
+
+#include <algorithm>
+#include <cmath>
+#include <string>
+
+#include "base/dof_counts.h"
+#include "report/check_memory.h"
+#include "report/stop.h"
+#include "system/assemble_stiffness.h"
+
+namespace kvx {
+
+using korvex::DofsPerNode;
+
+namespace {
+
+constexpr std::size_t Dofs = DofsPerNode;
+constexpr std::uint64_t BytesPerEntry = sizeof(double) + sizeof(std::int32_t);
+
+// Calls take(equation) for all dofs of the node and of its neighbours, ascending.
+template <typename Take>
+void ForCoupledEquations(const NodeGraph& graph, std::size_t node, const Take& take) {
+  const auto takeNode = [&](std::size_t other) {
+    for (std::size_t d = 0; d < Dofs; ++d) take(other * Dofs + d);
+  };
+  bool isNodeTaken = false;
+  for (std::int64_t k = graph.begins[node]; k < graph.begins[node + 1]; ++k) {
+    const auto other = static_cast<std::size_t>(graph.neighbours[static_cast<std::size_t>(k)]);
+    if (!isNodeTaken && other > node) {
+      takeNode(node);
+      isNodeTaken = true;
+    }
+    takeNode(other);
+  }
+  if (!isNodeTaken) takeNode(node);
+}
+
+// Entries of A, all couplings of the nodes counted.
+std::uint64_t CountUpperEntries(const NodeGraph& graph, const FreeDofs& dofs) {
+  const auto nodes = static_cast<std::size_t>(CountNodes(graph));
+  std::vector<std::uint64_t> free(nodes, 0);
+  for (const std::int32_t equation : dofs.equations)
+    ++free[static_cast<std::size_t>(equation) / Dofs];
+  std::uint64_t entries = 0;
+  for (std::size_t node = 0; node < nodes; ++node) {
+    entries += free[node] * (free[node] + 1) / 2;
+    for (std::int64_t k = graph.begins[node]; k < graph.begins[node + 1]; ++k) {
+      const auto other = static_cast<std::size_t>(graph.neighbours[static_cast<std::size_t>(k)]);
+      if (other > node) entries += free[node] * free[other];
+    }
+  }
+  return entries;
+}
+
+void BuildUpperPattern(const NodeGraph& graph, const FreeDofs& dofs, UpperMatrix& A) {
+  const std::uint64_t entries = CountUpperEntries(graph, dofs);
+  korvex::AllocateOrStop("the entries of the stiffness", entries, BytesPerEntry, [&] {
+    A.begins.reserve(dofs.equations.size() + 1);
+    A.columns.reserve(entries);
+    A.values.assign(entries, 0.0);
+  });
+  A.begins.push_back(0);
+  for (const std::int32_t equation : dofs.equations) {
+    const auto row = static_cast<std::size_t>(equation);
+    ForCoupledEquations(graph, row / Dofs, [&](std::size_t column) {
+      if (column >= row && dofs.isFixed[column] == 0) A.columns.push_back(dofs.places[column]);
+    });
+    A.begins.push_back(static_cast<std::int64_t>(A.columns.size()));
+  }
+}
+
+void BuildFixedPattern(const NodeGraph& graph, const FreeDofs& dofs, FixedRows& C) {
+  C.begins.push_back(0);
+  for (const std::int32_t equation : dofs.fixed) {
+    const auto row = static_cast<std::size_t>(equation);
+    ForCoupledEquations(graph, row / Dofs, [&](std::size_t column) {
+      if (column != row) C.columns.push_back(static_cast<std::int32_t>(column));
+    });
+    C.begins.push_back(static_cast<std::int64_t>(C.columns.size()));
+  }
+  C.values.assign(C.columns.size(), 0.0);
+}
+
+// matrix: UpperMatrix or FixedRows; the entry is there.
+template <typename Matrix>
+void AddEntry(std::size_t row, std::int32_t column, double value, Matrix& matrix) {
+  const auto first = matrix.columns.begin() + matrix.begins[row];
+  const auto last = matrix.columns.begin() + matrix.begins[row + 1];
+  const auto place = std::lower_bound(first, last, column) - matrix.columns.begin();
+  matrix.values[static_cast<std::size_t>(place)] += value;
+}
+
+struct Target {
+  const FreeDofs& dofs;
+  UpperMatrix& A;
+  FixedRows& C;
+};
+
+void AddFixedEntry(std::int32_t row, std::int32_t column, double value, Target& target) {
+  const auto i = static_cast<std::size_t>(row);
+  if (row == column || target.dofs.isFixed[i] == 0) return;
+  AddEntry(static_cast<std::size_t>(target.dofs.places[i]), column, value, target.C);
+}
+
+// As the skyline adds it: the upper half of the element's matrix.
+void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target& target) {
+  for (std::int32_t r = 0; r < n; ++r) {
+    for (std::int32_t c = r; c < n; ++c) {
+      const auto i = static_cast<std::size_t>(g[r]), j = static_cast<std::size_t>(g[c]);
+      const double value = ke[r * n + c];
+      if (target.dofs.isFixed[i] == 0 && target.dofs.isFixed[j] == 0) {
+        const std::int32_t a = target.dofs.places[i], b = target.dofs.places[j];
+        AddEntry(static_cast<std::size_t>(std::min(a, b)), std::max(a, b), value, target.A);
+      } else {
+        AddFixedEntry(g[r], g[c], value, target);
+        AddFixedEntry(g[c], g[r], value, target);
+      }
+    }
+  }
+}
+
+// index: of the element in the order in which their matrices are formed.
+[[noreturn]] void StopNotFinite(const korvex::Model& model, std::size_t index) {
+  const char* kind = "four-node shell";
+  if (index >= model.Shell4Elements.size()) {
+    index -= model.Shell4Elements.size();
+    kind = "three-node shell";
+    if (index >= model.Shell3Elements.size()) {
+      index -= model.Shell3Elements.size();
+      kind = "beam";
+    }
+  }
+  throw korvex::Stop{korvex::StopKind::Notice, "The stiffness of the " + std::string(kind) + ' ' +
+                                                   std::to_string(index) + " is not finite."};
+}
+
+bool IsFinite(const double* ke, std::int32_t n) {
+  double sum = 0.0;  // of zeros, NaN where one is not finite
+  for (std::int32_t k = 0; k < n * n; ++k) sum += 0.0 * ke[k];
+  return sum == 0.0;
+}
+
+// Off the diagonal.
+void DropZeros(UpperMatrix& A) {
+  std::size_t kept = 0;
+  for (std::size_t row = 0; row + 1 < A.begins.size(); ++row) {
+    const auto begin = static_cast<std::size_t>(A.begins[row]);
+    const auto end = static_cast<std::size_t>(A.begins[row + 1]);
+    A.begins[row] = static_cast<std::int64_t>(kept);
+    for (std::size_t k = begin; k < end; ++k) {
+      if (k > begin && A.values[k] == 0.0) continue;
+      A.columns[kept] = A.columns[k];
+      A.values[kept++] = A.values[k];
+    }
+  }
+  A.begins.back() = static_cast<std::int64_t>(kept);
+  A.columns.resize(kept);
+  A.values.resize(kept);
+}
+
+}  // namespace
+
+void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const FreeDofs& dofs,
+                  const korvex::ShareCallback& report, UpperMatrix& A, FixedRows& C, int threads) {
+  constexpr std::size_t ElementsPerReport = 256;
+  A = {};
+  C = {};
+  BuildUpperPattern(graph, dofs, A);
+  BuildFixedPattern(graph, dofs, C);
+  const std::size_t count =
+      model.Shell4Elements.size() + model.Shell3Elements.size() + model.BeamElements.size();
+  Target target{dofs, A, C};
+  std::size_t index = 0;
+  korvex::FormElementMatrices(
+      model,
+      [&](const double* ke, const std::int32_t* g, std::int32_t n) {
+        if (!IsFinite(ke, n)) StopNotFinite(model, index);
+        AddElement(ke, g, n, target);
+        if (++index % ElementsPerReport == 0 && report) {
+          report(static_cast<double>(index) / static_cast<double>(count));
+        }
+      },
+      threads);
+  DropZeros(A);
+}
+
+std::uint64_t CountMatrixBytes(const NodeGraph& graph, const FreeDofs& dofs) {
+  return CountUpperEntries(graph, dofs) * BytesPerEntry;
+}
+
+}  // namespace kvx

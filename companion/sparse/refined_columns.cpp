@@ -1,0 +1,109 @@
+#include "sparse/refined_columns.h"
+
+#include <algorithm>
+
+#include "report/check_memory.h"
+
+namespace kvx {
+
+namespace {
+
+struct Block {
+  std::size_t n = 0, first = 0, count = 0;
+  bool isFirst = false, isLast = false;
+  std::vector<double> b, x, d;  // columns; x and d have some more, for the condition
+};
+
+void Allocate(Block& block) {
+  const std::size_t n = block.n;
+  korvex::AllocateOrStop("the displacements of a block of loads", CountColumnBytes(n, block.count),
+                         1, [&] {
+                           block.b.resize(n * block.count);
+                           block.x.resize(n * (block.count + FirstColumns));
+                           block.d.resize(n * (block.count + 1));
+                         });
+}
+
+void SolveFirst(const ColumnWork& work, Block& block) {
+  const std::size_t n = block.n, size = n * block.count;
+  for (std::size_t k = 0; k < block.count; ++k) work.make(block.first + k, &block.b[k * n]);
+  std::copy(block.b.begin(), block.b.end(), block.x.begin());
+  if (block.isFirst) MakeFirstColumns(n, block.x.data() + size);
+  const std::size_t columns = block.count + (block.isFirst ? FirstColumns : 0);
+  work.solve(static_cast<std::int32_t>(columns), block.x.data());
+}
+
+// What is known of the condition while the blocks are solved.
+struct Condition {
+  std::vector<double> first;  // solutions of the first columns
+  ConditionEstimate estimate;
+};
+
+void Measure(const UpperMatrix& A, const ColumnWork& work, QualityTable& table, Block& block,
+             std::vector<ColumnQuality>& quality) {
+  const std::size_t n = block.n;
+  quality.resize(block.count);
+  for (std::size_t k = 0; k < block.count; ++k) {
+    work.settle(block.first + k, &block.x[k * n], &block.b[k * n]);
+    quality[k] = MeasureColumn(A, &block.x[k * n], &block.b[k * n], table, &block.d[k * n]);
+    RaiseWeights(&block.x[k * n], table);
+  }
+}
+
+// The second solution: of the residuals, and behind the last block's of the condition's column.
+void Refine(const UpperMatrix& A, const ColumnWork& work, Block& block, QualityTable& table,
+            Condition& condition, RefinedColumns& refined) {
+  const std::size_t n = block.n, size = n * block.count;
+  std::vector<ColumnQuality> quality;
+  Measure(A, work, table, block, quality);
+  if (block.isFirst) {
+    condition.first.assign(block.x.begin() + static_cast<std::ptrdiff_t>(size), block.x.end());
+  }
+  double* const last = block.d.data() + size;
+  if (block.isLast) {
+    std::vector<double>& w = table.weights;
+    if (std::all_of(w.begin(), w.end(), [](double value) { return value == 0.0; })) {
+      w = table.rowSums;
+    }
+    TakeFirstColumns(w, condition.first.data(), condition.estimate, last);
+  }
+  work.solve(static_cast<std::int32_t>(block.count + (block.isLast ? 1 : 0)), block.d.data());
+  for (std::size_t k = 0; k < block.count; ++k) {
+    double* const x = &block.x[k * n];
+    if (TakeStep(A, &block.b[k * n], table, &block.d[k * n], x, quality[k])) ++refined.steps;
+    work.take(block.first + k, x, quality[k]);
+  }
+  if (block.isLast) {
+    std::vector<double> b(n);
+    TakeMode(last, n, condition.estimate, b.data());
+    work.solve(1, b.data());
+    TakeLastColumn(table.weights, b.data(), condition.estimate);
+  }
+}
+
+}  // namespace
+
+void SolveRefined(const UpperMatrix& A, const ColumnWork& work, RefinedColumns& refined) {
+  refined = {};
+  QualityTable table;
+  BeginQuality(A, table);
+  Condition condition;
+  Block block;
+  block.n = table.rowSums.size();
+  for (; block.first < work.count; block.first += block.count) {
+    block.count = std::min(BlockColumns, work.count - block.first);
+    block.isFirst = block.first == 0;
+    block.isLast = block.first + block.count == work.count;
+    Allocate(block);
+    SolveFirst(work, block);
+    Refine(A, work, block, table, condition, refined);
+  }
+  refined.condition = std::move(condition.estimate);
+}
+
+std::uint64_t CountColumnBytes(std::size_t n, std::size_t columns) {
+  const std::uint64_t block = std::min(columns, BlockColumns);
+  return n * (3 * block + FirstColumns + 1) * sizeof(double);
+}
+
+}  // namespace kvx

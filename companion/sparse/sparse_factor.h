@@ -1,0 +1,60 @@
+// The factorisation A = L D L^T of the free dofs' stiffness by MUMPS (Amestoy, Duff, Koster &
+// L'Excellent 2001), in an order of ours, in memory or with the factors on a disk.
+//
+// No pivots are exchanged: A is positive definite but for a structure that can move. A is scaled to
+// a diagonal of 1, so that a pivot shows what is left of its dof's own stiffness; where that is not
+// more than roundings the pivot is left out and told.
+//
+// MUMPS keeps no two factors at a time: one thread alone may use it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "sparse/free_matrix.h"
+
+namespace kvx {
+
+// Whether this program was built with MUMPS and METIS.
+bool HasSparseEngine();
+
+// What to say where it was not.
+inline constexpr const char* NoSparseEngine = "this program was built without the sparse engine";
+
+// A pivot below this share of its own diagonal is left out as 0. What should be 0 has 1e-15 from
+// roundings mostly; and with a sound pivot of this size no digit of the displacements would be
+// left.
+inline constexpr double NullPivot = 1e-13;
+
+struct FactorSettings {
+  std::uint64_t memory = 0;  // bytes that the factorisation may take; 0: no limit but the machine's
+  std::string outOfCore;     // an existing folder for the factors, UTF-8; empty: in memory
+};
+
+struct SparseFactor {
+  std::shared_ptr<void> job;  // of MUMPS; ended with the last copy
+  std::int32_t n = 0;
+  std::uint64_t bytes = 0;               // that MUMPS took at its peak
+  std::uint64_t diskBytes = 0;           // of the factors
+  double flops = 0.0;                    // of the factorisation
+  std::vector<std::int32_t> nullPivots;  // rows of A; not empty: A is singular
+};
+
+// Finds out what the factor of A will look like. places[i]: the place of row i in the order.
+// Throws a Stop where the memory that it will take is not allowed or not there.
+// A stays in use until FactorMatrix has returned.
+void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places,
+                   const FactorSettings& settings, SparseFactor& factor);
+
+// Throws a Stop where memory or disk do not hold the factor.
+void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor);
+
+// Solves A x = b. x: n x columns, a column after the other; holds b, gets x.
+void SolveColumns(SparseFactor& factor, std::int32_t columns, double* x);
+
+// A vector v with A v = 0 for the null pivot of this rank, the first is 0. v: n.
+void FindNullVector(SparseFactor& factor, std::size_t rank, std::vector<double>& v);
+
+}  // namespace kvx
