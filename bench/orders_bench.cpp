@@ -43,7 +43,8 @@ void SolveHere(const ModelTables& tables) {
   korvex::NumberEquations(model);
   korvex::AssembleLoadVector(model);
   std::vector<std::vector<double>> loads{model.LoadVector}, displacements;
-  kvx::SolveTogether(model, loads, {}, displacements);
+  kvx::SolutionRecord record;
+  kvx::SolveTogether(model, loads, {}, {}, {}, displacements, record);
 }
 
 // What a child takes for the work.

@@ -102,12 +102,16 @@ SkylineSystem MakePlate(int columns, int rows) {
   return Assemble("plate " + SizeText(columns, rows), MakePlateMesh(columns, rows), columns);
 }
 
+}  // namespace
+
 SkylineSystem MakeSlopingPlate(int columns, int rows) {
   constexpr double Cosine = 0.8, Sine = 0.6;
   Mesh mesh = MakePlateMesh(columns, rows);
   for (auto& node : mesh.nodes) node = {node[0], Cosine * node[1], Sine * node[1]};
   return Assemble("sloping plate " + SizeText(columns, rows), mesh, columns);
 }
+
+namespace {
 
 SkylineSystem MakeStiffenedPlate(int columns, int rows) {
   constexpr int Spacing = 5, WebNodes = 2;

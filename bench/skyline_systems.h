@@ -22,6 +22,9 @@ struct SkylineCase {
   SkylineSystem (*make)();
 };
 
+// A plate of columns x rows nodes that is parallel to no coordinate plane: one system.
+SkylineSystem MakeSlopingPlate(int columns, int rows);
+
 // plate: a flat plate in a coordinate plane, two independent systems;
 // sloping: the same plate, inclined, one system;
 // stiffened: a plate with a web of two rows of shells under every fifth line of nodes, the web's

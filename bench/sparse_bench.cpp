@@ -1,0 +1,229 @@
+// The sparse engine beside MUMPS called directly: the same matrix of the free dofs, the same order
+// by METIS, MUMPS with its own settings for symmetric or positive definite matrices; medians of
+// rounds in which all take turns.
+//
+//   sparse_bench MODEL SIZE [ROUNDS [THREADS [FOLDER]]]
+//
+// MODEL: plate (shuffled, plane), grillage, ring, box. SIZE: thousands of equations, about. FOLDER:
+// for the factors out of core. POSIX systems.
+#include <dmumps_c.h>
+#include <sys/resource.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "deck/write_tables.h"
+#include "engine/solve_together.h"
+#include "measure.h"
+#include "model/read_input_file.h"
+#include "order_models.h"
+#include "report/stop.h"
+#include "sparse/blas_threads.h"
+#include "sparse/free_matrix.h"
+#include "sparse/node_order.h"
+#include "system/load_vector.h"
+#include "system/profile.h"
+
+namespace {
+
+constexpr double BytesPerGigabyte = 1073741824.0;
+
+// Wall-clock and processor time. The latter leaves out what others take of a shared machine; with
+// several threads it is the sum over them.
+struct Seconds {
+  double wall = 0.0, processor = 0.0;
+};
+
+Seconds MeasureBoth(const std::function<void()>& work) {
+  Seconds seconds;
+  const auto begin = std::chrono::steady_clock::now();
+  seconds.processor = korvex::bench::Measure(work);
+  seconds.wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+  return seconds;
+}
+
+Seconds Median(const std::vector<Seconds>& rounds) {
+  std::vector<double> wall, processor;
+  for (const Seconds& seconds : rounds) {
+    wall.push_back(seconds.wall);
+    processor.push_back(seconds.processor);
+  }
+  return {korvex::bench::Median(wall), korvex::bench::Median(processor)};
+}
+
+void PrintRatio(const char* name, const Seconds& engine, const Seconds& other) {
+  std::printf("  %-28s %8.2f s, processor %8.2f s; engine over it %.3f, %.3f\n", name, other.wall,
+              other.processor, engine.wall / other.wall, engine.processor / other.processor);
+}
+
+void MakeModel(const std::string& name, double equations, korvex::ModelTables& tables) {
+  using namespace korvex::bench;
+  const double nodes = equations / 6.0;
+  // Nodes per cell: a grillage has 1 + 2 / 6 + 5 / 20, a box of width 2 and height 1 about 6.5
+  // along each unit of height squared.
+  const auto side = [](double square) { return static_cast<std::int32_t>(std::sqrt(square)); };
+  if (name == "plate") {
+    MakeShuffledPlate(side(nodes), tables);
+  } else if (name == "grillage") {
+    const std::int32_t width = side(nodes / 1.58 / 1.6);
+    MakeGrillage(width * 8 / 5, width, tables);
+  } else if (name == "ring") {
+    const std::int32_t across = side(nodes / 4.0);
+    MakeRing(4 * across, across, tables);
+  } else {
+    const std::int32_t height = side(nodes / 50.0);
+    MakeBoxGirder(6 * height, 2 * height, height, tables);
+  }
+}
+
+void Read(const korvex::ModelTables& tables, korvex::Model& model) {
+  model = {};
+  korvex::ReadInputText(korvex::WriteTables(tables), model);
+  korvex::NumberEquations(model);
+  korvex::AssembleLoadVector(model);
+}
+
+// As a program would that has the matrix: coordinates, the order, three calls. sym: 2, or 1 for a
+// positive definite matrix. The matrix is assembled as the engine does it.
+void SolveDirectly(const korvex::Model& model, MUMPS_INT sym) {
+  kvx::NodeGraph graph;
+  kvx::BuildNodeGraph(model.Tables, graph);
+  kvx::FreeDofs dofs;
+  kvx::ListFreeDofs(model.Tables, dofs);
+  kvx::FreeGraph free;
+  kvx::BuildFreeGraph(graph, dofs, free);
+  std::vector<std::int32_t> order;
+  kvx::FindSparseOrder(free.graph, order);
+  kvx::UpperMatrix A;
+  kvx::FixedRows C;
+  kvx::AssembleFree(model, graph, dofs, {}, A, C);
+  std::vector<MUMPS_INT> rows, columns, places = kvx::PlaceFreeDofs(free, order);
+  for (MUMPS_INT& place : places) ++place;
+  for (std::size_t i = 0; i < dofs.equations.size(); ++i) {
+    for (std::int64_t k = A.begins[i]; k < A.begins[i + 1]; ++k) {
+      rows.push_back(static_cast<MUMPS_INT>(i) + 1);
+      columns.push_back(A.columns[static_cast<std::size_t>(k)] + 1);
+    }
+  }
+  std::vector<double> x(dofs.equations.size());
+  for (std::size_t i = 0; i < x.size(); ++i) {
+    x[i] = model.LoadVector[static_cast<std::size_t>(dofs.equations[i])];
+  }
+  DMUMPS_STRUC_C id{};
+  id.sym = sym;
+  id.par = 1;
+  id.comm_fortran = -987654;
+  id.job = -1;
+  dmumps_c(&id);
+  for (std::size_t stream = 0; stream < 3; ++stream) id.icntl[stream] = -1;
+  id.icntl[3] = 0;
+  id.icntl[6] = 1;
+  id.perm_in = places.data();
+  id.n = static_cast<MUMPS_INT>(x.size());
+  id.nnz = static_cast<MUMPS_INT8>(rows.size());
+  id.irn = rows.data();
+  id.jcn = columns.data();
+  id.a = A.values.data();
+  id.rhs = x.data();
+  id.nrhs = 1;
+  id.lrhs = id.n;
+  for (const MUMPS_INT job : {1, 2, 3}) {
+    const Seconds seconds = MeasureBoth([&] {
+      id.job = job;
+      dmumps_c(&id);
+    });
+    std::printf("   direct %d job %d %.2f s, processor %.2f s", sym, job, seconds.wall,
+                seconds.processor);
+    if (id.infog[0] < 0) std::printf("  failed: %d %d", id.infog[0], id.infog[1]);
+    if (job == 1) {
+      std::printf(" foreseen %d MB, out of core %d MB, %.3e flops", id.infog[15], id.infog[25],
+                  id.rinfog[0]);
+    }
+    if (job == 2) {
+      std::printf(" used %d of %d MB, entries %d, peak %d", id.infog[20], id.infog[18], id.infog[8],
+                  id.infog[10]);
+    }
+    std::printf("\n");
+  }
+  id.job = -2;
+  dmumps_c(&id);
+}
+
+void SolveByEngine(korvex::Model& model, const kvx::EngineSettings& settings,
+                   kvx::SolutionPlan& plan, kvx::SolutionRecord& record) {
+  std::vector<std::vector<double>> loads{model.LoadVector}, displacements;
+  kvx::PlanSolution(model, loads.size(), settings, {}, plan);
+  kvx::SolveTogether(model, loads, settings, plan, {}, displacements, record);
+}
+
+void PrintEstimate(const char* name, const kvx::EngineEstimate& estimate) {
+  std::printf("  predicted %-12s %8.2f s %8.3f GB, disk %.3f GB  %s\n", name, estimate.seconds,
+              static_cast<double>(estimate.bytes) / BytesPerGigabyte,
+              static_cast<double>(estimate.diskBytes) / BytesPerGigabyte, estimate.reason.c_str());
+}
+
+void Print(const kvx::SolutionPlan& plan, const kvx::SolutionRecord& record) {
+  PrintEstimate("skyline", plan.skyline);
+  PrintEstimate("sparse", plan.sparse);
+  PrintEstimate("out of core", plan.outOfCore);
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  std::printf(
+      "  %lld equations, %lld free: order %.2f s, factor %.2f s, solution %.2f s, %.3e "
+      "flops\n  tables %.3f GB, disk %.3f GB, the process so far %.3f GB\n",
+      static_cast<long long>(record.equations), static_cast<long long>(record.freeEquations),
+      record.orderSeconds, record.factorSeconds, record.solveSeconds, record.flops,
+      static_cast<double>(record.bytes) / BytesPerGigabyte,
+      static_cast<double>(record.diskBytes) / BytesPerGigabyte,
+      static_cast<double>(usage.ru_maxrss) * 1024.0 / BytesPerGigabyte);
+  const kvx::LoadQuality& load = record.loads.front();
+  std::printf(
+      "  residual %.2e, backward error %.2e, condition %.2e, %.1f digits lost, %d steps of "
+      "refinement\n",
+      load.residual, load.backwardError, load.condition, load.digitsLost, record.refinementSteps);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  if (argc < 3) {
+    std::printf("usage: sparse_bench plate|grillage|ring|box SIZE [ROUNDS [THREADS [FOLDER]]]\n");
+    return EXIT_FAILURE;
+  }
+  korvex::ModelTables tables;
+  MakeModel(argv[1], 1000.0 * std::atof(argv[2]), tables);
+  const int rounds = argc > 3 ? std::atoi(argv[3]) : 3;
+  kvx::EngineSettings settings;
+  settings.choice = kvx::EngineChoice::Sparse;
+  if (argc > 4) settings.threads = std::atoi(argv[4]);
+  if (argc > 5) settings.outOfCore = argv[5];
+  kvx::SetBlasThreads(settings.threads);
+  korvex::Model model;
+  Read(tables, model);
+  std::vector<Seconds> engine, symmetric, positive;
+  for (int round = 0; round < std::max(rounds, 1); ++round) {
+    kvx::SolutionPlan plan;
+    kvx::SolutionRecord record;
+    engine.push_back(MeasureBoth([&] { SolveByEngine(model, settings, plan, record); }));
+    if (round == 0) Print(plan, record);
+    std::fflush(stdout);
+    if (rounds == 0) return EXIT_SUCCESS;  // the engine alone
+    symmetric.push_back(MeasureBoth([&] { SolveDirectly(model, 2); }));
+    positive.push_back(MeasureBoth([&] { SolveDirectly(model, 1); }));
+  }
+  const Seconds seconds = Median(engine);
+  std::printf("%s:\n", argv[1]);
+  PrintRatio("engine", seconds, seconds);
+  PrintRatio("MUMPS, symmetric", seconds, Median(symmetric));
+  PrintRatio("MUMPS, positive definite", seconds, Median(positive));
+  return EXIT_SUCCESS;
+} catch (const korvex::Stop& stop) {
+  std::printf("%s\n", stop.text.c_str());
+  return EXIT_FAILURE;
+}
