@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <sstream>
 
+#include "sparse/sparse_factor.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 #include "support/words.h"
@@ -95,7 +96,12 @@ std::string Simplify(std::string text) {
   std::replace(text.begin(), text.end(), '\\', '/');  // of folders, on Windows
   std::vector<std::string> words;
   std::istringstream lines(text);
+  bool isEngine = false;
   for (std::string line; std::getline(lines, line);) {
+    // Without the sparse engine the reason is another one, which may take two lines.
+    isEngine = !HasSparseEngine() &&
+               (line.rfind("Engine: ", 0) == 0 || (isEngine && line.rfind("  ", 0) == 0));
+    if (isEngine) continue;
     const bool isRounding = line.rfind("  left over ", 0) == 0;
     for (std::string& word : SplitWords(isRounding ? "left over #" : line)) {
       words.push_back(std::move(word));
