@@ -10,6 +10,7 @@
 #include "system/load_vector.h"
 #include "system/profile.h"
 #include "system/supports.h"
+#include "tables/held_dofs.h"
 #include "tables/node_box.h"
 #include "tables/prescribed_displacements.h"
 
@@ -20,22 +21,6 @@ using korvex::DofsPerNode;
 namespace {
 
 static_assert(Penalty == korvex::PenaltyStiffness);
-
-constexpr std::int32_t FixedFlag = 1;  // of a restraint's row; any other number leaves free
-
-void MarkHeldDofs(SolvedModel& solved) {
-  const korvex::ModelTables& tables = solved.model.Tables;
-  solved.isHeld.assign(static_cast<std::size_t>(solved.model.NEQ), 0);
-  for (std::size_t row = 0; row < tables.NodalRestraints.size(); ++row) {
-    const korvex::NodalRestraint& restraint = tables.NodalRestraints[row];
-    for (std::size_t d = 0; d < DofsPerNode; ++d) {
-      if (restraint.fixed[d] != FixedFlag) continue;
-      korvex::CheckReference("Restraint", static_cast<std::int32_t>(row), "node", restraint.node,
-                             {"nodal points", tables.NPOIN});
-      solved.isHeld[static_cast<std::size_t>(restraint.node) * DofsPerNode + d] = 1;
-    }
-  }
-}
 
 // Lists the prescribed displacements and takes their forces out of `forces`, the table of nodal
 // forces.
@@ -155,7 +140,8 @@ void CompleteSolvedModel(SolvedModel& solved) {
                                                      " nodal points, which need six each."};
   }
   CheckElements(model);
-  MarkHeldDofs(solved);
+  solved.isHeld.assign(static_cast<std::size_t>(model.NEQ), 0);
+  MarkHeldDofs(model.Tables, solved.isHeld);
   AssembleLoads(solved);
 }
 

@@ -13,7 +13,7 @@ namespace kvx {
 
 struct FreeDofs {
   std::vector<std::int32_t> places;     // [NEQ] of an equation among the free, or among the fixed
-  std::vector<char> isFixed;            // [NEQ]
+  std::vector<std::uint8_t> isFixed;    // [NEQ] 1: a restraint holds it
   std::vector<std::int32_t> equations;  // [free] ascending
   std::vector<std::int32_t> fixed;      // [fixed] equations, ascending
 };

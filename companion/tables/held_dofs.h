@@ -14,6 +14,11 @@ namespace kvx {
 // count nowhere.
 std::vector<std::uint8_t> ListHeldDofs(const korvex::ModelTables& tables);
 
+// The same for each equation, 6 node + dof. isHeld: [equations] of all nodes; entries of held dofs
+// become 1, others stay. Throws a Stop, as a run does, where a restraint holds a node that does not
+// exist.
+void MarkHeldDofs(const korvex::ModelTables& tables, std::vector<std::uint8_t>& isHeld);
+
 // held: of a node.
 inline bool IsHeld(std::uint8_t held, std::size_t dof) { return (held >> dof & 1U) != 0; }
 

@@ -54,7 +54,7 @@ const std::vector<Room>& Rooms() {
       {"mechanism",
        {"finding", "check", "platform", "report", "deck", "skyline", "model", "system"}},
       {"renumber", {"base", "deck"}},
-      {"sparse", {"renumber", "base", "deck", "report", "skyline", "model", "system"}},
+      {"sparse", {"renumber", "tables", "base", "deck", "report", "skyline", "model", "system"}},
       {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
       {"audit",
        {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",

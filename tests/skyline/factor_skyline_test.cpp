@@ -25,6 +25,7 @@ namespace {
 using test::AllProfiles;
 using test::AllValues;
 using test::AllVectorBits;
+using test::ForRandomSystems;
 using test::MakeSystem;
 using test::MakeValue;
 using test::Pick;
@@ -48,30 +49,12 @@ void ExpectSameBits(const System& system) {
   }
 }
 
-// Compares `count` random systems of at most maxN equations for each profile and kind of values.
-void CompareRandomSystems(int count, std::int32_t maxN, unsigned seed) {
-  std::mt19937 random(seed);
-  for (int run = 0; run < count; ++run) {
-    for (const Profile profile : AllProfiles) {
-      for (const Values values : AllValues) {
-        const std::int32_t n = Pick(random, maxN + 1);
-        const std::int32_t reach = 1 + Pick(random, n + 1);
-        SCOPED_TRACE(testing::Message()
-                     << "run " << run << ", profile " << static_cast<int>(profile) << ", values "
-                     << static_cast<int>(values) << ", n " << n);
-        ExpectSameBits(MakeSystem(n, reach, profile, values, random));
-        if (testing::Test::HasFailure()) return;
-      }
-    }
-  }
-}
+TEST(FactorSkyline, SmallSystems) { ForRandomSystems(80, 70, 1, ExpectSameBits); }
 
-TEST(FactorSkyline, SmallSystems) { CompareRandomSystems(80, 70, 1); }
-
-TEST(FactorSkyline, MediumSystems) { CompareRandomSystems(40, 300, 2); }
+TEST(FactorSkyline, MediumSystems) { ForRandomSystems(40, 300, 2, ExpectSameBits); }
 
 // Panels with more rows than one slice can hold.
-TEST(FactorSkyline, SystemsOfSeveralSlices) { CompareRandomSystems(1, 1500, 3); }
+TEST(FactorSkyline, SystemsOfSeveralSlices) { ForRandomSystems(1, 1500, 3, ExpectSameBits); }
 
 // Factorises K and reduces F by panels, with slices of `sliceRows` rows and windows of a few
 // slices. Panels that fit in memory are reduced in random steps.

@@ -1,5 +1,7 @@
 #include "skyline/random_systems.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -66,6 +68,24 @@ void SolveByPlainFactors(System& system) {
   ColumnCounter columns;
   FactorSkylinePlain(system.K, system.F, columns);
   SubstituteBack(system.K, system.F, system.u);
+}
+
+void ForRandomSystems(int count, std::int32_t maxN, unsigned seed,
+                      const std::function<void(const System&)>& check) {
+  std::mt19937 random(seed);
+  for (int run = 0; run < count; ++run) {
+    for (const Profile profile : AllProfiles) {
+      for (const Values values : AllValues) {
+        const std::int32_t n = Pick(random, maxN + 1);
+        const std::int32_t reach = 1 + Pick(random, n + 1);
+        SCOPED_TRACE(testing::Message()
+                     << "run " << run << ", profile " << static_cast<int>(profile) << ", values "
+                     << static_cast<int>(values) << ", n " << n);
+        check(MakeSystem(n, reach, profile, values, random));
+        if (testing::Test::HasFailure()) return;
+      }
+    }
+  }
 }
 
 }  // namespace korvex::test

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -48,6 +49,11 @@ double MakeValue(Values values, std::mt19937& random);
 // n equations, columns of about `reach` rows at most.
 System MakeSystem(std::int32_t n, std::int32_t reach, Profile profile, Values values,
                   std::mt19937& random);
+
+// Calls check(system) for `count` random systems of at most maxN equations of each profile and kind
+// of values, until it fails.
+void ForRandomSystems(int count, std::int32_t maxN, unsigned seed,
+                      const std::function<void(const System&)>& check);
 
 // The plain factorisation and the back substitution of the program. SolveSkylinePlain's own back
 // substitution is another compiled routine: where two different NaNs meet, signs may differ.
