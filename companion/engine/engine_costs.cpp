@@ -78,8 +78,9 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
   const SolutionSize size = PredictSize(given, korvex::WidestVectorBits());
   const double equations = static_cast<double>(CountNodes(graph)) * korvex::DofsPerNode;
   const double entries = given.cost.entries;
-  const double mostThreads = std::max(entries / (RowsPerThread * equations), 1.0);
-  const int useful = std::min(threads, static_cast<int>(std::min(mostThreads, 1e6)));
+  // without equations there is nothing to share
+  const double mostThreads = equations > 0.0 ? entries / (RowsPerThread * equations) : 1.0;
+  const int useful = std::min(threads, static_cast<int>(std::clamp(mostThreads, 1.0, 1e6)));
   const std::size_t vectors = (loads + LoadLanes - 1) / LoadLanes;
   estimate.seconds = size.seconds / SpeedOf(useful, SkylineThreadGain) +
                      static_cast<double>(vectors) * LoadSeconds * entries + StoreSeconds * entries +
