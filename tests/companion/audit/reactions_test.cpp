@@ -13,6 +13,7 @@
 #include "support/beam_sections.h"
 #include "support/dof_names.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 #include "support/shell_mesh.h"
 #include "support/temp_folder.h"
 #include "system/assemble_stiffness.h"
@@ -103,7 +104,7 @@ TEST(Reactions, BalanceTheLoadsOfTheExamples) {
 // matrices are left.
 TEST(Reactions, BalanceTheLoadsOfRandomModels) {
   int beyond = 0;
-  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(200); ++seed) {
     SCOPED_TRACE(seed);
     const Solved solved = Solve(MakeGoodModel(seed));
     const Reactions& r = solved.reactions;
@@ -121,7 +122,7 @@ TEST(Reactions, BalanceTheLoadsOfRandomModels) {
 // The other way to a support force: the displacement of the support times its stiffness, of which
 // the structure's own diagonal entry is a part. (K - 1e20) u is exact to the digits of u.
 TEST(Reactions, AgreeWithTheDisplacementsOfTheSupports) {
-  for (std::uint32_t seed = 0; seed < 60; ++seed) {
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(60); ++seed) {
     SCOPED_TRACE(seed);
     const Solved solved = Solve(MakeGoodModel(seed));
     const std::vector<double>& r = solved.reactions.r;

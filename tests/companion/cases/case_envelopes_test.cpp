@@ -16,6 +16,7 @@
 #include "support/expect_stop.h"
 #include "support/good_models.h"
 #include "support/load_cases.h"
+#include "support/repeats.h"
 
 namespace kvx::test {
 namespace {
@@ -181,7 +182,7 @@ void ExpectKind(const SolvedCase& of, EnvelopeKind kind, const EnvelopeItems::Ki
 }
 
 TEST(CaseEnvelopes, ValuesAreThoseOfTheCaseAlone) {
-  for (std::uint32_t seed = 0; seed < 12; ++seed) {
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(12); ++seed) {
     SCOPED_TRACE(seed);
     const std::vector<SolvedCase> cases = SolveRandomCases(seed, 2);
     const Listed listed = ListAll(cases);
@@ -243,7 +244,7 @@ TEST(CaseEnvelopes, ItemsAreAllThatHaveResults) {
 // Every value of an envelope is found again in the results of its case alone, and no case goes
 // beyond it. Two envelopes over different cases get the same values.
 TEST(CaseEnvelopes, EachValueIsFoundAgainInItsCase) {
-  for (std::uint32_t seed = 20; seed < 30; ++seed) {
+  for (std::uint32_t seed = 20; seed < 20 + korvex::test::Repeats(10); ++seed) {
     SCOPED_TRACE(seed);
     const std::vector<SolvedCase> cases = SolveRandomCases(seed, 4);
     const Listed listed = ListAll(cases);

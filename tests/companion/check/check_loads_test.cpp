@@ -8,6 +8,7 @@
 #include "check/check_loads.h"
 #include "support/expect_findings.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 #include "tables/node_box.h"
 #include "tables/prescribed_displacements.h"
 
@@ -17,7 +18,7 @@ namespace {
 using korvex::test::ModelText;
 using korvex::test::SingleLoad;
 
-constexpr std::uint32_t Seeds = 60;
+constexpr std::uint32_t Seeds = korvex::test::Repeats(60);
 
 struct Planting {
   ModelText model;

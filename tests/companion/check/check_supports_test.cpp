@@ -8,13 +8,14 @@
 #include "check/parts.h"
 #include "support/expect_findings.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 
 namespace kvx::test {
 namespace {
 
 using korvex::test::ModelText;
 
-constexpr std::uint32_t Seeds = 60;
+constexpr std::uint32_t Seeds = korvex::test::Repeats(60);
 
 // A good model, its parts, and the nodes of each part that are supported.
 struct Planting {
@@ -132,7 +133,7 @@ TEST(CheckSupports, NameTheTurnAboutTwoPins) {
     ExpectInMessage(report, "K301", "may turn about the line through (");
     ++count;
   }
-  EXPECT_GT(count, 30);
+  EXPECT_GT(count, static_cast<int>(korvex::test::Repeats(30)));
 }
 
 // A flag of 2 where the part stands on it: an error, and K301 says nothing besides.

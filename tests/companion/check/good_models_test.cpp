@@ -5,13 +5,14 @@
 
 #include "support/expect_findings.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
 namespace {
 
 TEST(CheckGoodModels, HasNothingAgainstRandomOnes) {
-  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(200); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     ExpectNone(Check(MakeGoodModel(seed)));
   }

@@ -11,6 +11,7 @@
 
 #include "mutate_model.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 #include "support/solver_agreement.h"
 #include "support/temp_folder.h"
 
@@ -35,7 +36,7 @@ std::vector<std::string> Seeds() {
 }
 
 TEST(Agreement, WhereChecksHaveNoErrorResultsAreFinite) {
-  constexpr std::uint64_t Models = 5000;
+  constexpr std::uint64_t Models = korvex::test::Repeats(5000);
   const std::vector<std::string> seeds = Seeds();
   const korvex::test::TempFolder folder;
   int disagreements = 0;

@@ -13,13 +13,14 @@
 #include "mechanism/check_mechanisms.h"
 #include "support/expect_findings.h"
 #include "support/good_models.h"
+#include "support/repeats.h"
 
 namespace kvx::test {
 namespace {
 
 using korvex::test::ModelText;
 
-constexpr std::uint32_t Seeds = 40;
+constexpr std::uint32_t Seeds = korvex::test::Repeats(40);
 
 MechanismReport Find(const ModelText& text) {
   MechanismReport report;
@@ -82,7 +83,7 @@ int HangNode(int node, Dice& dice, ModelText& model) {
 }
 
 TEST(FindMechanisms, HasNothingAgainstGoodModels) {
-  for (std::uint32_t seed = 0; seed < 200; ++seed) {
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(200); ++seed) {
     SCOPED_TRACE(seed);
     ExpectNoMechanism(MakeGoodModel(seed));
   }
@@ -161,7 +162,7 @@ TEST(FindMechanisms, NameAPlateWithoutThickness) {
     EXPECT_EQ(mechanism.dofs, 0x3F);
     ++count;
   }
-  EXPECT_GT(count, 30);
+  EXPECT_GT(count, static_cast<int>(korvex::test::Repeats(30)));
 }
 
 // A plate that hangs in two pins on the ground and is tied to a good model only by a beam without

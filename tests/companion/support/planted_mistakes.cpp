@@ -1,4 +1,5 @@
 #include "support/planted_mistakes.h"
+#include "support/repeats.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +33,8 @@ bool HoldsRow(const std::string& text, const Finding& finding) {
 
 }  // namespace
 
-void ExpectPlanted(const Plant& plant, int models) {
+void ExpectPlanted(const Plant& plant, int all) {
+  const int models = static_cast<int>(korvex::test::Repeats(static_cast<std::uint32_t>(all)));
   int planted = 0;
   for (std::uint32_t seed = 0; planted < models && seed < 2000; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
