@@ -63,8 +63,8 @@ double BytesBeside(const SparseTask& task) {
   // the matrix, and its places as MUMPS wants them
   constexpr double Copies = 20.0 / 12.0;
   const auto equations = static_cast<double>(task.equations);
-  return Copies * static_cast<double>(task.matrixBytes) + TableBytes * equations +
-         VectorBytes(equations, task.loads) +
+  return Copies * static_cast<double>(task.matrixBytes) + static_cast<double>(task.fixedBytes) +
+         TableBytes * equations + VectorBytes(equations, task.loads) +
          static_cast<double>(
              CountColumnBytes(static_cast<std::size_t>(task.equations), task.loads));
 }

@@ -67,15 +67,14 @@ void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
 }
 
 // The sparse engine in memory and out of core.
-void EstimateSparse(const Choice& choice, const FreeGraph& free, std::uint64_t matrixBytes,
-                    std::size_t loads, SolutionPlan& plan) {
+void EstimateSparse(const Choice& choice, const FreeGraph& free, const SparseTask& task,
+                    SolutionPlan& plan) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point begin = Clock::now();
   FindSparseOrder(free.graph, plan.order);
   plan.orderSeconds = std::chrono::duration<double>(Clock::now() - begin).count();
   FactorSize size;
   MeasureFactor(free.graph, free.dofs, plan.order, size);
-  SparseTask task{plan.freeEquations, matrixBytes, loads, choice.settings.threads};
   PredictSparse(size, task, plan.sparse);
   PredictOutOfCore(size, task, plan.outOfCore);
   LookWhetherItFits(choice, plan.sparse);
@@ -201,7 +200,9 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   }
   FreeGraph free;
   BuildFreeGraph(graph, dofs, free);
-  EstimateSparse(choice, free, CountMatrixBytes(graph, dofs), loads, plan);
+  const SparseTask task{plan.freeEquations, CountMatrixBytes(graph, dofs),
+                        CountFixedBytes(graph, dofs), loads, settings.threads};
+  EstimateSparse(choice, free, task, plan);
   if (share) share(1.0);
   if (settings.choice == EngineChoice::Auto) {
     TakeFastest(choice, plan);
