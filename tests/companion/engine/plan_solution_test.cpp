@@ -86,10 +86,10 @@ TEST(PlanSolution, RefusesWhatDoesNotFit) {
   korvex::Model model;
   ReadPlate(20, model);
   const std::string skyline = StopText(model, Settings(EngineChoice::Skyline, 1000));
-  EXPECT_NE(skyline.find("The solution does not fit into memory: the skyline takes 0.0"),
+  EXPECT_NE(skyline.find("The solution does not fit into memory: the skyline takes "),
             std::string::npos)
       << skyline;
-  EXPECT_NE(skyline.find("and it may take 0.01 GB."), std::string::npos) << skyline;
+  EXPECT_NE(skyline.find("and it may take 0 MB."), std::string::npos) << skyline;
   EXPECT_NE(skyline.find("kvx renumber"), std::string::npos) << skyline;
   EXPECT_NE(skyline.find("--memory"), std::string::npos) << skyline;
 }
