@@ -6,9 +6,11 @@
 
 #include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <thread>
 #include <vector>
 
+#include "commands/terminal.h"
 #include "support/good_models.h"
 #include "support/words.h"
 
@@ -43,6 +45,7 @@ pid_t StartKvx(const std::filesystem::path& folder, const std::filesystem::path&
   const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
   dup2(file, STDOUT_FILENO);
   dup2(file, STDERR_FILENO);
+  for (const int each : ListEndSignals()) std::signal(each, SIG_DFL);  // as at a terminal
   std::vector<std::string> words = SplitWords(KVX_PROGRAM " " + command);
   std::vector<char*> arguments;
   for (std::string& word : words) arguments.push_back(word.data());

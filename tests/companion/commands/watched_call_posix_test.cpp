@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "commands/plate_runs_posix.h"
+#include "commands/terminal.h"
 #include "support/read_bytes.h"
 #include "support/temp_folder.h"
 
@@ -27,6 +28,7 @@ int RunInChild(const std::filesystem::path& folder, const Work& work) {
   if (child == 0) {
     constexpr unsigned LongestSeconds = 60;
     alarm(LongestSeconds);
+    for (const int each : ListEndSignals()) std::signal(each, SIG_DFL);  // as at a terminal
     if (chdir(folder.c_str()) == 0) work();
     _exit(0);
   }
