@@ -62,9 +62,10 @@ else()
   set(kvx_missing "${kvx_missing} ${kvx_zlib_package}")
 endif()
 
-# The sparse engine: MUMPS for one machine, and METIS; the target is kvx_sparse_libraries. MUMPS takes
-# whatever BLAS the system has chosen; OpenBLAS makes it several times as fast as the plain one.
-# There is none for Windows.
+# The sparse engine: MUMPS for one machine, and METIS. MUMPS takes whatever BLAS the system has chosen;
+# OpenBLAS makes it several times as fast as the plain one. There is none for Windows. The target
+# kvx_sparse_headers is for a program that loads MUMPS when it needs it, kvx_sparse_libraries for one
+# that is linked with it.
 function(kvx_find_sparse name package header library)
   find_path(KVX_${name}_INCLUDE ${header} PATH_SUFFIXES mumps_seq mumps)
   find_library(KVX_${name}_LIBRARY ${library})
@@ -105,12 +106,17 @@ add_library(kvx_libraries INTERFACE)
 target_include_directories(kvx_libraries SYSTEM INTERFACE ${kvx_include})
 
 if(NOT MINGW)
-  add_library(kvx_sparse_libraries INTERFACE)
-  target_include_directories(kvx_sparse_libraries SYSTEM INTERFACE ${KVX_MUMPS_INCLUDE}
-                                                                   ${KVX_METIS_INCLUDE})
-  target_link_libraries(kvx_sparse_libraries INTERFACE ${KVX_MUMPS_LIBRARY} ${KVX_METIS_LIBRARY})
-  # What a package of the program asks for: MUMPS has its release in its name.
+  # MUMPS has its release in its name.
   get_filename_component(kvx_mumps_file ${KVX_MUMPS_LIBRARY} REALPATH)
+  get_filename_component(kvx_mumps_name ${kvx_mumps_file} NAME)
+  add_library(kvx_sparse_headers INTERFACE)
+  target_include_directories(kvx_sparse_headers SYSTEM INTERFACE ${KVX_MUMPS_INCLUDE}
+                                                                 ${KVX_METIS_INCLUDE})
+  target_compile_definitions(kvx_sparse_headers INTERFACE KVX_MUMPS_FILE="${kvx_mumps_name}")
+  target_link_libraries(kvx_sparse_headers INTERFACE ${KVX_METIS_LIBRARY})
+  add_library(kvx_sparse_libraries INTERFACE)
+  target_link_libraries(kvx_sparse_libraries INTERFACE kvx_sparse_headers ${KVX_MUMPS_LIBRARY})
+  # What a package of the program asks for.
   string(REGEX MATCH "[0-9]+\\.[0-9]+" kvx_mumps_release ${kvx_mumps_file})
   set(kvx_sparse_packages ", libmumps-seq-${kvx_mumps_release}, libmetis5, libopenblas0" PARENT_SCOPE)
 endif()

@@ -62,9 +62,9 @@ void TryToWrite(const fs::path& folder) {
   fs::remove(trial, error);
 }
 
-void Make(const fs::path& folder) {
+void Make(const fs::path& folder, MadeFolders& made) {
   std::error_code error;
-  fs::create_directories(folder, error);
+  MakeFolder(folder, made, error);
   if (error) {
     Refuse(folder, "cannot be made: " + error.message() + ". Choose another folder with -o.");
   }
@@ -72,22 +72,20 @@ void Make(const fs::path& folder) {
 
 // Folders of cases are made when there are results for them.
 void CheckWritable(const fs::path& folder) {
-  std::error_code error;
-  const bool isNew = !fs::exists(fs::symlink_status(folder, error));
-  Make(folder);
+  MadeFolders made;
+  Make(folder, made);
   TryToWrite(folder);
-  if (isNew) fs::remove(folder, error);
 }
 
 }  // namespace
 
-void CheckCaseFolders(const fs::path& results, const CaseSet& set) {
+void CheckCaseFolders(const fs::path& results, const CaseSet& set, MadeFolders& made) {
   for (const LoadSet& each : set.sets) {
     const fs::path folder = results / fs::u8path(each.name);
     RefuseInputs(folder, set.sources);
     RefuseForeignModel(folder);
   }
-  Make(results);
+  Make(results, made);
   TryToWrite(results);
   for (const LoadSet& each : set.sets) CheckWritable(results / fs::u8path(each.name));
   for (const EnvelopeOf& each : set.envelopes) {

@@ -44,17 +44,6 @@ struct FolderGuard {
   FolderGuard& operator=(const FolderGuard&) = delete;
 };
 
-// The folder and those around it that are missing, the outermost one first.
-std::vector<fs::path> ListMissing(const fs::path& folder) {
-  std::vector<fs::path> missing;
-  std::error_code error;
-  for (fs::path each = folder; !each.empty() && !fs::exists(each, error);
-       each = each.parent_path()) {
-    missing.insert(missing.begin(), each);
-  }
-  return missing;
-}
-
 // Where the files of a model go.
 struct Outputs {
   fs::path folder;    // absolute
@@ -202,16 +191,9 @@ ExitStatus TryExport(const std::string& file, const std::function<void()>& work)
   return ExitFine;
 }
 
-MadeFolders::~MadeFolders() {
-  std::error_code ignored;  // of folders with files
-  for (auto each = folders.rbegin(); each != folders.rend(); ++each) fs::remove(*each, ignored);
-}
-
 void EnterOutput(const fs::path& folder, MadeFolders& made) {
   std::error_code error;
-  const std::vector<fs::path> missing = ListMissing(folder);
-  made.folders.insert(made.folders.end(), missing.begin(), missing.end());
-  fs::create_directories(folder, error);
+  MakeFolder(folder, made, error);
   if (!error) fs::current_path(folder, error);
   if (error) {
     StopOutput("the folder \"" + folder.u8string() + "\" cannot be used: " + error.message() + ".");

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "commands/commands.h"
+#include "commands/made_folders.h"
 #include "vtu/mesh_vtu.h"
 
 namespace kvx {
@@ -33,19 +34,8 @@ ExitStatus ExportModel(const ExportCommand& command, const ModelExport& job,
 // the status after a complaint. file: what it is about.
 ExitStatus TryExport(const std::string& file, const std::function<void()>& work);
 
-// Folders that were made for files. When the object goes, those that are still empty go, too: so an
-// export that is interrupted leaves none behind.
-struct MadeFolders {
-  std::vector<std::filesystem::path> folders;  // absolute, each before those in it
-
-  MadeFolders() = default;
-  ~MadeFolders();
-  MadeFolders(const MadeFolders&) = delete;
-  MadeFolders& operator=(const MadeFolders&) = delete;
-};
-
-// Makes the folder, absolute, where it is missing, and makes it the current one. Throws a Stop
-// where files cannot be made in it.
+// Makes the folder, absolute, where it is missing, notes it, and makes it the current one. Throws a
+// Stop where files cannot be made in it.
 void EnterOutput(const std::filesystem::path& folder, MadeFolders& made);
 
 // Writes text that ends with its line to standard output. Throws a Stop where that fails.

@@ -1,6 +1,7 @@
 #include "commands/progress.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <csignal>
 #include <iostream>
@@ -24,11 +25,12 @@ constexpr std::size_t BytesInSeconds = 20'000'000;
 // A share below it says nothing about the rest.
 constexpr double LeastShare = 0.01;
 
-// The only thing that a signal may touch.
-volatile std::sig_atomic_t IsInterrupted = 0;
+// A signal may touch nothing but that.
+std::atomic<bool> WasInterrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);
 
 extern "C" void TakeInterrupt(int signal) {
-  IsInterrupted = 1;
+  WasInterrupted = true;
   std::signal(signal, SIG_DFL);
 }
 
@@ -56,8 +58,10 @@ void CatchInterrupts() {
   for (const int signal : ListEndSignals()) Catch(signal);
 }
 
+bool IsInterrupted() { return WasInterrupted; }
+
 void StopIfInterrupted() {
-  if (IsInterrupted != 0) throw Interrupted{};
+  if (WasInterrupted) throw Interrupted{};
 }
 
 Progress::~Progress() { EndProgress(*this); }

@@ -6,7 +6,8 @@
 // where standard error is no terminal, nor in the first half second.
 //
 // An interrupt (Ctrl+C, SIGTERM, a terminal that is closed) sets a flag. Work looks at it through
-// ShowShare and StopIfInterrupted, which throw: so files on their way are removed. A second
+// ShowShare and StopIfInterrupted, which throw: so files on their way are removed. Work that cannot
+// look is watched (watched_call.h). A second
 // interrupt ends the program at once; its unfinished files have names of their own and are removed
 // by the next run.
 #pragma once
@@ -26,6 +27,9 @@ struct Interrupted {};
 // To be called once, before long work. Signals that the program was started to ignore stay ignored:
 // in the background, or by nohup.
 void CatchInterrupts();
+
+// Whether there was one. Any thread may ask.
+bool IsInterrupted();
 
 // Throws Interrupted after an interrupt.
 void StopIfInterrupted();

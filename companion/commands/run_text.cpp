@@ -31,8 +31,9 @@ std::string ListText(const std::vector<std::string>& names) {
 // A hint that saves more than half of the time is worth a word each time; the others are not.
 bool IsSaving(const Finding& finding) { return finding.code == "K501" && !finding.remedy.empty(); }
 
-// What saves time, whole; "" where nothing does.
+// What saves time, whole; "" where nothing does. The order of the nodes is the skyline's concern.
 std::string SavingText(const FolderRun& run, const TextStyle& style) {
+  if (run.plan && run.plan->engine == EngineChoice::Sparse) return "";
   const std::vector<Finding>& findings = run.findings.findings;
   const auto found = std::find_if(findings.begin(), findings.end(), IsSaving);
   if (found == findings.end()) return "";

@@ -14,9 +14,11 @@
 #include "cases/load_tables.h"
 #include "commands/case_folders.h"
 #include "commands/envelope_tables.h"
+#include "commands/made_folders.h"
 #include "commands/progress.h"
 #include "commands/solution_file.h"
 #include "commands/solution_text.h"
+#include "commands/watched_call.h"
 #include "commands/write_shown.h"
 #include "deck/write_tables.h"
 #include "engine/result_folder.h"
@@ -48,18 +50,13 @@ void InCase(const LoadSet& set, const Work& work) {
   }
 }
 
-void MakeFolder(const fs::path& folder) {
+// Files get names without their folder: not every folder has a name in the system's code page.
+void GoTo(const fs::path& folder, MadeFolders& made) {
   std::error_code error;
-  fs::create_directories(folder, error);
+  MakeFolder(folder, made, error);
   if (error) {
     StopOutput("the folder \"" + folder.u8string() + "\" cannot be made: " + error.message() + ".");
   }
-}
-
-// Files get names without their folder: not every folder has a name in the system's code page.
-void GoTo(const fs::path& folder) {
-  MakeFolder(folder);
-  std::error_code error;
   fs::current_path(folder, error);
   if (error) {
     StopOutput("the folder \"" + folder.u8string() + "\" cannot be entered: " + error.message() +
@@ -81,6 +78,7 @@ void AssembleLoads(CaseSet& set, std::vector<std::vector<double>>& loads) {
 
 // The loads of all cases, and how they are solved.
 struct Task {
+  MadeFolders made;
   std::vector<std::vector<double>> loads;
   SolutionPlan plan;
 };
@@ -89,9 +87,11 @@ void Plan(const EngineSettings& settings, CaseSet& set, Task& task, SolvedCases&
   AssembleLoads(set, task.loads);
   Progress progress;
   BeginProgress("Predicting time and memory", progress);
+  const EngineSettings watched =
+      WatchCalls(settings, progress, [&] { RemoveEmptyFolders(task.made); });
   try {
     PlanSolution(
-        set.model, task.loads.size(), settings, [&](double share) { ShowShare(share, progress); },
+        set.model, task.loads.size(), watched, [&](double share) { ShowShare(share, progress); },
         task.plan);
   } catch (const korvex::Stop&) {
     solved.plan = CopyWithoutOrder(task.plan);
@@ -107,9 +107,11 @@ void Solve(const EngineSettings& settings, CaseSet& set, Task& task,
   Progress progress;
   const std::string what = "Solving " + std::to_string(task.loads.size()) + " load cases";
   BeginProgress(SolvingText(what, task.plan), progress);
+  const EngineSettings watched =
+      WatchCalls(settings, progress, [&] { RemoveEmptyFolders(task.made); });
   const Clock::time_point begin = Clock::now();
   SolveTogether(
-      set.model, task.loads, settings, task.plan, [&](double share) { ShowShare(share, progress); },
+      set.model, task.loads, watched, task.plan, [&](double share) { ShowShare(share, progress); },
       displacements, solved.solution);
   solved.seconds = std::chrono::duration<double>(Clock::now() - begin).count();
 }
@@ -209,13 +211,14 @@ struct CaseJob {
   double seconds;
   SolutionRecord solution;  // of this case
   const TakeCase& take;
+  MadeFolders& made;
 };
 
 void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacements,
                 EnvelopeWork& work, SolvedCase& result) {
   LoadSet& loads = set.sets[job.row];
   result.folder = job.results / fs::u8path(loads.name);
-  GoTo(result.folder);
+  GoTo(result.folder, job.made);
   SwapLoads(set.model.Tables, loads.loads);
   const std::string text = WriteModelText(set);
   set.model.Displacements = std::move(displacements);
@@ -245,7 +248,7 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
 }
 
 void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeWork& work,
-                    SolvedCases& solved) {
+                    MadeFolders& made, SolvedCases& solved) {
   std::vector<std::string> names;
   for (const LoadSet& each : set.sets) names.push_back(each.name);
   for (std::size_t k = 0; k < set.envelopes.size(); ++k) {
@@ -253,7 +256,7 @@ void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeW
     envelope.name = set.envelopes[k].name;
     envelope.folder = results / fs::u8path(EnvelopeFolderPrefix + envelope.name);
     for (const std::size_t row : set.envelopes[k].of) envelope.of.push_back(names[row]);
-    GoTo(envelope.folder);
+    GoTo(envelope.folder, made);
     const EnvelopeView view{work.items, work.envelopes[k], names, &set.origin};
     for (std::size_t kind = 0; kind < EnvelopeKindCount; ++kind) {
       WriteEnvelopeFile("", static_cast<EnvelopeKind>(kind), view);
@@ -272,23 +275,24 @@ void PlanCases(const EngineSettings& settings, CaseSet& set, SolvedCases& solved
 
 void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet& set,
                 const TakeCase& take, SolvedCases& solved) {
-  CheckCaseFolders(results, set);
-  GoTo(results);
   Task task;
+  CheckCaseFolders(results, set, task.made);
   Plan(settings, set, task, solved);
   std::vector<std::vector<double>> displacements;
   Solve(settings, set, task, displacements, solved);
-  task = {};
+  task.loads = {};
+  task.plan = {};
   EnvelopeWork work;
   solved.cases.resize(set.sets.size());
   for (std::size_t row = 0; row < set.sets.size(); ++row) {
     StopIfInterrupted();
-    const CaseJob job{row, results, solved.seconds, SolutionOfLoad(solved.solution, row), take};
+    const CaseJob job{row,  results,  solved.seconds, SolutionOfLoad(solved.solution, row),
+                      take, task.made};
     InCase(set.sets[row],
            [&] { FinishCase(job, set, displacements[row], work, solved.cases[row]); });
     displacements[row] = {};
   }
-  WriteEnvelopes(results, set, work, solved);
+  WriteEnvelopes(results, set, work, task.made, solved);
 }
 
 std::vector<std::string> ListOtherFolders(const fs::path& results, const CaseSet& set) {

@@ -48,7 +48,7 @@ using TakeCase = std::function<void(std::size_t row, const SolvedModel&, const A
 // results: the folder of the results; made where it is missing. Changes the current folder. Throws
 // a Stop where CheckCaseFolders does, a case cannot be solved or its files cannot be written
 // (StopKind::ResultFile), and Interrupted; folders that are complete by then stay, the others are
-// as they were.
+// as they were: none is left behind empty.
 void SolveCases(const std::filesystem::path& results, const EngineSettings& settings, CaseSet& set,
                 const TakeCase& take, SolvedCases& solved);
 

@@ -14,6 +14,7 @@
 #include "commands/run_report.h"
 #include "commands/solution_file.h"
 #include "commands/solution_text.h"
+#include "commands/watched_call.h"
 #include "commands/write_shown.h"
 #include "engine/result_folder.h"
 #include "engine/same_stiffness.h"
@@ -95,13 +96,18 @@ void FormGroup(const RunCommand& command, FolderRuns& runs, Model& leader, Group
   }
 }
 
+void EndAll(Group& group) {
+  for (FolderRun* run : group.runs) EndUnfinished(run->unfinished);
+}
+
 // Fills the plan, also as far as it went where nothing fits. Returns whether it can be followed.
 bool Plan(const EngineSettings& settings, const Model& leader, Group& group) {
   Progress progress;
   BeginProgress("Predicting time and memory", progress);
+  const EngineSettings watched = WatchCalls(settings, progress, [&] { EndAll(group); });
   const bool isPlanned = Try(group.runs, [&] {
     PlanSolution(
-        leader, group.runs.size(), settings, [&](double share) { ShowShare(share, progress); },
+        leader, group.runs.size(), watched, [&](double share) { ShowShare(share, progress); },
         group.plan);
   });
   const SolutionPlan told = CopyWithoutOrder(group.plan);
@@ -133,9 +139,10 @@ void Solve(const EngineSettings& settings, Model& leader, Group& group) {
   const std::size_t count = group.runs.size();
   const std::string what = count == 1 ? "Solving" : "Solving " + std::to_string(count) + " models";
   BeginProgress(SolvingText(what, group.plan), progress);
+  const EngineSettings watched = WatchCalls(settings, progress, [&] { EndAll(group); });
   const auto begin = std::chrono::steady_clock::now();
   SolveTogether(
-      leader, group.loads, settings, group.plan, [&](double share) { ShowShare(share, progress); },
+      leader, group.loads, watched, group.plan, [&](double share) { ShowShare(share, progress); },
       group.displacements, group.record);
   const double seconds =
       std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -220,7 +227,7 @@ void SolveGroup(const RunCommand& command, const EngineSettings& settings, Model
 std::size_t WorkOnGroup(const RunCommand& command, const EngineSettings& settings, Model& leader,
                         Group& group) {
   if (!Plan(settings, leader, group)) {
-    for (FolderRun* run : group.runs) EndUnfinished(run->unfinished);
+    EndAll(group);
     return 0;
   }
   if (command.dryRun) return 0;

@@ -1,6 +1,7 @@
 #include "engine/engine_costs.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/dof_counts.h"
 #include "platform/vector_bits.h"
@@ -50,6 +51,14 @@ constexpr double TableBytes = 300.0;  // per equation
 // A disk of a virtual machine: bytes per second that are written and read.
 constexpr double DiskRate = 3e8;
 
+// Blocks of loads, each of which reads the factors twice: for the loads and for their refinement.
+double CountBlocks(std::size_t loads) {
+  return std::max(1.0, std::ceil(static_cast<double>(loads) / static_cast<double>(BlockColumns)));
+}
+
+// Solutions beyond those of one block.
+double CountFurtherSolutions(std::size_t loads) { return 2.0 * (CountBlocks(loads) - 1.0); }
+
 double SpeedOf(int threads, double gain) {
   return 1.0 + gain * static_cast<double>(std::max(threads, 1) - 1);
 }
@@ -63,8 +72,8 @@ double BytesBeside(const SparseTask& task) {
   // the matrix, and its places as MUMPS wants them
   constexpr double Copies = 20.0 / 12.0;
   const auto equations = static_cast<double>(task.equations);
-  return Copies * static_cast<double>(task.matrixBytes) + TableBytes * equations +
-         VectorBytes(equations, task.loads) +
+  return Copies * static_cast<double>(task.matrixBytes) + static_cast<double>(task.fixedBytes) +
+         TableBytes * equations + VectorBytes(equations, task.loads) +
          static_cast<double>(
              CountColumnBytes(static_cast<std::size_t>(task.equations), task.loads));
 }
@@ -94,9 +103,10 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
 
 void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
   const auto equations = static_cast<double>(task.equations);
-  const double columns = FirstColumnSeconds + NextColumnSeconds * static_cast<double>(task.loads);
+  const double columns = (Solutions + CountFurtherSolutions(task.loads)) * FirstColumnSeconds +
+                         Solutions * NextColumnSeconds * static_cast<double>(task.loads);
   estimate.seconds = (size.flops / SparseRate) / SpeedOf(task.threads, SparseThreadGain) +
-                     size.entries * (EntrySeconds + Solutions * columns) +
+                     size.entries * (EntrySeconds + columns) +
                      equations * (OrderSeconds + AssemblySeconds);
   estimate.bytes =
       static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.peak + BytesBeside(task));
@@ -106,7 +116,7 @@ void PredictOutOfCore(const FactorSize& size, const SparseTask& task, EngineEsti
   PredictSparse(size, task, estimate);
   const double disk = StorageFactor * sizeof(double) * size.entries;
   estimate.diskBytes = static_cast<std::uint64_t>(disk);
-  estimate.seconds += disk / DiskRate * (1.0 + Solutions);
+  estimate.seconds += disk / DiskRate * (1.0 + Solutions + CountFurtherSolutions(task.loads));
   estimate.bytes =
       static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.stack + BytesBeside(task));
 }

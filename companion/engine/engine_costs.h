@@ -20,7 +20,8 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
 
 struct SparseTask {
   std::int64_t equations = 0;     // of the free dofs
-  std::uint64_t matrixBytes = 0;  // free_matrix.h
+  std::uint64_t matrixBytes = 0;  // of the free dofs (free_matrix.h)
+  std::uint64_t fixedBytes = 0;   // of the rows of the fixed ones
   std::size_t loads = 0;
   int threads = 1;
 };

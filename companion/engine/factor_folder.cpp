@@ -2,7 +2,9 @@
 
 #include <limits>
 #include <system_error>
+#include <utility>
 
+#include "engine/locked_folder.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -11,8 +13,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr const char* LockName = "lock";
-
 // More runs at a time are not expected in one folder.
 constexpr int MostFolders = 64;
 
@@ -20,44 +20,48 @@ fs::path NameOf(const fs::path& parent, int number) {
   return parent / ("kvx-factors-" + std::to_string(number));
 }
 
-// All but the lock.
-void RemoveFactors(const fs::path& folder) {
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::error_code ignored;  // what cannot be removed now is tried again at the end
-    if (entry->path().filename() != LockName) fs::remove_all(entry->path(), ignored);
-  }
-}
-
-void RemoveFolder(const fs::path& folder, FileLock& lock) {
-  RemoveFactors(folder);
-  ReleaseLock(folder / LockName, lock);
-  std::error_code ignored;  // another run may just have taken it
-  fs::remove(folder, ignored);
-}
-
-// What killed runs have left.
-void RemoveLeftOvers(const fs::path& parent) {
-  for (int number = 1; number <= MostFolders; ++number) {
-    const fs::path folder = NameOf(parent, number);
-    std::error_code error;
-    if (!fs::is_directory(folder, error)) continue;
-    FileLock lock;
-    std::string reason;
-    if (TakeLock(folder / LockName, lock, reason) == LockResult::Taken) RemoveFolder(folder, lock);
-  }
-}
-
 [[noreturn]] void StopFolder(const std::string& parent, const std::string& reason) {
   throw korvex::Stop{korvex::StopKind::ResultFile, "The folder for the factors, \"" + parent +
                                                        "\", cannot be written to: " + reason + "."};
 }
 
+// Makes it this run's, unless another has it. Without locks nothing tells what a killed run has
+// left from the files of one that is at work: then only what was made just now is this run's.
+LockResult TakeAlone(const fs::path& path, FactorFolder& folder, std::string& reason) {
+  bool isNew = false;
+  const LockResult result = TakeFolder(path, folder.lock, isNew, reason);
+  if (result == LockResult::Taken || (result == LockResult::Unlocked && isNew)) folder.path = path;
+  if (result == LockResult::Unlocked && !isNew) ReturnFolder(folder.lock);
+  return result;
+}
+
+// What killed runs have left.
+void RemoveLeftOvers(const fs::path& parent) {
+  for (int number = 1; number <= MostFolders; ++number) {
+    FactorFolder left;  // goes with its files
+    const fs::path path = NameOf(parent, number);
+    std::error_code error;
+    std::string reason;
+    if (fs::is_directory(path, error)) TakeAlone(path, left, reason);
+  }
+}
+
 }  // namespace
 
-FactorFolder::~FactorFolder() {
-  if (!path.empty()) RemoveFolder(path, lock);
+FactorFolder::~FactorFolder() { RemoveFactorFolder(*this); }
+
+void RemoveFactorFolder(FactorFolder& folder) {
+  // A factorisation that is at work may make a file at this moment.
+  constexpr int Attempts = 8;
+  for (int k = 0; k < Attempts && !folder.path.empty(); ++k) {
+    const fs::path path = std::move(folder.path);
+    folder.path.clear();
+    EmptyFolder(path);
+    LeaveFolder(path, folder.lock);
+    std::error_code error;
+    std::string reason;
+    if (fs::is_directory(path, error)) TakeAlone(path, folder, reason);
+  }
 }
 
 void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
@@ -67,18 +71,13 @@ void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
     StopFolder(parent, error ? error.message() : "it is no folder");
   }
   RemoveLeftOvers(place);
-  std::string reason = "too many runs are at work there";
   for (int number = 1; number <= MostFolders; ++number) {
-    const fs::path path = NameOf(place, number);
-    fs::create_directory(path, error);
-    if (error) StopFolder(parent, error.message());
-    const LockResult result = TakeLock(path / LockName, folder.lock, reason);
+    std::string reason;
+    const LockResult result = TakeAlone(NameOf(place, number), folder, reason);
     if (result == LockResult::Failed) StopFolder(parent, reason);
-    if (result != LockResult::Taken) continue;
-    folder.path = path;
-    return;
+    if (!folder.path.empty()) return;
   }
-  StopFolder(parent, reason);
+  StopFolder(parent, "too many runs are at work there, or have left folders");
 }
 
 std::uint64_t ReadFreeDisk(const std::string& parent) {

@@ -1,7 +1,8 @@
 // The folder for the factors out of core: "kvx-factors-1" or so, in the one that the user gives.
 //
 // It is removed with all its files when the object goes. A lock (file_lock.h) tells what a killed
-// run has left: the next one that is given the same folder removes that.
+// run has left: the next one that is given the same folder removes that. Where the file system
+// knows no locks nothing is removed, and each run makes a folder that was not there.
 #pragma once
 
 #include <cstdint>
@@ -24,6 +25,10 @@ struct FactorFolder {
 
 // parent: UTF-8. Throws a Stop (StopKind::ResultFile) where it is no folder that can be written to.
 void MakeFactorFolder(const std::string& parent, FactorFolder& folder);
+
+// Removes it with all its files, as the end of the object does; also while a factorisation writes
+// there that will not be used. Does nothing where it was not made.
+void RemoveFactorFolder(FactorFolder& folder);
 
 // The bytes that the user may still write there; a very large number where the system does not say.
 std::uint64_t ReadFreeDisk(const std::string& parent);

@@ -33,10 +33,11 @@ LockResult TakeLock(const std::filesystem::path& file, FileLock& lock, std::stri
       reason = std::generic_category().message(errno);
       return LockResult::Failed;
     }
-    const bool isBusy = flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    const bool isLocked = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+    const bool isBusy = !isLocked && errno == EWOULDBLOCK;
     if (!isBusy && HasName(descriptor, file)) {
       lock.handle = descriptor;
-      return LockResult::Taken;
+      return isLocked ? LockResult::Taken : LockResult::Unlocked;
     }
     close(descriptor);
     if (isBusy) return LockResult::Busy;
@@ -45,10 +46,15 @@ LockResult TakeLock(const std::filesystem::path& file, FileLock& lock, std::stri
 }
 
 void ReleaseLock(const std::filesystem::path& file, FileLock& lock) {
-  if (lock.handle < 0) return;
+  if (lock.handle == NoLock) return;
   unlink(file.c_str());
+  DropLock(lock);
+}
+
+void DropLock(FileLock& lock) {
+  if (lock.handle == NoLock) return;
   close(static_cast<int>(lock.handle));
-  lock.handle = -1;
+  lock.handle = NoLock;
 }
 
 }  // namespace kvx

@@ -23,10 +23,12 @@ LockResult TakeLock(const std::filesystem::path& file, FileLock& lock, std::stri
 }
 
 // The system removes the file.
-void ReleaseLock(const std::filesystem::path& /*file*/, FileLock& lock) {
-  if (lock.handle == -1) return;
+void ReleaseLock(const std::filesystem::path& /*file*/, FileLock& lock) { DropLock(lock); }
+
+void DropLock(FileLock& lock) {
+  if (lock.handle == NoLock) return;
   CloseHandle(reinterpret_cast<HANDLE>(lock.handle));
-  lock.handle = -1;
+  lock.handle = NoLock;
 }
 
 }  // namespace kvx

@@ -10,6 +10,7 @@
 #include "platform/free_memory.h"
 #include "renumber/node_graph.h"
 #include "report/stop.h"
+#include "sparse/blas_threads.h"
 #include "sparse/factor_size.h"
 #include "sparse/free_dofs.h"
 #include "sparse/mumps_error.h"
@@ -27,7 +28,19 @@ constexpr double SoonSolved = 0.3;
 struct Choice {
   const EngineSettings& settings;
   std::uint64_t allowed;  // bytes
+  bool isLimitGiven;      // by the user; else it is what is free
 };
+
+Choice MakeChoice(const EngineSettings& settings) {
+  const std::uint64_t free = korvex::ReadFreeMemory();
+  const bool isLimitGiven = settings.memory > 0 && settings.memory <= free;
+  return {settings, isLimitGiven ? settings.memory : free, isLimitGiven};
+}
+
+// Of what is limited: the solution, or the process.
+std::uint64_t CountBytes(const Choice& choice, const EngineEstimate& estimate) {
+  return estimate.bytes + (choice.isLimitGiven ? 0 : estimate.startBytes);
+}
 
 std::string SecondsText(double seconds) {
   const double unit = seconds <= 0.0 ? 1.0 : std::pow(10.0, std::floor(std::log10(seconds)) - 1.0);
@@ -44,12 +57,12 @@ std::string SizeText(const EngineEstimate& estimate) {
 
 // Where memory is too small, says so.
 void LookWhetherItFits(const Choice& choice, EngineEstimate& estimate) {
-  estimate.isPossible = estimate.bytes <= choice.allowed;
+  estimate.isPossible = CountBytes(choice, estimate) <= choice.allowed;
   if (estimate.isPossible) return;
-  estimate.reason = "it takes " + GigabyteText(estimate.bytes) + " of memory, " +
-                    (choice.settings.memory > 0 ? "which is more than the " : "and there are ") +
-                    GigabyteText(choice.allowed) +
-                    (choice.settings.memory > 0 ? " that it may take" : " free");
+  estimate.reason = "it takes " + GigabyteText(CountBytes(choice, estimate)) + " of memory, " +
+                    (choice.isLimitGiven ? "which is more than the " : "and there are ") +
+                    AllowedText(choice.allowed) +
+                    (choice.isLimitGiven ? " that it may take" : " free");
 }
 
 void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
@@ -60,32 +73,34 @@ void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
     estimate.reason = "there is no folder for the factors";
   } else if (estimate.diskBytes > ReadFreeDisk(folder)) {
     estimate.reason = "its factors take " + GigabyteText(estimate.diskBytes) +
-                      " on the disk, and there are " + GigabyteText(ReadFreeDisk(folder)) + " free";
+                      " on the disk, and there are " + AllowedText(ReadFreeDisk(folder)) + " free";
   } else {
     estimate.isPossible = true;
   }
 }
 
 // The sparse engine in memory and out of core.
-void EstimateSparse(const Choice& choice, const FreeGraph& free, std::uint64_t matrixBytes,
-                    std::size_t loads, SolutionPlan& plan) {
+void EstimateSparse(const Choice& choice, const FreeGraph& free, const SparseTask& task,
+                    SolutionPlan& plan) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point begin = Clock::now();
-  FindSparseOrder(free.graph, plan.order);
+  MakeGuarded(
+      choice.settings, [&] { FindSparseOrder(free.graph, plan.order); }, [] {});
   plan.orderSeconds = std::chrono::duration<double>(Clock::now() - begin).count();
   FactorSize size;
   MeasureFactor(free.graph, free.dofs, plan.order, size);
-  SparseTask task{plan.freeEquations, matrixBytes, loads, choice.settings.threads};
   PredictSparse(size, task, plan.sparse);
   PredictOutOfCore(size, task, plan.outOfCore);
+  plan.sparse.startBytes = plan.outOfCore.startBytes = SparseStartBytes;
   LookWhetherItFits(choice, plan.sparse);
   LookWhetherItFits(choice, plan.outOfCore);
   LookWhetherDiskFits(choice, plan.outOfCore);
 }
 
 [[noreturn]] void StopTooLarge(const Choice& choice, const SolutionPlan& plan) {
-  const bool isDiskFull = plan.outOfCore.bytes > 0 && plan.outOfCore.bytes <= choice.allowed &&
-                          !choice.settings.outOfCore.empty();
+  const bool fitsOutOfCore =
+      plan.outOfCore.bytes > 0 && CountBytes(choice, plan.outOfCore) <= choice.allowed;
+  const bool isDiskFull = fitsOutOfCore && !choice.settings.outOfCore.empty();
   if (isDiskFull) {
     const bool fitsWithout = plan.sparse.isPossible;
     throw korvex::Stop{korvex::StopKind::ResultFile,
@@ -95,27 +110,30 @@ void EstimateSparse(const Choice& choice, const FreeGraph& free, std::uint64_t m
   }
   std::string text = "The solution does not fit into memory: ";
   const auto add = [&](const char* name, const EngineEstimate& estimate) {
-    if (estimate.bytes > 0) text += name + (' ' + GigabyteText(estimate.bytes)) + ", ";
+    if (estimate.bytes > 0)
+      text += name + (' ' + GigabyteText(CountBytes(choice, estimate))) + ", ";
   };
   if (choice.settings.choice != EngineChoice::Sparse) add("the skyline takes", plan.skyline);
   if (choice.settings.choice != EngineChoice::Skyline) {
     add("the sparse engine takes", plan.sparse);
     add("with its factors out of core", plan.outOfCore);
   }
-  text += (choice.settings.memory > 0 ? "and it may take " : "and there are ") +
-          GigabyteText(choice.allowed) + (choice.settings.memory > 0 ? "." : " free.");
+  text += (choice.isLimitGiven ? "and it may take " : "and there are ") +
+          AllowedText(choice.allowed) + (choice.isLimitGiven ? "." : " free.");
   std::string ways;
   if (choice.settings.choice == EngineChoice::Skyline && HasSparseEngine()) {
     ways += " Try --engine auto.";
   }
-  const bool fitsOutOfCore = plan.outOfCore.bytes > 0 && plan.outOfCore.bytes <= choice.allowed;
   if (choice.settings.outOfCore.empty() && fitsOutOfCore) {
     ways += " Give a folder for the factors: --out-of-core DIR.";
   }
   if (choice.settings.choice != EngineChoice::Sparse) {
     ways += " See whether kvx renumber finds a better order of the nodes.";
   }
-  if (choice.settings.memory > 0) ways += " Allow more with --memory.";
+  if (choice.isLimitGiven) ways += " Allow more with --memory.";
+  if (choice.settings.choice != EngineChoice::Skyline && HasSparseEngine()) {
+    ways += " Share the work among several machines with kvx-mpi.";
+  }
   throw korvex::Stop{korvex::StopKind::Notice, text + ways};
 }
 
@@ -180,7 +198,7 @@ void TakeSkyline(const Choice& choice, SolutionPlan& plan) {
 void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSettings& settings,
                   const korvex::ShareCallback& share, SolutionPlan& plan) {
   plan = {};
-  const Choice choice{settings, settings.memory > 0 ? settings.memory : korvex::ReadFreeMemory()};
+  const Choice choice = MakeChoice(settings);
   plan.equations = model.NEQ;
   FreeDofs dofs;
   ListFreeDofs(model.Tables, dofs);
@@ -201,7 +219,9 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   }
   FreeGraph free;
   BuildFreeGraph(graph, dofs, free);
-  EstimateSparse(choice, free, CountMatrixBytes(graph, dofs), loads, plan);
+  const SparseTask task{plan.freeEquations, CountMatrixBytes(graph, dofs),
+                        CountFixedBytes(graph, dofs), loads, settings.threads};
+  EstimateSparse(choice, free, task, plan);
   if (share) share(1.0);
   if (settings.choice == EngineChoice::Auto) {
     TakeFastest(choice, plan);

@@ -17,6 +17,7 @@ struct EngineEstimate {
   std::string reason;    // why not: a sentence
   double seconds = 0.0;  // assembly, factorisation and all loads
   std::uint64_t bytes = 0, diskBytes = 0;
+  std::uint64_t startBytes = 0;  // of the engine's libraries, which no limit of the user's holds
 };
 
 struct SolutionPlan {

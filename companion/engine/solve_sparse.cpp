@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <chrono>
 
+#include "engine/factor_budget.h"
 #include "engine/factor_folder.h"
 #include "engine/free_motion.h"
 #include "engine/solution_quality.h"
@@ -25,6 +26,7 @@ constexpr double OrderShare = 0.02, MatrixShare = 0.08, AnalysisShare = 0.12, Fa
 struct Solution {
   FactorFolder folder;  // goes last
   const korvex::Model& model;
+  const EngineSettings& settings;
   const korvex::ShareCallback& share;
   FreeDofs dofs;
   UpperMatrix A;
@@ -34,6 +36,11 @@ struct Solution {
 
 void Report(const Solution& solution, double share) {
   if (solution.share) solution.share(share);
+}
+
+// Work that cannot be watched.
+void CallGuarded(Solution& solution, const std::function<void()>& call) {
+  MakeGuarded(solution.settings, call, [&] { RemoveFactorFolder(solution.folder); });
 }
 
 double SecondsSince(Clock::time_point& begin) {
@@ -57,7 +64,9 @@ std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
   FreeGraph free;
   BuildFreeGraph(graph, solution.dofs, free);
   std::vector<std::int32_t> order = plan.order;
-  if (order.size() != free.nodes.size()) FindSparseOrder(free.graph, order);
+  if (order.size() != free.nodes.size()) {
+    CallGuarded(solution, [&] { FindSparseOrder(free.graph, order); });
+  }
   Report(solution, OrderShare);
   record.orderSeconds = plan.orderSeconds + SecondsSince(begin);
   const auto report = [&](double part) {
@@ -74,16 +83,18 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
                const std::vector<std::int32_t>& places, Solution& solution,
                SolutionRecord& record) {
   Clock::time_point begin = Clock::now();
-  FactorSettings factorSettings;
-  factorSettings.memory = settings.memory;
+  FactorSettings factorSettings =
+      MakeFactorSettings(settings, solution.A, solution.C,
+                         static_cast<std::size_t>(solution.model.NEQ), record.loads.size());
   if (plan.isOutOfCore) {
     MakeFactorFolder(settings.outOfCore, solution.folder);
     factorSettings.outOfCore = solution.folder.path.u8string();
   }
-  AnalyseMatrix(solution.A, places, factorSettings, solution.factor);
+  CallGuarded(solution,
+              [&] { AnalyseMatrix(solution.A, places, factorSettings, solution.factor); });
   Report(solution, AnalysisShare);
   record.orderSeconds += SecondsSince(begin);
-  FactorMatrix(solution.A, factorSettings, solution.factor);
+  CallGuarded(solution, [&] { FactorMatrix(solution.A, factorSettings, solution.factor); });
   record.factorSeconds += SecondsSince(begin);
   Report(solution, FactorShare);
   StopWhereFree(solution.model, solution.dofs, solution.factor);
@@ -100,7 +111,7 @@ void SolveLoads(const std::vector<std::vector<double>>& loads, Solution& solutio
   work.count = loads.size();
   work.solve = [&](std::int32_t columns, double* x) {
     Report(solution, FactorShare);
-    SolveColumns(solution.factor, columns, x);
+    CallGuarded(solution, [&] { SolveColumns(solution.factor, columns, x); });
   };
   work.make = [&](std::size_t k, double* b) {
     MakeRightSide(dofs, solution.C, loads[k], displacements[k], b);
@@ -132,8 +143,9 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
                  const EngineSettings& settings, const SolutionPlan& plan,
                  const korvex::ShareCallback& share,
                  std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
-  SetBlasThreads(settings.threads);
-  Solution solution{{}, model, share, {}, {}, {}, {}};
+  const EngineEstimate& estimate = plan.isOutOfCore ? plan.outOfCore : plan.sparse;
+  PrepareBlas(settings.threads, estimate.bytes);
+  Solution solution{{}, model, settings, share, {}, {}, {}, {}};
   ListFreeDofs(model.Tables, solution.dofs);
   displacements.resize(loads.size());
   const std::vector<std::int32_t> places = Assemble(plan, solution, record);

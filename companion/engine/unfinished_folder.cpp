@@ -2,6 +2,7 @@
 
 #include <system_error>
 
+#include "engine/locked_folder.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -9,8 +10,6 @@ namespace kvx {
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr const char* LockName = "lock";
 
 // Holds what was in the places, until all new files are there.
 constexpr const char* OldName = "old";
@@ -39,23 +38,12 @@ void CheckPlace(const fs::path& place, const std::string& shown) {
   }
 }
 
-void MakeFolder(const fs::path& path, const std::string& shown) {
+void CheckName(const fs::path& path, const std::string& shown) {
   std::error_code error;
   const fs::file_status status = fs::symlink_status(path, error);
   if (fs::exists(status) && !fs::is_directory(status)) {
     StopAt(shown, std::string("something else has the name ") + UnfinishedFolderName);
   }
-  fs::create_directory(path, error);
-  if (error) StopAt(shown, error.message());
-}
-
-void RemoveAllBut(const fs::path& kept, const fs::path& folder) {
-  std::error_code error;
-  std::vector<fs::path> others;
-  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
-    if (it->path() != kept) others.push_back(it->path());
-  }
-  for (const fs::path& other : others) fs::remove_all(other, error);
 }
 
 // All files in OldName, also those of a run that made others than this one. Names as from there.
@@ -103,13 +91,10 @@ void BeginUnfinished(const std::string& folder, const std::vector<FileToMake>& f
   if (error) StopAt(shown, error.message());
   const fs::path path = place / UnfinishedFolderName;
   for (const FileToMake& file : files) CheckPlace(place / file.name, folder + file.shown);
-  constexpr int Attempts = 8;  // another run that ends may remove the folder just made
+  CheckName(path, shown);
   std::string reason;
-  LockResult result = LockResult::Failed;
-  for (int k = 0; k < Attempts && result == LockResult::Failed; ++k) {
-    MakeFolder(path, shown);
-    result = TakeLock(path / LockName, unfinished.lock, reason);
-  }
+  bool isNew = false;
+  const LockResult result = TakeFolder(path, unfinished.lock, isNew, reason);
   if (result == LockResult::Failed) StopAt(shown, reason);
   if (result == LockResult::Busy) StopAt(shown, "another run is at work there");
   unfinished.prefix = folder + UnfinishedFolderName + '/';
@@ -122,7 +107,7 @@ void BeginUnfinished(const std::string& folder, const std::vector<FileToMake>& f
     StopAt(shown, std::string("files in ") + UnfinishedFolderName + '/' + OldName +
                       " are of an earlier run, and cannot be moved back to their places");
   }
-  RemoveAllBut(path / LockName, path);
+  EmptyFolder(path);
 }
 
 void MoveFiles(UnfinishedFolder& unfinished) {
@@ -157,11 +142,9 @@ void MoveFiles(UnfinishedFolder& unfinished) {
 void EndUnfinished(UnfinishedFolder& unfinished) {
   if (unfinished.path.empty()) return;
   const fs::path& path = unfinished.path;
-  std::error_code ignored;
   // Files that could not be moved back wait for the next run, which tries it again.
-  if (!HoldsOldFiles(unfinished)) RemoveAllBut(path / LockName, path);
-  ReleaseLock(path / LockName, unfinished.lock);
-  fs::remove(path, ignored);  // not if another run has just begun in it
+  if (!HoldsOldFiles(unfinished)) EmptyFolder(path);
+  LeaveFolder(path, unfinished.lock);
   unfinished.path.clear();
 }
 

@@ -5,4 +5,6 @@ namespace kvx {
 
 void SetBlasThreads(int /*threads*/) {}
 
+void PrepareBlas(int /*threads*/, std::uint64_t /*reserved*/) {}
+
 }  // namespace kvx

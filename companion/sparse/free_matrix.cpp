@@ -70,7 +70,25 @@ void BuildUpperPattern(const NodeGraph& graph, const FreeDofs& dofs, UpperMatrix
   }
 }
 
+// Entries of C.
+std::uint64_t CountFixedEntries(const NodeGraph& graph, const FreeDofs& dofs) {
+  std::uint64_t entries = 0;
+  for (const std::int32_t equation : dofs.fixed) {
+    const std::size_t node = static_cast<std::size_t>(equation) / Dofs;
+    const std::int64_t nodes = 1 + graph.begins[node + 1] - graph.begins[node];
+    entries += static_cast<std::uint64_t>(nodes) * Dofs - 1;
+  }
+  return entries;
+}
+
 void BuildFixedPattern(const NodeGraph& graph, const FreeDofs& dofs, FixedRows& C) {
+  const std::uint64_t entries = CountFixedEntries(graph, dofs);
+  korvex::AllocateOrStop("the stiffness of the fixed degrees of freedom", entries, BytesPerEntry,
+                         [&] {
+                           C.begins.reserve(dofs.fixed.size() + 1);
+                           C.columns.reserve(entries);
+                           C.values.assign(entries, 0.0);
+                         });
   C.begins.push_back(0);
   for (const std::int32_t equation : dofs.fixed) {
     const auto row = static_cast<std::size_t>(equation);
@@ -79,7 +97,6 @@ void BuildFixedPattern(const NodeGraph& graph, const FreeDofs& dofs, FixedRows& 
     });
     C.begins.push_back(static_cast<std::int64_t>(C.columns.size()));
   }
-  C.values.assign(C.columns.size(), 0.0);
 }
 
 // matrix: UpperMatrix or FixedRows; the entry is there.
@@ -187,6 +204,11 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
 
 std::uint64_t CountMatrixBytes(const NodeGraph& graph, const FreeDofs& dofs) {
   return CountUpperEntries(graph, dofs) * BytesPerEntry;
+}
+
+std::uint64_t CountFixedBytes(const NodeGraph& graph, const FreeDofs& dofs) {
+  return CountFixedEntries(graph, dofs) * BytesPerEntry +
+         (dofs.fixed.size() + 1) * sizeof(std::int64_t);
 }
 
 }  // namespace kvx

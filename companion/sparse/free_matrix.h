@@ -46,4 +46,7 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
 // The bytes that AssembleFree takes for A at its peak.
 std::uint64_t CountMatrixBytes(const NodeGraph& graph, const FreeDofs& dofs);
 
+// The bytes of C.
+std::uint64_t CountFixedBytes(const NodeGraph& graph, const FreeDofs& dofs);
+
 }  // namespace kvx

@@ -8,27 +8,44 @@ namespace kvx {
 
 namespace {
 
-constexpr double BytesPerGigabyte = 1073741824.0;
+constexpr double BytesPerMegabyte = 1048576.0, BytesPerGigabyte = 1073741824.0;
 
 // Negative details count millions.
 double CountOf(std::int32_t detail) {
   return detail < 0 ? -1e6 * static_cast<double>(detail) : static_cast<double>(detail);
 }
 
-std::string NameAlternative(bool isOutOfCore) {
-  return isOutOfCore ? "Use a machine with more memory, or a coarser mesh."
-                     : "Give a folder for the factors (--out-of-core DIR), or use a machine with "
-                       "more memory.";
+std::string NameWaysOut(const FactorMemory& memory) {
+  std::string text;
+  if (!memory.isOutOfCore) text += "keep the factors on a disk (--out-of-core DIR), ";
+  if (memory.isLimitGiven) text += "allow more (--memory GB), ";
+  text +=
+      "see whether the skyline fits (--engine skyline) once kvx renumber has ordered the nodes, "
+      "share the work among several machines (kvx-mpi), or use one with more memory.";
+  return "Ways out: " + text;
+}
+
+// More digits than one decimal, or three in all, would claim too much. round: up or down.
+template <typename Round>
+std::string RoundedText(std::uint64_t bytes, const Round& round) {
+  const auto size = static_cast<double>(bytes);
+  const bool isLarge = size >= BytesPerGigabyte;
+  const double value = size / (isLarge ? BytesPerGigabyte : BytesPerMegabyte);
+  const double unit = isLarge || value < 10.0 ? 10.0 : 1.0;
+  korvex::NumberBuffer buffer;
+  std::string text(korvex::FormatNumber(round(value * unit) / unit, buffer));
+  return text + (isLarge ? " GB" : " MB");
 }
 
 }  // namespace
 
 bool IsSpaceTooSmall(std::int32_t status) {
   return status == -8 || status == -9 || status == -14 || status == -15 || status == -17 ||
-         status == -20;
+         status == -19 || status == -20;
 }
 
-std::string DescribeMumpsError(std::int32_t status, std::int32_t detail, bool isOutOfCore) {
+std::string DescribeMumpsError(std::int32_t status, std::int32_t detail,
+                               const FactorMemory& memory) {
   const std::string number =
       " (MUMPS: " + std::to_string(status) + ", " + std::to_string(detail) + ")";
   switch (status) {
@@ -36,18 +53,20 @@ std::string DescribeMumpsError(std::int32_t status, std::int32_t detail, bool is
     case -13:
       return "Not enough memory for the sparse factorisation: a table of " +
              std::to_string(static_cast<std::uint64_t>(CountOf(detail))) +
-             " numbers cannot be had" + number + ". " + NameAlternative(isOutOfCore);
+             " numbers cannot be had" + number + ". " + DescribeMemory(memory);
     case -8:
     case -9:
     case -14:
     case -15:
     case -17:
-    case -20:
-      return "The sparse factorisation takes many times the memory that was foreseen" + number +
-             ". The skyline is not concerned: --engine skyline.";
     case -19:
-      return "Not enough memory for the sparse factorisation" + number + ". " +
-             NameAlternative(isOutOfCore);
+    case -20:
+      if (memory.needed <= memory.allowed) {  // and nothing that is allowed would help
+        return "The sparse factorisation takes many times the memory that was foreseen" + number +
+               ". The skyline is not concerned: --engine skyline.";
+      }
+      return "The sparse factorisation takes more memory than was foreseen" + number + ". " +
+             DescribeMemory(memory);
     case -90:
       return "The factors cannot be written to or read from the folder for them: the disk is full, "
              "or the folder cannot be written to" +
@@ -59,16 +78,17 @@ std::string DescribeMumpsError(std::int32_t status, std::int32_t detail, bool is
 }
 
 std::string GigabyteText(std::uint64_t bytes) {
-  korvex::NumberBuffer buffer;
-  const double gigabytes = static_cast<double>(bytes) / BytesPerGigabyte;
-  const double unit = gigabytes < 1.0 ? 0.01 : 0.1;  // more digits would claim too much
-  std::string text(korvex::FormatNumber(std::ceil(gigabytes / unit) * unit, buffer));
-  return text + " GB";
+  return RoundedText(bytes, [](double value) { return std::ceil(value); });
 }
 
-std::string DescribeMemory(std::uint64_t needed, std::uint64_t allowed, bool isOutOfCore) {
-  return "The sparse factorisation takes " + GigabyteText(needed) + "; it may take " +
-         GigabyteText(allowed) + ". " + NameAlternative(isOutOfCore);
+std::string AllowedText(std::uint64_t bytes) {
+  return RoundedText(bytes, [](double value) { return std::floor(value); });
+}
+
+std::string DescribeMemory(const FactorMemory& memory) {
+  return "The sparse solution takes " + GigabyteText(memory.needed) +
+         (memory.isLimitGiven ? "; it may take " : "; there are ") + AllowedText(memory.allowed) +
+         (memory.isLimitGiven ? ". " : " free. ") + NameWaysOut(memory);
 }
 
 }  // namespace kvx

@@ -6,16 +6,28 @@
 
 namespace kvx {
 
+// What the factorisation takes, and what it may take.
+struct FactorMemory {
+  std::uint64_t needed = 0;   // bytes, with what stands beside MUMPS
+  std::uint64_t allowed = 0;  // bytes
+  bool isLimitGiven = false;  // by the user; else it is what is free
+  bool isOutOfCore = false;
+};
+
 // status: INFOG(1), negative; detail: INFOG(2).
-std::string DescribeMumpsError(std::int32_t status, std::int32_t detail, bool isOutOfCore);
+std::string DescribeMumpsError(std::int32_t status, std::int32_t detail,
+                               const FactorMemory& memory);
 
 // Whether more work space helps: it was measured before the pivots were known.
 bool IsSpaceTooSmall(std::int32_t status);
 
-// The factor takes more memory than is allowed.
-std::string DescribeMemory(std::uint64_t needed, std::uint64_t allowed, bool isOutOfCore);
+// The factor takes more memory than is allowed or free: both, and what helps.
+std::string DescribeMemory(const FactorMemory& memory);
 
-// "2.7 GB", of 2^30 bytes.
+// "2.7 GB" of 2^30 bytes, or "340 MB" of 2^20; rounded up, as what is needed is.
 std::string GigabyteText(std::uint64_t bytes);
+
+// The same rounded down, as what is allowed is: the text of what is less always differs.
+std::string AllowedText(std::uint64_t bytes);
 
 }  // namespace kvx

@@ -23,13 +23,17 @@ bool HasSparseEngine();
 // What to say where it was not.
 inline constexpr const char* NoSparseEngine = "this program was built without the sparse engine";
 
-// A pivot below this share of its own diagonal is left out as 0. What should be 0 has 1e-15 from
-// roundings mostly; and with a sound pivot of this size no digit of the displacements would be
-// left.
+// A pivot is left out as 0 where no entry of its row, when it is eliminated, is larger than this
+// share of the norm of the scaled matrix: of the largest sum of a row (CNTL(3) of MUMPS). The
+// scaled diagonal is 1 but for a factor of 2, and the sums are some units: so it is, within some
+// units, a share of the pivot's own diagonal. What should be 0 has 1e-15 from roundings mostly; and
+// with a sound pivot of this size no digit of the displacements would be left.
 inline constexpr double NullPivot = 1e-13;
 
 struct FactorSettings {
-  std::uint64_t memory = 0;  // bytes that the factorisation may take; 0: no limit but the machine's
+  std::uint64_t memory = 0;  // bytes that the whole solution may take; 0: what is free
+  std::uint64_t beside = 0;  // of them, what stands beside the factor: matrix, loads, work columns
+  std::uint64_t coming = 0;  // of that, what is not taken yet
   std::string outOfCore;     // an existing folder for the factors, UTF-8; empty: in memory
 };
 
@@ -43,12 +47,13 @@ struct SparseFactor {
 };
 
 // Finds out what the factor of A will look like. places[i]: the place of row i in the order.
-// Throws a Stop where the memory that it will take is not allowed or not there.
-// A stays in use until FactorMatrix has returned.
+// Throws a Stop where the memory that it will take is not allowed or not there; the text names
+// both, and what helps. A stays in use until FactorMatrix has returned.
 void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places,
                    const FactorSettings& settings, SparseFactor& factor);
 
-// Throws a Stop where memory or disk do not hold the factor.
+// It stays within the memory that is allowed. Throws a Stop where memory or disk do not hold the
+// factor.
 void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor);
 
 // Solves A x = b. x: n x columns, a column after the other; holds b, gets x.

@@ -200,7 +200,12 @@ TEST_F(KvxEngines, SayWhereNothingFits) {
     }
   }
   EXPECT_EQ(Run({"--memory", "0.001"}, "cases").exitStatus, 65);
-  fs::remove_all(deck / "results");
+  EXPECT_FALSE(fs::exists(deck / "results"));
+  EXPECT_EQ(Run({"--memory", "0.001", "-o", "deck/a/b"}, "cases").exitStatus, 65);
+  EXPECT_FALSE(fs::exists(deck / "a"));
+  fs::create_directory(deck / "mine");
+  EXPECT_EQ(Run({"--memory", "0.001", "-o", "deck/mine"}, "cases").exitStatus, 65);
+  EXPECT_TRUE(fs::remove(deck / "mine"));  // it was there, and is empty
   EXPECT_EQ(ListDifferent(ReadFolder(deck), before), NoNames);
   EXPECT_TRUE(fs::exists(deck / "solution.json"));
 }

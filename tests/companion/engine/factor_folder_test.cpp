@@ -3,8 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <fstream>
-#include <memory>
+#include <iterator>
+#include <thread>
+#include <vector>
 
 #include "report/stop.h"
 #include "support/temp_folder.h"
@@ -40,6 +43,44 @@ TEST(FactorFolder, GivesTwoRunsTheirOwn) {
     std::ofstream(second.path / "factors_1") << "x";
   }
   EXPECT_TRUE(fs::exists(second.path / "factors_1"));
+}
+
+// Runs that begin at the same moment, each of which clears away what nobody holds.
+TEST(FactorFolder, GivesManyRunsAtOnceTheirOwn) {
+  const korvex::test::TempFolder parent;
+  for (int turn = 0; turn < 20; ++turn) {
+    std::vector<std::thread> runs;
+    std::atomic<int> losses{0};
+    for (int k = 0; k < 4; ++k) {
+      runs.emplace_back([&, k] {
+        FactorFolder folder;
+        MakeFactorFolder(parent.Path().u8string(), folder);
+        const std::string name = "factors_" + std::to_string(k);
+        std::ofstream(folder.path / name) << "x";
+        for (int look = 0; look < 20; ++look) {
+          std::this_thread::yield();
+          if (!fs::exists(folder.path / name)) ++losses;
+        }
+        if (std::distance(fs::directory_iterator(folder.path), {}) != 2) ++losses;
+      });
+    }
+    for (std::thread& run : runs) run.join();
+    EXPECT_EQ(losses, 0);
+    EXPECT_TRUE(IsEmpty(parent.Path()));
+  }
+}
+
+// Another process may make files there until the folder is gone.
+TEST(FactorFolder, IsRemovedOnce) {
+  const korvex::test::TempFolder parent;
+  FactorFolder folder, other;
+  MakeFactorFolder(parent.Path().u8string(), folder);
+  std::ofstream(folder.path / "factors_1") << "x";
+  RemoveFactorFolder(folder);
+  EXPECT_TRUE(IsEmpty(parent.Path()));
+  MakeFactorFolder(parent.Path().u8string(), other);
+  RemoveFactorFolder(folder);  // has none any more
+  EXPECT_TRUE(fs::exists(other.path));
 }
 
 // Folders whose lock nobody holds; other things stay.

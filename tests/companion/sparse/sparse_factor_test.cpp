@@ -100,8 +100,72 @@ TEST_F(SparseFactorTest, StopsWhereMemoryIsNotAllowed) {
     AnalyseMatrix(A, ListPlaces(20000), settings, factor);
     FAIL();
   } catch (const korvex::Stop& stop) {
-    EXPECT_NE(stop.text.find("it may take 0.01 GB. Give a folder"), std::string::npos) << stop.text;
+    EXPECT_EQ(stop.text.rfind("The sparse solution takes ", 0), 0U) << stop.text;
+    EXPECT_NE(stop.text.find("it may take 0 MB. Ways out: keep the factors on a disk"),
+              std::string::npos)
+        << stop.text;
   }
+}
+
+// The second half coupled with all of itself, and before it leaves without a diagonal, each coupled
+// with two of the others: these pivots are put off to the last front, which becomes four times as
+// large as was foreseen.
+UpperMatrix MakeLeaves(std::int32_t half) {
+  UpperMatrix A;
+  A.begins.push_back(0);
+  const auto add = [&](std::int32_t column, double value) {
+    A.columns.push_back(column);
+    A.values.push_back(value);
+  };
+  for (std::int32_t i = 0; i < half; ++i) {
+    add(i, 0.0);
+    add(half + i, 1.0);
+    if (i + 1 < half) add(half + i + 1, 0.5);
+    A.begins.push_back(static_cast<std::int64_t>(A.columns.size()));
+  }
+  for (std::int32_t i = 0; i < half; ++i) {
+    for (std::int32_t j = i; j < half; ++j) add(half + j, i == j ? 2.0 : 1.0 / (1.0 + i + j));
+    A.begins.push_back(static_cast<std::int64_t>(A.columns.size()));
+  }
+  return A;
+}
+
+// Whether it fits into so many bytes; how many it took; what is said where it does not.
+bool FitsInto(const UpperMatrix& A, std::uint64_t bytes, std::uint64_t& taken, std::string& text) {
+  FactorSettings settings;
+  settings.memory = bytes;
+  SparseFactor factor;
+  try {
+    AnalyseMatrix(A, ListPlaces(CountRows(A)), settings, factor);
+    FactorMatrix(A, settings, factor);
+  } catch (const korvex::Stop& stop) {
+    text = stop.text;
+    return false;
+  }
+  taken = factor.bytes;
+  return true;
+}
+
+// What is foreseen is too small. It is tried again with more, but not with more than is allowed.
+TEST_F(SparseFactorTest, GrowsWithinWhatIsAllowed) {
+  const UpperMatrix A = MakeLeaves(400);
+  std::uint64_t most = 0, taken = 0;
+  std::string text;
+  ASSERT_TRUE(FitsInto(A, 0, most, text)) << text;
+  int refused = 0, grown = 0;
+  for (std::uint64_t bytes = 1000000; bytes < 2 * most; bytes += most / 8) {
+    if (FitsInto(A, bytes, taken, text)) {
+      EXPECT_LE(taken, bytes);
+      continue;
+    }
+    ++refused;
+    grown += text.find("more memory than was foreseen (MUMPS: -") != std::string::npos ? 1 : 0;
+    EXPECT_NE(text.find("; it may take "), std::string::npos) << text;
+    // Entries are counted in whole millions of bytes, and the last try has all that is allowed.
+    EXPECT_LT(bytes, most + most / 8) << text;
+  }
+  EXPECT_GT(refused, 1);
+  EXPECT_GT(grown, 0);
 }
 
 // A folder that goes away between: the write fails and is noticed.
@@ -129,23 +193,49 @@ TEST_F(SparseFactorTest, StopsAtANameThatIsTooLong) {
 }
 
 TEST(MumpsError, SaysWhatToDo) {
-  EXPECT_EQ(DescribeMumpsError(-13, -5, false),
+  FactorMemory memory;
+  memory.needed = std::uint64_t{3} << 30U;
+  memory.allowed = std::uint64_t{2} << 30U;
+  const std::string ways =
+      "see whether the skyline fits (--engine skyline) once kvx renumber has ordered the nodes, "
+      "share the work among several machines (kvx-mpi), or use one with more memory.";
+  EXPECT_EQ(DescribeMumpsError(-13, -5, memory),
             "Not enough memory for the sparse factorisation: a table of 5000000 numbers cannot be "
-            "had (MUMPS: -13, -5). Give a folder for the factors (--out-of-core DIR), or use a "
-            "machine with more memory.");
-  EXPECT_NE(DescribeMumpsError(-90, 0, true).find("the disk is full"), std::string::npos);
-  EXPECT_NE(DescribeMumpsError(-9, 100, false).find("--engine skyline"), std::string::npos);
-  EXPECT_NE(DescribeMumpsError(-53, 1, false).find("(MUMPS: -53, 1)"), std::string::npos);
-  for (const int status : {-8, -9, -14, -15, -17, -20}) EXPECT_TRUE(IsSpaceTooSmall(status));
+            "had (MUMPS: -13, -5). The sparse solution takes 3 GB; there are 2 GB free. Ways out: "
+            "keep the factors on a disk (--out-of-core DIR), " +
+                ways);
+  memory.isOutOfCore = memory.isLimitGiven = true;
+  for (const int status : {-8, -9, -19}) {
+    EXPECT_EQ(DescribeMumpsError(status, 100, memory),
+              "The sparse factorisation takes more memory than was foreseen (MUMPS: " +
+                  std::to_string(status) +
+                  ", 100). The sparse solution takes 3 GB; it may take 2 GB. Ways out: allow more "
+                  "(--memory GB), " +
+                  ways);
+  }
+  EXPECT_NE(DescribeMumpsError(-90, 0, memory).find("the disk is full"), std::string::npos);
+  EXPECT_NE(DescribeMumpsError(-53, 1, memory).find("(MUMPS: -53, 1)"), std::string::npos);
+  memory.needed = memory.allowed;
+  EXPECT_NE(DescribeMumpsError(-9, 1, memory).find("many times the memory that was foreseen"),
+            std::string::npos);
+  for (const int status : {-8, -9, -14, -15, -17, -19, -20}) EXPECT_TRUE(IsSpaceTooSmall(status));
   for (const int status : {0, -5, -7, -10, -13, -90}) EXPECT_FALSE(IsSpaceTooSmall(status));
 }
 
-// Rounded up, so that what is said to fit does.
-TEST(MumpsError, RoundsGigabytesUp) {
-  EXPECT_EQ(GigabyteText(0), "0 GB");
-  EXPECT_EQ(GigabyteText(1), "0.01 GB");
-  EXPECT_EQ(GigabyteText(536870912), "0.5 GB");
+// Rounded up what is needed, and down what there is: so that what is said to fit does, and what
+// does not never reads the same.
+TEST(MumpsError, RoundsApart) {
+  EXPECT_EQ(GigabyteText(0), "0 MB");
+  EXPECT_EQ(GigabyteText(1), "0.1 MB");
+  EXPECT_EQ(GigabyteText(9961472), "9.5 MB");
+  EXPECT_EQ(GigabyteText(536870912), "512 MB");
+  EXPECT_EQ(GigabyteText(536870913), "513 MB");
   EXPECT_EQ(GigabyteText(2952790016), "2.8 GB");  // 2.75
+  EXPECT_EQ(AllowedText(2952790016), "2.7 GB");
+  EXPECT_EQ(AllowedText(536870911), "511 MB");
+  for (std::uint64_t bytes = 1; bytes < std::uint64_t{1} << 45U; bytes += bytes / 3 + 1) {
+    EXPECT_NE(GigabyteText(bytes), AllowedText(bytes - 1)) << bytes;
+  }
 }
 
 }  // namespace

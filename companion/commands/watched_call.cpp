@@ -1,0 +1,82 @@
+#include "commands/watched_call.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <iostream>
+#include <mutex>
+#include <system_error>
+#include <thread>
+
+#include "commands/exit_status.h"
+#include "commands/speak.h"
+
+namespace kvx {
+
+namespace {
+
+struct Watch {
+  std::mutex mutex;  // held while the program is ended: until then the call cannot come back
+  std::condition_variable over;
+  bool isOver = false;
+};
+
+[[noreturn]] void EndProgram(Progress& progress, const std::function<void()>& cleanUp) {
+  cleanUp();
+  EndProgress(progress);
+  Complain("kvx", "interrupted.");
+  std::cout.flush();
+  std::_Exit(ExitInterrupted);
+}
+
+void LookOut(Watch& watch, Progress& progress, const std::function<void()>& cleanUp) {
+  constexpr std::chrono::milliseconds Interval(20);
+  std::unique_lock<std::mutex> lock(watch.mutex);
+  while (!watch.over.wait_for(lock, Interval, [&] { return watch.isOver; })) {
+    if (IsInterrupted()) EndProgram(progress, cleanUp);
+  }
+}
+
+// Ends the second thread, also where the call throws.
+struct Lookout {
+  Watch& watch;
+  std::thread thread;
+
+  ~Lookout() {
+    {
+      const std::lock_guard<std::mutex> lock(watch.mutex);
+      watch.isOver = true;
+    }
+    watch.over.notify_one();
+    if (thread.joinable()) thread.join();
+  }
+};
+
+}  // namespace
+
+void RunWatched(Progress& progress, const std::function<void()>& call,
+                const std::function<void()>& cleanUp) {
+  Watch watch;
+  Lookout lookout{watch, {}};
+  try {
+    lookout.thread = std::thread([&] { LookOut(watch, progress, cleanUp); });
+  } catch (const std::system_error&) {
+    // Without a thread the interrupt waits for the end of the call.
+  }
+  call();
+}
+
+EngineSettings WatchCalls(const EngineSettings& settings, Progress& progress,
+                          const std::function<void()>& cleanUp) {
+  EngineSettings watched = settings;
+  watched.guard = [&progress, cleanUp](const std::function<void()>& call,
+                                       const std::function<void()>& own) {
+    RunWatched(progress, call, [&] {
+      own();
+      cleanUp();
+    });
+  };
+  return watched;
+}
+
+}  // namespace kvx

@@ -1,0 +1,41 @@
+#include "engine/factor_budget.h"
+
+#include <algorithm>
+
+#include "sparse/refined_columns.h"
+
+namespace kvx {
+
+namespace {
+
+template <typename Item>
+std::uint64_t BytesOf(const std::vector<Item>& items) {
+  return items.capacity() * sizeof(Item);
+}
+
+template <typename Matrix>
+std::uint64_t BytesOf(const Matrix& matrix) {
+  return BytesOf(matrix.begins) + BytesOf(matrix.columns) + BytesOf(matrix.values);
+}
+
+}  // namespace
+
+FactorSettings MakeFactorSettings(const EngineSettings& settings, const UpperMatrix& A,
+                                  const FixedRows& C, std::size_t equations, std::size_t loads) {
+  // row and column of each entry, as MUMPS wants them; place and scale of each equation
+  constexpr std::uint64_t EntryBytes = 2 * sizeof(std::int32_t);
+  constexpr std::uint64_t RowBytes = sizeof(std::int32_t) + sizeof(double);
+  const auto n = static_cast<std::size_t>(CountRows(A));
+  const std::uint64_t vectors = std::uint64_t{equations} * loads * sizeof(double);
+  // MUMPS has a copy of the columns that it solves.
+  const std::uint64_t copies =
+      std::uint64_t{n} * (std::min(loads, BlockColumns) + FirstColumns) * sizeof(double);
+  FactorSettings factor;
+  factor.memory = settings.memory;
+  factor.coming = vectors + CountColumnBytes(n, loads) + copies;  // displacements, and blocks
+  factor.beside = factor.coming + vectors + BytesOf(A) + BytesOf(C) +
+                  A.columns.size() * EntryBytes + n * RowBytes;
+  return factor;
+}
+
+}  // namespace kvx

@@ -1,0 +1,50 @@
+#include "engine/locked_folder.h"
+
+#include <system_error>
+#include <vector>
+
+namespace kvx {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr const char* LockName = "lock";
+
+}  // namespace
+
+LockResult TakeFolder(const fs::path& folder, FileLock& lock, bool& isNew, std::string& reason) {
+  constexpr int Attempts = 8;  // each fails only where another process ends at this moment
+  for (int k = 0; k < Attempts; ++k) {
+    std::error_code error;
+    isNew = fs::create_directory(folder, error);
+    if (error) {
+      reason = error.message();
+      return LockResult::Failed;
+    }
+    const LockResult result = TakeLock(folder / LockName, lock, reason);
+    if (result != LockResult::Failed) return result;
+    if (isNew) fs::remove(folder, error);
+  }
+  return LockResult::Failed;
+}
+
+void EmptyFolder(const fs::path& folder) {
+  std::error_code error;
+  std::vector<fs::path> entries;
+  for (fs::directory_iterator it(folder, error), end; !error && it != end; it.increment(error)) {
+    if (it->path().filename() != LockName) entries.push_back(it->path());
+  }
+  for (const fs::path& entry : entries) fs::remove_all(entry, error);
+}
+
+void LeaveFolder(const fs::path& folder, FileLock& lock) {
+  if (lock.handle == NoLock) return;
+  ReleaseLock(folder / LockName, lock);
+  std::error_code ignored;  // not if another process has just begun in it
+  fs::remove(folder, ignored);
+}
+
+void ReturnFolder(FileLock& lock) { DropLock(lock); }
+
+}  // namespace kvx
