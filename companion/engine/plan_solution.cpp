@@ -22,7 +22,7 @@ namespace {
 
 // Seconds. What the skyline solves sooner is not worth an order of the nodes, and keeps the bytes
 // of the solver.
-constexpr double SoonSolved = 0.3;
+constexpr double SoonSolved = 0.03;
 
 struct Choice {
   const EngineSettings& settings;
