@@ -18,7 +18,7 @@ constexpr double BytesPerGigabyte = 1073741824.0;
 // What bench/engines_bench.cpp measures, with one thread of a processor. Seconds for an equation of
 // shells: forming the element matrices and adding them. The skyline does it twice, the second time
 // for the residual.
-constexpr double AssemblySeconds = 1.4e-6;
+constexpr double AssemblySeconds = 1.3e-6;
 constexpr double SkylineAssemblies = 2.0;
 
 // Seconds for an entry of the skyline: to provide and clear it, and for each vector of 8 loads, as
@@ -36,7 +36,7 @@ constexpr double RowsPerThread = 48.0;
 // There are three solutions: of the loads, of their refinement, for the condition.
 constexpr double SparseRate = 20e9;
 constexpr double EntrySeconds = 8e-9;
-constexpr double OrderSeconds = 3.5e-6;
+constexpr double OrderSeconds = 4.6e-6;
 constexpr double FirstColumnSeconds = 1.7e-9, NextColumnSeconds = 0.3e-9;
 constexpr double Solutions = 3.0;
 
@@ -108,13 +108,15 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
       static_cast<double>(lanes * sizeof(double)) * equations);
 }
 
+double LeastSparseSeconds(std::int64_t equations) {
+  return static_cast<double>(equations) * (OrderSeconds + AssemblySeconds);
+}
+
 void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
-  const auto equations = static_cast<double>(task.equations);
   const double columns = FirstColumnSeconds + NextColumnSeconds * static_cast<double>(task.loads);
   estimate.seconds =
       (size.flops / SparseRate) / SparseSpeed(CountRunning(task.threads), size.front) +
-      size.entries * (EntrySeconds + Solutions * columns) +
-      equations * (OrderSeconds + AssemblySeconds);
+      size.entries * (EntrySeconds + Solutions * columns) + LeastSparseSeconds(task.equations);
   estimate.bytes =
       static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.peak + BytesBeside(task));
 }

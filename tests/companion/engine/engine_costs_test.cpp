@@ -39,6 +39,14 @@ TEST(EngineCosts, ThreadsHelpLargeFronts) {
   EXPECT_LT(two / one, SecondsOf(100.0, 2) / SecondsOf(100.0, 1));
 }
 
+TEST(EngineCosts, NoOrderIsFasterThanTheLeast) {
+  SparseTask task;
+  task.equations = 100000;
+  EngineEstimate estimate;
+  PredictSparse(FactorSize{}, task, estimate);
+  EXPECT_EQ(estimate.seconds, LeastSparseSeconds(task.equations));
+}
+
 TEST(EngineCosts, TheFrontDoesNotMatterToOneThread) {
   EXPECT_EQ(SecondsOf(100.0, 1), SecondsOf(5000.0, 1));
 }
