@@ -69,6 +69,14 @@ void Complete(ModelTables& tables) {
   tables.NodalForces = {{count - 1, {0.0, 0.0, -1000.0, 0.0, 0.0, 0.0}}};
 }
 
+// Turned about x and y, by angles with rational sines.
+void Tilt(ModelTables& tables) {
+  for (Node& node : tables.Nodes) {
+    const double x = node.x, y = node.y;
+    node = {0.8 * x, 0.36 * x + 0.8 * y, 0.48 * x - 0.6 * y};
+  }
+}
+
 void Shuffle(ModelTables& tables) {
   std::vector<std::int32_t> places(tables.Nodes.size());
   std::iota(places.begin(), places.end(), 0);
@@ -83,10 +91,53 @@ void Shuffle(ModelTables& tables) {
 
 }  // namespace
 
-void MakeShuffledPlate(std::int32_t side, ModelTables& tables) {
+void MakePlate(std::int32_t length, std::int32_t width, bool isTilted, ModelTables& tables) {
+  Mesh mesh{tables, {}};
+  AddSurface({0, 0, 0}, 0, length, 1, width, mesh);
+  Complete(tables);
+  if (isTilted) Tilt(tables);
+}
+
+void MakeShuffledPlate(std::int32_t side, bool isTilted, ModelTables& tables) {
   Mesh mesh{tables, {}};
   AddSurface({0, 0, 0}, 0, side, 1, side, mesh);
   Shuffle(tables);
+  Complete(tables);
+  if (isTilted) Tilt(tables);
+}
+
+void MakeLattice(std::int32_t length, std::int32_t width, std::int32_t height,
+                 ModelTables& tables) {
+  Mesh mesh{tables, {}};
+  const std::array<std::int32_t, 3> last{length, width, height};
+  const auto addBar = [&](const Place& from, const Place& to) {
+    for (std::size_t axis = 0; axis < to.size(); ++axis) {
+      if (to[axis] > last[axis]) return;
+    }
+    const std::int32_t a = NodeAt(from, mesh), b = NodeAt(to, mesh);
+    tables.BeamNodes.insert(tables.BeamNodes.end(), {a, b});
+    const bool isUpright = from[0] == to[0] && from[1] == to[1];
+    tables.BeamProperties.push_back({isUpright ? Vector3{1, 0, 0} : Vector3{0, 0, 1}, 0});
+    tables.BeamSectionRefs.push_back({BeamSecTypeC, 0, 0.0, false});
+  };
+  for (std::int32_t z = 0; z <= height; ++z) {
+    for (std::int32_t y = 0; y <= width; ++y) {
+      for (std::int32_t x = 0; x <= length; ++x) NodeAt({x, y, z}, mesh);
+    }
+  }
+  for (std::int32_t z = 0; z <= height; ++z) {
+    for (std::int32_t y = 0; y <= width; ++y) {
+      for (std::int32_t x = 0; x <= length; ++x) {
+        const Place place{x, y, z};
+        for (std::size_t axis = 0; axis < place.size(); ++axis) {
+          const Place next = Step(place, axis, 1);
+          addBar(place, next);
+          addBar(place, Step(next, (axis + 1) % place.size(), 1));
+        }
+      }
+    }
+  }
+  tables.CBeamSections = {{5.0, 1.0}};
   Complete(tables);
 }
 

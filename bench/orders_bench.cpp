@@ -110,11 +110,11 @@ int main(int argc, char** argv) {
     Show(name, tables);
   };
   if (isLarge) {
-    show("shuffled plate", [](ModelTables& t) { MakeShuffledPlate(1000, t); });
+    show("shuffled plate", [](ModelTables& t) { MakeShuffledPlate(1000, false, t); });
     show("stiffened grillage", [](ModelTables& t) { MakeGrillage(1000, 630, t); });
     return EXIT_SUCCESS;
   }
-  show("shuffled plate", [](ModelTables& t) { MakeShuffledPlate(40, t); });
+  show("shuffled plate", [](ModelTables& t) { MakeShuffledPlate(40, false, t); });
   show("stiffened grillage", [](ModelTables& t) { MakeGrillage(1040, 60, t); });
   show("small grillage", [](ModelTables& t) { MakeGrillage(80, 60, t); });
   show("ring", [](ModelTables& t) { MakeRing(600, 10, t); });

@@ -9,53 +9,28 @@
 #include <dmumps_c.h>
 #include <sys/resource.h>
 
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "deck/write_tables.h"
 #include "engine/solve_together.h"
-#include "measure.h"
-#include "model/read_input_file.h"
+#include "model_of_tables.h"
 #include "order_models.h"
 #include "report/stop.h"
 #include "sparse/blas_threads.h"
 #include "sparse/free_matrix.h"
 #include "sparse/node_order.h"
-#include "system/load_vector.h"
-#include "system/profile.h"
 
 namespace {
 
+using korvex::bench::MeasureBoth;
+using korvex::bench::MedianOf;
+using korvex::bench::Seconds;
+
 constexpr double BytesPerGigabyte = 1073741824.0;
-
-// Wall-clock and processor time. The latter leaves out what others take of a shared machine; with
-// several threads it is the sum over them.
-struct Seconds {
-  double wall = 0.0, processor = 0.0;
-};
-
-Seconds MeasureBoth(const std::function<void()>& work) {
-  Seconds seconds;
-  const auto begin = std::chrono::steady_clock::now();
-  seconds.processor = korvex::bench::Measure(work);
-  seconds.wall = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  return seconds;
-}
-
-Seconds Median(const std::vector<Seconds>& rounds) {
-  std::vector<double> wall, processor;
-  for (const Seconds& seconds : rounds) {
-    wall.push_back(seconds.wall);
-    processor.push_back(seconds.processor);
-  }
-  return {korvex::bench::Median(wall), korvex::bench::Median(processor)};
-}
 
 void PrintRatio(const char* name, const Seconds& engine, const Seconds& other) {
   std::printf("  %-28s %8.2f s, processor %8.2f s; engine over it %.3f, %.3f\n", name, other.wall,
@@ -69,7 +44,7 @@ void MakeModel(const std::string& name, double equations, korvex::ModelTables& t
   // along each unit of height squared.
   const auto side = [](double square) { return static_cast<std::int32_t>(std::sqrt(square)); };
   if (name == "plate") {
-    MakeShuffledPlate(side(nodes), tables);
+    MakeShuffledPlate(side(nodes), false, tables);
   } else if (name == "grillage") {
     const std::int32_t width = side(nodes / 1.58 / 1.6);
     MakeGrillage(width * 8 / 5, width, tables);
@@ -80,13 +55,6 @@ void MakeModel(const std::string& name, double equations, korvex::ModelTables& t
     const std::int32_t height = side(nodes / 50.0);
     MakeBoxGirder(6 * height, 2 * height, height, tables);
   }
-}
-
-void Read(const korvex::ModelTables& tables, korvex::Model& model) {
-  model = {};
-  korvex::ReadInputText(korvex::WriteTables(tables), model);
-  korvex::NumberEquations(model);
-  korvex::AssembleLoadVector(model);
 }
 
 // As a program would that has the matrix: coordinates, the order, three calls. sym: 2, or 1 for a
@@ -205,7 +173,7 @@ int main(int argc, char** argv) try {
   if (argc > 5) settings.outOfCore = argv[5];
   kvx::SetBlasThreads(settings.threads);
   korvex::Model model;
-  Read(tables, model);
+  korvex::bench::ReadTables(tables, model);
   std::vector<Seconds> engine, symmetric, positive;
   for (int round = 0; round < std::max(rounds, 1); ++round) {
     kvx::SolutionPlan plan;
@@ -217,11 +185,11 @@ int main(int argc, char** argv) try {
     symmetric.push_back(MeasureBoth([&] { SolveDirectly(model, 2); }));
     positive.push_back(MeasureBoth([&] { SolveDirectly(model, 1); }));
   }
-  const Seconds seconds = Median(engine);
+  const Seconds seconds = MedianOf(engine);
   std::printf("%s:\n", argv[1]);
   PrintRatio("engine", seconds, seconds);
-  PrintRatio("MUMPS, symmetric", seconds, Median(symmetric));
-  PrintRatio("MUMPS, positive definite", seconds, Median(positive));
+  PrintRatio("MUMPS, symmetric", seconds, MedianOf(symmetric));
+  PrintRatio("MUMPS, positive definite", seconds, MedianOf(positive));
   return EXIT_SUCCESS;
 } catch (const korvex::Stop& stop) {
   std::printf("%s\n", stop.text.c_str());

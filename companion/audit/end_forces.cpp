@@ -110,13 +110,14 @@ NodeSpan NodesOfElement(const korvex::Model& model, const ElementRef& element) {
 }
 
 void FormStiffForces(const korvex::Model& model,
-                     const std::function<void(const StiffForces& forces)>& take) {
+                     const std::function<void(const StiffForces& forces)>& take, int threads) {
   std::size_t index = 0;
   ElementProduct product;
-  korvex::FormElementMatrices(model, [&](const double* ke, const std::int32_t* g, std::int32_t n) {
+  const auto multiply = [&](const double* ke, const std::int32_t* g, std::int32_t n) {
     MultiplyElement(ke, g, n, model.Displacements, product);
     take({ElementAt(model, index++), g, n, product.sums.data(), product.sizes.data()});
-  });
+  };
+  korvex::FormElementMatrices(model, multiply, threads);
 }
 
 void IndexLoads(const korvex::Model& model, LoadIndex& index) {

@@ -52,8 +52,9 @@ struct StiffForces {
 // Calls `take` with K_e u of all elements: four-node shells, three-node shells, beams, each in the
 // order of the table. Plain sums: sums with twice the digits changed neither residuals nor balance,
 // because the last digits of the displacements and of K_e weigh more.
+// threads: that form K_e; `take` is called on the caller's thread alone.
 void FormStiffForces(const korvex::Model& model,
-                     const std::function<void(const StiffForces& forces)>& take);
+                     const std::function<void(const StiffForces& forces)>& take, int threads = 1);
 
 // The rows of pressures and line loads by element.
 struct LoadRows {

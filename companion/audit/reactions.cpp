@@ -21,7 +21,7 @@ double LengthOf(const double* three) { return korvex::Length({three[0], three[1]
 
 // Forms r, K u - F, from the elements' forces; on the way lists unbalanced elements and finds the
 // scales of end forces. sizes: [NEQ] on return |K| |u| + |F|.
-void FormR(const SolvedModel& solved, std::vector<double>& sizes, Reactions& out) {
+void FormR(const SolvedModel& solved, int threads, std::vector<double>& sizes, Reactions& out) {
   const Model& model = solved.model;
   out.r.resize(model.LoadVector.size());
   sizes.resize(out.r.size());
@@ -31,7 +31,7 @@ void FormR(const SolvedModel& solved, std::vector<double>& sizes, Reactions& out
     double& scale = i % DofsPerNode < 3 ? out.endScales.force : out.endScales.moment;
     scale = LargerMagnitude(scale, sizes[i]);
   }
-  FormStiffForces(model, [&](const StiffForces& forces) {
+  const auto add = [&](const StiffForces& forces) {
     for (std::int32_t i = 0; i < forces.n; ++i) {
       const auto equation = static_cast<std::size_t>(forces.g[i]);
       out.r[equation] += forces.stiff[i];
@@ -39,7 +39,8 @@ void FormR(const SolvedModel& solved, std::vector<double>& sizes, Reactions& out
     }
     RaiseScales(model, forces.element, forces.stiff, out.endScales);
     AddIfUnbalanced(model, forces, out.centre, out.unbalanced);
-  });
+  };
+  FormStiffForces(model, add, threads);
 }
 
 void ListSupports(const SolvedModel& solved, Reactions& out) {
@@ -169,14 +170,14 @@ void RequireComplete(const SolvedModel& solved) {
 
 }  // namespace
 
-void ComputeReactions(const SolvedModel& solved, Reactions& reactions) {
+void ComputeReactions(const SolvedModel& solved, Reactions& reactions, int threads) {
   RequireComplete(solved);
   reactions = {};
   const NodeBox box = MeasureNodeBox(solved.model.Tables);
   reactions.centre = box.middle;
   reactions.size = 0.5 * box.diagonal;
   std::vector<double> sizes;
-  FormR(solved, sizes, reactions);
+  FormR(solved, threads, sizes, reactions);
   ListSupports(solved, reactions);
   ListMoved(solved, reactions);
   SumUp(solved, reactions);

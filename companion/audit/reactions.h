@@ -105,6 +105,7 @@ inline bool IsBalanced(const Reactions& reactions) {
 
 // Throws a Stop where the record of the model is not complete. Displacements that are not finite
 // make numbers that are not.
-void ComputeReactions(const SolvedModel& solved, Reactions& reactions);
+// threads: that form element matrices; the numbers have the same bits with any number of them.
+void ComputeReactions(const SolvedModel& solved, Reactions& reactions, int threads = 1);
 
 }  // namespace kvx

@@ -6,6 +6,7 @@
 #include "commands/audit_report.h"
 #include "commands/audit_table.h"
 #include "commands/commands.h"
+#include "commands/core_count.h"
 #include "commands/open_results.h"
 #include "commands/result_table.h"
 #include "commands/solution_file.h"
@@ -29,6 +30,7 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
     return Refuse(results, "the model has no elements, so that there are no results.");
   }
   AuditOptions options;
+  options.threads = CountCores();
   options.yield = command.yield;
   options.modelText = results.file.text;
   options.comparesFiles = IsModelOfFolder(results.file);

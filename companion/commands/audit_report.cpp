@@ -8,7 +8,6 @@
 
 #include "audit/detail_stress.h"
 #include "check/check_text.h"
-#include "commands/core_count.h"
 #include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "commands/recover_stresses.h"
@@ -30,7 +29,7 @@ void CompareFiles(const AuditOptions& options, SolvedModel& solved, AuditReport&
     ShowBegin(begin, line);
   };
   progress.details = [&](double share) { ShowDetailShare(share, "", line); };
-  CompareResults(options.folder, progress, solved, report.files, CountCores());
+  CompareResults(options.folder, progress, solved, report.files, options.threads);
 }
 
 // The stresses that a run makes. Detail models that the comparison of files has made are kept: they
@@ -145,7 +144,7 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   report.deck = options.deck;
   report.solution = options.solution;
   if (options.hasStresses) report.noDetails = options.noDetails;
-  ComputeReactions(solved, report.reactions);
+  ComputeReactions(solved, report.reactions, options.threads);
   StopIfInterrupted();
   JudgeSolution(solved, report.verdict);
   report.isLoaded = report.reactions.isLoaded || !report.reactions.moved.empty();

@@ -23,6 +23,7 @@
 namespace kvx {
 
 struct AuditOptions {
+  int threads = 1;            // for element matrices and for what files are compared with
   double yield = 0.0;         // yield stress, model units; 0: none is given
   bool comparesFiles = true;  // the result files in the folder with what this model gives
   bool hasStresses = false;  // the model has its stresses and detail models already, as after a run

@@ -2,6 +2,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands/commands.h"
+#include "commands/core_count.h"
 #include "commands/open_results.h"
 #include "commands/origin_columns.h"
 #include "commands/reactions_tables.h"
@@ -55,7 +56,7 @@ ExitStatus RunReactions(const ReactionsCommand& command) {
   if (refused != ExitFine) return refused;
   Reactions reactions;
   try {
-    ComputeReactions(results.solved, reactions);
+    ComputeReactions(results.solved, reactions, CountCores());
   } catch (const korvex::Stop& stop) {
     Complain(Name, '"' + results.file.file + "\": " + stop.text);
     return ExitUnusableData;

@@ -232,6 +232,7 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   solved.file = file;
   CompleteSolvedModel(solved);
   AuditOptions options;
+  options.threads = job.solution.threads;
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = text;

@@ -163,6 +163,7 @@ void Write(FolderRun& run, Model& model) {
 
 void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
   AuditOptions options;
+  options.threads = run.solution.threads;
   options.comparesFiles = false;  // they have just been written
   options.hasStresses = true;     // for them
   options.modelText = run.text;

@@ -14,6 +14,7 @@
 #include "commands/case_record.h"
 #include "commands/check_report.h"
 #include "commands/commands.h"
+#include "commands/core_count.h"
 #include "commands/load_model.h"
 #include "commands/progress.h"
 #include "commands/recover_stresses.h"
@@ -190,6 +191,7 @@ void NoteNotFinite(const NotFinite& bad, ViewedModel& viewed) {
 
 void Audit(bool hasDetails, ViewedModel& viewed, AuditReport& report, ViewRun& run) {
   AuditOptions options;
+  options.threads = CountCores();
   options.comparesFiles = false;
   options.hasStresses = true;
   if (!hasDetails) options.noDetails = "they are left out.";

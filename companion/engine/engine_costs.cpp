@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <thread>
 
 #include "base/dof_counts.h"
 #include "platform/vector_bits.h"
@@ -15,8 +16,11 @@ namespace {
 
 constexpr double BytesPerGigabyte = 1073741824.0;
 
-// Seconds for an equation of shells: forming the element matrices and adding them.
-constexpr double AssemblySeconds = 1e-6;
+// What bench/engines_bench.cpp measures, with one thread of a processor. Seconds for an equation of
+// shells: forming the element matrices and adding them. The skyline does it twice, the second time
+// for the residual.
+constexpr double AssemblySeconds = 1.3e-6;
+constexpr double SkylineAssemblies = 2.0;
 
 // Seconds for an entry of the skyline: to provide and clear it, and for each vector of 8 loads, as
 // skyline/work_share.h has them in units of the factorisation. Several loads stand in rows of up to
@@ -27,20 +31,22 @@ constexpr std::size_t LoadLanes = 8, MostLanes = 24;
 // Rows of a column for each thread that shortens the factorisation (skyline/panel_pipeline.h).
 constexpr double RowsPerThread = 48.0;
 
-// Of the sparse engine, as measured on grillages, box girders and plates of 40,000 to 250,000
-// equations (bench/sparse_bench.cpp): flops per second in large fronts, seconds for an entry of L
-// in small ones, for an equation in METIS and analysis, and for an entry of L and a column in a
-// solution, beside the skyline in the same run. There are three solutions: of the loads, of their
-// refinement, for the condition.
+// Of the sparse engine, on plates, grillages, box girders and lattices of 3,000 to 1,000,000
+// equations: flops per second in large fronts, seconds for an entry of L in small ones, for an
+// equation in METIS, analysis and the accuracy, and for an entry of L and a column in a solution.
+// There are three solutions: of the loads, of their refinement, for the condition.
 constexpr double SparseRate = 20e9;
 constexpr double EntrySeconds = 8e-9;
-constexpr double OrderSeconds = 1e-6;
+constexpr double OrderSeconds = 4.6e-6;
 constexpr double FirstColumnSeconds = 1.7e-9, NextColumnSeconds = 0.3e-9;
 constexpr double Solutions = 3.0;
 
-// What each further thread adds to the first: panels of the skyline wait for little, threads of
-// BLAS for every front.
-constexpr double SkylineThreadGain = 0.8, SparseThreadGain = 0.4;
+// What each further thread adds to the skyline's first; panels wait for little.
+constexpr double SkylineThreadGain = 0.8;
+
+// The share of a factorisation with large fronts that threads of BLAS divide among themselves: the
+// rest, and fronts of few rows, stay with one.
+constexpr double DividedShare = 0.57, DividedFront = 1000.0;
 
 // MUMPS stores fronts with the zeros that joining small ones brings, as rectangles; it has a fifth
 // more space than it foresees, and tables of its own for each equation.
@@ -59,8 +65,19 @@ double CountBlocks(std::size_t loads) {
 // Solutions beyond those of one block.
 double CountFurtherSolutions(std::size_t loads) { return 2.0 * (CountBlocks(loads) - 1.0); }
 
-double SpeedOf(int threads, double gain) {
-  return 1.0 + gain * static_cast<double>(std::max(threads, 1) - 1);
+// Threads that have a core.
+int CountRunning(int threads) {
+  const auto cores = static_cast<int>(std::thread::hardware_concurrency());  // 0: not known
+  return std::max(cores > 0 ? std::min(threads, cores) : threads, 1);
+}
+
+// How much faster the skyline's threads are than one.
+double SkylineSpeed(int threads) { return 1.0 + SkylineThreadGain * (threads - 1); }
+
+// The same of the sparse engine: what is divided, over the threads, and the rest (Amdahl 1967).
+double SparseSpeed(int threads, double front) {
+  const double divided = DividedShare * std::min(front / DividedFront, 1.0);
+  return 1.0 / (1.0 - divided + divided / threads);
 }
 
 // loads: vectors of all equations that are there at once.
@@ -89,11 +106,12 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
   const double entries = given.cost.entries;
   // without equations there is nothing to share
   const double mostThreads = equations > 0.0 ? entries / (RowsPerThread * equations) : 1.0;
-  const int useful = std::min(threads, static_cast<int>(std::clamp(mostThreads, 1.0, 1e6)));
+  const int useful =
+      std::min(CountRunning(threads), static_cast<int>(std::clamp(mostThreads, 1.0, 1e6)));
   const std::size_t vectors = (loads + LoadLanes - 1) / LoadLanes;
-  estimate.seconds = size.seconds / SpeedOf(useful, SkylineThreadGain) +
+  estimate.seconds = size.seconds / SkylineSpeed(useful) +
                      static_cast<double>(vectors) * LoadSeconds * entries + StoreSeconds * entries +
-                     AssemblySeconds * equations;
+                     SkylineAssemblies * AssemblySeconds * equations;
   const std::size_t lanes = loads > 1 ? std::min(loads, MostLanes) : 0;
   estimate.bytes = static_cast<std::uint64_t>(
       size.gigabytes * BytesPerGigabyte +
@@ -101,13 +119,16 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
       static_cast<double>(lanes * sizeof(double)) * equations);
 }
 
+double LeastSparseSeconds(std::int64_t equations) {
+  return static_cast<double>(equations) * (OrderSeconds + AssemblySeconds);
+}
+
 void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
-  const auto equations = static_cast<double>(task.equations);
   const double columns = (Solutions + CountFurtherSolutions(task.loads)) * FirstColumnSeconds +
                          Solutions * NextColumnSeconds * static_cast<double>(task.loads);
-  estimate.seconds = (size.flops / SparseRate) / SpeedOf(task.threads, SparseThreadGain) +
-                     size.entries * (EntrySeconds + columns) +
-                     equations * (OrderSeconds + AssemblySeconds);
+  estimate.seconds =
+      (size.flops / SparseRate) / SparseSpeed(CountRunning(task.threads), size.front) +
+      size.entries * (EntrySeconds + columns) + LeastSparseSeconds(task.equations);
   estimate.bytes =
       static_cast<std::uint64_t>(SpaceFactor * sizeof(double) * size.peak + BytesBeside(task));
 }

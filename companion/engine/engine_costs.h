@@ -26,6 +26,9 @@ struct SparseTask {
   int threads = 1;
 };
 
+// What the sparse engine takes at least for so many free equations, whatever their order is.
+double LeastSparseSeconds(std::int64_t equations);
+
 void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate);
 void PredictOutOfCore(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate);
 

@@ -22,8 +22,8 @@ namespace kvx {
 namespace {
 
 // Seconds. What the skyline solves sooner is not worth an order of the nodes, and keeps the bytes
-// of the solver.
-constexpr double SoonSolved = 0.3;
+// of the solver; so does what it solves sooner than the sparse engine can in any order.
+constexpr double SoonSolved = 0.03;
 
 struct Choice {
   const EngineSettings& settings;
@@ -210,7 +210,8 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   if (share) share(0.1);
   if (settings.choice == EngineChoice::Skyline) return TakeAsked(choice, plan);
   if (!HasSparseEngine()) return TakeSkyline(choice, plan);
-  if (settings.choice == EngineChoice::Auto && plan.skyline.seconds < SoonSolved &&
+  const double soon = std::max(SoonSolved, LeastSparseSeconds(plan.freeEquations));
+  if (settings.choice == EngineChoice::Auto && plan.skyline.seconds < soon &&
       plan.skyline.isPossible) {
     plan.sparse.reason = plan.outOfCore.reason = "not looked at, since the skyline takes so little";
     return Take(EngineChoice::Skyline, false,

@@ -6,6 +6,10 @@
 
 namespace kvx {
 
+// Also sees to it that OpenBLAS uses the vectors of a processor that is newer than the library and
+// that it therefore takes for a very old one: that costs half of its speed and more. Where the
+// environment chooses (OPENBLAS_CORETYPE), it stays so.
+// To be called before BLAS is used, by one thread.
 void SetBlasThreads(int threads);
 
 // Work space of BLAS for a thread: addresses mostly, of which some 20 MB become memory. Where

@@ -55,7 +55,7 @@ const std::vector<Room>& Rooms() {
        {"finding", "check", "platform", "report", "deck", "skyline", "model", "system"}},
       {"renumber", {"base", "deck"}},
       {"sparse",
-       {"renumber", "tables", "base", "deck", "report", "skyline", "model", "system", "platform"}},
+       {"renumber", "tables", "base", "platform", "deck", "report", "skyline", "model", "system"}},
       {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
       {"audit",
        {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
