@@ -442,6 +442,22 @@ TEST(Reactions, BalanceApartFromWarpedQuads) {
   EXPECT_LT(Unexplained(solved), 1e-12);
 }
 
+TEST(Reactions, HaveTheSameBitsOnAnyNumberOfThreads) {
+  const Solved solved = Solve(WarpedMesh(0.3));
+  for (const int threads : {2, 3, 8}) {
+    Reactions reactions;
+    ComputeReactions(solved.model, reactions, threads);
+    EXPECT_EQ(reactions.r, solved.reactions.r);
+    EXPECT_EQ(reactions.reactions, solved.reactions.reactions);
+    EXPECT_EQ(reactions.backwardError, solved.reactions.backwardError);
+    ASSERT_EQ(reactions.unbalanced.size(), solved.reactions.unbalanced.size());
+    for (std::size_t i = 0; i < reactions.unbalanced.size(); ++i) {
+      EXPECT_EQ(reactions.unbalanced[i].element.row, solved.reactions.unbalanced[i].element.row);
+      EXPECT_EQ(reactions.unbalanced[i].sum, solved.reactions.unbalanced[i].sum);
+    }
+  }
+}
+
 // The couple is that of the element's forces about any point: the sum over its real nodes.
 TEST(Reactions, FindTheCoupleOfAWarpedQuadByStatics) {
   SolvedModel solved;
