@@ -48,6 +48,7 @@ pid_t StartKvx(const std::filesystem::path& folder, const std::filesystem::path&
   for (const int each : ListEndSignals()) std::signal(each, SIG_DFL);  // as at a terminal
   std::vector<std::string> words = SplitWords(KVX_PROGRAM " " + command);
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   if (chdir(folder.c_str()) == 0) execv(KVX_PROGRAM, arguments.data());

@@ -37,6 +37,12 @@ bool Holds(const std::string& text, const std::string& part) {
   return text.find(part) != std::string::npos;
 }
 
+void ExpectUntouched(const fs::path& folder) {
+  EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
+  EXPECT_FALSE(fs::exists(folder / "displacements.bin"));
+  EXPECT_FALSE(fs::exists(folder / "solution.json"));
+}
+
 // Folders: deck with a model and old results, factors for the factors.
 struct KvxSparseFaults : testing::Test {
   TempFolder base;
@@ -77,11 +83,6 @@ struct KvxSparseFaults : testing::Test {
       difference = std::max(difference, std::fabs(u[i] - right[i]));
     }
     EXPECT_LE(difference, 1e-8 * largest);
-  }
-  void ExpectUntouched(const fs::path& folder) const {
-    EXPECT_EQ(ListDifferent(ReadFolder(folder), OldResults), NoNames);
-    EXPECT_FALSE(fs::exists(folder / "displacements.bin"));
-    EXPECT_FALSE(fs::exists(folder / "solution.json"));
   }
   void Solve(std::vector<double>& right) const {
     Fill(deck);

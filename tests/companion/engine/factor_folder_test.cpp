@@ -50,6 +50,7 @@ TEST(FactorFolder, GivesManyRunsAtOnceTheirOwn) {
   const korvex::test::TempFolder parent;
   for (int turn = 0; turn < 20; ++turn) {
     std::vector<std::thread> runs;
+    runs.reserve(4);
     std::atomic<int> losses{0};
     for (int k = 0; k < 4; ++k) {
       runs.emplace_back([&, k] {

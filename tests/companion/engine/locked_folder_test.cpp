@@ -57,6 +57,7 @@ TEST(LockedFolder, BelongsToOneAtATime) {
     }
   };
   std::vector<std::thread> threads;
+  threads.reserve(3);
   for (int k = 0; k < 3; ++k) threads.emplace_back(work);
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(failures, 0);
