@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -232,6 +233,77 @@ TEST(SolveLoads, CanBeInterrupted) {
       }
     }
     ExpectBitsOfEachAlone(K, MakeLoads(N, 2));
+  }
+}
+
+// Loads that come later, with the factor that the first ones leave behind: the bits of a solution
+// of their own, with one system and with two.
+TEST(SolveFactored, GivesTheBitsOfASolutionOfItsOwn) {
+  for (const double coupling : {0.0, 0.1}) {
+    const SkylineMatrix matrix = MakePlate(700, 30, coupling);
+    const auto n = matrix.ColumnHeights.size();
+    const Loads all = MakeLoads(n, 30);
+    Loads aloneF = all, alone;
+    SolveTogether(matrix, aloneF, alone);
+
+    SkylineMatrix K = matrix;
+    Loads first(all.begin(), all.begin() + 2), u(2, std::vector<double>(n));
+    WorkShare work;
+    SkylineFactor factor;
+    SolveLoads(K, first, u, work, 1, &factor);
+    EXPECT_EQ(factor.equations.empty(), coupling != 0.0);
+    for (std::size_t k = 0; k < 2; ++k) EXPECT_TRUE(test::SameBits(u[k], alone[k])) << k;
+
+    Loads later(all.begin() + 2, all.end()), laterU(later.size(), std::vector<double>(n));
+    std::vector<LoadedSystem> loads;
+    for (std::size_t k = 0; k < later.size(); ++k) loads.push_back({&later[k], &laterU[k]});
+    int reports = 0;
+    work.report = [&](double share) { reports += share == 1.0 ? 1 : 0; };
+    for (const int threads : {1, 2}) {
+      SolveFactored(factor, loads, &work, threads);
+      for (std::size_t k = 0; k < later.size(); ++k) {
+        EXPECT_TRUE(test::SameBits(laterU[k], alone[k + 2])) << k;
+        later[k] = all[k + 2];
+      }
+    }
+    EXPECT_GT(reports, 0);
+  }
+}
+
+// The first load has a -0, which forbids two systems, the second has none: the factor is that of
+// one system, and good for both.
+TEST(SolveFactored, TakesTheFactorOfOneSystemWhereALoadNeedsIt) {
+  const SkylineMatrix matrix = MakePlate(700, 30, 0.0);
+  const auto n = matrix.ColumnHeights.size();
+  Loads F = MakeLoads(n, 2);
+  F[0][5] = -0.0;
+  Loads aloneF = F, alone;
+  SolveTogether(matrix, aloneF, alone);
+  SkylineMatrix K = matrix;
+  Loads first(1, F[0]), u(1, std::vector<double>(n));
+  WorkShare work;
+  SkylineFactor factor;
+  SolveLoads(K, first, u, work, 1, &factor);
+  EXPECT_TRUE(factor.equations.empty());
+  EXPECT_TRUE(test::SameBits(u[0], alone[0]));
+  SolveFactored(factor, {{&F[1], &u[0]}}, nullptr);
+  EXPECT_TRUE(test::SameBits(u[0], alone[1]));
+}
+
+// A zero pivot divides: nothing stops, and some numbers are not finite.
+TEST(SolveFactored, GoesOnWithZeroPivots) {
+  for (const double coupling : {0.0, 0.1}) {
+    SkylineMatrix K = MakePlate(700, 30, coupling);
+    std::fill_n(Column(K, 4), K.ColumnHeights[4], 0.0);
+    for (std::int64_t j = 5; j < CountColumns(K); ++j) {
+      if (TopRow(K, j) <= 4) Column(K, j)[j - 4] = 0.0;
+    }
+    Loads F = MakeLoads(K.ColumnHeights.size(), 2), u(2, F[0]);
+    WorkShare work;
+    SkylineFactor factor;
+    SolveLoads(K, F, u, work, 1, &factor);
+    SolveFactored(factor, {{&F[1], &u[1]}}, nullptr);
+    EXPECT_FALSE(std::all_of(u[1].begin(), u[1].end(), [](double x) { return std::isfinite(x); }));
   }
 }
 
