@@ -1,5 +1,7 @@
 #include "commands/solution_file.h"
 
+#include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
@@ -31,6 +33,13 @@ Json EstimateJson(const EngineEstimate& estimate) {
           {"disk_bytes", isKnown ? Json(estimate.diskBytes) : Json(nullptr)}};
 }
 
+// Of a condition, and the digits lost with it: JSON has no such number.
+constexpr const char* Infinite = "infinite";
+
+Json ConditionJson(double number) {
+  return std::isinf(number) ? Json(Infinite) : NumberJson(number);
+}
+
 // A number, or null for one that is not known. Returns false where it is something else.
 bool ReadNumber(const Json& json, const char* key, double& number) {
   const auto found = json.find(key);
@@ -41,6 +50,14 @@ bool ReadNumber(const Json& json, const char* key, double& number) {
   }
   if (!found->is_number()) return false;
   number = found->get<double>();
+  return true;
+}
+
+// As ConditionJson has it.
+bool ReadCondition(const Json& json, const char* key, double& number) {
+  const auto found = json.find(key);
+  if (found == json.end() || *found != Infinite) return ReadNumber(json, key, number);
+  number = std::numeric_limits<double>::infinity();
   return true;
 }
 
@@ -75,8 +92,8 @@ bool ReadRecord(const Json& json, SolutionRecord& record) {
          ReadCount(json, "refinement_steps", record.refinementSteps) &&
          ReadNumber(json, "residual", load.residual) &&
          ReadNumber(json, "backward_error", load.backwardError) &&
-         ReadNumber(json, "condition", load.condition) &&
-         ReadNumber(json, "digits_lost", load.digitsLost);
+         ReadCondition(json, "condition", load.condition) &&
+         ReadCondition(json, "digits_lost", load.digitsLost);
 }
 
 }  // namespace
@@ -103,8 +120,8 @@ void AddSolutionJson(const SolutionRecord& record, Json& json) {
   const LoadQuality& load = record.loads.front();
   json["residual"] = NumberJson(load.residual);
   json["backward_error"] = NumberJson(load.backwardError);
-  json["condition"] = NumberJson(load.condition);
-  json["digits_lost"] = NumberJson(load.digitsLost);
+  json["condition"] = ConditionJson(load.condition);
+  json["digits_lost"] = ConditionJson(load.digitsLost);
 }
 
 Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solution) {

@@ -1,4 +1,4 @@
-// The factor that a solution leaves behind, and the solution of further loads with it.
+// The factor that a solution leaves behind, and the solution of a further load with it.
 //
 // Systems that K falls into (independent_systems.h) stand one behind the other in one skyline, so
 // its columns may be in another order than the equations of K.
@@ -7,24 +7,21 @@
 #include <cstdint>
 #include <vector>
 
-#include "skyline/load_lanes.h"
 #include "skyline/skyline_matrix.h"
 #include "skyline/work_share.h"
 
 namespace korvex {
 
 struct SkylineFactor {
-  SkylineMatrix columns;  // D on the diagonal and the factors of L^T above it
+  SkylineMatrix columns;                // D on the diagonal and the factors of L^T above it
   std::vector<std::int32_t> equations;  // [n] of K, in the order of the columns; empty: that of K
 };
 
-// Solves K u = F for each load with the factor of K, which does not change. Where pivots are 0 or
-// not finite, u is infinite or NaN somewhere; nothing is said.
-// loads: F are undefined on return.
-// work: counts the work, on the caller's thread; null: nobody does.
-// threads: as for SolveLanes (load_lanes.h).
-// Throws a Stop where memory cannot hold the lanes.
-void SolveFactored(SkylineFactor& factor, const std::vector<LoadedSystem>& loads, WorkShare* work,
-                   int threads = 1);
+// Solves K u = F for an estimate: as fast as the factor can be read twice, and with sums in an
+// order of its own. So the last digits are not those of SolveLoads. Where pivots are 0 or not
+// finite, u is infinite or NaN somewhere; nothing is said. x: n; holds F, gets u. work: is told of
+// the work, and may throw to end it; null: nobody is. Throws a Stop where memory cannot hold x a
+// second time and the pivots.
+void SolveFactored(const SkylineFactor& factor, std::vector<double>& x, WorkShare* work);
 
 }  // namespace korvex
