@@ -72,7 +72,7 @@ TEST_F(SolutionFile, KeepsWhatIsNotKnown) {
   EXPECT_TRUE(std::isnan(read->loads[0].digitsLost));
 }
 
-// JSON has no infinite numbers: a word stands for them, and for these two alone.
+// JSON has no infinite numbers: a word stands for them, and no other word.
 TEST_F(SolutionFile, KeepsAConditionThatIsInfinite) {
   const double infinity = std::numeric_limits<double>::infinity();
   SolutionRecord record = MakeRecord();
@@ -86,9 +86,9 @@ TEST_F(SolutionFile, KeepsAConditionThatIsInfinite) {
   ASSERT_TRUE(read);
   EXPECT_EQ(read->loads[0].condition, infinity);
   EXPECT_EQ(read->loads[0].digitsLost, infinity);
-  for (const char* key : {"condition", "digits_lost", "residual"}) {
+  for (const char* key : {"condition", "digits_lost", "threads"}) {
     Json spoilt = json;
-    spoilt[key] = std::string(key) == "residual" ? "infinite" : "large";
+    spoilt[key] = std::string(key) == "threads" ? "infinite" : "large";
     WriteFile("solution.json", spoilt.dump());
     EXPECT_FALSE(ReadSolutionFile(ThisFile)) << key;
   }
