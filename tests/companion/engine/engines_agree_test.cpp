@@ -8,7 +8,6 @@
 #include <cctype>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <ostream>
 #include <sstream>
@@ -113,7 +112,7 @@ std::string Digits(double value) {
   std::snprintf(text, sizeof text, "%.1e", value);
   const std::string digits = text;
   const std::size_t e = digits.find('e');
-  return digits.substr(0, e + 1) + std::to_string(std::atoi(digits.c_str() + e + 1));
+  return digits.substr(0, e + 1) + std::to_string(std::stoi(digits.substr(e + 1)));
 }
 
 // The numbers of a row, in the order of the table.
@@ -142,10 +141,10 @@ Row ReadRow(const std::string& name) {
     std::istringstream cells(line.substr(name.size() + 5));
     std::string cell;
     std::getline(cells, cell, '|');
-    row = {name, std::atoi(cell.c_str()), {}};
+    row = {name, std::stoi(cell), {}};
     for (double& number : row.numbers) {
       std::getline(cells, cell, '|');
-      number = std::atof(cell.c_str());
+      number = std::stod(cell);
     }
   }
   return row;

@@ -126,7 +126,10 @@ TEST(NodeOrder, IsAPermutationThatKeepsDofsOfANodeTogether) {
 // the node at (i, j).
 Neighbours MakePlate(int n, const Order& numbers) {
   Neighbours sets(numbers.size());
-  const auto numberOf = [&](int i, int j) { return numbers[static_cast<std::size_t>(j * n + i)]; };
+  const auto numberOf = [&](int i, int j) {
+    return numbers[static_cast<std::size_t>(j) * static_cast<std::size_t>(n) +
+                   static_cast<std::size_t>(i)];
+  };
   for (int j = 0; j < n; ++j) {
     for (int i = 0; i < n; ++i) {
       for (const int b : {std::max(j - 1, 0), j, std::min(j + 1, n - 1)}) {

@@ -111,7 +111,9 @@ ModelText MakeStiffPatch() {
   ModelText model = MakePlate(10.0);
   model.materials.push_back({2.1e11, 0.3, 0.0});
   for (int j = 8; j < 12; ++j) {
-    for (int i = 8; i < 12; ++i) model.shells4[static_cast<std::size_t>(20 * j + i)].material = 1;
+    for (int i = 8; i < 12; ++i)
+      model.shells4.at(static_cast<std::size_t>(i) + std::size_t{20} * static_cast<std::size_t>(j))
+          .material = 1;
   }
   return model;
 }
@@ -294,7 +296,8 @@ ModelText MakeFrame() {
   model.cSections = {{150.0, 10.0}, {100.0, 8.0}};
   for (int z = 0; z <= Storeys; ++z) {
     for (int k = 0; k < Floor; ++k) {
-      model.nodes.push_back({6000.0 * (k % Row), 6000.0 * (k / Row), 3500.0 * z});
+      const int row = k / Row;
+      model.nodes.push_back({6000.0 * (k % Row), 6000.0 * row, 3500.0 * z});
     }
   }
   for (int z = 0; z <= Storeys; ++z) {
