@@ -1,5 +1,7 @@
 #include "commands/solution_file.h"
 
+#include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <system_error>
 
@@ -31,25 +33,48 @@ Json EstimateJson(const EngineEstimate& estimate) {
           {"disk_bytes", isKnown ? Json(estimate.diskBytes) : Json(nullptr)}};
 }
 
-// A number, or null for one that is not known. Returns false where it is something else.
-bool ReadNumber(const Json& json, const char* key, double& number) {
-  const auto found = json.find(key);
-  if (found == json.end()) return false;
-  if (found->is_null()) {
-    number = LoadQuality::Unknown;
-    return true;
-  }
-  if (!found->is_number()) return false;
-  number = found->get<double>();
-  return true;
+// JSON has no such number.
+constexpr const char* Infinite = "infinite";
+
+// What is written and read of a record, in the order of the file. visit(key, member) returns
+// whether to go on.
+template <typename Record, typename Visit>
+bool VisitSolution(Record& record, const Visit& visit) {
+  return visit("threads", record.threads) && visit("equations", record.equations) &&
+         visit("free_equations", record.freeEquations) &&
+         visit("order_seconds", record.orderSeconds) &&
+         visit("factor_seconds", record.factorSeconds) &&
+         visit("solve_seconds", record.solveSeconds) && visit("bytes", record.bytes) &&
+         visit("disk_bytes", record.diskBytes) && visit("flops", record.flops) &&
+         visit("refinement_steps", record.refinementSteps);
+}
+
+// The same of the accuracy of a load.
+template <typename Load, typename Visit>
+bool VisitLoad(Load& load, const Visit& visit) {
+  return visit("residual", load.residual) && visit("backward_error", load.backwardError) &&
+         visit("condition", load.condition) && visit("digits_lost", load.digitsLost);
+}
+
+Json ToJson(double number) { return std::isinf(number) ? Json(Infinite) : NumberJson(number); }
+
+template <typename Integer>
+Json ToJson(Integer number) {
+  return number;
+}
+
+// Null is a number that is not known. Returns false where it is something else.
+bool FromJson(const Json& json, double& number) {
+  number = LoadQuality::Unknown;
+  if (json.is_number()) number = json.get<double>();
+  if (json == Infinite) number = std::numeric_limits<double>::infinity();
+  return json.is_null() || !std::isnan(number);
 }
 
 template <typename Integer>
-bool ReadCount(const Json& json, const char* key, Integer& number) {
-  const auto found = json.find(key);
-  if (found == json.end() || !found->is_number_unsigned()) return false;
-  number = found->get<Integer>();
-  return true;
+bool FromJson(const Json& json, Integer& number) {
+  if (json.is_number_unsigned()) number = json.get<Integer>();
+  return json.is_number_unsigned();
 }
 
 bool ReadEngine(const Json& json, SolutionRecord& record) {
@@ -61,22 +86,13 @@ bool ReadEngine(const Json& json, SolutionRecord& record) {
 }
 
 bool ReadRecord(const Json& json, SolutionRecord& record) {
+  const auto read = [&](const char* key, auto& member) {
+    const auto found = json.find(key);
+    return found != json.end() && FromJson(*found, member);
+  };
   record.loads.resize(1);
-  LoadQuality& load = record.loads.front();
-  return ReadEngine(json, record) && ReadCount(json, "threads", record.threads) &&
-         ReadCount(json, "equations", record.equations) &&
-         ReadCount(json, "free_equations", record.freeEquations) &&
-         ReadNumber(json, "order_seconds", record.orderSeconds) &&
-         ReadNumber(json, "factor_seconds", record.factorSeconds) &&
-         ReadNumber(json, "solve_seconds", record.solveSeconds) &&
-         ReadCount(json, "bytes", record.bytes) &&
-         ReadCount(json, "disk_bytes", record.diskBytes) &&
-         ReadNumber(json, "flops", record.flops) &&
-         ReadCount(json, "refinement_steps", record.refinementSteps) &&
-         ReadNumber(json, "residual", load.residual) &&
-         ReadNumber(json, "backward_error", load.backwardError) &&
-         ReadNumber(json, "condition", load.condition) &&
-         ReadNumber(json, "digits_lost", load.digitsLost);
+  return ReadEngine(json, record) && VisitSolution(record, read) &&
+         VisitLoad(record.loads.front(), read);
 }
 
 }  // namespace
@@ -89,22 +105,12 @@ const char* EngineName(EngineChoice engine) {
 void AddSolutionJson(const SolutionRecord& record, Json& json) {
   json["engine"] = EngineName(record.engine);
   json["out_of_core"] = record.isOutOfCore;
-  json["threads"] = record.threads;
-  json["equations"] = record.equations;
-  json["free_equations"] = record.freeEquations;
-  json["order_seconds"] = NumberJson(record.orderSeconds);
-  json["factor_seconds"] = NumberJson(record.factorSeconds);
-  json["solve_seconds"] = NumberJson(record.solveSeconds);
-  json["bytes"] = record.bytes;
-  json["disk_bytes"] = record.diskBytes;
-  json["flops"] = NumberJson(record.flops);
-  json["refinement_steps"] = record.refinementSteps;
-  if (record.loads.size() != 1) return;
-  const LoadQuality& load = record.loads.front();
-  json["residual"] = NumberJson(load.residual);
-  json["backward_error"] = NumberJson(load.backwardError);
-  json["condition"] = NumberJson(load.condition);
-  json["digits_lost"] = NumberJson(load.digitsLost);
+  const auto write = [&](const char* key, const auto& member) {
+    json[key] = ToJson(member);
+    return true;
+  };
+  VisitSolution(record, write);
+  if (record.loads.size() == 1) VisitLoad(record.loads.front(), write);
 }
 
 Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solution) {

@@ -249,8 +249,9 @@ void AddLostDigits(AuditReport& report) {
   finding.message = "of the about 16 digits of the displacements " +
                     (shown > 0.0 ? "as few as " + NumberText(shown) + " may be right"
                                  : std::string("maybe none is right")) +
-                    " (condition " + RoughText(load.condition) + ", backward error " +
-                    RoughText(load.backwardError) + ").";
+                    " (condition " +
+                    (std::isinf(load.condition) ? "infinite" : RoughText(load.condition)) +
+                    ", backward error " + RoughText(load.backwardError) + ").";
   finding.remedy =
       "Look for neighbours of very different stiffness and for parts that are hardly held (kvx "
       "check "

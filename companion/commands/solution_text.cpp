@@ -56,6 +56,7 @@ SolutionPlan CopyWithoutOrder(SolutionPlan& plan) {
 }
 
 double CountCorrectDigits(const LoadQuality& load) {
+  if (std::isinf(load.condition)) return 0.0;
   const bool isKnown = std::isfinite(load.backwardError) && !std::isnan(load.condition);
   if (!isKnown || load.condition == 0.0) return std::numeric_limits<double>::quiet_NaN();
   constexpr double Rounding = std::numeric_limits<double>::epsilon() / 2.0;
@@ -77,6 +78,7 @@ std::string AccuracyText(const LoadQuality& load) {
   }
   if (load.condition == 0.0) return text + "digits lost: not estimated, nothing moves";
   if (std::isnan(load.digitsLost)) return text + "digits lost: not estimated";
+  if (std::isinf(load.digitsLost)) return text + "all digits lost";
   return text + RoughText(load.digitsLost) + " of about 16 digits lost";
 }
 

@@ -19,13 +19,15 @@ inline constexpr double DoubleDigits = 16.0;
 
 // Correct digits of the largest displacements, at least: - log10 of the bound of their relative
 // error, the condition times the backward error, which counts with the rounding of a double where
-// it is smaller. NaN where that is not known, and where nothing moves.
+// it is smaller. 0 where the condition is infinite, NaN where that is not known, and where nothing
+// moves.
 double CountCorrectDigits(const LoadQuality& load);
 
 // "skyline, 2 threads", "sparse, out of core, 2 threads"
 std::string EngineText(EngineChoice engine, bool isOutOfCore, int threads);
 
-// "scaled residual 1.2e-16, backward error 2.1e-16; 5.1 of about 16 digits lost"
+// "scaled residual 1.2e-16, backward error 2.1e-16; 5.1 of about 16 digits lost"; "all
+// digits lost"
 std::string AccuracyText(const LoadQuality& load);
 
 // What the progress line says: "Solving (sparse, about 12 s)". what: "Solving".

@@ -1,10 +1,18 @@
+// The factor is of K with the supports' penalty. With right sides of 0 at the fixed dofs, its
+// solutions are those of the free dofs to about 1e20 over the stiffness: to all digits that an
+// estimate needs.
 #include "engine/solution_quality.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <new>
+#include <utility>
 
+#include "report/check_memory.h"
 #include "report/stop.h"
 #include "sparse/column_quality.h"
+#include "sparse/condition.h"
 #include "sparse/free_matrix.h"
 #include "sparse/prescribed.h"
 
@@ -12,46 +20,128 @@ namespace kvx {
 
 namespace {
 
-void MeasureLoads(const korvex::Model& model, const std::vector<std::vector<double>>& loads,
-                  const std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
-  NodeGraph graph;
-  BuildNodeGraph(model.Tables, graph);
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+
+// What is needed beside the factor until the weights of the condition are known.
+struct FreeSystem {
   FreeDofs dofs;
-  ListFreeDofs(model.Tables, dofs);
   UpperMatrix A;
   FixedRows C;
-  AssembleFree(model, graph, dofs, {}, A, C, record.threads);
+};
+
+bool IsThere(const korvex::SkylineFactor& factor) { return !factor.columns.Values.empty(); }
+
+std::uint64_t CountFactorBytes(const korvex::SkylineFactor& factor) {
+  return factor.columns.Values.capacity() * sizeof(double);
+}
+
+bool IsFinite(const std::vector<double>& x) {
+  return std::all_of(x.begin(), x.end(), [](double value) { return std::isfinite(value); });
+}
+
+void Assemble(const korvex::Model& model, std::uint64_t memory, korvex::SkylineFactor& factor,
+              int threads, FreeSystem& free) {
+  NodeGraph graph;
+  BuildNodeGraph(model.Tables, graph);
+  ListFreeDofs(model.Tables, free.dofs);
+  const std::uint64_t bytes = CountMatrixBytes(graph, free.dofs);
+  const bool isAllowed = memory == 0 || CountFactorBytes(factor) + bytes <= memory;
+  if (!isAllowed || !korvex::HasMemory(bytes, 1)) factor = {};
+  AssembleFree(model, graph, free.dofs, {}, free.A, free.C, threads);
+}
+
+// Residuals and backward errors. Returns the weights of the condition.
+std::vector<double> MeasureLoads(const FreeSystem& free,
+                                 const std::vector<std::vector<double>>& loads,
+                                 const std::vector<std::vector<double>>& displacements,
+                                 SolutionRecord& record) {
+  const FreeDofs& dofs = free.dofs;
   QualityTable table;
-  BeginQuality(A, table);
+  BeginQuality(free.A, table);
   std::vector<double> b(dofs.equations.size()), x(b.size()), r(b.size());
   for (std::size_t k = 0; k < loads.size(); ++k) {
-    MakeRightSide(dofs, C, loads[k], displacements[k], b.data());
+    MakeRightSide(dofs, free.C, loads[k], displacements[k], b.data());
     for (std::size_t i = 0; i < x.size(); ++i) {
       x[i] = displacements[k][static_cast<std::size_t>(dofs.equations[i])];
     }
-    const ColumnQuality quality = MeasureColumn(A, x.data(), b.data(), table, r.data());
-    record.loads[k].residual = quality.residual;
-    record.loads[k].backwardError = quality.backwardError;
+    const ColumnQuality quality = MeasureColumn(free.A, x.data(), b.data(), table, r.data());
+    LoadQuality& load = record.loads[k];
+    load.residual = quality.residual;
+    load.backwardError = quality.backwardError;
+    if (!IsFinite(x)) {
+      load.condition = Infinity;
+      continue;
+    }
+    if (std::all_of(x.begin(), x.end(), [](double u) { return u == 0.0; })) load.condition = 0.0;
+    RaiseWeights(x.data(), table);
   }
+  return std::move(table.weights);
+}
+
+// Whether there is a load whose condition is neither 0 nor infinite.
+bool IsConditionLookedFor(const SolutionRecord& record) {
+  return std::any_of(record.loads.begin(), record.loads.end(),
+                     [](const LoadQuality& load) { return std::isnan(load.condition); });
+}
+
+// The condition from one solution of the free dofs by the skyline's factor, which takes as long as
+// reading it twice. weights: with signs.
+double EstimateCondition(const FreeDofs& dofs, const korvex::SkylineFactor& factor,
+                         std::vector<double> weights, korvex::WorkShare& work) {
+  std::vector<double> u;
+  korvex::AllocateItems("a column for the condition", dofs.places.size(), u);
+  TakeFree(dofs, weights.data(), u);
+  korvex::SolveFactored(factor, u, &work);
+  for (std::size_t i = 0; i < weights.size(); ++i) {
+    weights[i] = u[static_cast<std::size_t>(dofs.equations[i])];
+  }
+  const double value = EstimateFromSigns(weights.data(), weights.size());
+  if (std::isnan(value)) return Infinity;
+  return value;
+}
+
+void Measure(const korvex::Model& model, const std::vector<std::vector<double>>& loads,
+             const std::vector<std::vector<double>>& displacements, korvex::SkylineFactor& factor,
+             std::uint64_t memory, korvex::WorkShare& work, SolutionRecord& record) {
+  record.loads.assign(loads.size(), {});
+  FreeSystem free;
+  Assemble(model, memory, factor, record.threads, free);
+  std::vector<double> weights = MeasureLoads(free, loads, displacements, record);
+  free.A = {};
+  free.C = {};
+  double condition = LoadQuality::Unknown;
+  if (IsConditionLookedFor(record) && IsThere(factor)) {
+    condition = EstimateCondition(free.dofs, factor, std::move(weights), work);
+  }
+  SetCondition(condition, record);
 }
 
 }  // namespace
 
 void MeasureSolution(const korvex::Model& model, const std::vector<std::vector<double>>& loads,
                      const std::vector<std::vector<double>>& displacements,
+                     korvex::SkylineFactor& factor, std::uint64_t memory, korvex::WorkShare& work,
                      SolutionRecord& record) {
-  try {
-    MeasureLoads(model, loads, displacements, record);
-  } catch (const korvex::Stop&) {
-    record.loads.assign(loads.size(), {});
-  } catch (const std::bad_alloc&) {
-    record.loads.assign(loads.size(), {});
-  }
+  const auto measure = [&] {
+    try {
+      Measure(model, loads, displacements, factor, memory, work, record);
+      return true;
+    } catch (const korvex::Stop&) {
+      return false;
+    } catch (const std::bad_alloc&) {
+      return false;
+    }
+  };
+  if (measure()) return;
+  const bool hadFactor = IsThere(factor);
+  factor = {};
+  if (hadFactor && measure()) return;
+  record.loads.assign(loads.size(), {});
 }
 
 void SetCondition(double condition, SolutionRecord& record) {
   for (LoadQuality& load : record.loads) {
-    if (load.condition != 0.0) load.condition = condition;
+    if (load.condition != 0.0 && !std::isinf(load.condition)) load.condition = condition;
     load.digitsLost = load.condition < 1.0 ? 0.0 : std::log10(load.condition);
   }
 }

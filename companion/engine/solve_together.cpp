@@ -14,10 +14,8 @@ namespace kvx {
 namespace {
 
 void AssembleAndSolve(korvex::Model& model, std::vector<std::vector<double>>& loads, int threads,
-                      const korvex::ShareCallback& share,
-                      std::vector<std::vector<double>>& displacements) {
-  korvex::WorkShare work;
-  work.report = share;
+                      korvex::WorkShare& work, std::vector<std::vector<double>>& displacements,
+                      korvex::SkylineFactor& factor) {
   AssembleWatched(model, loads.size(), work, threads);
   korvex::ImposeSupports(model);
   const auto n = static_cast<std::size_t>(model.NEQ);
@@ -25,25 +23,30 @@ void AssembleAndSolve(korvex::Model& model, std::vector<std::vector<double>>& lo
   korvex::AllocateOrStop("the displacements of all loads", n * loads.size(), sizeof(double), [&] {
     for (std::vector<double>& u : displacements) u.assign(n, 0.0);
   });
-  korvex::SolveLoads(model.Stiffness, loads, displacements, work, threads);
+  korvex::SolveLoads(model.Stiffness, loads, displacements, work, threads, &factor);
 }
 
 void SolveBySkyline(korvex::Model& model, std::vector<std::vector<double>>& loads,
-                    const korvex::ShareCallback& share,
+                    const EngineSettings& settings, const korvex::ShareCallback& share,
                     std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
-  const auto begin = std::chrono::steady_clock::now();
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point begin = Clock::now();
   const std::vector<std::vector<double>> given = loads;
+  korvex::WorkShare work;
+  work.report = share;
+  korvex::SkylineFactor factor;
   try {
-    AssembleAndSolve(model, loads, record.threads, share, displacements);
+    AssembleAndSolve(model, loads, record.threads, work, displacements, factor);
   } catch (...) {
     model.Stiffness = {};
     throw;
   }
-  record.bytes = model.Stiffness.Values.size() * sizeof(double);
+  record.bytes = static_cast<std::uint64_t>(model.Stiffness.SkylineSize) * sizeof(double);
   model.Stiffness = {};
-  record.factorSeconds =
-      std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  MeasureSolution(model, given, displacements, record);
+  const Clock::time_point end = Clock::now();
+  record.factorSeconds = std::chrono::duration<double>(end - begin).count();
+  MeasureSolution(model, given, displacements, factor, settings.memory, work, record);
+  record.solveSeconds = std::chrono::duration<double>(Clock::now() - end).count();
 }
 
 }  // namespace
@@ -62,7 +65,7 @@ void SolveTogether(korvex::Model& model, std::vector<std::vector<double>>& loads
   if (plan.engine == EngineChoice::Sparse) {
     SolveSparse(model, loads, settings, plan, share, displacements, record);
   } else {
-    SolveBySkyline(model, loads, share, displacements, record);
+    SolveBySkyline(model, loads, settings, share, displacements, record);
   }
 }
 

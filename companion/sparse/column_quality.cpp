@@ -56,7 +56,8 @@ void RaiseWeights(const double* x, QualityTable& table) {
   const double size = LargestOf(x, table.f.size());
   if (size == 0.0) return;
   for (std::size_t i = 0; i < table.f.size(); ++i) {
-    table.weights[i] = std::max(table.weights[i], table.f[i] / size);
+    const double weight = table.f[i] / size;
+    if (weight > std::fabs(table.weights[i])) table.weights[i] = std::copysign(weight, x[i]);
   }
 }
 

@@ -20,7 +20,8 @@ struct ColumnQuality {
 struct QualityTable {
   std::vector<double> rowSums;  // [n] of |A|
   double norm = 0.0;            // the largest of them
-  std::vector<double> weights;  // [n] max over the columns with x != 0 of f(i) / |x|
+  std::vector<double> weights;  // [n] max over the columns with x != 0 of f(i) / |x|, each with the
+                                // sign of its x(i)
   std::vector<double> f;        // [n] of the last column
 };
 

@@ -7,50 +7,59 @@ namespace kvx {
 
 namespace {
 
-// The sum of w(i) |x(i)|: the 1-norm of W A^-1 b, whose largest for |b| = 1 is the value looked
-// for.
-double WeighedSum(const std::vector<double>& w, const double* x) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < w.size(); ++i) sum += w[i] * std::fabs(x[i]);
-  return sum;
-}
-
 // Not below `bound`; once it is NaN it stays so.
 void Raise(double bound, double& value) {
   if (!std::isnan(value) && !(bound <= value)) value = bound;
 }
 
+// Signs without a pattern that a mesh could have: one bit of a random sequence (Knuth 1998, sec.
+// 3.3.4, line 26).
+bool IsNegative(std::uint64_t& state) {
+  state = state * 6364136223846793005U + 1442695040888963407U;
+  return (state >> 63U) != 0;
+}
+
+// Where the largest magnitude stands, or the first NaN.
+std::size_t FindLargest(const double* x, std::size_t n) {
+  std::size_t largest = 0;
+  for (std::size_t i = 0; i < n && !std::isnan(x[largest]); ++i) {
+    if (!(std::fabs(x[i]) <= std::fabs(x[largest]))) largest = i;
+  }
+  return largest;
+}
+
 }  // namespace
 
-// The mean of all columns, and a vector with changing signs that grows: it finds what cancels out
-// in the mean. The sum of its magnitudes is 3 n / 2.
-void MakeFirstColumns(std::size_t n, double* b) {
-  const double last = std::max(1.0, static_cast<double>(n) - 1.0);
+void MakeModeColumns(const std::vector<double>& w, double* b) {
+  const std::size_t n = w.size();
+  std::uint64_t state = 1;
   for (std::size_t i = 0; i < n; ++i) {
-    b[i] = 1.0 / static_cast<double>(n);
-    b[n + i] = (i % 2 == 0 ? 1.0 : -1.0) * (1.0 + static_cast<double>(i) / last);
+    b[i] = w[i];
+    b[n + i] = IsNegative(state) ? -w[i] : w[i];
   }
 }
 
-void TakeFirstColumns(const std::vector<double>& w, const double* x, ConditionEstimate& estimate,
-                      double* b) {
-  const std::size_t n = w.size();
-  estimate.value = WeighedSum(w, x);
-  Raise(2.0 * WeighedSum(w, x + n) / (3.0 * static_cast<double>(n)), estimate.value);
-  for (std::size_t i = 0; i < n; ++i) b[i] = std::copysign(w[i], x[i]);
-}
-
-void TakeMode(const double* x, std::size_t n, ConditionEstimate& estimate, double* b) {
-  estimate.mode.assign(x, x + n);
-  const auto smaller = [](double a, double c) { return std::fabs(a) < std::fabs(c); };
-  const auto largest = std::max_element(x, x + n, smaller) - x;
-  Raise(std::fabs(x[largest]), estimate.value);
+void TakeModes(const double* x, std::size_t n, ConditionEstimate& estimate, double* b) {
+  estimate = {};
+  const double* mode = x;
+  for (const double* column = x; column < x + ModeColumns * n; column += n) {
+    const double size = EstimateFromSigns(column, n);
+    if (!(size <= estimate.value)) mode = column;
+    Raise(size, estimate.value);
+  }
+  estimate.mode.assign(mode, mode + n);
   std::fill(b, b + n, 0.0);
-  b[largest] = 1.0;
+  b[FindLargest(mode, n)] = 1.0;
 }
 
+// The sum of w(i) |x(i)|: the 1-norm of W A^-1 b, whose largest for |b| = 1 is the value looked
+// for.
 void TakeLastColumn(const std::vector<double>& w, const double* x, ConditionEstimate& estimate) {
-  Raise(WeighedSum(w, x), estimate.value);
+  double sum = 0.0;
+  for (std::size_t i = 0; i < w.size(); ++i) sum += std::fabs(w[i] * x[i]);
+  Raise(sum, estimate.value);
 }
+
+double EstimateFromSigns(const double* x, std::size_t n) { return std::fabs(x[FindLargest(x, n)]); }
 
 }  // namespace kvx

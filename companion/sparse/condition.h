@@ -4,8 +4,9 @@
 // With w = f / |x| (column_quality.h) it is the relative error of x over its backward error. The
 // estimate is a lower bound, and mostly within a factor of 3 of the value.
 //
-// The solutions are those of columns that the caller gives to its solver, beside others: each costs
-// a column, not a run through the factors.
+// The turn begins with x itself: its signs say which way the structure gives. Scattered signs are
+// tried beside them, which find what the loads leave alone. The solutions are those of columns that
+// the caller gives to its solver, beside others where it can.
 #pragma once
 
 #include <cstddef>
@@ -20,20 +21,21 @@ struct ConditionEstimate {
                              // structure resists least
 };
 
-// The right sides that it begins with, which do not depend on w.
-inline constexpr std::size_t FirstColumns = 2;
+// The right sides that it begins with.
+inline constexpr std::size_t ModeColumns = 2;
 
-// b: FirstColumns columns of n.
-void MakeFirstColumns(std::size_t n, double* b);
+// w: n numbers, each with the sign of x there. b: ModeColumns columns of n.
+void MakeModeColumns(const std::vector<double>& w, double* b);
 
-// x: the solutions for them. b: n, the next right side.
-void TakeFirstColumns(const std::vector<double>& w, const double* x, ConditionEstimate& estimate,
-                      double* b);
-
-// x: the solution for that; becomes the mode. b: n, the last right side.
-void TakeMode(const double* x, std::size_t n, ConditionEstimate& estimate, double* b);
+// x: the solutions for them; the larger one becomes the mode. b: n, the last right side.
+void TakeModes(const double* x, std::size_t n, ConditionEstimate& estimate, double* b);
 
 // x: the solution for that. The value is complete.
 void TakeLastColumn(const std::vector<double>& w, const double* x, ConditionEstimate& estimate);
+
+// The value of the first column alone, for solvers to whom a column costs much. Of random models it
+// is mostly that of the whole estimate, and a quarter of it at worst. x: the solution for w as it
+// is.
+double EstimateFromSigns(const double* x, std::size_t n);
 
 }  // namespace kvx

@@ -10,8 +10,8 @@ namespace {
 
 struct Block {
   std::size_t n = 0, first = 0, count = 0;
-  bool isFirst = false, isLast = false;
-  std::vector<double> b, x, d;  // columns; x and d have some more, for the condition
+  bool isLast = false;
+  std::vector<double> b, x, d;  // columns; d has some more, for the condition
 };
 
 void Allocate(Block& block) {
@@ -19,25 +19,18 @@ void Allocate(Block& block) {
   korvex::AllocateOrStop("the displacements of a block of loads", CountColumnBytes(n, block.count),
                          1, [&] {
                            block.b.resize(n * block.count);
-                           block.x.resize(n * (block.count + FirstColumns));
-                           block.d.resize(n * (block.count + 1));
+                           block.x.resize(n * block.count);
+                           block.d.resize(n * (block.count + ModeColumns));
                          });
 }
 
 void SolveFirst(const ColumnWork& work, Block& block) {
-  const std::size_t n = block.n, size = n * block.count;
-  for (std::size_t k = 0; k < block.count; ++k) work.make(block.first + k, &block.b[k * n]);
+  for (std::size_t k = 0; k < block.count; ++k) {
+    work.make(block.first + k, &block.b[k * block.n]);
+  }
   std::copy(block.b.begin(), block.b.end(), block.x.begin());
-  if (block.isFirst) MakeFirstColumns(n, block.x.data() + size);
-  const std::size_t columns = block.count + (block.isFirst ? FirstColumns : 0);
-  work.solve(static_cast<std::int32_t>(columns), block.x.data());
+  work.solve(static_cast<std::int32_t>(block.count), block.x.data());
 }
-
-// What is known of the condition while the blocks are solved.
-struct Condition {
-  std::vector<double> first;  // solutions of the first columns
-  ConditionEstimate estimate;
-};
 
 void Measure(const UpperMatrix& A, const ColumnWork& work, QualityTable& table, Block& block,
              std::vector<ColumnQuality>& quality) {
@@ -50,24 +43,22 @@ void Measure(const UpperMatrix& A, const ColumnWork& work, QualityTable& table, 
   }
 }
 
-// The second solution: of the residuals, and behind the last block's of the condition's column.
+// The second solution: of the residuals, and behind the last block's of the condition's columns.
 void Refine(const UpperMatrix& A, const ColumnWork& work, Block& block, QualityTable& table,
-            Condition& condition, RefinedColumns& refined) {
-  const std::size_t n = block.n, size = n * block.count;
+            RefinedColumns& refined) {
+  const std::size_t n = block.n;
   std::vector<ColumnQuality> quality;
   Measure(A, work, table, block, quality);
-  if (block.isFirst) {
-    condition.first.assign(block.x.begin() + static_cast<std::ptrdiff_t>(size), block.x.end());
-  }
-  double* const last = block.d.data() + size;
+  double* const modes = block.d.data() + n * block.count;
   if (block.isLast) {
     std::vector<double>& w = table.weights;
     if (std::all_of(w.begin(), w.end(), [](double value) { return value == 0.0; })) {
       w = table.rowSums;
     }
-    TakeFirstColumns(w, condition.first.data(), condition.estimate, last);
+    MakeModeColumns(w, modes);
   }
-  work.solve(static_cast<std::int32_t>(block.count + (block.isLast ? 1 : 0)), block.d.data());
+  const std::size_t columns = block.count + (block.isLast ? ModeColumns : 0);
+  work.solve(static_cast<std::int32_t>(columns), block.d.data());
   for (std::size_t k = 0; k < block.count; ++k) {
     double* const x = &block.x[k * n];
     if (TakeStep(A, &block.b[k * n], table, &block.d[k * n], x, quality[k])) ++refined.steps;
@@ -75,9 +66,9 @@ void Refine(const UpperMatrix& A, const ColumnWork& work, Block& block, QualityT
   }
   if (block.isLast) {
     std::vector<double> b(n);
-    TakeMode(last, n, condition.estimate, b.data());
+    TakeModes(modes, n, refined.condition, b.data());
     work.solve(1, b.data());
-    TakeLastColumn(table.weights, b.data(), condition.estimate);
+    TakeLastColumn(table.weights, b.data(), refined.condition);
   }
 }
 
@@ -87,23 +78,20 @@ void SolveRefined(const UpperMatrix& A, const ColumnWork& work, RefinedColumns& 
   refined = {};
   QualityTable table;
   BeginQuality(A, table);
-  Condition condition;
   Block block;
   block.n = table.rowSums.size();
   for (; block.first < work.count; block.first += block.count) {
     block.count = std::min(BlockColumns, work.count - block.first);
-    block.isFirst = block.first == 0;
     block.isLast = block.first + block.count == work.count;
     Allocate(block);
     SolveFirst(work, block);
-    Refine(A, work, block, table, condition, refined);
+    Refine(A, work, block, table, refined);
   }
-  refined.condition = std::move(condition.estimate);
 }
 
 std::uint64_t CountColumnBytes(std::size_t n, std::size_t columns) {
   const std::uint64_t block = std::min(columns, BlockColumns);
-  return n * (3 * block + FirstColumns + 1) * sizeof(double);
+  return n * (3 * block + ModeColumns) * sizeof(double);
 }
 
 }  // namespace kvx

@@ -15,6 +15,7 @@
 
 #include "skyline/column_counter.h"
 #include "skyline/load_lanes.h"
+#include "skyline/skyline_factor.h"
 #include "skyline/skyline_matrix.h"
 
 namespace korvex {
@@ -31,15 +32,16 @@ std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint6
 // K: n columns with values; unchanged if a load is returned, otherwise undefined.
 // loads: the F of solved ones are y of L y = F on return.
 // maxEntries: nothing is solved if K has more non-zeros.
-// columns: counts the columns of the systems. Where a load is returned, some of them may have been
-//    counted, if an infinity or NaN occurred after the solution began. The plan of its work is
-//    replaced.
-// threads: at most as many factorise a system; systems are solved one after another, in the memory
-//    of one.
+// columns: counts the columns of the systems. Where a load is returned, they may have been counted,
+//    if an infinity or NaN occurred in the solution. The plan of its work is replaced.
+// threads: at most as many factorise.
+// factor: where no load is returned, gets the factor of the systems, with the memory of K's values.
+//    Null: nobody wants it.
 // After an exception the values of K are lost.
 std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
                                                   const std::vector<LoadedSystem>& loads,
                                                   std::size_t maxEntries, ColumnCounter& columns,
-                                                  int threads = 1);
+                                                  int threads = 1,
+                                                  SkylineFactor* factor = nullptr);
 
 }  // namespace korvex

@@ -9,6 +9,7 @@
 
 #include "skyline/column_counter.h"
 #include "skyline/load_lanes.h"
+#include "skyline/skyline_factor.h"
 #include "skyline/skyline_matrix.h"
 #include "skyline/work_share.h"
 
@@ -19,17 +20,18 @@ namespace korvex {
 //    systems.
 // columns: counts the columns once, however many loads there are. The plan of its work is replaced.
 // threads: at most as many factorise, and solve groups of loads (load_lanes.h); neither bits nor
-// the
-//    console's reports depend on it. All reports are made on the caller's thread.
+//    the console's reports depend on it. All reports are made on the caller's thread.
+// factor: gets the factor, with the memory of K's values. Null: nobody wants it.
 // With n = 0 or without loads nothing is done or reported.
 // Throws a Stop where memory cannot hold the work space. After it, and where a report throws, the
 // values of K, of F and of u are undefined.
 void SolveLoads(SkylineMatrix& K, const std::vector<LoadedSystem>& loads, ColumnCounter& columns,
-                int threads = 1);
+                int threads = 1, SkylineFactor* factor = nullptr);
 
 // The same for as many F as u, each n numbers.
 void SolveLoads(SkylineMatrix& K, std::vector<std::vector<double>>& F,
-                std::vector<std::vector<double>>& u, WorkShare& work, int threads = 1);
+                std::vector<std::vector<double>>& u, WorkShare& work, int threads = 1,
+                SkylineFactor* factor = nullptr);
 
 // The units of work (work_share.h) that this takes with K as one system.
 double CountSolutionUnits(const SkylineMatrix& K, std::size_t loads);

@@ -3,9 +3,9 @@
 //   L y = F       forward reduction, in place
 //   D L^T u = y   back substitution
 //
-// If K falls into independent systems, these are solved one by one. Vector registers are used as
-// the processor has them. The bits are those of the plain routine (solve_skyline_plain.h) in all
-// cases. No pivot is tested: a singular K gives infinities or NaNs, without a message.
+// If K falls into independent systems, these are solved apart from each other. Vector registers are
+// used as the processor has them. The bits are those of the plain routine (solve_skyline_plain.h)
+// in all cases. No pivot is tested: a singular K gives infinities or NaNs, without a message.
 #pragma once
 
 #include <vector>

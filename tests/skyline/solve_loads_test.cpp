@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -233,6 +234,86 @@ TEST(SolveLoads, CanBeInterrupted) {
     }
     ExpectBitsOfEachAlone(K, MakeLoads(N, 2));
   }
+}
+
+// The factor that a solution leaves behind.
+SkylineFactor FactorOf(const SkylineMatrix& matrix, Loads F, Loads& u) {
+  SkylineMatrix K = matrix;
+  u.assign(F.size(), std::vector<double>(K.ColumnHeights.size(), -7.0));
+  WorkShare work;
+  SkylineFactor factor;
+  SolveLoads(K, F, u, work, 1, &factor);
+  return factor;
+}
+
+// A load that comes later is solved as well as others, with one system and with two. Its sums are
+// in another order: in diagonally dominant matrices that changes 1e-15 of the largest. The last
+// load leaves one of the two systems alone.
+TEST(SolveFactored, SolvesFurtherLoads) {
+  for (const double coupling : {0.0, 0.1}) {
+    const SkylineMatrix matrix = MakePlate(700, 30, coupling);
+    const std::size_t n = matrix.ColumnHeights.size();
+    Loads all = MakeLoads(n, 6);
+    all[5].assign(n, 0.0);
+    all[5][2000] = 3.0;
+    Loads solved = all, alone, first;
+    SolveTogether(matrix, solved, alone);
+    const SkylineFactor factor = FactorOf(matrix, {all[1], all[2]}, first);
+    EXPECT_EQ(factor.equations.empty(), coupling != 0.0);
+    for (std::size_t k = 0; k < 2; ++k) EXPECT_TRUE(test::SameBits(first[k], alone[k + 1])) << k;
+    for (std::size_t k = 0; k < all.size(); ++k) {
+      std::vector<double> x = all[k];
+      int reports = 0;
+      WorkShare work;
+      work.report = [&](double share) { reports += share == 1.0 ? 1 : 0; };
+      SolveFactored(factor, x, &work);
+      EXPECT_GE(reports, 9);  // 4200 columns: each 512, and most of them twice
+      for (std::size_t i = 0; i < n; ++i) ASSERT_NEAR(x[i], alone[k][i], 1e-15) << k;
+    }
+  }
+}
+
+// A -0 among the loads forbids two systems: the factor is that of one.
+TEST(SolveFactored, TakesTheFactorOfOneSystemWhereALoadNeedsIt) {
+  const SkylineMatrix matrix = MakePlate(700, 30, 0.0);
+  Loads F = MakeLoads(matrix.ColumnHeights.size(), 2), u, alone;
+  const Loads given = F;
+  F[0][5] = -0.0;
+  const SkylineFactor factor = FactorOf(matrix, F, u);
+  EXPECT_TRUE(factor.equations.empty());
+  SolveTogether(matrix, F, alone);
+  std::vector<double> x = given[1];
+  SolveFactored(factor, x, nullptr);
+  for (std::size_t i = 0; i < x.size(); ++i) ASSERT_NEAR(x[i], alone[1][i], 1e-15);
+}
+
+// A zero pivot divides: nothing stops, and some numbers are not finite.
+TEST(SolveFactored, GoesOnWithZeroPivots) {
+  for (const double coupling : {0.0, 0.1}) {
+    SkylineMatrix K = MakePlate(700, 30, coupling);
+    std::fill_n(Column(K, 4), K.ColumnHeights[4], 0.0);
+    for (std::int64_t j = 5; j < CountColumns(K); ++j) {
+      if (TopRow(K, j) <= 4) Column(K, j)[j - 4] = 0.0;
+    }
+    const Loads F = MakeLoads(K.ColumnHeights.size(), 2);
+    Loads u;
+    const SkylineFactor factor = FactorOf(K, F, u);
+    std::vector<double> x = F[1];
+    SolveFactored(factor, x, nullptr);
+    EXPECT_FALSE(
+        std::all_of(x.begin(), x.end(), [](double value) { return std::isfinite(value); }));
+  }
+}
+
+TEST(SolveFactored, CanBeInterrupted) {
+  struct Interruption {};
+  Loads u;
+  const SkylineMatrix matrix = MakePlate(Nodes, Width, 0.1);
+  const SkylineFactor factor = FactorOf(matrix, MakeLoads(N, 1), u);
+  std::vector<double> x(N);
+  WorkShare work;
+  work.report = [](double) { throw Interruption(); };
+  EXPECT_THROW(SolveFactored(factor, x, &work), Interruption);
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ std::vector<Chapter> AllChapters() {
           {"stiffeners", ComputeStiffeners},
           {"detail-models", ComputeDetailModels},
           {"another-solver"},
+          {"two-engines"},
           {"invariants", ComputeInvariants},
           {"advice"},
           {"sources"}};

@@ -216,6 +216,7 @@ TEST_F(KvxEngines, AuditKeepsWhatTheRunHasFound) {
   const Json run = RunJson({"--engine", "skyline", "--threads", "2"});
   const Json file = Json::parse(ReadBytes(deck / "solution.json"));
   EXPECT_EQ(run["audit"]["solution"], run["engine"]["solution"]);
+  EXPECT_NEAR(file["digits_lost"].get<double>(), 4.4, 0.1);  // docs/large-models.md
   for (const auto& [key, value] : run["audit"]["solution"].items()) {
     EXPECT_EQ(file.at(key), value) << key;
   }
@@ -236,6 +237,22 @@ TEST_F(KvxEngines, AuditKeepsWhatTheRunHasFound) {
   WriteFile(deck / "displacements.bin", displacements);
   WriteFile(deck / "fem_solving.txt", ReadBytes(deck / "fem_solving.txt") + "\n");
   EXPECT_TRUE(Json::parse(Call({"audit", "deck", "--json"}).out)["solution"].is_null());
+}
+
+// A node that nothing holds: JSON has no infinite number, and the audit knows it all the same.
+TEST_F(KvxEngines, AuditKeepsThatAllDigitsAreLost) {
+  ModelText model = MakeGoodModel(4);
+  model.nodes.push_back({1e3, 2e3, 3e3});
+  Put(WriteModel(model));
+  const ProgramRun run = Run({"--engine", "skyline", "--force"});
+  EXPECT_TRUE(Holds(run.out, "; all digits lost")) << run.out;
+  const Json file = Json::parse(ReadBytes(deck / "solution.json"));
+  EXPECT_EQ(file["condition"], "infinite");
+  EXPECT_EQ(file["digits_lost"], "infinite");
+  const ProgramRun audit = Call({"audit", "deck"});
+  EXPECT_TRUE(Holds(audit.out, "; all digits lost")) << audit.out;
+  EXPECT_EQ(Json::parse(Call({"audit", "deck", "--json"}).out)["solution"]["digits_lost"],
+            "infinite");
 }
 
 // Renumbering removes it with the results, and its way back brings it along.

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <filesystem>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "commands/solution_file.h"
@@ -69,6 +70,28 @@ TEST_F(SolutionFile, KeepsWhatIsNotKnown) {
   ASSERT_TRUE(read);
   EXPECT_TRUE(std::isnan(read->loads[0].residual));
   EXPECT_TRUE(std::isnan(read->loads[0].digitsLost));
+}
+
+// JSON has no infinite numbers: a word stands for them, and no other word.
+TEST_F(SolutionFile, KeepsAConditionThatIsInfinite) {
+  const double infinity = std::numeric_limits<double>::infinity();
+  SolutionRecord record = MakeRecord();
+  record.loads = {{1e-17, 2e-16, infinity, infinity}};
+  const std::string text = SolutionFileText(ThisFile, record);
+  const Json json = Json::parse(text);
+  EXPECT_EQ(json["condition"], "infinite");
+  EXPECT_EQ(json["digits_lost"], "infinite");
+  WriteFile("solution.json", text);
+  const auto read = ReadSolutionFile(ThisFile);
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->loads[0].condition, infinity);
+  EXPECT_EQ(read->loads[0].digitsLost, infinity);
+  for (const char* key : {"condition", "digits_lost", "threads"}) {
+    Json spoilt = json;
+    spoilt[key] = std::string(key) == "threads" ? "infinite" : "large";
+    WriteFile("solution.json", spoilt.dump());
+    EXPECT_FALSE(ReadSolutionFile(ThisFile)) << key;
+  }
 }
 
 TEST_F(SolutionFile, IsNotThatOfAnotherModel) {

@@ -423,12 +423,13 @@ TEST(SolutionFindings, NameAFewDigitsThatAreLeft) {
     const char* words;
   };
   const double infinite = std::numeric_limits<double>::infinity();
-  for (const Few& few : {Few{{1e-17, rounding, 1e10, 10.0}, Severity::Warning, "as few as 5.9 may"},
-                         {{1e-17, rounding, 8e12, 12.9}, Severity::Warning, "as few as 3 may"},
-                         {{1e-17, rounding, 1e13, 13.0}, Severity::Error, "as few as 2.9 may"},
-                         {{1e-17, 1e-10, 1e5, 5.0}, Severity::Warning, "as few as 5 may"},
-                         {{1e-17, rounding, 1e17, 17.0}, Severity::Error, "maybe none is right"},
-                         {{1e-17, rounding, infinite, infinite}, Severity::Error, "maybe none"}}) {
+  for (const Few& few :
+       {Few{{1e-17, rounding, 1e10, 10.0}, Severity::Warning, "as few as 5.9 may"},
+        {{1e-17, rounding, 8e12, 12.9}, Severity::Warning, "as few as 3 may"},
+        {{1e-17, rounding, 1e13, 13.0}, Severity::Error, "as few as 2.9 may"},
+        {{1e-17, 1e-10, 1e5, 5.0}, Severity::Warning, "as few as 5 may"},
+        {{1e-17, rounding, 1e17, 17.0}, Severity::Error, "maybe none is right"},
+        {{1e-17, rounding, infinite, infinite}, Severity::Error, "(condition infinite, "}}) {
     SCOPED_TRACE(few.words);
     const AuditReport report = AuditQuality(few.load);
     const Finding finding = FindFinding(report, "K709");

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 
 #include "commands/solution_text.h"
 
@@ -16,6 +17,9 @@ TEST(CountCorrectDigits, IsTheBoundOfTheError) {
   EXPECT_NEAR(CountCorrectDigits({0.0, 1e-9, 1e4, 4.0}), 5.0, 1e-12);
   EXPECT_EQ(CountCorrectDigits({0.0, 1e-16, 1e20, 20.0}), 0.0);
   EXPECT_EQ(CountCorrectDigits({0.0, 1e-16, std::numeric_limits<double>::infinity(), 20.0}), 0.0);
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(CountCorrectDigits({LoadQuality::Unknown, LoadQuality::Unknown, infinity, infinity}),
+            0.0);
   EXPECT_TRUE(std::isnan(CountCorrectDigits({})));
   EXPECT_TRUE(std::isnan(CountCorrectDigits({0.0, 0.0, 0.0, 0.0})));  // nothing moves
   EXPECT_TRUE(std::isnan(CountCorrectDigits({1e-17, 1e-16, LoadQuality::Unknown, 0.0})));
@@ -27,6 +31,11 @@ TEST(AccuracyText, SaysWhatIsKnown) {
             "scaled residual 1.2e-17, backward error 2e-16, digits lost: not estimated");
   EXPECT_EQ(AccuracyText({1.23e-17, 2e-16, 1.5e5, 5.18}),
             "scaled residual 1.2e-17, backward error 2e-16, 5.2 of about 16 digits lost");
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(AccuracyText({1.23e-17, 2e-16, infinity, infinity}),
+            "scaled residual 1.2e-17, backward error 2e-16, all digits lost");
+  EXPECT_EQ(AccuracyText({LoadQuality::Unknown, LoadQuality::Unknown, infinity, infinity}),
+            "all digits lost");
   EXPECT_EQ(AccuracyText({0.0, 0.0, 0.0, 0.0}),
             "scaled residual 0, backward error 0, digits lost: not estimated, nothing moves");
 }
