@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <chrono>
 
-#include "engine/factor_folder.h"
 #include "engine/free_motion.h"
+#include "engine/rank_folders.h"
 #include "engine/solution_quality.h"
+#include "ranks/ranks.h"
 #include "sparse/blas_threads.h"
 #include "sparse/free_matrix.h"
 #include "sparse/node_order.h"
 #include "sparse/prescribed.h"
 #include "sparse/refined_columns.h"
+#include "sparse/row_part.h"
+#include "sparse/shared_matrix.h"
 #include "sparse/sparse_factor.h"
 
 namespace kvx {
@@ -22,6 +25,18 @@ using Clock = std::chrono::steady_clock;
 // Shares of the work at which its parts end; the factorisation, which cannot be watched, has most.
 constexpr double OrderShare = 0.02, MatrixShare = 0.08, AnalysisShare = 0.12, FactorShare = 0.85;
 
+// The other ranks' parts of a solution. They end the factor together with this rank.
+struct RankWork {
+  bool hasBegun = false;
+
+  RankWork() = default;
+  ~RankWork() {
+    if (hasBegun) Tell(RankTask::Release);
+  }
+  RankWork(const RankWork&) = delete;
+  RankWork& operator=(const RankWork&) = delete;
+};
+
 struct Solution {
   FactorFolder folder;  // goes last
   const korvex::Model& model;
@@ -30,6 +45,8 @@ struct Solution {
   UpperMatrix A;
   FixedRows C;
   SparseFactor factor;
+  std::vector<std::uint64_t> elements;  // that each rank has formed, where there are several
+  RankWork others;                      // goes first
 };
 
 void Report(const Solution& solution, double share) {
@@ -48,6 +65,21 @@ std::uint64_t BytesOf(const UpperMatrix& A) {
          A.begins.size() * sizeof(std::int64_t);
 }
 
+// The matrix, by all ranks. Does not look at the other ranks where there is no free dof.
+void AssembleMatrix(const NodeGraph& graph, const FreeGraph& free,
+                    const std::vector<std::int32_t>& order, const korvex::ShareCallback& report,
+                    int threads, Solution& solution) {
+  const korvex::Model& model = solution.model;
+  if (CountRanks() == 1 || order.empty()) {
+    AssembleFree(model, graph, solution.dofs, report, solution.A, solution.C, threads);
+    return;
+  }
+  solution.others.hasBegun = true;
+  const auto nodes = static_cast<std::size_t>(CountNodes(graph));
+  AssembleShared(model, solution.dofs, ShareNodes(free, order, nodes, CountRanks()), report,
+                 solution.A, solution.C, threads, solution.elements);
+}
+
 // Order and matrix. Returns the places of the free dofs.
 std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
                                    SolutionRecord& record) {
@@ -63,11 +95,17 @@ std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
   const auto report = [&](double part) {
     Report(solution, OrderShare + part * (MatrixShare - OrderShare));
   };
-  AssembleFree(solution.model, graph, solution.dofs, report, solution.A, solution.C,
-               record.threads);
+  AssembleMatrix(graph, free, order, report, record.threads, solution);
   record.factorSeconds = SecondsSince(begin);
   record.bytes = BytesOf(solution.A);
   return PlaceFreeDofs(free, order);
+}
+
+void TakeShares(const Solution& solution, SolutionRecord& record) {
+  record.ranks = solution.factor.ranks;
+  for (std::size_t rank = 0; rank < record.ranks.size(); ++rank) {
+    record.ranks[rank].elements = solution.elements[rank];
+  }
 }
 
 void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
@@ -77,7 +115,7 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
   FactorSettings factorSettings;
   factorSettings.memory = settings.memory;
   if (plan.isOutOfCore) {
-    MakeFactorFolder(settings.outOfCore, solution.folder);
+    MakeRankFolders(settings.outOfCore, solution.folder);
     factorSettings.outOfCore = solution.folder.path.u8string();
   }
   AnalyseMatrix(solution.A, places, factorSettings, solution.factor);
@@ -90,6 +128,7 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
   record.bytes += solution.factor.bytes;
   record.diskBytes = solution.factor.diskBytes;
   record.flops = solution.factor.flops;
+  TakeShares(solution, record);
 }
 
 // The displacements of all loads.
@@ -132,8 +171,8 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
                  const EngineSettings& settings, const SolutionPlan& plan,
                  const korvex::ShareCallback& share,
                  std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
-  SetBlasThreads(settings.threads);
-  Solution solution{{}, model, share, {}, {}, {}, {}};
+  SetBlasThreads(CountRanks() > 1 ? 1 : settings.threads);
+  Solution solution{{}, model, share, {}, {}, {}, {}, {}, {}};
   ListFreeDofs(model.Tables, solution.dofs);
   displacements.resize(loads.size());
   const std::vector<std::int32_t> places = Assemble(plan, solution, record);

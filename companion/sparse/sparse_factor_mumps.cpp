@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "ranks/ranks.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "sparse/mumps_error.h"
@@ -23,8 +24,9 @@ enum Job : MUMPS_INT { Begin = -1, End = -2, Analyse = 1, Factor = 2, Solve = 3 
 struct MumpsJob {
   DMUMPS_STRUC_C id{};
   std::vector<MUMPS_INT> rows, columns, order;
-  std::vector<double> scales;
+  std::vector<double> scales, values;
   bool hasBegun = false;
+  bool isShared = false;  // other ranks have parts of it
 
   MumpsJob() = default;
   ~MumpsJob() {
@@ -34,6 +36,11 @@ struct MumpsJob {
   }
   MumpsJob(const MumpsJob&) = delete;
   MumpsJob& operator=(const MumpsJob&) = delete;
+
+  // They do the same then.
+  void TellOthers(RankTask task) const {
+    if (isShared && RankOfThis() == 0) Tell(task);
+  }
 };
 
 MumpsJob& JobOf(SparseFactor& factor) { return *static_cast<MumpsJob*>(factor.job.get()); }
@@ -42,6 +49,7 @@ MumpsJob& JobOf(SparseFactor& factor) { return *static_cast<MumpsJob*>(factor.jo
 MUMPS_INT& Icntl(DMUMPS_STRUC_C& id, std::size_t number) { return id.icntl[number - 1]; }
 double& Cntl(DMUMPS_STRUC_C& id, std::size_t number) { return id.cntl[number - 1]; }
 MUMPS_INT Infog(const DMUMPS_STRUC_C& id, std::size_t number) { return id.infog[number - 1]; }
+MUMPS_INT Info(const DMUMPS_STRUC_C& id, std::size_t number) { return id.info[number - 1]; }
 
 void Call(Job what, DMUMPS_STRUC_C& id) {
   id.job = what;
@@ -51,8 +59,14 @@ void Call(Job what, DMUMPS_STRUC_C& id) {
 [[noreturn]] void StopFailed(const DMUMPS_STRUC_C& id) {
   constexpr MUMPS_INT FileFailed = -90;
   const MUMPS_INT status = Infog(id, 1);
-  throw korvex::Stop{status == FileFailed ? korvex::StopKind::ResultFile : korvex::StopKind::Notice,
-                     DescribeMumpsError(status, Infog(id, 2), id.icntl[OutOfCoreControl - 1] == 1)};
+  std::string rank;
+  if (CountRanks() > 1) {
+    const bool isElsewhere = id.info[0] == -1;
+    rank = "Rank " + std::to_string(isElsewhere ? id.info[1] : RankOfThis()) + ": ";
+  }
+  throw korvex::Stop{
+      status == FileFailed ? korvex::StopKind::ResultFile : korvex::StopKind::Notice,
+      rank + DescribeMumpsError(status, Infog(id, 2), id.icntl[OutOfCoreControl - 1] == 1)};
 }
 
 void CallOrStop(Job what, DMUMPS_STRUC_C& id) {
@@ -84,6 +98,7 @@ void SetControls(DMUMPS_STRUC_C& id) {
   Icntl(id, 12) = 1;   // an order of rows, not of pairs of them
   Icntl(id, 13) = 1;   // the last front is one like the others
   Icntl(id, 24) = 1;   // null pivots are left out and listed
+  Icntl(id, 28) = 1;   // one rank analyses
   Icntl(id, 27) = 32;  // columns of the right side at a time
   // Pivots are taken as they come: no other is 1e30 times as large. With 0, null pivots would end
   // the factorisation.
@@ -92,12 +107,34 @@ void SetControls(DMUMPS_STRUC_C& id) {
   Cntl(id, 4) = -1.0;  // and not changed
 }
 
-// Powers of two near 1 / sqrt(A(i, i)): they change no digit.
+// Powers of two near 1 / sqrt(A(i, i)): they change no digit. All ranks get those of all rows.
 void FindScales(const UpperMatrix& A, std::vector<double>& scales) {
-  scales.assign(static_cast<std::size_t>(CountRows(A)), 1.0);
-  for (std::size_t i = 0; i < scales.size(); ++i) {
-    const double diagonal = std::fabs(A.values[static_cast<std::size_t>(A.begins[i])]);
-    if (diagonal > 0.0) scales[i] = std::ldexp(1.0, -std::ilogb(diagonal) / 2);
+  for (std::size_t row = 0; row < CountRowsHere(A); ++row) {
+    const double diagonal = std::fabs(A.values[static_cast<std::size_t>(A.begins[row])]);
+    double& scale = scales[RowOf(A, row)];
+    scale = diagonal > 0.0 ? std::ldexp(1.0, -std::ilogb(diagonal) / 2) : 1.0;
+  }
+  if (!A.isPart) return;
+  AddToFirst(scales.data(), scales.size());
+  const std::size_t bytes = scales.size() * sizeof(double);
+  if (RankOfThis() == 0) return SendToAll(scales.data(), bytes);
+  ReceiveFromFirst(scales.data(), bytes);
+}
+
+// The entries of the scaled matrix: MUMPS takes no scales for parts of a matrix.
+void ScaleEntries(const UpperMatrix& A, MumpsJob& job) {
+  korvex::AllocateItems("the scaled stiffness", A.values.size(), job.values);
+  for (std::size_t k = 0; k < A.values.size(); ++k) {
+    const auto row = static_cast<std::size_t>(job.rows[k] - 1);
+    const auto column = static_cast<std::size_t>(job.columns[k] - 1);
+    job.values[k] = A.values[k] * job.scales[row] * job.scales[column];
+  }
+}
+
+// For a matrix that was scaled so: between its solutions and those of A. x: columns of n.
+void ScaleColumns(const MumpsJob& job, std::int32_t columns, double* x) {
+  for (std::int32_t k = 0; k < columns; ++k) {
+    for (const double scale : job.scales) *x++ *= scale;
   }
 }
 
@@ -107,10 +144,10 @@ void ListEntries(const UpperMatrix& A, MumpsJob& job) {
     job.rows.resize(entries);
     job.columns.resize(entries);
   });
-  for (std::size_t i = 0; i + 1 < A.begins.size(); ++i) {
+  for (std::size_t i = 0; i < CountRowsHere(A); ++i) {
     for (auto k = static_cast<std::size_t>(A.begins[i]);
          k < static_cast<std::size_t>(A.begins[i + 1]); ++k) {
-      job.rows[k] = static_cast<MUMPS_INT>(i) + 1;
+      job.rows[k] = static_cast<MUMPS_INT>(RowOf(A, i)) + 1;
       job.columns[k] = A.columns[k] + 1;
     }
   }
@@ -118,6 +155,44 @@ void ListEntries(const UpperMatrix& A, MumpsJob& job) {
 
 std::uint64_t MegabytesOf(MUMPS_INT megabytes) {
   return static_cast<std::uint64_t>(std::max<MUMPS_INT>(megabytes, 0)) * Million;
+}
+
+// What this rank has of the work, on rank 0 with that of all others. flops: of both kinds, that of
+// the fronts is nearly all.
+void GatherShares(const UpperMatrix& A, double flops, MUMPS_INT megabytes, SparseFactor& factor) {
+  RankShare mine;
+  mine.entries = A.columns.size();
+  mine.flops = flops;
+  mine.bytes = MegabytesOf(megabytes);
+  std::vector<RankShare> all(static_cast<std::size_t>(CountRanks()));
+  Gather(&mine, sizeof mine, all.data());
+  if (RankOfThis() == 0) factor.ranks = std::move(all);
+}
+
+void GiveEntries(const UpperMatrix& A, MumpsJob& job) {
+  DMUMPS_STRUC_C& id = job.id;
+  if (A.isPart) {
+    Icntl(id, 18) = 3;  // each rank gives those that it has
+    id.nnz_loc = static_cast<MUMPS_INT8>(A.columns.size());
+    id.irn_loc = job.rows.data();
+    id.jcn_loc = job.columns.data();
+  } else {
+    id.nnz = static_cast<MUMPS_INT8>(A.columns.size());
+    id.irn = job.rows.data();
+    id.jcn = job.columns.data();
+  }
+}
+
+void GiveValues(const UpperMatrix& A, MumpsJob& job) {
+  if (A.isPart) {
+    DoTogether([&] { ScaleEntries(A, job); });
+    Icntl(job.id, 8) = 0;
+    job.id.a_loc = job.values.data();
+    return;
+  }
+  // MUMPS reads them only.
+  job.id.a = const_cast<double*>(A.values.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+  job.id.colsca = job.id.rowsca = job.scales.data();
 }
 
 // What the factorisation will take, with the space that MUMPS adds for safety.
@@ -141,10 +216,15 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   factor.n = CountRows(A);
   const auto job = std::make_shared<MumpsJob>();
   factor.job = job;
-  ListEntries(A, *job);
+  job->isShared = A.isPart;
+  job->TellOthers(RankTask::Analyse);
+  DoTogether([&] {
+    ListEntries(A, *job);
+    job->scales.assign(static_cast<std::size_t>(factor.n), 0.0);
+    job->order.reserve(places.size());
+    for (const std::int32_t place : places) job->order.push_back(place + 1);
+  });
   FindScales(A, job->scales);
-  job->order.reserve(places.size());
-  for (const std::int32_t place : places) job->order.push_back(place + 1);
 
   DMUMPS_STRUC_C& id = job->id;
   id.sym = 2;  // for positive definite ones, 1, null pivots end it
@@ -154,36 +234,36 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   job->hasBegun = true;
   SetControls(id);
   if (!settings.outOfCore.empty()) SetFolder(settings.outOfCore, id);
+  GiveEntries(A, *job);
   id.n = factor.n;
-  id.nnz = static_cast<MUMPS_INT8>(A.columns.size());
-  id.irn = job->rows.data();
-  id.jcn = job->columns.data();
   id.perm_in = job->order.data();
   CallOrStop(Analyse, id);
   job->order = {};
   if (Infog(id, 7) != 1) {
     throw korvex::Stop{korvex::StopKind::Notice, "MUMPS did not take the order of the equations."};
   }
-  CheckFactorMemory(settings, id);
+  DoTogether([&] { CheckFactorMemory(settings, id); });
+  const std::size_t memory = settings.outOfCore.empty() ? 15 : 17;
+  if (A.isPart) GatherShares(A, id.rinfo[0], Info(id, memory), factor);
 }
 
 void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor) {
   constexpr MUMPS_INT MostSpace = 640;  // per cent more than foreseen
   MumpsJob& job = JobOf(factor);
   DMUMPS_STRUC_C& id = job.id;
-  // MUMPS reads them only.
-  id.a = const_cast<double*>(A.values.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
-  id.colsca = id.rowsca = job.scales.data();
+  job.TellOthers(RankTask::Factor);
+  GiveValues(A, job);
   Call(Factor, id);
   while (IsSpaceTooSmall(Infog(id, 1)) && Icntl(id, 14) < MostSpace) {
     Icntl(id, 14) = std::min(MostSpace, 2 * std::max<MUMPS_INT>(Icntl(id, 14), 20));
     Call(Factor, id);
   }
   if (Infog(id, 1) < 0) StopFailed(id);
-  id.a = nullptr;
-  id.irn = id.jcn = nullptr;
+  id.a = id.a_loc = nullptr;
+  id.irn = id.jcn = id.irn_loc = id.jcn_loc = nullptr;
   job.rows = {};
   job.columns = {};
+  job.values = {};
   factor.bytes = MegabytesOf(Infog(id, 19));
   factor.flops = id.rinfog[2];
   if (!settings.outOfCore.empty()) {
@@ -192,27 +272,36 @@ void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFa
     factor.diskBytes = sizeof(double) *
                        (entries < 0 ? MegabytesOf(-entries) : static_cast<std::uint64_t>(entries));
   }
+  if (A.isPart) GatherShares(A, id.rinfo[2], Info(id, 16), factor);
+  if (RankOfThis() != 0) return;
   for (MUMPS_INT k = 0; k < Infog(id, 28); ++k) factor.nullPivots.push_back(id.pivnul_list[k] - 1);
 }
 
 void SolveColumns(SparseFactor& factor, std::int32_t columns, double* x) {
+  const MumpsJob& job = JobOf(factor);
   DMUMPS_STRUC_C& id = JobOf(factor).id;
+  job.TellOthers(RankTask::Solve);
+  if (job.isShared) ScaleColumns(job, columns, x);
   Icntl(id, 25) = 0;
   id.rhs = x;
   id.nrhs = columns;
   id.lrhs = factor.n;
   CallOrStop(Solve, id);
+  if (job.isShared) ScaleColumns(job, columns, x);
 }
 
 void FindNullVector(SparseFactor& factor, std::size_t rank, std::vector<double>& v) {
   DMUMPS_STRUC_C& id = JobOf(factor).id;
   v.assign(static_cast<std::size_t>(factor.n), 0.0);
+  const MumpsJob& job = JobOf(factor);
+  job.TellOthers(RankTask::Solve);
   Icntl(id, 25) = static_cast<MUMPS_INT>(rank) + 1;
   id.rhs = v.data();
   id.nrhs = 1;
   id.lrhs = factor.n;
   CallOrStop(Solve, id);
   Icntl(id, 25) = 0;
+  if (job.isShared) ScaleColumns(job, 1, v.data());
 }
 
 }  // namespace kvx
