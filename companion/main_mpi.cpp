@@ -5,6 +5,7 @@
 #include <exception>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "commands/command_line.h"
 #include "commands/progress.h"
@@ -16,10 +17,26 @@
 namespace kvx {
 namespace {
 
+// Why the command line is not one of this program; empty: it is.
+std::string RefuseCommand(const std::vector<std::string>& arguments) {
+  const std::string first = arguments.empty() ? "" : arguments.front();
+  const bool isOwn = first == "run" || first == "cases" || first == "licenses" || first == "help" ||
+                     first.rfind('-', 0) == 0;
+  if (isOwn) return "";
+  const std::string what =
+      first.empty() ? "which command?" : "it has no command \"" + first + "\".";
+  return what +
+         " kvx-mpi run and kvx-mpi cases are those of kvx, over MPI; for all others take kvx.";
+}
+
 int Run(int argc, char** argv) {
   try {
     PrepareConsole();
-    return RunCommandLine(ListArguments(argc, argv));
+    const std::vector<std::string> arguments = ListArguments(argc, argv);
+    const std::string refusal = RefuseCommand(arguments);
+    if (refusal.empty()) return RunCommandLine(arguments);
+    Complain("kvx-mpi", refusal);
+    return ExitUsage;
   } catch (const Interrupted&) {
     Complain("kvx-mpi", "interrupted.");
     return ExitInterrupted;

@@ -15,8 +15,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr const char* Program = "kvx";
-constexpr std::uintmax_t LargestFile = 1U
-                                       << 16U;  // bytes: one that was written here has a kilobyte
+// Bytes: one that was written here has a kilobyte, and 200 bytes for each rank.
+constexpr std::uintmax_t LargestFile = 1U << 22U;
 
 Json ModelJson(const ModelFileId& file) {
   return {{"size", file.size}, {"hash", HashText(file.hash)}};
@@ -60,6 +60,34 @@ bool ReadEngine(const Json& json, SolutionRecord& record) {
   return *name == EngineName(record.engine);
 }
 
+Json RanksJson(const std::vector<RankShare>& ranks) {
+  Json json = Json::array();
+  for (const RankShare& share : ranks) {
+    json.push_back({{"elements", share.elements},
+                    {"entries", share.entries},
+                    {"flops", NumberJson(share.flops)},
+                    {"bytes", share.bytes}});
+  }
+  return json;
+}
+
+// There are none where one process was alone.
+bool ReadRanks(const Json& json, std::vector<RankShare>& ranks) {
+  const auto found = json.find("ranks");
+  if (found == json.end()) return true;
+  if (!found->is_array()) return false;
+  for (const Json& each : *found) {
+    RankShare share;
+    if (!each.is_object() || !ReadCount(each, "elements", share.elements) ||
+        !ReadCount(each, "entries", share.entries) || !ReadNumber(each, "flops", share.flops) ||
+        !ReadCount(each, "bytes", share.bytes)) {
+      return false;
+    }
+    ranks.push_back(share);
+  }
+  return true;
+}
+
 bool ReadRecord(const Json& json, SolutionRecord& record) {
   record.loads.resize(1);
   LoadQuality& load = record.loads.front();
@@ -76,7 +104,7 @@ bool ReadRecord(const Json& json, SolutionRecord& record) {
          ReadNumber(json, "residual", load.residual) &&
          ReadNumber(json, "backward_error", load.backwardError) &&
          ReadNumber(json, "condition", load.condition) &&
-         ReadNumber(json, "digits_lost", load.digitsLost);
+         ReadNumber(json, "digits_lost", load.digitsLost) && ReadRanks(json, record.ranks);
 }
 
 }  // namespace
@@ -99,6 +127,7 @@ void AddSolutionJson(const SolutionRecord& record, Json& json) {
   json["disk_bytes"] = record.diskBytes;
   json["flops"] = NumberJson(record.flops);
   json["refinement_steps"] = record.refinementSteps;
+  if (!record.ranks.empty()) json["ranks"] = RanksJson(record.ranks);
   if (record.loads.size() != 1) return;
   const LoadQuality& load = record.loads.front();
   json["residual"] = NumberJson(load.residual);
@@ -117,6 +146,7 @@ Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solut
   json["prediction"] = {{"skyline", EstimateJson(plan.skyline)},
                         {"sparse", EstimateJson(plan.sparse)},
                         {"out_of_core", EstimateJson(plan.outOfCore)}};
+  if (!plan.ranks.empty()) json["prediction"]["ranks"] = RanksJson(plan.ranks);
   if (solution != nullptr) AddSolutionJson(*solution, found);
   json["solution"] = found;
   return json;

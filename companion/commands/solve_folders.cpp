@@ -17,6 +17,7 @@
 #include "commands/write_shown.h"
 #include "engine/result_folder.h"
 #include "engine/same_stiffness.h"
+#include "engine/solve_sparse.h"
 #include "engine/solve_together.h"
 #include "model/read_input_file.h"
 #include "report/stop.h"
@@ -96,13 +97,15 @@ void FormGroup(const RunCommand& command, FolderRuns& runs, Model& leader, Group
 }
 
 // Fills the plan, also as far as it went where nothing fits. Returns whether it can be followed.
-bool Plan(const EngineSettings& settings, const Model& leader, Group& group) {
+bool Plan(const RunCommand& command, const EngineSettings& settings, const Model& leader,
+          Group& group) {
   Progress progress;
   BeginProgress("Predicting time and memory", progress);
   const bool isPlanned = Try(group.runs, [&] {
     PlanSolution(
         leader, group.runs.size(), settings, [&](double share) { ShowShare(share, progress); },
         group.plan);
+    if (command.dryRun) PredictRanks(leader, settings, {}, group.plan);
   });
   const SolutionPlan told = CopyWithoutOrder(group.plan);
   for (FolderRun* run : group.runs) {
@@ -219,7 +222,7 @@ void SolveGroup(const RunCommand& command, const EngineSettings& settings, Model
 // factorisations.
 std::size_t WorkOnGroup(const RunCommand& command, const EngineSettings& settings, Model& leader,
                         Group& group) {
-  if (!Plan(settings, leader, group)) {
+  if (!Plan(command, settings, leader, group)) {
     for (FolderRun* run : group.runs) EndUnfinished(run->unfinished);
     return 0;
   }

@@ -8,6 +8,7 @@
 #include "engine/engine_costs.h"
 #include "engine/factor_folder.h"
 #include "platform/free_memory.h"
+#include "ranks/ranks.h"
 #include "renumber/node_graph.h"
 #include "report/stop.h"
 #include "sparse/factor_size.h"
@@ -158,8 +159,9 @@ void TakeAsked(const Choice& choice, SolutionPlan& plan) {
   const EngineEstimate& asked = isOutOfCore ? plan.outOfCore : plan.sparse;
   if (!asked.isPossible) StopTooLarge(choice, plan);
   Take(EngineChoice::Sparse, isOutOfCore,
-       isOutOfCore ? "The sparse engine was asked for, out of core."
-                   : "The sparse engine was asked for.",
+       std::string("The sparse engine ") +
+           (IsProgramOfRanks() ? "is that of kvx-mpi" : "was asked for") +
+           (isOutOfCore ? ", out of core." : "."),
        plan);
 }
 

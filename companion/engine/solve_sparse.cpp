@@ -101,10 +101,10 @@ std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
   return PlaceFreeDofs(free, order);
 }
 
-void TakeShares(const Solution& solution, SolutionRecord& record) {
-  record.ranks = solution.factor.ranks;
-  for (std::size_t rank = 0; rank < record.ranks.size(); ++rank) {
-    record.ranks[rank].elements = solution.elements[rank];
+void TakeShares(const Solution& solution, std::vector<RankShare>& ranks) {
+  ranks = solution.factor.ranks;
+  for (std::size_t rank = 0; rank < ranks.size(); ++rank) {
+    ranks[rank].elements = solution.elements[rank];
   }
 }
 
@@ -128,7 +128,7 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
   record.bytes += solution.factor.bytes;
   record.diskBytes = solution.factor.diskBytes;
   record.flops = solution.factor.flops;
-  TakeShares(solution, record);
+  TakeShares(solution, record.ranks);
 }
 
 // The displacements of all loads.
@@ -193,6 +193,22 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
   }
   record.solveSeconds = SecondsSince(begin);
   Report(solution, 1.0);
+}
+
+void PredictRanks(const korvex::Model& model, const EngineSettings& settings,
+                  const korvex::ShareCallback& share, SolutionPlan& plan) {
+  if (CountRanks() == 1) return;
+  Solution solution{{}, model, share, {}, {}, {}, {}, {}, {}};
+  ListFreeDofs(model.Tables, solution.dofs);
+  SolutionRecord record;
+  record.threads = settings.threads;
+  const std::vector<std::int32_t> places = Assemble(plan, solution, record);
+  if (places.empty()) return;
+  FactorSettings factorSettings;
+  factorSettings.memory = settings.memory;
+  if (plan.isOutOfCore) factorSettings.outOfCore = settings.outOfCore;
+  AnalyseMatrix(solution.A, places, factorSettings, solution.factor);
+  TakeShares(solution, plan.ranks);
 }
 
 }  // namespace kvx

@@ -183,6 +183,17 @@ void GiveEntries(const UpperMatrix& A, MumpsJob& job) {
   }
 }
 
+// What rank 0 says of all.
+bool IsOutOfCore(const FactorSettings& settings) {
+  bool isOutOfCore = !settings.outOfCore.empty();
+  if (RankOfThis() == 0) {
+    SendToAll(&isOutOfCore, sizeof isOutOfCore);
+  } else {
+    ReceiveFromFirst(&isOutOfCore, sizeof isOutOfCore);
+  }
+  return isOutOfCore;
+}
+
 void GiveValues(const UpperMatrix& A, MumpsJob& job) {
   if (A.isPart) {
     DoTogether([&] { ScaleEntries(A, job); });
@@ -243,8 +254,7 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
     throw korvex::Stop{korvex::StopKind::Notice, "MUMPS did not take the order of the equations."};
   }
   DoTogether([&] { CheckFactorMemory(settings, id); });
-  const std::size_t memory = settings.outOfCore.empty() ? 15 : 17;
-  if (A.isPart) GatherShares(A, id.rinfo[0], Info(id, memory), factor);
+  if (A.isPart) GatherShares(A, id.rinfo[0], Info(id, IsOutOfCore(settings) ? 17 : 15), factor);
 }
 
 void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor) {

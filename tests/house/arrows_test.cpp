@@ -74,10 +74,10 @@ const std::vector<Room>& Rooms() {
         "audit"}},
       {"vtu", {"base", "report", "shell", "skyline", "model", "results", "audit", "tables"}},
       {"commands",
-       {"finding", "check",   "mechanism", "renumber",     "size",        "audit", "engine",
-        "cases",   "mesh",    "mesh/gmsh", "mesh/nastran", "mesh/abaqus", "view",  "vtu",
-        "tables",  "base",    "platform",  "report",       "beam",        "deck",  "model",
-        "system",  "results", "beamshell", "run"}},
+       {"finding", "check",  "mechanism", "renumber",  "size",         "audit",       "engine",
+        "ranks",   "cases",  "mesh",      "mesh/gmsh", "mesh/nastran", "mesh/abaqus", "view",
+        "vtu",     "tables", "base",      "platform",  "report",       "beam",        "deck",
+        "model",   "system", "results",   "beamshell", "run"}},
       {"companion", {"commands", "engine", "ranks"}},
   };
   return rooms;
