@@ -8,6 +8,7 @@
 #include "check/describe.h"
 #include "commands/rough_text.h"
 #include "finding/text_layout.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -123,6 +124,7 @@ ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {
   AddRow("sparse", plan.sparse, isSparse && !plan.isOutOfCore, table);
   AddRow("sparse, out of core", plan.outOfCore, isSparse && plan.isOutOfCore, table);
   table.notes = {"Predicted, before the solution. Reading, stresses and files come on top."};
+  if (CountRanks() > 1) table.notes.front() += " The memory is that of one rank.";
   return table;
 }
 
