@@ -120,7 +120,9 @@ ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {
   table.columns = {"engine", "time", "GB", "GB on disk", ""};
   const bool isSkyline = fits && plan.engine == EngineChoice::Skyline;
   const bool isSparse = fits && plan.engine == EngineChoice::Sparse;
-  AddRow("skyline", plan.skyline, isSkyline, table);
+  EngineEstimate skyline = plan.skyline;
+  if (IsProgramOfRanks()) skyline.reason = "kvx has it";
+  AddRow("skyline", skyline, isSkyline, table);
   AddRow("sparse", plan.sparse, isSparse && !plan.isOutOfCore, table);
   AddRow("sparse, out of core", plan.outOfCore, isSparse && plan.isOutOfCore, table);
   table.notes = {"Predicted, before the solution. Reading, stresses and files come on top."};

@@ -217,10 +217,6 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   PredictSkyline(graph, loads, settings.threads, plan.skyline);
   LookWhetherItFits(choice, plan.skyline);
   if (share) share(0.1);
-  if (IsProgramOfRanks()) {
-    plan.skyline.isPossible = false;
-    plan.skyline.reason = "kvx has it";
-  }
   if (settings.choice == EngineChoice::Skyline) return TakeAsked(choice, plan);
   if (!HasSparseEngine()) return TakeSkyline(choice, plan);
   if (settings.choice == EngineChoice::Auto && plan.skyline.seconds < SoonSolved &&

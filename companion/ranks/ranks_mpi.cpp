@@ -26,16 +26,17 @@ constexpr int Tag = 1;
 // Set once, when the program begins: asking needs all ranks together.
 int RanksHere = 1;
 
-// What comes soon is not slept through.
-constexpr int TriesAtOnce = 2000;
-constexpr std::chrono::microseconds Pause(1000);
+// What comes soon is asked for again soon: at once, then in short pauses for about a second.
+constexpr int TriesAtOnce = 200, TriesSoon = 10000;
+constexpr std::chrono::microseconds ShortPause(50), LongPause(1000);
 
 void Finish(MPI_Request& request) {
   int isDone = 0;
   for (int tries = 0;; ++tries) {
     MPI_Test(&request, &isDone, MPI_STATUS_IGNORE);
     if (isDone != 0) return;
-    if (tries >= TriesAtOnce) std::this_thread::sleep_for(Pause);
+    if (tries < TriesAtOnce) continue;
+    std::this_thread::sleep_for(tries < TriesSoon ? ShortPause : LongPause);
   }
 }
 
@@ -57,10 +58,11 @@ struct Failure {
   std::string text;
 };
 
-void Try(const std::function<void()>& work, Failure& failure) {
+// To be called where an exception is being handled.
+void Describe(Failure& failure) {
+  failure.thrown = std::current_exception();
   try {
-    work();
-    return;
+    throw;
   } catch (const korvex::Stop& stop) {
     failure.kind = stop.kind;
     failure.text = stop.text;
@@ -71,7 +73,6 @@ void Try(const std::function<void()>& work, Failure& failure) {
   } catch (...) {  // rank 0 knows what it throws
     failure.text = "the work was ended.";
   }
-  failure.thrown = std::current_exception();
 }
 
 std::string NameOfMachine() {
@@ -189,7 +190,11 @@ void AbortRanks(int status) { MPI_Abort(MPI_COMM_WORLD, status); }
 
 void DoTogether(const std::function<void()>& work) {
   Failure failure;
-  Try(work, failure);
+  try {
+    work();
+  } catch (...) {
+    Describe(failure);
+  }
   const int rank = RankOfThis(), none = CountRanks();
   int mine = failure.thrown ? rank : none, first = none;
   MPI_Request request = MPI_REQUEST_NULL;

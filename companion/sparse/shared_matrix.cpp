@@ -65,24 +65,6 @@ void ReceivePart(RowPart& part) {
   ForTables(part, [&](auto& table) { Receive(0, table.data(), BytesOf(table)); });
 }
 
-// The rows of the part. n: of all rows.
-void AssemblePart(RowPart& part, std::int32_t n, const korvex::ShareCallback& report,
-                  UpperMatrix& A, FixedRows& C, int threads) {
-  part.model.Tables.NPOIN =
-      static_cast<std::int32_t>(part.dofs.places.size()) / korvex::DofsPerNode;
-  korvex::AllocateItems("the nodes of this rank", static_cast<std::size_t>(part.model.Tables.NPOIN),
-                        part.model.Tables.Nodes);
-  NodeGraph graph;
-  BuildNodeGraph(part.model.Tables, graph);
-  AssembleFree(part.model, graph, part.dofs, report, A, C, threads, part.elements);
-  A.isPart = true;
-  A.n = n;
-  A.rows.reserve(part.dofs.equations.size());
-  for (const std::int32_t equation : part.dofs.equations) {
-    A.rows.push_back(part.dofs.places[static_cast<std::size_t>(equation)]);
-  }
-}
-
 // From equations of the part to those of the model.
 void NumberColumns(const RowPart& part, FixedRows& C) {
   constexpr std::int32_t Dofs = korvex::DofsPerNode;
@@ -92,6 +74,24 @@ void NumberColumns(const RowPart& part, FixedRows& C) {
 }
 
 }  // namespace
+
+void AssembleRows(RowPart& part, std::int32_t n, const korvex::ShareCallback& report,
+                  UpperMatrix& A, FixedRows& C, int threads) {
+  korvex::ModelTables& tables = part.model.Tables;
+  tables.NPOIN = static_cast<std::int32_t>(part.dofs.places.size()) / korvex::DofsPerNode;
+  korvex::AllocateItems("the nodes of this rank", static_cast<std::size_t>(tables.NPOIN),
+                        tables.Nodes);
+  NodeGraph graph;
+  BuildNodeGraph(tables, graph);
+  AssembleFree(part.model, graph, part.dofs, report, A, C, threads, part.elements);
+  NumberColumns(part, C);
+  A.isPart = true;
+  A.n = n;
+  A.rows.reserve(part.dofs.equations.size());
+  for (const std::int32_t equation : part.dofs.equations) {
+    A.rows.push_back(part.dofs.places[static_cast<std::size_t>(equation)]);
+  }
+}
 
 void AssembleShared(const korvex::Model& model, const FreeDofs& dofs,
                     const std::vector<std::int32_t>& owners, const korvex::ShareCallback& report,
@@ -110,8 +110,7 @@ void AssembleShared(const korvex::Model& model, const FreeDofs& dofs,
     DoTogether([] {});  // the rank makes room
     SendPart(rank, part);
   }
-  DoTogether([&] { AssemblePart(part, n, report, A, C, threads); });
-  NumberColumns(part, C);
+  DoTogether([&] { AssembleRows(part, n, report, A, C, threads); });
 }
 
 void HelpAssemble(UpperMatrix& A, std::vector<double>& work) {
@@ -129,7 +128,7 @@ void HelpAssemble(UpperMatrix& A, std::vector<double>& work) {
   DoTogether([] {});
   FixedRows none;
   DoTogether([&] {
-    AssemblePart(part, sizes.n, {}, A, none, 1);
+    AssembleRows(part, sizes.n, {}, A, none, 1);
     korvex::AllocateItems("the products of this rank", 3 * static_cast<std::size_t>(sizes.n), work);
   });
 }

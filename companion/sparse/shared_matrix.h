@@ -17,7 +17,12 @@ void AssembleShared(const korvex::Model& model, const FreeDofs& dofs,
                     UpperMatrix& A, FixedRows& C, int threads,
                     std::vector<std::uint64_t>& elements);
 
-// What another rank does for that. work: room for its products (multiply.h).
+// The rows of a part. n: of all rows. C: whole on rank 0, with equations of the whole model; of
+// others empty. Arguments else and errors as AssembleFree's.
+void AssembleRows(RowPart& part, std::int32_t n, const korvex::ShareCallback& report,
+                  UpperMatrix& A, FixedRows& C, int threads);
+
+// What another rank does for AssembleShared. work: room for its products (multiply.h).
 void HelpAssemble(UpperMatrix& A, std::vector<double>& work);
 
 }  // namespace kvx
