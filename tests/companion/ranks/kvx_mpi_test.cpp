@@ -5,12 +5,11 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <thread>
 
 #include "audit/displacement_file.h"
@@ -35,10 +34,10 @@ using korvex::test::WriteModel;
 using Json = nlohmann::json;
 using Arguments = std::vector<std::string>;
 
-// More ranks than cores, on this machine alone, also as root in a container.
+// More ranks than cores, beside other work, also as root in a container.
 void PrepareMpi() {
   for (const char* name : {"OMPI_ALLOW_RUN_AS_ROOT", "OMPI_ALLOW_RUN_AS_ROOT_CONFIRM",
-                           "OMPI_MCA_rmaps_base_oversubscribe"}) {
+                           "OMPI_MCA_rmaps_base_oversubscribe", "OMPI_MCA_mpi_yield_when_idle"}) {
     setenv(name, "1", 1);
   }
   setenv("OMPI_MCA_btl_vader_single_copy_mechanism", "none", 1);
@@ -98,14 +97,18 @@ double LargestDifference(const std::vector<double>& a, const std::vector<double>
 // that bounds the difference of two. The smallest condition of them all loses 4 digits, so that
 // six digits are always there.
 TEST_F(KvxMpi, AgreesWithKvxOnAnyNumberOfRanks) {
-  for (const std::string example : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  const std::map<std::string, std::vector<int>> examples{
+      {"lattice-tower", {4}},  // its detail models take time
+      {"stiffened-panel", {1, 2, 4}},
+      {"water-trough", {2, 4}}};
+  for (const auto& [example, numbers] : examples) {
     PutExample(example);
     ASSERT_EQ(Kvx({"run", "deck", "--engine=sparse", "--threads=1"}).exitStatus, 0);
     const std::vector<double> expected = Displacements(deck);
     const Json solution = Json::parse(ReadBytes(deck / "solution.json"));
     const double bound = solution["condition"].get<double>() * 2e-15 * LargestOf(expected);
     EXPECT_LT(bound, 1e-8 * LargestOf(expected));
-    for (const int ranks : {1, 2, 4}) {
+    for (const int ranks : numbers) {
       SCOPED_TRACE(example + ", ranks: " + std::to_string(ranks));
       const ProgramRun run = Mpi(ranks, {"run", "deck"});
       EXPECT_EQ(run.exitStatus, 0) << run.err;
@@ -145,7 +148,7 @@ TEST_F(KvxMpi, TellsWhatEachRankDoes) {
     entries += found[rank]["entries"].get<std::uint64_t>();
     flops += found[rank]["flops"].get<double>();
   }
-  constexpr std::uint64_t Elements = 1354;  // of the example: 1008 shells and 346 beams
+  constexpr std::uint64_t Elements = 1236;  // of the example: 1008 shells and 228 beams
   EXPECT_GT(elements, Elements);
   EXPECT_LT(elements, 2 * Elements);
   // Kept for kvx audit.
@@ -235,7 +238,7 @@ TEST_F(KvxMpi, SaysAsKvxWhatItRefuses) {
 }
 
 TEST_F(KvxMpi, StartsWithoutMpirun) {
-  PutExample("lattice-tower");
+  PutExample("stiffened-panel");
   const ProgramRun run =
       korvex::test::RunProgram(KVX_MPI_PROGRAM, base.Path(), "", {"run", "deck"});
   EXPECT_EQ(run.exitStatus, 0) << run.err;
