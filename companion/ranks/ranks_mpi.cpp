@@ -32,12 +32,12 @@ constexpr std::chrono::microseconds ShortPause(50), LongPause(1000);
 
 void Finish(MPI_Request& request) {
   int isDone = 0;
-  for (int tries = 0;; ++tries) {
-    MPI_Test(&request, &isDone, MPI_STATUS_IGNORE);
-    if (isDone != 0) return;
-    if (tries < TriesAtOnce) continue;
+  for (int tries = 0; isDone == 0; ++tries) {
+    MPI_Request_get_status(request, &isDone, MPI_STATUS_IGNORE);
+    if (isDone != 0 || tries < TriesAtOnce) continue;
     std::this_thread::sleep_for(tries < TriesSoon ? ShortPause : LongPause);
   }
+  MPI_Wait(&request, MPI_STATUS_IGNORE);  // there is nothing to wait for
 }
 
 // Calls start(offset, count, request) for pieces of `total` items of `size` bytes.
@@ -93,13 +93,13 @@ void SendFailure(const Failure& failure) {
 }
 
 [[noreturn]] void ThrowFailureOf(int rank) {
-  korvex::Stop stop{korvex::StopKind::Notice, ""};
+  korvex::StopKind kind = korvex::StopKind::Notice;
   std::uint64_t size = 0;
-  Receive(rank, &stop.kind, sizeof stop.kind);
+  Receive(rank, &kind, sizeof kind);
   Receive(rank, &size, sizeof size);
-  stop.text.resize(size);
-  Receive(rank, stop.text.data(), stop.text.size());
-  throw stop;
+  std::string text(size, ' ');
+  Receive(rank, text.data(), text.size());
+  throw korvex::Stop{kind, text};
 }
 
 }  // namespace

@@ -100,7 +100,8 @@ void MakeRowPart(const korvex::Model& model, const FreeDofs& dofs,
                  const std::vector<std::int32_t>& owners, int rank, RowPart& part) {
   part = {};
   std::vector<std::uint8_t> isWanted(owners.size(), 0);
-  for (std::size_t node = 0; node < owners.size(); ++node) isWanted[node] = owners[node] == rank;
+  for (std::size_t node = 0; node < owners.size(); ++node)
+    isWanted[node] = owners[node] == rank ? 1 : 0;
   if (rank == 0) {
     for (const std::int32_t equation : dofs.fixed) isWanted[At(equation) / Dofs] = 1;
   }

@@ -40,6 +40,7 @@ void PrepareMpi() {
                            "OMPI_MCA_rmaps_base_oversubscribe", "OMPI_MCA_mpi_yield_when_idle"}) {
     setenv(name, "1", 1);
   }
+  setenv("OMPI_MCA_hwloc_base_binding_policy", "none", 1);
   setenv("OMPI_MCA_btl_vader_single_copy_mechanism", "none", 1);
 }
 
