@@ -106,6 +106,18 @@ add_library(kvx_libraries INTERFACE)
 target_include_directories(kvx_libraries SYSTEM INTERFACE ${kvx_include})
 
 if(NOT MINGW)
+  # The same over MPI, for kvx-mpi, which is built where there are MPI and that MUMPS.
+  find_package(MPI QUIET COMPONENTS CXX)
+  find_library(KVX_RANK_MUMPS_LIBRARY dmumps_ptscotch)
+  mark_as_advanced(KVX_RANK_MUMPS_LIBRARY)
+  option(KORVEX_MPI "Build kvx-mpi where MPI and libmumps-ptscotch-dev are found" ON)
+  if(KORVEX_MPI AND MPI_CXX_FOUND AND KVX_RANK_MUMPS_LIBRARY)
+    add_library(kvx_rank_libraries INTERFACE)
+    target_compile_definitions(kvx_rank_libraries INTERFACE OMPI_SKIP_MPICXX MPICH_SKIP_MPICXX)
+    target_link_libraries(kvx_rank_libraries INTERFACE ${KVX_RANK_MUMPS_LIBRARY}
+                                                       ${KVX_METIS_LIBRARY} MPI::MPI_CXX)
+  endif()
+
   # MUMPS has its release in its name.
   get_filename_component(kvx_mumps_file ${KVX_MUMPS_LIBRARY} REALPATH)
   get_filename_component(kvx_mumps_name ${kvx_mumps_file} NAME)

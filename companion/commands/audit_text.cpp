@@ -157,8 +157,7 @@ std::string FilesText(const std::vector<ResultState>& files) {
 std::string SolutionText(const AuditReport& report) {
   if (!report.solution) return "";
   const SolutionRecord& solution = *report.solution;
-  return EngineText(solution.engine, solution.isOutOfCore, solution.threads) + "; " +
-         AccuracyText(solution.loads.front());
+  return EngineText(solution) + "; " + AccuracyText(solution.loads.front());
 }
 
 // The first findings of each kind, and how many more there are.

@@ -200,8 +200,8 @@ std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
   std::string text = wrap("Solved: " + std::to_string(set.model.NEQ) + " equations in " +
                           RoughText(seconds) + " s, one factorisation for all.");
   const SolutionRecord& solution = solved.solution;
-  text += wrap("Engine: " + EngineText(solution.engine, solution.isOutOfCore, solution.threads) +
-               ". " + solved.plan.reason);
+  text += wrap("Engine: " + EngineText(solution) + ". " + solved.plan.reason);
+  if (!solution.ranks.empty()) text += TableText(MakeRankTable(solution.ranks), style);
   text += '\n' + TableText(MakeCaseTable(set, solved), style);
   const ResultTable governing = MakeGoverningTable(FindGoverning(set, solved), set.origin);
   if (!governing.cells.empty()) text += '\n' + TableText(governing, style);
@@ -234,6 +234,7 @@ std::string ForecastText(const CaseSet& set, const SolvedCases& solved, const Te
   std::string text = WrapText("Not solved, in a dry run. " + PlanText(solved.plan, set.sets.size()),
                               style.width, "", "  ") +
                      TableText(MakePlanTable(solved.plan, solved.fits), style);
+  if (!solved.plan.ranks.empty()) text += TableText(MakeRankTable(solved.plan.ranks), style);
   if (solved.fits) text += WrapText(CleanText(solved.plan.reason), style.width, "", "");
   return text;
 }

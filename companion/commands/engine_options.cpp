@@ -10,6 +10,7 @@
 #include "commands/core_count.h"
 #include "commands/speak.h"
 #include "finding/nearest_word.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -66,6 +67,9 @@ std::string RefuseMemory(const std::string& text) {
 }
 
 std::string RefuseTogether(const EngineOptions& options) {
+  if (options.engine == "skyline" && IsProgramOfRanks()) {
+    return "kvx-mpi has the sparse engine alone: leave out --engine, or take kvx for the skyline.";
+  }
   if (options.engine == "skyline" && !options.outOfCore.empty()) {
     return "--out-of-core is for the sparse engine: leave it out, or --engine skyline.";
   }
@@ -75,8 +79,9 @@ std::string RefuseTogether(const EngineOptions& options) {
 EngineSettings MakeEngineSettings(const EngineOptions& options) {
   EngineSettings settings;
   if (options.engine == "skyline") settings.choice = EngineChoice::Skyline;
-  if (options.engine == "sparse") settings.choice = EngineChoice::Sparse;
-  settings.threads = options.threads > 0 ? options.threads : CountCores();
+  if (options.engine == "sparse" || IsProgramOfRanks()) settings.choice = EngineChoice::Sparse;
+  const int usual = IsProgramOfRanks() ? 1 : CountCores();  // other ranks have the other cores
+  settings.threads = options.threads > 0 ? options.threads : usual;
   settings.memory = static_cast<std::uint64_t>(options.memory * BytesPerGigabyte);
   if (options.outOfCore.empty()) return settings;
   std::error_code error;

@@ -25,8 +25,9 @@ std::string RefuseMemory(const std::string& text);
 // What is wrong with the options together, as a sentence; empty: nothing is.
 std::string RefuseTogether(const EngineOptions& options);
 
-// Without a number of threads: all cores that this process may use. The folder gets an absolute
-// name: the current folder changes on the way.
+// Without a number of threads: all cores that this process may use; of ranks (ranks/ranks.h), one,
+// and these have the sparse engine alone. The folder gets an absolute name: the current folder
+// changes on the way.
 EngineSettings MakeEngineSettings(const EngineOptions& options);
 
 // Whether the factors can be kept in the folder of the settings: it is there, and a file can be

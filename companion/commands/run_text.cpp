@@ -99,10 +99,10 @@ std::string SolutionText(const FolderRun& run) {
 std::string EngineLine(const FolderRun& run, const TextStyle& style) {
   if (!run.isSolved || !run.plan) return "";
   const SolutionRecord& solution = run.solution;
-  const std::string line =
-      "Engine: " + EngineText(solution.engine, solution.isOutOfCore, solution.threads) + ". " +
-      run.plan->reason;
-  return WrapText(CleanText(line), style.width, "", "  ");
+  const std::string line = "Engine: " + EngineText(solution) + ". " + run.plan->reason;
+  std::string text = WrapText(CleanText(line), style.width, "", "  ");
+  if (!solution.ranks.empty()) text += TableText(MakeRankTable(solution.ranks), style);
+  return text;
 }
 
 // What a dry run foretells.
@@ -111,6 +111,7 @@ std::string ForecastText(const FolderRun& run, const TextStyle& style) {
   const SolutionPlan& plan = *run.plan;
   std::string text = WrapText(PlanText(plan, run.loads), style.width, "", "  ") +
                      TableText(MakePlanTable(plan, run.fits), style);
+  if (!plan.ranks.empty()) text += TableText(MakeRankTable(plan.ranks), style);
   if (run.fits) text += WrapText(CleanText(plan.reason), style.width, "", "");
   return text;
 }

@@ -17,8 +17,8 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr const char* Program = "kvx";
-constexpr std::uintmax_t LargestFile = 1U
-                                       << 16U;  // bytes: one that was written here has a kilobyte
+// Bytes: one that was written here has a kilobyte, and 200 bytes for each rank.
+constexpr std::uintmax_t LargestFile = 1U << 22U;
 
 Json ModelJson(const ModelFileId& file) {
   return {{"size", file.size}, {"hash", HashText(file.hash)}};
@@ -85,13 +85,41 @@ bool ReadEngine(const Json& json, SolutionRecord& record) {
   return *name == EngineName(record.engine);
 }
 
+Json RanksJson(const std::vector<RankShare>& ranks) {
+  Json json = Json::array();
+  for (const RankShare& share : ranks) {
+    json.push_back({{"elements", share.elements},
+                    {"entries", share.entries},
+                    {"flops", NumberJson(share.flops)},
+                    {"bytes", share.bytes}});
+  }
+  return json;
+}
+
+// There are none where one process was alone.
+bool ReadRanks(const Json& json, std::vector<RankShare>& ranks) {
+  const auto found = json.find("ranks");
+  if (found == json.end()) return true;
+  if (!found->is_array()) return false;
+  for (const Json& each : *found) {
+    RankShare share;
+    if (!each.is_object() || !ReadCount(each, "elements", share.elements) ||
+        !ReadCount(each, "entries", share.entries) || !ReadNumber(each, "flops", share.flops) ||
+        !ReadCount(each, "bytes", share.bytes)) {
+      return false;
+    }
+    ranks.push_back(share);
+  }
+  return true;
+}
+
 bool ReadRecord(const Json& json, SolutionRecord& record) {
   const auto read = [&](const char* key, auto& member) {
     const auto found = json.find(key);
     return found != json.end() && FromJson(*found, member);
   };
   record.loads.resize(1);
-  return ReadEngine(json, record) && VisitSolution(record, read) &&
+  return ReadEngine(json, record) && VisitSolution(record, read) && ReadRanks(json, record.ranks) &&
          VisitLoad(record.loads.front(), read);
 }
 
@@ -110,6 +138,7 @@ void AddSolutionJson(const SolutionRecord& record, Json& json) {
     return true;
   };
   VisitSolution(record, write);
+  if (!record.ranks.empty()) json["ranks"] = RanksJson(record.ranks);
   if (record.loads.size() == 1) VisitLoad(record.loads.front(), write);
 }
 
@@ -123,6 +152,7 @@ Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solut
   json["prediction"] = {{"skyline", EstimateJson(plan.skyline)},
                         {"sparse", EstimateJson(plan.sparse)},
                         {"out_of_core", EstimateJson(plan.outOfCore)}};
+  if (!plan.ranks.empty()) json["prediction"]["ranks"] = RanksJson(plan.ranks);
   if (solution != nullptr) AddSolutionJson(*solution, found);
   json["solution"] = found;
   return json;

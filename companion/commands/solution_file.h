@@ -23,7 +23,7 @@ const char* EngineName(EngineChoice engine);
 // Adds engine, out_of_core, threads, equations, free_equations, order_seconds, factor_seconds,
 // solve_seconds, bytes, disk_bytes, flops, refinement_steps; and of a record with one load its
 // residual, backward_error, condition, digits_lost. What is not known is null, what is infinite
-// "infinite".
+// "infinite". Where several ranks have solved, ranks: elements, entries, flops, bytes of each.
 void AddSolutionJson(const SolutionRecord& record, nlohmann::ordered_json& json);
 
 // What a program is told of a solution that was planned: name, out_of_core, reason, equations,

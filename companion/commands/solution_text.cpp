@@ -8,6 +8,7 @@
 #include "check/describe.h"
 #include "commands/rough_text.h"
 #include "finding/text_layout.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -17,6 +18,8 @@ constexpr double BytesPerGigabyte = 1024.0 * 1024.0 * 1024.0;
 
 // Less memory and disk is not worth a number.
 constexpr double LeastGigabytes = 0.01;
+
+constexpr double Billion = 1e9;
 
 // Without an exponent where the number is large.
 std::string TwoDigits(double value) {
@@ -64,10 +67,28 @@ double CountCorrectDigits(const LoadQuality& load) {
   return std::clamp(-std::log10(error), 0.0, DoubleDigits);
 }
 
-std::string EngineText(EngineChoice engine, bool isOutOfCore, int threads) {
-  const std::string name = engine == EngineChoice::Sparse ? "sparse" : "skyline";
-  return name + (isOutOfCore ? ", out of core" : "") + ", " +
-         CountText(static_cast<std::size_t>(threads), "thread", "threads");
+std::string EngineText(const SolutionRecord& solution) {
+  std::string text = solution.engine == EngineChoice::Sparse ? "sparse" : "skyline";
+  if (solution.isOutOfCore) text += ", out of core";
+  if (!solution.ranks.empty()) text += ", " + CountText(solution.ranks.size(), "rank", "ranks");
+  return text + ", " + CountText(static_cast<std::size_t>(solution.threads), "thread", "threads");
+}
+
+ResultTable MakeRankTable(const std::vector<RankShare>& ranks) {
+  ResultTable table;
+  table.columns = {"rank", "elements", "entries", "1e9 flops", "GB"};
+  for (std::size_t rank = 0; rank < ranks.size(); ++rank) {
+    const RankShare& share = ranks[rank];
+    table.cells.emplace_back(static_cast<std::int64_t>(rank));
+    table.cells.emplace_back(static_cast<std::int64_t>(share.elements));
+    table.cells.emplace_back(static_cast<std::int64_t>(share.entries));
+    table.cells.emplace_back(RoughText(share.flops / Billion));
+    table.cells.emplace_back(GigabytesText(share.bytes));
+  }
+  table.notes = {
+      "Of each rank: elements and entries of the stiffness that it forms, its part of the "
+      "factorisation, and the memory that this takes."};
+  return table;
 }
 
 std::string AccuracyText(const LoadQuality& load) {
@@ -101,10 +122,13 @@ ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {
   table.columns = {"engine", "time", "GB", "GB on disk", ""};
   const bool isSkyline = fits && plan.engine == EngineChoice::Skyline;
   const bool isSparse = fits && plan.engine == EngineChoice::Sparse;
-  AddRow("skyline", plan.skyline, isSkyline, table);
+  EngineEstimate skyline = plan.skyline;
+  if (IsProgramOfRanks()) skyline.reason = "kvx has it";
+  AddRow("skyline", skyline, isSkyline, table);
   AddRow("sparse", plan.sparse, isSparse && !plan.isOutOfCore, table);
   AddRow("sparse, out of core", plan.outOfCore, isSparse && plan.isOutOfCore, table);
   table.notes = {"Predicted, before the solution. Reading, stresses and files come on top."};
+  if (CountRanks() > 1) table.notes.front() += " The memory is that of one rank.";
   return table;
 }
 

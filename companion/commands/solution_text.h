@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "commands/result_table.h"
 #include "engine/plan_solution.h"
@@ -23,8 +24,11 @@ inline constexpr double DoubleDigits = 16.0;
 // moves.
 double CountCorrectDigits(const LoadQuality& load);
 
-// "skyline, 2 threads", "sparse, out of core, 2 threads"
-std::string EngineText(EngineChoice engine, bool isOutOfCore, int threads);
+// "skyline, 2 threads", "sparse, out of core, 2 threads", "sparse, 4 ranks, 1 thread"
+std::string EngineText(const SolutionRecord& solution);
+
+// The work and memory of each rank: a row for each.
+ResultTable MakeRankTable(const std::vector<RankShare>& ranks);
 
 // "scaled residual 1.2e-16, backward error 2.1e-16; 5.1 of about 16 digits lost"; "all
 // digits lost"

@@ -22,6 +22,7 @@
 #include "commands/write_shown.h"
 #include "deck/write_tables.h"
 #include "engine/result_folder.h"
+#include "engine/solve_sparse.h"
 #include "engine/solve_together.h"
 #include "report/stop.h"
 #include "system/load_vector.h"
@@ -272,6 +273,8 @@ void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeW
 void PlanCases(const EngineSettings& settings, CaseSet& set, SolvedCases& solved) {
   Task task;
   Plan(settings, set, task, solved);
+  PredictRanks(set.model, set.sets.size(), settings, task.plan);
+  solved.plan.ranks = task.plan.ranks;
 }
 
 void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet& set,

@@ -18,6 +18,7 @@
 #include "commands/write_shown.h"
 #include "engine/result_folder.h"
 #include "engine/same_stiffness.h"
+#include "engine/solve_sparse.h"
 #include "engine/solve_together.h"
 #include "model/read_input_file.h"
 #include "report/stop.h"
@@ -101,7 +102,8 @@ void EndAll(Group& group) {
 }
 
 // Fills the plan, also as far as it went where nothing fits. Returns whether it can be followed.
-bool Plan(const EngineSettings& settings, const Model& leader, Group& group) {
+bool Plan(const RunCommand& command, const EngineSettings& settings, const Model& leader,
+          Group& group) {
   Progress progress;
   BeginProgress("Predicting time and memory", progress);
   const EngineSettings watched = WatchCalls(settings, progress, [&] { EndAll(group); });
@@ -109,6 +111,7 @@ bool Plan(const EngineSettings& settings, const Model& leader, Group& group) {
     PlanSolution(
         leader, group.runs.size(), watched, [&](double share) { ShowShare(share, progress); },
         group.plan);
+    if (command.dryRun) PredictRanks(leader, group.runs.size(), watched, group.plan);
   });
   const SolutionPlan told = CopyWithoutOrder(group.plan);
   for (FolderRun* run : group.runs) {
@@ -227,7 +230,7 @@ void SolveGroup(const RunCommand& command, const EngineSettings& settings, Model
 // factorisations.
 std::size_t WorkOnGroup(const RunCommand& command, const EngineSettings& settings, Model& leader,
                         Group& group) {
-  if (!Plan(settings, leader, group)) {
+  if (!Plan(command, settings, leader, group)) {
     EndAll(group);
     return 0;
   }

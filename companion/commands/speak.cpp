@@ -6,6 +6,7 @@
 
 #include "commands/terminal.h"
 #include "finding/text_layout.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -26,7 +27,7 @@ TextStyle ChooseStyle(ColorChoice choice) {
   const std::size_t width = TerminalWidth();
   if (width > 0) style.width = std::max(width, LeastWidth);
   // Asked in any case: some consoles are switched by the question.
-  const bool hasColors = HasColors();
+  const bool hasColors = HasColors() && !IsProgramOfRanks();  // mpirun looks like a terminal
   style.color = choice == ColorChoice::Always ||
                 (choice == ColorChoice::Auto && hasColors && !AreColorsUnwanted());
   return style;

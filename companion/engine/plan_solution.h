@@ -9,6 +9,7 @@
 #include "engine/engine_settings.h"
 #include "model/model.h"
 #include "skyline/work_share.h"
+#include "sparse/sparse_factor.h"
 
 namespace kvx {
 
@@ -30,6 +31,7 @@ struct SolutionPlan {
                                     // k; of those that have a free dof, counted
                                     // by themselves; empty: not looked for
   double orderSeconds = 0.0;        // that it took
+  std::vector<RankShare> ranks;     // what each will do and take; empty: not looked at
 };
 
 // model: tables and elements as read, NEQ is set. loads: their number.

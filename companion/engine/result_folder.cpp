@@ -47,7 +47,8 @@ void RunStage(const korvex::Stage& stage, const ResultWriting& writing, korvex::
     if (stop.kind != korvex::StopKind::ResultFile || stage.file == nullptr) throw;
     StopAt(stage.file, LastReason());
   }
-  if (!job.incompleteFiles.empty()) StopAt(stage.file, LastReason());
+  if (job.incompleteFiles.empty()) return;
+  StopAt(stage.file != nullptr ? stage.file : job.incompleteFiles.front(), LastReason());
 }
 
 // The stages that need no matrix. Those of AssemblyStages that remain have been done.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "engine/engine_settings.h"
+#include "sparse/sparse_factor.h"
 
 namespace kvx {
 
@@ -32,6 +33,7 @@ struct SolutionRecord {
   double flops = 0.0;              // of the factorisation; 0: not counted
   std::vector<LoadQuality> loads;  // of each load
   int refinementSteps = 0;         // of iterative refinement that were accepted
+  std::vector<RankShare> ranks;    // of each process that took part; empty: this one alone
 };
 
 }  // namespace kvx

@@ -4,14 +4,17 @@
 #include <chrono>
 
 #include "engine/factor_budget.h"
-#include "engine/factor_folder.h"
 #include "engine/free_motion.h"
+#include "engine/rank_folders.h"
 #include "engine/solution_quality.h"
+#include "ranks/ranks.h"
 #include "sparse/blas_threads.h"
 #include "sparse/free_matrix.h"
 #include "sparse/node_order.h"
 #include "sparse/prescribed.h"
 #include "sparse/refined_columns.h"
+#include "sparse/row_part.h"
+#include "sparse/shared_matrix.h"
 #include "sparse/sparse_factor.h"
 
 namespace kvx {
@@ -23,6 +26,18 @@ using Clock = std::chrono::steady_clock;
 // Shares of the work at which its parts end; the factorisation, which cannot be watched, has most.
 constexpr double OrderShare = 0.02, MatrixShare = 0.08, AnalysisShare = 0.12, FactorShare = 0.85;
 
+// The other ranks' parts of a solution. They end the factor together with this rank.
+struct RankWork {
+  bool hasBegun = false;
+
+  RankWork() = default;
+  ~RankWork() {
+    if (hasBegun) Tell(RankTask::Release);
+  }
+  RankWork(const RankWork&) = delete;
+  RankWork& operator=(const RankWork&) = delete;
+};
+
 struct Solution {
   FactorFolder folder;  // goes last
   const korvex::Model& model;
@@ -32,6 +47,8 @@ struct Solution {
   UpperMatrix A;
   FixedRows C;
   SparseFactor factor;
+  std::vector<std::uint64_t> elements;  // that each rank has formed, where there are several
+  RankWork others;                      // goes first
 };
 
 void Report(const Solution& solution, double share) {
@@ -55,6 +72,21 @@ std::uint64_t BytesOf(const UpperMatrix& A) {
          A.begins.size() * sizeof(std::int64_t);
 }
 
+// The matrix, by all ranks. Does not look at the other ranks where there is no free dof.
+void AssembleMatrix(const NodeGraph& graph, const FreeGraph& free,
+                    const std::vector<std::int32_t>& order, const korvex::ShareCallback& report,
+                    int threads, Solution& solution) {
+  const korvex::Model& model = solution.model;
+  if (CountRanks() == 1 || order.empty()) {
+    AssembleFree(model, graph, solution.dofs, report, solution.A, solution.C, threads);
+    return;
+  }
+  solution.others.hasBegun = true;
+  const auto nodes = static_cast<std::size_t>(CountNodes(graph));
+  AssembleShared(model, solution.dofs, ShareNodes(free, order, nodes, CountRanks()), report,
+                 solution.A, solution.C, threads, solution.elements);
+}
+
 // Order and matrix. Returns the places of the free dofs.
 std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
                                    SolutionRecord& record) {
@@ -72,11 +104,17 @@ std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
   const auto report = [&](double part) {
     Report(solution, OrderShare + part * (MatrixShare - OrderShare));
   };
-  AssembleFree(solution.model, graph, solution.dofs, report, solution.A, solution.C,
-               record.threads);
+  AssembleMatrix(graph, free, order, report, record.threads, solution);
   record.factorSeconds = SecondsSince(begin);
   record.bytes = BytesOf(solution.A);
   return PlaceFreeDofs(free, order);
+}
+
+void TakeShares(const Solution& solution, std::vector<RankShare>& ranks) {
+  ranks = solution.factor.ranks;
+  for (std::size_t rank = 0; rank < ranks.size(); ++rank) {
+    ranks[rank].elements = solution.elements[rank];
+  }
 }
 
 void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
@@ -87,7 +125,7 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
       MakeFactorSettings(settings, solution.A, solution.C,
                          static_cast<std::size_t>(solution.model.NEQ), record.loads.size());
   if (plan.isOutOfCore) {
-    MakeFactorFolder(settings.outOfCore, solution.folder);
+    MakeRankFolders(settings.outOfCore, solution.folder);
     factorSettings.outOfCore = solution.folder.path.u8string();
   }
   CallGuarded(solution,
@@ -101,6 +139,7 @@ void Factorise(const EngineSettings& settings, const SolutionPlan& plan,
   record.bytes += solution.factor.bytes;
   record.diskBytes = solution.factor.diskBytes;
   record.flops = solution.factor.flops;
+  TakeShares(solution, record.ranks);
 }
 
 // The displacements of all loads.
@@ -144,8 +183,8 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
                  const korvex::ShareCallback& share,
                  std::vector<std::vector<double>>& displacements, SolutionRecord& record) {
   const EngineEstimate& estimate = plan.isOutOfCore ? plan.outOfCore : plan.sparse;
-  PrepareBlas(settings.threads, estimate.bytes);
-  Solution solution{{}, model, settings, share, {}, {}, {}, {}};
+  PrepareBlas(CountRanks() > 1 ? 1 : settings.threads, estimate.bytes);
+  Solution solution{{}, model, settings, share, {}, {}, {}, {}, {}, {}};
   ListFreeDofs(model.Tables, solution.dofs);
   displacements.resize(loads.size());
   const std::vector<std::int32_t> places = Assemble(plan, solution, record);
@@ -166,6 +205,25 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
   }
   record.solveSeconds = SecondsSince(begin);
   Report(solution, 1.0);
+}
+
+void PredictRanks(const korvex::Model& model, std::size_t loads, const EngineSettings& settings,
+                  SolutionPlan& plan) {
+  if (CountRanks() == 1) return;
+  const korvex::ShareCallback share;
+  Solution solution{{}, model, settings, share, {}, {}, {}, {}, {}, {}};
+  ListFreeDofs(model.Tables, solution.dofs);
+  SolutionRecord record;
+  record.threads = settings.threads;
+  const std::vector<std::int32_t> places = Assemble(plan, solution, record);
+  if (places.empty()) return;
+  FactorSettings factorSettings =
+      MakeFactorSettings(settings, solution.A, solution.C,
+                         static_cast<std::size_t>(model.NEQ), loads);
+  if (plan.isOutOfCore) factorSettings.outOfCore = settings.outOfCore;
+  CallGuarded(solution,
+              [&] { AnalyseMatrix(solution.A, places, factorSettings, solution.factor); });
+  TakeShares(solution, plan.ranks);
 }
 
 }  // namespace kvx

@@ -19,4 +19,10 @@ void SolveSparse(const korvex::Model& model, const std::vector<std::vector<doubl
                  const korvex::ShareCallback& share,
                  std::vector<std::vector<double>>& displacements, SolutionRecord& record);
 
+// What each rank will do and take (ranks/ranks.h): forms the matrix and analyses it, and goes no
+// further. Does nothing where there is one, or nothing to solve. loads: their number. plan: gets
+// `ranks`. Throws a Stop where SolveSparse would until then.
+void PredictRanks(const korvex::Model& model, std::size_t loads, const EngineSettings& settings,
+                  SolutionPlan& plan);
+
 }  // namespace kvx

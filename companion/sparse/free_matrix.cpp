@@ -39,15 +39,19 @@ void ForCoupledEquations(const NodeGraph& graph, std::size_t node, const Take& t
 // Entries of A, all couplings of the nodes counted.
 std::uint64_t CountUpperEntries(const NodeGraph& graph, const FreeDofs& dofs) {
   const auto nodes = static_cast<std::size_t>(CountNodes(graph));
-  std::vector<std::uint64_t> free(nodes, 0);
+  std::vector<std::uint8_t> free(nodes, 0), rows(nodes, 0);  // dofs, and rows that are wanted
+  for (std::size_t i = 0; i < nodes * Dofs; ++i) {
+    if (dofs.isFixed[i] == 0) ++free[i / Dofs];
+  }
   for (const std::int32_t equation : dofs.equations)
-    ++free[static_cast<std::size_t>(equation) / Dofs];
+    ++rows[static_cast<std::size_t>(equation) / Dofs];
   std::uint64_t entries = 0;
   for (std::size_t node = 0; node < nodes; ++node) {
-    entries += free[node] * (free[node] + 1) / 2;
+    const std::uint64_t count = rows[node];
+    entries += count * (count + 1) / 2;
     for (std::int64_t k = graph.begins[node]; k < graph.begins[node + 1]; ++k) {
       const auto other = static_cast<std::size_t>(graph.neighbours[static_cast<std::size_t>(k)]);
-      if (other > node) entries += free[node] * free[other];
+      if (other > node) entries += count * free[other];
     }
   }
   return entries;
@@ -110,13 +114,26 @@ void AddEntry(std::size_t row, std::int32_t column, double value, Matrix& matrix
 
 struct Target {
   const FreeDofs& dofs;
+  std::vector<std::int32_t> rows;  // [NEQ] of A; -1: not here
   UpperMatrix& A;
   FixedRows& C;
 };
 
+std::vector<std::int32_t> NumberRows(const FreeDofs& dofs) {
+  std::vector<std::int32_t> rows;
+  korvex::AllocateOrStop("the numbers of the rows", dofs.places.size(), sizeof(std::int32_t),
+                         [&] { rows.assign(dofs.places.size(), -1); });
+  std::int32_t row = 0;
+  for (const std::int32_t equation : dofs.equations) {
+    rows[static_cast<std::size_t>(equation)] = row++;
+  }
+  return rows;
+}
+
 void AddFixedEntry(std::int32_t row, std::int32_t column, double value, Target& target) {
   const auto i = static_cast<std::size_t>(row);
-  if (row == column || target.dofs.isFixed[i] == 0) return;
+  const bool isWanted = !target.dofs.fixed.empty();
+  if (row == column || !isWanted || target.dofs.isFixed[i] == 0) return;
   AddEntry(static_cast<std::size_t>(target.dofs.places[i]), column, value, target.C);
 }
 
@@ -127,8 +144,9 @@ void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target&
       const auto i = static_cast<std::size_t>(g[r]), j = static_cast<std::size_t>(g[c]);
       const double value = ke[r * n + c];
       if (target.dofs.isFixed[i] == 0 && target.dofs.isFixed[j] == 0) {
-        const std::int32_t a = target.dofs.places[i], b = target.dofs.places[j];
-        AddEntry(static_cast<std::size_t>(std::min(a, b)), std::max(a, b), value, target.A);
+        const std::int32_t row = target.rows[std::min(i, j)];
+        const std::int32_t column = target.dofs.places[std::max(i, j)];
+        if (row >= 0) AddEntry(static_cast<std::size_t>(row), column, value, target.A);
       } else {
         AddFixedEntry(g[r], g[c], value, target);
         AddFixedEntry(g[c], g[r], value, target);
@@ -137,9 +155,11 @@ void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target&
   }
 }
 
-// index: of the element in the order in which their matrices are formed.
-[[noreturn]] void StopNotFinite(const korvex::Model& model, std::size_t index) {
+// index: of the element in the order in which their matrices are formed. elements: as AssembleFree.
+[[noreturn]] void StopNotFinite(const korvex::Model& model, std::size_t index,
+                                const std::vector<std::int32_t>& elements) {
   const char* kind = "four-node shell";
+  const std::size_t place = index;
   if (index >= model.Shell4Elements.size()) {
     index -= model.Shell4Elements.size();
     kind = "three-node shell";
@@ -148,6 +168,7 @@ void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target&
       kind = "beam";
     }
   }
+  if (!elements.empty()) index = static_cast<std::size_t>(elements[place]);
   throw korvex::Stop{korvex::StopKind::Notice, "The stiffness of the " + std::string(kind) + ' ' +
                                                    std::to_string(index) + " is not finite."};
 }
@@ -179,7 +200,8 @@ void DropZeros(UpperMatrix& A) {
 }  // namespace
 
 void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const FreeDofs& dofs,
-                  const korvex::ShareCallback& report, UpperMatrix& A, FixedRows& C, int threads) {
+                  const korvex::ShareCallback& report, UpperMatrix& A, FixedRows& C, int threads,
+                  const std::vector<std::int32_t>& elements) {
   constexpr std::size_t ElementsPerReport = 256;
   A = {};
   C = {};
@@ -187,12 +209,12 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
   BuildFixedPattern(graph, dofs, C);
   const std::size_t count =
       model.Shell4Elements.size() + model.Shell3Elements.size() + model.BeamElements.size();
-  Target target{dofs, A, C};
+  Target target{dofs, NumberRows(dofs), A, C};
   std::size_t index = 0;
   korvex::FormElementMatrices(
       model,
       [&](const double* ke, const std::int32_t* g, std::int32_t n) {
-        if (!IsFinite(ke, n)) StopNotFinite(model, index);
+        if (!IsFinite(ke, n)) StopNotFinite(model, index, elements);
         AddElement(ke, g, n, target);
         if (++index % ElementsPerReport == 0 && report) {
           report(static_cast<double>(index) / static_cast<double>(count));

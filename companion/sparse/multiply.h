@@ -1,4 +1,4 @@
-// Products with the symmetric matrix of the free dofs.
+// Products with the symmetric matrix of the free dofs, of whose rows each rank multiplies its own.
 #pragma once
 
 #include <vector>
@@ -12,5 +12,9 @@ void Multiply(const UpperMatrix& A, const double* x, double* y, double* s);
 
 // The sums of the entries' magnitudes by rows: |A| (1, .., 1). The largest is the norm.
 void SumRows(const UpperMatrix& A, std::vector<double>& sums);
+
+// What another rank does for these two. work: 3 n numbers, made before.
+void HelpMultiply(const UpperMatrix& A, std::vector<double>& work);
+void HelpSumRows(const UpperMatrix& A, std::vector<double>& work);
 
 }  // namespace kvx

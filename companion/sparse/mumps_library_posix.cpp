@@ -9,7 +9,6 @@
 namespace kvx {
 
 void* LoadMumps() {
-  if (void* const linked = dlsym(RTLD_DEFAULT, "dmumps_c"); linked != nullptr) return linked;
   constexpr int KeepWhatTheUserSays = 0;
   // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread of ours looks at the environment
   setenv("OPENBLAS_NUM_THREADS", "1", KeepWhatTheUserSays);

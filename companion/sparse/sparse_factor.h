@@ -6,6 +6,9 @@
 // more than roundings the pivot is left out and told.
 //
 // MUMPS keeps no two factors at a time: one thread alone may use it.
+//
+// Where A is a part, other ranks have its other rows (ranks/ranks.h). What rank 0 calls, it tells
+// them, and they call it, too, each with its own part; right sides and solutions are on rank 0.
 #pragma once
 
 #include <cstdint>
@@ -37,16 +40,27 @@ struct FactorSettings {
   std::string outOfCore;     // an existing folder for the factors, UTF-8; empty: in memory
 };
 
+// What a rank has of the work. Before the factorisation flops and bytes are foreseen.
+struct RankShare {
+  std::uint64_t elements = 0;  // whose matrices it forms
+  std::uint64_t entries = 0;   // of A
+  double flops = 0.0;          // of the factorisation
+  std::uint64_t bytes = 0;     // that MUMPS takes at its peak
+};
+
 struct SparseFactor {
-  std::shared_ptr<void> job;  // of MUMPS; ended with the last copy
+  std::shared_ptr<void> job;  // of MUMPS; ended with the last copy, by all ranks together
   std::int32_t n = 0;
-  std::uint64_t bytes = 0;               // that MUMPS took at its peak
+  std::uint64_t bytes = 0;               // that MUMPS took at its peak, on all ranks
   std::uint64_t diskBytes = 0;           // of the factors
   double flops = 0.0;                    // of the factorisation
   std::vector<std::int32_t> nullPivots;  // rows of A; not empty: A is singular
+  std::vector<RankShare> ranks;          // on rank 0, where A is a part; without elements
 };
 
-// Finds out what the factor of A will look like. places[i]: the place of row i in the order.
+// Finds out what the factor of A will look like. places[i]: the place of row i in the order; on
+// other ranks it may be empty. settings: each rank has a folder of its own; the memory that rank 0
+// says is that of each.
 // Throws a Stop where the memory that it will take is not allowed or not there; the text names
 // both, and what helps. A stays in use until FactorMatrix has returned.
 void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places,
@@ -56,7 +70,7 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
 // factor.
 void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor);
 
-// Solves A x = b. x: n x columns, a column after the other; holds b, gets x.
+// Solves A x = b. x: n x columns, a column after the other; holds b, gets x; of other ranks null.
 void SolveColumns(SparseFactor& factor, std::int32_t columns, double* x);
 
 // A vector v with A v = 0 for the null pivot of this rank, the first is 0. v: n.

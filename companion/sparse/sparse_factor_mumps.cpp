@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "platform/free_memory.h"
+#include "ranks/ranks.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "sparse/mumps_error.h"
@@ -28,10 +29,11 @@ enum Job : MUMPS_INT { Begin = -1, End = -2, Analyse = 1, Factor = 2, Solve = 3 
 struct MumpsJob {
   DMUMPS_STRUC_C id{};
   std::vector<MUMPS_INT> rows, columns, order;
-  std::vector<double> scales;
+  std::vector<double> scales, values;
   decltype(&dmumps_c) run = nullptr;
   FactorMemory memory;
   bool hasBegun = false;
+  bool isShared = false;  // other ranks have parts of it
 
   MumpsJob() = default;
   ~MumpsJob() {
@@ -41,6 +43,11 @@ struct MumpsJob {
   }
   MumpsJob(const MumpsJob&) = delete;
   MumpsJob& operator=(const MumpsJob&) = delete;
+
+  // They do the same then.
+  void TellOthers(RankTask task) const {
+    if (isShared && RankOfThis() == 0) Tell(task);
+  }
 };
 
 MumpsJob& JobOf(SparseFactor& factor) { return *static_cast<MumpsJob*>(factor.job.get()); }
@@ -49,6 +56,7 @@ MumpsJob& JobOf(SparseFactor& factor) { return *static_cast<MumpsJob*>(factor.jo
 MUMPS_INT& Icntl(DMUMPS_STRUC_C& id, std::size_t number) { return id.icntl[number - 1]; }
 double& Cntl(DMUMPS_STRUC_C& id, std::size_t number) { return id.cntl[number - 1]; }
 MUMPS_INT Infog(const DMUMPS_STRUC_C& id, std::size_t number) { return id.infog[number - 1]; }
+MUMPS_INT Info(const DMUMPS_STRUC_C& id, std::size_t number) { return id.info[number - 1]; }
 
 void Call(Job what, MumpsJob& job) {
   job.id.job = what;
@@ -58,8 +66,13 @@ void Call(Job what, MumpsJob& job) {
 [[noreturn]] void StopFailed(const MumpsJob& job) {
   constexpr MUMPS_INT FileFailed = -90;
   const MUMPS_INT status = Infog(job.id, 1);
+  std::string rank;
+  if (CountRanks() > 1) {
+    const bool isElsewhere = Info(job.id, 1) == -1;
+    rank = "Rank " + std::to_string(isElsewhere ? Info(job.id, 2) : RankOfThis()) + ": ";
+  }
   throw korvex::Stop{status == FileFailed ? korvex::StopKind::ResultFile : korvex::StopKind::Notice,
-                     DescribeMumpsError(status, Infog(job.id, 2), job.memory)};
+                     rank + DescribeMumpsError(status, Infog(job.id, 2), job.memory)};
 }
 
 void CallOrStop(Job what, MumpsJob& job) {
@@ -90,6 +103,7 @@ void SetControls(DMUMPS_STRUC_C& id) {
   Icntl(id, 12) = 1;  // an order of rows, not of pairs of them
   Icntl(id, 13) = 1;  // the last front is one like the others
   Icntl(id, 24) = 1;  // null pivots are left out and listed
+  Icntl(id, 28) = 1;  // one rank analyses
   // Columns of the right side at a time: all that are given, so that the factors are read once.
   Icntl(id, 27) = static_cast<MUMPS_INT>(BlockColumns + FirstColumns);
   // Pivots are taken as they come: no other is 1e30 times as large. With 0, null pivots would end
@@ -99,12 +113,34 @@ void SetControls(DMUMPS_STRUC_C& id) {
   Cntl(id, 4) = -1.0;  // and not changed
 }
 
-// Powers of two near 1 / sqrt(A(i, i)): they change no digit.
+// Powers of two near 1 / sqrt(A(i, i)): they change no digit. All ranks get those of all rows.
 void FindScales(const UpperMatrix& A, std::vector<double>& scales) {
-  scales.assign(static_cast<std::size_t>(CountRows(A)), 1.0);
-  for (std::size_t i = 0; i < scales.size(); ++i) {
-    const double diagonal = std::fabs(A.values[static_cast<std::size_t>(A.begins[i])]);
-    if (diagonal > 0.0) scales[i] = std::ldexp(1.0, -std::ilogb(diagonal) / 2);
+  for (std::size_t row = 0; row < CountRowsHere(A); ++row) {
+    const double diagonal = std::fabs(A.values[static_cast<std::size_t>(A.begins[row])]);
+    double& scale = scales[RowOf(A, row)];
+    scale = diagonal > 0.0 ? std::ldexp(1.0, -std::ilogb(diagonal) / 2) : 1.0;
+  }
+  if (!A.isPart) return;
+  AddToFirst(scales.data(), scales.size());
+  const std::size_t bytes = scales.size() * sizeof(double);
+  if (RankOfThis() == 0) return SendToAll(scales.data(), bytes);
+  ReceiveFromFirst(scales.data(), bytes);
+}
+
+// The entries of the scaled matrix: MUMPS takes no scales for parts of a matrix.
+void ScaleEntries(const UpperMatrix& A, MumpsJob& job) {
+  korvex::AllocateItems("the scaled stiffness", A.values.size(), job.values);
+  for (std::size_t k = 0; k < A.values.size(); ++k) {
+    const auto row = static_cast<std::size_t>(job.rows[k] - 1);
+    const auto column = static_cast<std::size_t>(job.columns[k] - 1);
+    job.values[k] = A.values[k] * job.scales[row] * job.scales[column];
+  }
+}
+
+// For a matrix that was scaled so: between its solutions and those of A. x: columns of n.
+void ScaleColumns(const MumpsJob& job, std::int32_t columns, double* x) {
+  for (std::int32_t k = 0; k < columns; ++k) {
+    for (const double scale : job.scales) *x++ *= scale;
   }
 }
 
@@ -114,10 +150,10 @@ void ListEntries(const UpperMatrix& A, MumpsJob& job) {
     job.rows.resize(entries);
     job.columns.resize(entries);
   });
-  for (std::size_t i = 0; i + 1 < A.begins.size(); ++i) {
+  for (std::size_t i = 0; i < CountRowsHere(A); ++i) {
     for (auto k = static_cast<std::size_t>(A.begins[i]);
          k < static_cast<std::size_t>(A.begins[i + 1]); ++k) {
-      job.rows[k] = static_cast<MUMPS_INT>(i) + 1;
+      job.rows[k] = static_cast<MUMPS_INT>(RowOf(A, i)) + 1;
       job.columns[k] = A.columns[k] + 1;
     }
   }
@@ -127,31 +163,50 @@ std::uint64_t MegabytesOf(MUMPS_INT megabytes) {
   return static_cast<std::uint64_t>(std::max<MUMPS_INT>(megabytes, 0)) * Million;
 }
 
-// Bytes that MUMPS may take now.
-std::uint64_t FindBudget(const FactorSettings& settings) {
-  const std::uint64_t free = korvex::ReadFreeMemory();
-  const std::uint64_t budget = free - std::min(free, settings.coming);
-  if (settings.memory == 0) return budget;
-  return std::min(budget, settings.memory - std::min(settings.memory, settings.beside));
+// What MUMPS may take and will take, of the rank that takes most; the same on all ranks.
+struct Budget {
+  std::uint64_t allowed = 0;   // bytes, now
+  std::uint64_t foreseen = 0;  // bytes, with the space that MUMPS adds for safety
+};
+
+// Bytes that MUMPS may take on this rank.
+std::uint64_t FindAllowed(const FactorSettings& settings) {
+  const std::uint64_t free =
+      korvex::ReadFreeMemory() / static_cast<std::uint64_t>(CountRanksHere());
+  const std::uint64_t allowed = free - std::min(free, settings.coming);
+  if (settings.memory == 0) return allowed;
+  return std::min(allowed, settings.memory - std::min(settings.memory, settings.beside));
 }
 
-// Bytes that MUMPS foresees, with the space that it adds for safety.
-std::uint64_t ReadForeseen(const DMUMPS_STRUC_C& id) {
-  return MegabytesOf(Infog(id, id.icntl[OutOfCoreControl - 1] == 1 ? 26 : 16));
+// After the analysis. All ranks have to call MUMPS as often as each other: so rank 0 decides.
+Budget FindBudget(const FactorSettings& settings, const MumpsJob& job) {
+  Budget budget;
+  budget.allowed = FindAllowed(settings);
+  budget.foreseen = MegabytesOf(Infog(job.id, settings.outOfCore.empty() ? 16 : 26));
+  if (!job.isShared) return budget;
+  std::vector<std::uint64_t> all(static_cast<std::size_t>(CountRanks()));
+  Gather(&budget.allowed, sizeof budget.allowed, all.data());
+  budget.allowed = *std::min_element(all.begin(), all.end());
+  if (RankOfThis() == 0) {
+    SendToAll(&budget, sizeof budget);
+  } else {
+    ReceiveFromFirst(&budget, sizeof budget);
+  }
+  return budget;
 }
 
-void NoteMemory(const FactorSettings& settings, std::uint64_t bytes, std::uint64_t budget,
+void NoteMemory(const FactorSettings& settings, std::uint64_t bytes, std::uint64_t allowed,
                 FactorMemory& memory) {
   memory.isOutOfCore = !settings.outOfCore.empty();
-  memory.isLimitGiven = settings.memory > 0 && budget + settings.beside >= settings.memory;
+  memory.isLimitGiven = settings.memory > 0 && allowed + settings.beside >= settings.memory;
   memory.needed = bytes + (memory.isLimitGiven ? settings.beside : settings.coming);
-  memory.allowed = memory.isLimitGiven ? settings.memory : budget + settings.coming;
+  memory.allowed = memory.isLimitGiven ? settings.memory : allowed + settings.coming;
 }
 
 void CheckFactorMemory(const FactorSettings& settings, MumpsJob& job) {
-  const std::uint64_t bytes = ReadForeseen(job.id), budget = FindBudget(settings);
-  NoteMemory(settings, bytes, budget, job.memory);
-  if (bytes <= budget) return;
+  const Budget budget = FindBudget(settings, job);
+  NoteMemory(settings, budget.foreseen, budget.allowed, job.memory);
+  if (budget.foreseen <= budget.allowed) return;
   throw korvex::Stop{korvex::StopKind::Notice, DescribeMemory(job.memory)};
 }
 
@@ -166,21 +221,70 @@ std::uint64_t GrowForeseen(std::uint64_t foreseen, MUMPS_INT space, MUMPS_INT la
 void FactorInBudget(const FactorSettings& settings, MumpsJob& job) {
   constexpr MUMPS_INT MostSpace = 640, LeastSpace = 20;  // per cent
   DMUMPS_STRUC_C& id = job.id;
-  const std::uint64_t foreseen = ReadForeseen(id), budget = FindBudget(settings);
+  const Budget budget = FindBudget(settings, job);
   const MUMPS_INT first = Icntl(id, SpaceControl);
-  std::uint64_t bytes = std::min(foreseen, budget);
+  std::uint64_t bytes = std::min(budget.foreseen, budget.allowed);
   for (;;) {
-    NoteMemory(settings, bytes, budget, job.memory);
+    NoteMemory(settings, bytes, budget.allowed, job.memory);
     Icntl(id, MemoryControl) = static_cast<MUMPS_INT>(bytes / Million);
     Call(Factor, job);
     if (!IsSpaceTooSmall(Infog(id, 1)) || Icntl(id, SpaceControl) >= MostSpace) return;
     Icntl(id, SpaceControl) =
         std::min(MostSpace, 2 * std::max(Icntl(id, SpaceControl), LeastSpace));
-    const std::uint64_t grown = GrowForeseen(foreseen, first, Icntl(id, SpaceControl));
-    NoteMemory(settings, std::max(grown, budget + 1), budget, job.memory);
-    if (bytes >= budget) return;
-    bytes = std::min(grown, budget);
+    const std::uint64_t grown = GrowForeseen(budget.foreseen, first, Icntl(id, SpaceControl));
+    NoteMemory(settings, std::max(grown, budget.allowed + 1), budget.allowed, job.memory);
+    if (bytes >= budget.allowed) return;
+    bytes = std::min(grown, budget.allowed);
   }
+}
+
+// What this rank has of the work, on rank 0 with that of all others. flops: of both kinds, that of
+// the fronts is nearly all.
+void GatherShares(const UpperMatrix& A, double flops, MUMPS_INT megabytes, SparseFactor& factor) {
+  RankShare mine;
+  mine.entries = A.columns.size();
+  mine.flops = flops;
+  mine.bytes = MegabytesOf(megabytes);
+  std::vector<RankShare> all(static_cast<std::size_t>(CountRanks()));
+  Gather(&mine, sizeof mine, all.data());
+  if (RankOfThis() == 0) factor.ranks = std::move(all);
+}
+
+void GiveEntries(const UpperMatrix& A, MumpsJob& job) {
+  DMUMPS_STRUC_C& id = job.id;
+  if (A.isPart) {
+    Icntl(id, 18) = 3;  // each rank gives those that it has
+    id.nnz_loc = static_cast<MUMPS_INT8>(A.columns.size());
+    id.irn_loc = job.rows.data();
+    id.jcn_loc = job.columns.data();
+  } else {
+    id.nnz = static_cast<MUMPS_INT8>(A.columns.size());
+    id.irn = job.rows.data();
+    id.jcn = job.columns.data();
+  }
+}
+
+// What rank 0 says of all.
+bool IsOutOfCore(const FactorSettings& settings) {
+  bool isOutOfCore = !settings.outOfCore.empty();
+  if (RankOfThis() == 0) {
+    SendToAll(&isOutOfCore, sizeof isOutOfCore);
+  } else {
+    ReceiveFromFirst(&isOutOfCore, sizeof isOutOfCore);
+  }
+  return isOutOfCore;
+}
+
+void GiveValues(const UpperMatrix& A, MumpsJob& job) {
+  if (A.isPart) {
+    DoTogether([&] { ScaleEntries(A, job); });
+    Icntl(job.id, 8) = 0;
+    job.id.a_loc = job.values.data();
+    return;
+  }
+  // MUMPS reads them only.
+  job.id.a = const_cast<double*>(A.values.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
+  job.id.colsca = job.id.rowsca = job.scales.data();
 }
 
 }  // namespace
@@ -195,10 +299,15 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   factor.job = job;
   // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): as the system's interface is
   job->run = reinterpret_cast<decltype(&dmumps_c)>(LoadMumps());
-  ListEntries(A, *job);
+  job->isShared = A.isPart;
+  job->TellOthers(RankTask::Analyse);
+  DoTogether([&] {
+    ListEntries(A, *job);
+    job->scales.assign(static_cast<std::size_t>(factor.n), 0.0);
+    job->order.reserve(places.size());
+    for (const std::int32_t place : places) job->order.push_back(place + 1);
+  });
   FindScales(A, job->scales);
-  job->order.reserve(places.size());
-  for (const std::int32_t place : places) job->order.push_back(place + 1);
 
   DMUMPS_STRUC_C& id = job->id;
   id.sym = 2;  // for positive definite ones, 1, null pivots end it
@@ -208,10 +317,8 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   job->hasBegun = true;
   SetControls(id);
   if (!settings.outOfCore.empty()) SetFolder(settings.outOfCore, id);
+  GiveEntries(A, *job);
   id.n = factor.n;
-  id.nnz = static_cast<MUMPS_INT8>(A.columns.size());
-  id.irn = job->rows.data();
-  id.jcn = job->columns.data();
   id.perm_in = job->order.data();
   CallOrStop(Analyse, *job);
   job->order = {};
@@ -219,20 +326,21 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
     throw korvex::Stop{korvex::StopKind::Notice, "MUMPS did not take the order of the equations."};
   }
   CheckFactorMemory(settings, *job);
+  if (A.isPart) GatherShares(A, id.rinfo[0], Info(id, IsOutOfCore(settings) ? 17 : 15), factor);
 }
 
 void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFactor& factor) {
   MumpsJob& job = JobOf(factor);
   DMUMPS_STRUC_C& id = job.id;
-  // MUMPS reads them only.
-  id.a = const_cast<double*>(A.values.data());  // NOLINT(cppcoreguidelines-pro-type-const-cast)
-  id.colsca = id.rowsca = job.scales.data();
+  job.TellOthers(RankTask::Factor);
+  GiveValues(A, job);
   FactorInBudget(settings, job);
   if (Infog(id, 1) < 0) StopFailed(job);
-  id.a = nullptr;
-  id.irn = id.jcn = nullptr;
+  id.a = id.a_loc = nullptr;
+  id.irn = id.jcn = id.irn_loc = id.jcn_loc = nullptr;
   job.rows = {};
   job.columns = {};
+  job.values = {};
   factor.bytes = MegabytesOf(Infog(id, 19));
   factor.flops = id.rinfog[2];
   if (!settings.outOfCore.empty()) {
@@ -241,29 +349,36 @@ void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFa
     factor.diskBytes = sizeof(double) *
                        (entries < 0 ? MegabytesOf(-entries) : static_cast<std::uint64_t>(entries));
   }
+  if (A.isPart) GatherShares(A, id.rinfo[2], Info(id, 16), factor);
+  if (RankOfThis() != 0) return;
   for (MUMPS_INT k = 0; k < Infog(id, 28); ++k) factor.nullPivots.push_back(id.pivnul_list[k] - 1);
 }
 
 void SolveColumns(SparseFactor& factor, std::int32_t columns, double* x) {
   MumpsJob& job = JobOf(factor);
   DMUMPS_STRUC_C& id = job.id;
+  job.TellOthers(RankTask::Solve);
+  if (job.isShared) ScaleColumns(job, columns, x);
   Icntl(id, 25) = 0;
   id.rhs = x;
   id.nrhs = columns;
   id.lrhs = factor.n;
   CallOrStop(Solve, job);
+  if (job.isShared) ScaleColumns(job, columns, x);
 }
 
 void FindNullVector(SparseFactor& factor, std::size_t rank, std::vector<double>& v) {
   MumpsJob& job = JobOf(factor);
   DMUMPS_STRUC_C& id = job.id;
   v.assign(static_cast<std::size_t>(factor.n), 0.0);
+  job.TellOthers(RankTask::Solve);
   Icntl(id, 25) = static_cast<MUMPS_INT>(rank) + 1;
   id.rhs = v.data();
   id.nrhs = 1;
   id.lrhs = factor.n;
   CallOrStop(Solve, job);
   Icntl(id, 25) = 0;
+  if (job.isShared) ScaleColumns(job, 1, v.data());
 }
 
 }  // namespace kvx

@@ -54,15 +54,17 @@ const std::vector<Room>& Rooms() {
       {"mechanism",
        {"finding", "check", "platform", "report", "deck", "skyline", "model", "system"}},
       {"renumber", {"base", "deck"}},
+      {"ranks", {"report"}},
       {"sparse",
-       {"renumber", "tables", "base", "platform", "deck", "report", "skyline", "model", "system"}},
+       {"renumber", "tables", "ranks", "base", "platform", "deck", "report", "skyline", "model",
+        "system"}},
       {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
       {"audit",
        {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
         "beamshell", "run", "tables"}},
       {"engine",
        {"base", "platform", "report", "skyline", "model", "system", "run", "mechanism", "renumber",
-        "sparse", "size", "audit"}},
+        "ranks", "sparse", "size", "audit"}},
       {"cases", {"finding", "toml", "base", "report", "beam", "deck", "model", "results", "audit"}},
       {"mesh", {"finding", "toml", "tables", "base", "report", "beam", "shell", "deck"}},
       {"mesh/gmsh", {"mesh", "base", "deck"}},
@@ -73,11 +75,11 @@ const std::vector<Room>& Rooms() {
         "audit"}},
       {"vtu", {"base", "report", "shell", "skyline", "model", "results", "audit", "tables"}},
       {"commands",
-       {"finding", "check",   "mechanism", "renumber",     "size",        "audit", "engine",
-        "cases",   "mesh",    "mesh/gmsh", "mesh/nastran", "mesh/abaqus", "view",  "vtu",
-        "tables",  "base",    "platform",  "report",       "beam",        "deck",  "model",
-        "system",  "results", "beamshell", "run"}},
-      {"companion", {"commands"}},
+       {"finding", "check",  "mechanism", "renumber",  "size",         "audit",       "engine",
+        "ranks",   "cases",  "mesh",      "mesh/gmsh", "mesh/nastran", "mesh/abaqus", "view",
+        "vtu",     "tables", "base",      "platform",  "report",       "beam",        "deck",
+        "model",   "system", "results",   "beamshell", "run"}},
+      {"companion", {"commands", "engine", "ranks"}},
   };
   return rooms;
 }
@@ -168,7 +170,7 @@ TEST(Arrows, OnlyTheRunAndTheCommandsSpeak) {
   for (const auto& [path, text] : ReadSources()) {
     const bool maySpeak = path == "main.cpp" || path == "companion/main.cpp" ||
                           RoomOf(path) == "run" || RoomOf(path) == "commands" ||
-                          path.rfind("platform/notice", 0) == 0;
+                          path == "companion/main_mpi.cpp" || path.rfind("platform/notice", 0) == 0;
     if (maySpeak) continue;
     for (const std::string& name : FindIncludes(text, true)) {
       EXPECT_TRUE(name != "iostream" && name != "cstdio" && name != "stdio.h" && name != "print")
@@ -191,7 +193,7 @@ TEST(Arrows, LibrariesStandInOneUnitEach) {
   for (const auto& [path, text] : ReadSources()) {
     for (const std::string& name : FindIncludes(text, true)) {
       for (const char* library :
-           {"CLI/", "nlohmann/", "toml/", "zlib.h", "metis.h", "dmumps_c.h"}) {
+           {"CLI/", "nlohmann/", "toml/", "zlib.h", "metis.h", "dmumps_c.h", "mpi.h"}) {
         if (name.rfind(library, 0) == 0) users[library].insert(path);
       }
     }
@@ -201,6 +203,7 @@ TEST(Arrows, LibrariesStandInOneUnitEach) {
   EXPECT_EQ(users["zlib.h"], (std::set<std::string>{"view/page_block.cpp", "vtu/vtu_file.cpp"}));
   EXPECT_EQ(users["metis.h"], std::set<std::string>{"sparse/node_order_metis.cpp"});
   EXPECT_EQ(users["dmumps_c.h"], std::set<std::string>{"sparse/sparse_factor_mumps.cpp"});
+  EXPECT_EQ(users["mpi.h"], std::set<std::string>{"ranks/ranks_mpi.cpp"});
   EXPECT_FALSE(users["nlohmann/"].empty());
   for (const std::string& path : users["nlohmann/"]) EXPECT_EQ(RoomOf(path), "commands") << path;
 }

@@ -94,14 +94,13 @@ TEST(CheckSupports, NameAPartWithoutSupports) {
 // One flag too few: of a clamped node the motion of this flag, of a pinned one a turn.
 TEST(CheckSupports, NameTheMotionOfAMissingFlag) {
   constexpr std::array<const char*, 3> Axes{"x", "y", "z"};
-  std::set<std::size_t> flags;
+  std::size_t cases = 0;
   for (std::uint32_t seed = 0; seed < 3 * Seeds; ++seed) {
     SCOPED_TRACE(seed);
     Planting planting = Prepare(seed);
     ModelText::Restraint& row = RollRestraint(planting);
     if (!IsClamped(row)) continue;
-    const auto flag = static_cast<std::size_t>(RollInteger(planting.dice, 0, 5));
-    flags.insert(flag);
+    const std::size_t flag = cases++ % 6;
     row.fixed[flag] = 0;
     const int part = PartOf(planting, row.node);
     const CheckReport report = Check(planting.model);
@@ -114,7 +113,7 @@ TEST(CheckSupports, NameTheMotionOfAMissingFlag) {
       ExpectInMessage(report, "K301", std::string(") along ") + Axes[flag - 3] + ";");
     }
   }
-  EXPECT_EQ(flags.size(), 6U);
+  EXPECT_GE(cases, 6U);
 }
 
 // Three pins less one: a turn about the line through the other two, which is oblique.

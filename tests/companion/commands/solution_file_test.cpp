@@ -104,7 +104,7 @@ TEST_F(SolutionFile, IsNotUsedWhereItIsNotAsItWasWritten) {
   const std::string text = SolutionFileText(ThisFile, SolutionOfLoad(MakeRecord(), 1));
   for (const std::string& spoilt :
        {std::string(), std::string("[]"), std::string("null"), text.substr(0, text.size() / 2),
-        std::string(100000, ' ') + text}) {
+        std::string(5000000, ' ') + text}) {
     WriteFile("solution.json", spoilt);
     EXPECT_FALSE(ReadSolutionFile(ThisFile)) << spoilt.substr(0, 40);
   }
@@ -123,6 +123,29 @@ TEST_F(SolutionFile, IsNotUsedWhereItIsNotAsItWasWritten) {
   fs::remove("solution.json");
   fs::create_directory("solution.json");
   EXPECT_FALSE(ReadSolutionFile(ThisFile));
+}
+
+// More than any cluster has today; and a row that lacks something.
+TEST_F(SolutionFile, KeepsWhatEachRankDid) {
+  SolutionRecord record = SolutionOfLoad(MakeRecord(), 1);
+  for (std::uint64_t rank = 0; rank < 10000; ++rank) {
+    record.ranks.push_back({rank + 1, rank + 2, 0.5 + static_cast<double>(rank), rank + 3});
+  }
+  const std::string text = SolutionFileText(ThisFile, record);
+  WriteFile("solution.json", text);
+  const auto read = ReadSolutionFile(ThisFile);
+  ASSERT_TRUE(read);
+  ASSERT_EQ(read->ranks.size(), record.ranks.size());
+  EXPECT_EQ(read->ranks[7].elements, 8U);
+  EXPECT_EQ(read->ranks[7].entries, 9U);
+  EXPECT_EQ(read->ranks[7].flops, 7.5);
+  EXPECT_EQ(read->ranks[7].bytes, 10U);
+  for (const char* key : {"elements", "entries", "flops", "bytes"}) {
+    Json spoilt = Json::parse(text);
+    spoilt["ranks"][3].erase(key);
+    WriteFile("solution.json", spoilt.dump());
+    EXPECT_FALSE(ReadSolutionFile(ThisFile)) << key;
+  }
 }
 
 TEST(EngineJson, HasNoNameWhereNothingFits) {

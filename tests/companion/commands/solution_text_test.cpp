@@ -41,8 +41,16 @@ TEST(AccuracyText, SaysWhatIsKnown) {
 }
 
 TEST(EngineText, NamesEngineAndThreads) {
-  EXPECT_EQ(EngineText(EngineChoice::Skyline, false, 1), "skyline, 1 thread");
-  EXPECT_EQ(EngineText(EngineChoice::Sparse, true, 4), "sparse, out of core, 4 threads");
+  SolutionRecord solution;
+  EXPECT_EQ(EngineText(solution), "skyline, 1 thread");
+  solution.engine = EngineChoice::Sparse;
+  solution.isOutOfCore = true;
+  solution.threads = 4;
+  EXPECT_EQ(EngineText(solution), "sparse, out of core, 4 threads");
+  solution.isOutOfCore = false;
+  solution.threads = 1;
+  solution.ranks.resize(2);
+  EXPECT_EQ(EngineText(solution), "sparse, 2 ranks, 1 thread");
 }
 
 TEST(DurationText, HasTwoDigits) {
