@@ -56,6 +56,13 @@ bool VisitLoad(Load& load, const Visit& visit) {
          visit("condition", load.condition) && visit("digits_lost", load.digitsLost);
 }
 
+// The same of a rank.
+template <typename Rank, typename Visit>
+bool VisitRank(Rank& rank, const Visit& visit) {
+  return visit("elements", rank.elements) && visit("entries", rank.entries) &&
+         visit("flops", rank.flops) && visit("bytes", rank.bytes);
+}
+
 Json ToJson(double number) { return std::isinf(number) ? Json(Infinite) : NumberJson(number); }
 
 template <typename Integer>
@@ -85,15 +92,30 @@ bool ReadEngine(const Json& json, SolutionRecord& record) {
   return *name == EngineName(record.engine);
 }
 
+// For the functions above: writes to `json`.
+auto WriteTo(Json& json) {
+  return [&json](const char* key, const auto& member) {
+    json[key] = ToJson(member);
+    return true;
+  };
+}
+
+// For the functions above: reads from `json`, which has to have the key.
+auto ReadFrom(const Json& json) {
+  return [&json](const char* key, auto& member) {
+    const auto found = json.find(key);
+    return found != json.end() && FromJson(*found, member);
+  };
+}
+
 Json RanksJson(const std::vector<RankShare>& ranks) {
-  Json json = Json::array();
-  for (const RankShare& share : ranks) {
-    json.push_back({{"elements", share.elements},
-                    {"entries", share.entries},
-                    {"flops", NumberJson(share.flops)},
-                    {"bytes", share.bytes}});
+  Json all = Json::array();
+  for (const RankShare& rank : ranks) {
+    Json json;
+    VisitRank(rank, WriteTo(json));
+    all.push_back(json);
   }
-  return json;
+  return all;
 }
 
 // There are none where one process was alone.
@@ -102,25 +124,17 @@ bool ReadRanks(const Json& json, std::vector<RankShare>& ranks) {
   if (found == json.end()) return true;
   if (!found->is_array()) return false;
   for (const Json& each : *found) {
-    RankShare share;
-    if (!each.is_object() || !ReadCount(each, "elements", share.elements) ||
-        !ReadCount(each, "entries", share.entries) || !ReadNumber(each, "flops", share.flops) ||
-        !ReadCount(each, "bytes", share.bytes)) {
-      return false;
-    }
-    ranks.push_back(share);
+    RankShare rank;
+    if (!each.is_object() || !VisitRank(rank, ReadFrom(each))) return false;
+    ranks.push_back(rank);
   }
   return true;
 }
 
 bool ReadRecord(const Json& json, SolutionRecord& record) {
-  const auto read = [&](const char* key, auto& member) {
-    const auto found = json.find(key);
-    return found != json.end() && FromJson(*found, member);
-  };
   record.loads.resize(1);
-  return ReadEngine(json, record) && VisitSolution(record, read) && ReadRanks(json, record.ranks) &&
-         VisitLoad(record.loads.front(), read);
+  return ReadEngine(json, record) && VisitSolution(record, ReadFrom(json)) &&
+         ReadRanks(json, record.ranks) && VisitLoad(record.loads.front(), ReadFrom(json));
 }
 
 }  // namespace
@@ -133,13 +147,9 @@ const char* EngineName(EngineChoice engine) {
 void AddSolutionJson(const SolutionRecord& record, Json& json) {
   json["engine"] = EngineName(record.engine);
   json["out_of_core"] = record.isOutOfCore;
-  const auto write = [&](const char* key, const auto& member) {
-    json[key] = ToJson(member);
-    return true;
-  };
-  VisitSolution(record, write);
+  VisitSolution(record, WriteTo(json));
   if (!record.ranks.empty()) json["ranks"] = RanksJson(record.ranks);
-  if (record.loads.size() == 1) VisitLoad(record.loads.front(), write);
+  if (record.loads.size() == 1) VisitLoad(record.loads.front(), WriteTo(json));
 }
 
 Json EngineJson(const SolutionPlan& plan, bool fits, const SolutionRecord* solution) {

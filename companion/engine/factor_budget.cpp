@@ -29,10 +29,12 @@ FactorSettings MakeFactorSettings(const EngineSettings& settings, const UpperMat
   const std::uint64_t vectors = std::uint64_t{equations} * loads * sizeof(double);
   // MUMPS has a copy of the columns that it solves.
   const std::uint64_t copies =
-      std::uint64_t{n} * (std::min(loads, BlockColumns) + FirstColumns) * sizeof(double);
+      std::uint64_t{n} * (std::min(loads, BlockColumns) + ModeColumns) * sizeof(double);
   FactorSettings factor;
   factor.memory = settings.memory;
-  factor.coming = vectors + CountColumnBytes(n, loads) + copies;  // displacements, and blocks
+  const std::uint64_t scaled = A.isPart ? A.values.size() * sizeof(double) : 0;
+  // displacements, blocks, and the scaled entries
+  factor.coming = vectors + CountColumnBytes(n, loads) + copies + scaled;
   factor.beside = factor.coming + vectors + BytesOf(A) + BytesOf(C) +
                   A.columns.size() * EntryBytes + n * RowBytes;
   return factor;

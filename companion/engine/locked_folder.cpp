@@ -20,6 +20,8 @@ LockResult TakeFolder(const fs::path& folder, FileLock& lock, bool& isNew, std::
     isNew = fs::create_directory(folder, error);
     if (error) {
       reason = error.message();
+      // A folder that goes before it is looked at "exists", too.
+      if (error == std::errc::file_exists) continue;
       return LockResult::Failed;
     }
     const LockResult result = TakeLock(folder / LockName, lock, reason);

@@ -91,7 +91,7 @@ void SolveRefined(const UpperMatrix& A, const ColumnWork& work, RefinedColumns& 
 
 std::uint64_t CountColumnBytes(std::size_t n, std::size_t columns) {
   const std::uint64_t block = std::min(columns, BlockColumns);
-  return n * (3 * block + ModeColumns) * sizeof(double);
+  return n * (3 * block + ModeColumns + 1) * sizeof(double);
 }
 
 }  // namespace kvx

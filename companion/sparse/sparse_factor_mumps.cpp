@@ -105,7 +105,7 @@ void SetControls(DMUMPS_STRUC_C& id) {
   Icntl(id, 24) = 1;  // null pivots are left out and listed
   Icntl(id, 28) = 1;  // one rank analyses
   // Columns of the right side at a time: all that are given, so that the factors are read once.
-  Icntl(id, 27) = static_cast<MUMPS_INT>(BlockColumns + FirstColumns);
+  Icntl(id, 27) = static_cast<MUMPS_INT>(BlockColumns + ModeColumns);
   // Pivots are taken as they come: no other is 1e30 times as large. With 0, null pivots would end
   // the factorisation.
   Cntl(id, 1) = 1e-30;

@@ -8,7 +8,7 @@ namespace {
 
 // Two free equations of six, three entries, one fixed row with two; two loads.
 TEST(FactorBudget, CountsWhatStandsBeside) {
-  const UpperMatrix A{{0, 2, 3}, {0, 1, 1}, {2.0, -1.0, 2.0}};
+  const UpperMatrix A{{0, 2, 3}, {0, 1, 1}, {2.0, -1.0, 2.0}, false, 0, {}};
   const FixedRows C{{0, 2}, {0, 1}, {0.5, 0.5}};
   EngineSettings settings;
   settings.memory = 1234;

@@ -34,6 +34,8 @@ TEST(LockedFolder, GoesWhereItIsEmpty) {
   LeaveFolder(path, lock);  // not taken: nothing
   EXPECT_EQ(TakeFolder(parent.Path() / "none" / "folder", lock, isNew, reason), LockResult::Failed);
   EXPECT_FALSE(reason.empty());
+  std::ofstream(path) << "a file";
+  EXPECT_EQ(TakeFolder(path, lock, isNew, reason), LockResult::Failed);
 }
 
 // Each removes the folder behind itself, mostly while another is about to take it: that is not said
