@@ -14,7 +14,9 @@ constexpr const char* LockName = "lock";
 }  // namespace
 
 LockResult TakeFolder(const fs::path& folder, FileLock& lock, bool& isNew, std::string& reason) {
-  constexpr int Attempts = 8;  // each fails only where another process ends at this moment
+  // Each fails only where another process ends at this moment: about half of them do while three
+  // do nothing but come and go.
+  constexpr int Attempts = 100;
   for (int k = 0; k < Attempts; ++k) {
     std::error_code error;
     isNew = fs::create_directory(folder, error);
