@@ -91,9 +91,8 @@ void ShareAmongRanks(const SparseTask& task, EngineEstimate& estimate) {
   const int ranks = CountRanks();
   if (ranks == 1) return;
   const auto equations = static_cast<std::uint64_t>(task.equations);
-  const std::uint64_t own =
-      std::min(estimate.bytes,
-               equations * BytesPerEquation + CountColumnBytes(equations, task.loads));
+  const std::uint64_t own = std::min(
+      estimate.bytes, equations * BytesPerEquation + CountColumnBytes(equations, task.loads));
   estimate.bytes = own + static_cast<std::uint64_t>(static_cast<double>(estimate.bytes - own) *
                                                     Unevenness / static_cast<double>(ranks));
   estimate.seconds /= 1.0 + Gain * static_cast<double>(ranks - 1);

@@ -217,9 +217,8 @@ void PredictRanks(const korvex::Model& model, std::size_t loads, const EngineSet
   record.threads = settings.threads;
   const std::vector<std::int32_t> places = Assemble(plan, solution, record);
   if (places.empty()) return;
-  FactorSettings factorSettings =
-      MakeFactorSettings(settings, solution.A, solution.C,
-                         static_cast<std::size_t>(model.NEQ), loads);
+  FactorSettings factorSettings = MakeFactorSettings(settings, solution.A, solution.C,
+                                                     static_cast<std::size_t>(model.NEQ), loads);
   if (plan.isOutOfCore) factorSettings.outOfCore = settings.outOfCore;
   CallGuarded(solution,
               [&] { AnalyseMatrix(solution.A, places, factorSettings, solution.factor); });

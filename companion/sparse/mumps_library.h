@@ -2,8 +2,9 @@
 //
 // It brings a BLAS along. OpenBLAS starts a thread for each core as soon as it is loaded, and each
 // of them waits for ever for its work space where addresses are limited (ulimit -v). So commands
-// that make no factor do without, and it is told to begin with one thread (blas_threads.h). A program
-// of several processes is linked with the MUMPS for these instead (mumps_library_linked.cpp).
+// that make no factor do without, and it is told to begin with one thread (blas_threads.h). A
+// program of several processes is linked with the MUMPS for these instead
+// (mumps_library_linked.cpp).
 #pragma once
 
 namespace kvx {

@@ -1,5 +1,5 @@
-// For programs of several processes: MPI has to begin before any of them makes a factor, and the MUMPS
-// that uses it comes with it.
+// For programs of several processes: MPI has to begin before any of them makes a factor, and the
+// MUMPS that uses it comes with it.
 #include <dmumps_c.h>
 
 #include "sparse/mumps_library.h"

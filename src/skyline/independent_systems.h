@@ -41,7 +41,6 @@ std::size_t FindMaxEntries(const SkylineMatrix& K, std::size_t loads, std::uint6
 std::vector<LoadedSystem> SolveIndependentSystems(SkylineMatrix& K,
                                                   const std::vector<LoadedSystem>& loads,
                                                   std::size_t maxEntries, ColumnCounter& columns,
-                                                  int threads = 1,
-                                                  SkylineFactor* factor = nullptr);
+                                                  int threads = 1, SkylineFactor* factor = nullptr);
 
 }  // namespace korvex

@@ -589,8 +589,9 @@ TEST(Reactions, AllowForTheRoundingOfASlenderStrip) {
   EXPECT_TRUE(IsBalanced(r));
 }
 
-// A cantilever plate of 4000 equal elements, 10,000 times as long as thick: the errors of all of them
-// add up to more than a millionth of the load, though each equation is solved to its last digits.
+// A cantilever plate of 4000 equal elements, 10,000 times as long as thick: the errors of all of
+// them add up to more than a millionth of the load, though each equation is solved to its last
+// digits.
 TEST(Reactions, AllowForTheRoundingOfALongThinPlate) {
   constexpr int nx = 20, ny = 200;
   ModelText text = BuildGrid(nx, ny, Cells::Quads, [](double s, double t) {
