@@ -10,6 +10,7 @@
 
 #include "commands/exit_status.h"
 #include "commands/speak.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -26,6 +27,7 @@ struct Watch {
   EndProgress(progress);
   Complain("kvx", "interrupted.");
   std::cout.flush();
+  AbortRanks(ExitInterrupted);
   std::_Exit(ExitInterrupted);
 }
 

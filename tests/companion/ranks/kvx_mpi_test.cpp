@@ -266,41 +266,69 @@ pid_t FindRank(int rank, const fs::path& folder) {
   return 0;
 }
 
-// The last rank makes its folder for factors last. It is stopped there, so that it does not finish
-// before it is killed.
-TEST_F(KvxMpi, LeavesNoHalfFilesWhereARankIsKilled) {
-  Put(WriteModel([] {
-    ModelText text = korvex::test::BuildGrid(60, 60, korvex::test::Cells::Quads,
-                                             [](double s, double t) -> korvex::test::Point3 {
-                                               return {1000.0 * s, 1000.0 * t, 0.0};
-                                             });
-    text.materials = {{2.1e5, 0.3, 0.0}};
-    text.thicknesses = {10.0};
-    for (int i = 0; i <= 60; ++i) text.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
-    text.forces.push_back({61 * 60, korvex::test::SingleLoad(2, 1.0)});
-    return text;
-  }()));
-  const fs::path factors = base.Path() / "factors";
+// A clamped plate, large enough to be at work for a while.
+std::string WritePlate() {
+  constexpr int Rows = 60;
+  ModelText text = korvex::test::BuildGrid(Rows, Rows, korvex::test::Cells::Quads,
+                                           [](double s, double t) -> korvex::test::Point3 {
+                                             return {1000.0 * s, 1000.0 * t, 0.0};
+                                           });
+  text.materials = {{2.1e5, 0.3, 0.0}};
+  text.thicknesses = {10.0};
+  for (int i = 0; i <= Rows; ++i) text.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
+  text.forces.push_back({(Rows + 1) * Rows, korvex::test::SingleLoad(2, 1.0)});
+  return WriteModel(text);
+}
+
+// A run of two ranks with factors out of core. The last rank makes its folder for them last; then
+// the signal comes.
+ProgramRun RunAndSignal(const KvxMpi& test, int rank, int signal) {
+  const fs::path factors = test.base.Path() / "factors";
   fs::create_directory(factors);
   ProgramRun run;
-  std::thread mpi([&] { run = Mpi(2, {"run", "deck", "--out-of-core", "factors"}); });
+  std::thread mpi([&] { run = test.Mpi(2, {"run", "deck", "--out-of-core", "factors"}); });
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::seconds(60);
-  pid_t last = 0;
-  while (Clock::now() < end && (last = FindRank(1, base.Path())) == 0) usleep(1000);
+  pid_t process = 0;
+  while (Clock::now() < end && (process = FindRank(rank, test.base.Path())) == 0) usleep(1000);
   while (Clock::now() < end && !fs::exists(factors / "kvx-factors-2")) usleep(200);
-  if (last != 0) kill(last, SIGKILL);
+  if (process != 0) kill(process, signal);
   mpi.join();
-  EXPECT_EQ(run.exitStatus, 128 + SIGKILL) << run.out << run.err;
+  return run;
+}
+
+void ExpectNoResults(const KvxMpi& test) {
   for (const char* name : {"displacements.bin", "solution.json", "Node_Dis.txt"}) {
-    EXPECT_FALSE(fs::exists(deck / name)) << name;
+    EXPECT_FALSE(fs::exists(test.deck / name)) << name;
   }
-  // The next run removes what is left.
-  const ProgramRun next = Mpi(2, {"run", "deck", "--out-of-core", "factors"});
+}
+
+// And it removes what a run before has left.
+void ExpectThatTheNextRunSolves(const KvxMpi& test) {
+  const ProgramRun next = test.Mpi(2, {"run", "deck", "--out-of-core", "factors"});
   EXPECT_EQ(next.exitStatus, 0) << next.err;
-  EXPECT_TRUE(ListFolder(factors).empty());
+  EXPECT_TRUE(ListFolder(test.base.Path() / "factors").empty());
+  EXPECT_FALSE(fs::exists(test.deck / "kvx-unfinished"));
+  EXPECT_TRUE(fs::exists(test.deck / "displacements.bin"));
+}
+
+TEST_F(KvxMpi, LeavesNoHalfFilesWhereARankIsKilled) {
+  Put(WritePlate());
+  const ProgramRun run = RunAndSignal(*this, 1, SIGKILL);
+  EXPECT_EQ(run.exitStatus, 128 + SIGKILL) << run.out << run.err;
+  ExpectNoResults(*this);
+  ExpectThatTheNextRunSolves(*this);
+}
+
+TEST_F(KvxMpi, EndsAllRanksWhereTheFirstIsInterrupted) {
+  Put(WritePlate());
+  const ProgramRun run = RunAndSignal(*this, 0, SIGINT);
+  EXPECT_EQ(run.exitStatus, 130) << run.out << run.err;
+  EXPECT_TRUE(Holds(run.err, "interrupted.")) << run.err;
+  ExpectNoResults(*this);
   EXPECT_FALSE(fs::exists(deck / "kvx-unfinished"));
-  EXPECT_TRUE(fs::exists(deck / "displacements.bin"));
+  EXPECT_EQ(FindRank(1, base.Path()), 0);
+  ExpectThatTheNextRunSolves(*this);
 }
 
 }  // namespace
