@@ -60,11 +60,10 @@ struct Failure {
   std::string text;
 };
 
-// To be called where an exception is being handled.
-void Describe(Failure& failure) {
-  failure.thrown = std::current_exception();
+void Describe(const std::exception_ptr& thrown, Failure& failure) {
+  failure.thrown = thrown;
   try {
-    throw;
+    std::rethrow_exception(thrown);
   } catch (const korvex::Stop& stop) {
     failure.kind = stop.kind;
     failure.text = stop.text;
@@ -193,7 +192,7 @@ void DoTogether(const std::function<void()>& work) {
   try {
     work();
   } catch (...) {
-    Describe(failure);
+    Describe(std::current_exception(), failure);
   }
   const int rank = RankOfThis(), none = CountRanks();
   int mine = failure.thrown ? rank : none, first = none;
