@@ -74,12 +74,12 @@ endif()
 # The libraries of the .deb with their versions, where the tools that find them are there.
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
+# They do not see what kvx loads when it needs it.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6, zlib1g${kvx_sparse_packages}")
 find_program(KORVEX_DPKG_SHLIBDEPS dpkg-shlibdeps)
 find_program(KORVEX_FILE file)
 if(KORVEX_DPKG_SHLIBDEPS AND KORVEX_FILE)
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-else()
-  set(CPACK_DEBIAN_PACKAGE_DEPENDS "libc6, libstdc++6, zlib1g${kvx_sparse_packages}")
 endif()
 
 include(CPack)

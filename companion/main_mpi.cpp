@@ -11,8 +11,10 @@
 #include "commands/progress.h"
 #include "commands/speak.h"
 #include "commands/terminal.h"
+#include "commands/watched_call.h"
 #include "engine/serve_ranks.h"
 #include "ranks/ranks.h"
+#include "sparse/held_signals.h"
 
 namespace kvx {
 namespace {
@@ -55,7 +57,8 @@ int Run(int argc, char** argv) {
 // Another rank has nobody to throw to.
 void Serve() {
   try {
-    return ServeRanks();
+    CatchInterrupts();
+    return ServeRanks(RunWatchedInSilence);
   } catch (const std::bad_alloc&) {
     Complain("kvx-mpi", "there is not enough memory on rank " + std::to_string(RankOfThis()) + '.');
     AbortRanks(ExitUnusableData);
@@ -69,7 +72,7 @@ void Serve() {
 }  // namespace kvx
 
 int main(int argc, char** argv) {
-  kvx::BeginRanks(argc, argv);
+  kvx::CallHeld([&] { kvx::BeginRanks(argc, argv); });
   int status = 0;
   if (kvx::RankOfThis() == 0) {
     status = kvx::Run(argc, argv);

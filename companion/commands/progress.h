@@ -7,9 +7,8 @@
 //
 // An interrupt (Ctrl+C, SIGTERM, a terminal that is closed) sets a flag. Work looks at it through
 // ShowShare and StopIfInterrupted, which throw: so files on their way are removed. Work that cannot
-// look is watched (watched_call.h). A second
-// interrupt ends the program at once; its unfinished files have names of their own and are removed
-// by the next run.
+// look is watched (watched_call.h). A second interrupt ends the program at once; its unfinished
+// files have names of their own and are removed by the next run.
 #pragma once
 
 #include <chrono>

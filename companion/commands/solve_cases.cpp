@@ -84,7 +84,9 @@ struct Task {
   SolutionPlan plan;
 };
 
-void Plan(const EngineSettings& settings, CaseSet& set, Task& task, SolvedCases& solved) {
+// isDryRun: what each rank would do is looked at, too.
+void Plan(const EngineSettings& settings, bool isDryRun, CaseSet& set, Task& task,
+          SolvedCases& solved) {
   AssembleLoads(set, task.loads);
   Progress progress;
   BeginProgress("Predicting time and memory", progress);
@@ -94,6 +96,7 @@ void Plan(const EngineSettings& settings, CaseSet& set, Task& task, SolvedCases&
     PlanSolution(
         set.model, task.loads.size(), watched, [&](double share) { ShowShare(share, progress); },
         task.plan);
+    if (isDryRun) PredictRanks(set.model, task.loads.size(), watched, task.plan);
   } catch (const korvex::Stop&) {
     solved.plan = CopyWithoutOrder(task.plan);
     throw;
@@ -272,16 +275,14 @@ void WriteEnvelopes(const fs::path& results, const CaseSet& set, const EnvelopeW
 
 void PlanCases(const EngineSettings& settings, CaseSet& set, SolvedCases& solved) {
   Task task;
-  Plan(settings, set, task, solved);
-  PredictRanks(set.model, set.sets.size(), settings, task.plan);
-  solved.plan.ranks = task.plan.ranks;
+  Plan(settings, true, set, task, solved);
 }
 
 void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet& set,
                 const TakeCase& take, SolvedCases& solved) {
   Task task;
   CheckCaseFolders(results, set, task.made);
-  Plan(settings, set, task, solved);
+  Plan(settings, false, set, task, solved);
   std::vector<std::vector<double>> displacements;
   Solve(settings, set, task, displacements, solved);
   task.loads = {};

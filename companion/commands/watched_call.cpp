@@ -11,6 +11,7 @@
 #include "commands/exit_status.h"
 #include "commands/speak.h"
 #include "ranks/ranks.h"
+#include "sparse/held_signals.h"
 
 namespace kvx {
 
@@ -22,20 +23,25 @@ struct Watch {
   bool isOver = false;
 };
 
-[[noreturn]] void EndProgram(Progress& progress, const std::function<void()>& cleanUp) {
-  cleanUp();
-  EndProgress(progress);
-  Complain("kvx", "interrupted.");
-  std::cout.flush();
+// cleanUp and tell may fail where memory is at its end: the program ends in any case.
+[[noreturn]] void EndProgram(const std::function<void()>& cleanUp,
+                             const std::function<void()>& tell) {
+  for (const auto* const step : {&cleanUp, &tell}) {
+    try {
+      (*step)();
+    } catch (...) {  // NOLINT(bugprone-empty-catch): there is nobody to tell
+    }
+  }
   AbortRanks(ExitInterrupted);
   std::_Exit(ExitInterrupted);
 }
 
-void LookOut(Watch& watch, Progress& progress, const std::function<void()>& cleanUp) {
+void LookOut(Watch& watch, const std::function<void()>& cleanUp,
+             const std::function<void()>& tell) {
   constexpr std::chrono::milliseconds Interval(20);
   std::unique_lock<std::mutex> lock(watch.mutex);
   while (!watch.over.wait_for(lock, Interval, [&] { return watch.isOver; })) {
-    if (IsInterrupted()) EndProgram(progress, cleanUp);
+    if (IsInterrupted()) EndProgram(cleanUp, tell);
   }
 }
 
@@ -54,18 +60,32 @@ struct Lookout {
   }
 };
 
-}  // namespace
-
-void RunWatched(Progress& progress, const std::function<void()>& call,
-                const std::function<void()>& cleanUp) {
+// tell: what is said at the end.
+void RunWith(const std::function<void()>& call, const std::function<void()>& cleanUp,
+             const std::function<void()>& tell) {
   Watch watch;
   Lookout lookout{watch, {}};
   try {
-    lookout.thread = std::thread([&] { LookOut(watch, progress, cleanUp); });
+    CallHeld([&] { lookout.thread = std::thread([&] { LookOut(watch, cleanUp, tell); }); });
   } catch (const std::system_error&) {
     // Without a thread the interrupt waits for the end of the call.
   }
   call();
+}
+
+}  // namespace
+
+void RunWatched(Progress& progress, const std::function<void()>& call,
+                const std::function<void()>& cleanUp) {
+  RunWith(call, cleanUp, [&] {
+    EndProgress(progress);
+    Complain(IsProgramOfRanks() ? "kvx-mpi" : "kvx", "interrupted.");
+    std::cout.flush();
+  });
+}
+
+void RunWatchedInSilence(const std::function<void()>& call, const std::function<void()>& cleanUp) {
+  RunWith(call, cleanUp, [] {});
 }
 
 EngineSettings WatchCalls(const EngineSettings& settings, Progress& progress,

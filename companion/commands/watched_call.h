@@ -15,6 +15,9 @@ namespace kvx {
 void RunWatched(Progress& progress, const std::function<void()>& call,
                 const std::function<void()>& cleanUp);
 
+// The same without words: for a rank that is not the first.
+void RunWatchedInSilence(const std::function<void()>& call, const std::function<void()>& cleanUp);
+
 // The settings with a guard that does so. cleanUp: of the command, after that of the engine.
 // progress has to live as long as the result.
 EngineSettings WatchCalls(const EngineSettings& settings, Progress& progress,

@@ -3,9 +3,11 @@
 #include <limits>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include "engine/locked_folder.h"
 #include "report/stop.h"
+#include "sparse/sparse_factor.h"
 
 namespace kvx {
 
@@ -25,13 +27,57 @@ fs::path NameOf(const fs::path& parent, int number) {
                                                        "\", cannot be written to: " + reason + "."};
 }
 
-// Makes it this run's, unless another has it. Without locks nothing tells what a killed run has
-// left from the files of one that is at work: then only what was made just now is this run's.
-LockResult TakeAlone(const fs::path& path, FactorFolder& folder, std::string& reason) {
+// What MUMPS names its files by, as it is told to (sparse/sparse_factor.h), and the lock.
+bool IsOfRun(const fs::directory_entry& entry) {
+  std::error_code error;
+  const std::string name = entry.path().filename().u8string();
+  return fs::is_regular_file(entry.symlink_status(error)) &&
+         (name.rfind(FactorFilePrefix, 0) == 0 || name == LockName);
+}
+
+// Whether it is a folder with nothing but such files: no link to one, and not one of somebody who
+// likes the name.
+bool IsOfRuns(const fs::path& path) {
+  std::error_code error;
+  if (!fs::is_directory(fs::symlink_status(path, error))) return false;
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    if (!IsOfRun(*it)) return false;
+  }
+  return !error;
+}
+
+void RemoveFactors(const fs::path& path) {
+  std::error_code error;
+  std::vector<fs::path> files;
+  for (fs::directory_iterator it(path, error), end; !error && it != end; it.increment(error)) {
+    if (IsOfRun(*it) && it->path().filename() != LockName) files.push_back(it->path());
+  }
+  for (const fs::path& file : files) fs::remove(file, error);
+}
+
+// Takes one that is there, to remove it. Without locks nothing tells what a killed run has left from
+// the files of one that is at work: then it stays.
+void TakeOld(const fs::path& path, FactorFolder& folder) {
+  bool isNew = false;
+  std::string reason;
+  if (!IsOfRuns(path)) return;
+  const LockResult result = TakeFolder(path, folder.lock, isNew, reason);
+  if (result == LockResult::Taken) folder.path = path;
+  if (result == LockResult::Unlocked) ReturnFolder(folder.lock);
+}
+
+// Makes it, unless something has the name: another run, another user's folder, a link.
+LockResult MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
+  std::error_code error;
+  if (fs::exists(fs::symlink_status(path, error))) return LockResult::Busy;
   bool isNew = false;
   const LockResult result = TakeFolder(path, folder.lock, isNew, reason);
-  if (result == LockResult::Taken || (result == LockResult::Unlocked && isNew)) folder.path = path;
-  if (result == LockResult::Unlocked && !isNew) ReturnFolder(folder.lock);
+  if (result != LockResult::Taken && result != LockResult::Unlocked) return result;
+  if (isNew) {
+    folder.path = path;
+  } else {
+    ReturnFolder(folder.lock);
+  }
   return result;
 }
 
@@ -39,10 +85,7 @@ LockResult TakeAlone(const fs::path& path, FactorFolder& folder, std::string& re
 void RemoveLeftOvers(const fs::path& parent) {
   for (int number = 1; number <= MostFolders; ++number) {
     FactorFolder left;  // goes with its files
-    const fs::path path = NameOf(parent, number);
-    std::error_code error;
-    std::string reason;
-    if (fs::is_directory(path, error)) TakeAlone(path, left, reason);
+    TakeOld(NameOf(parent, number), left);
   }
 }
 
@@ -56,11 +99,9 @@ void RemoveFactorFolder(FactorFolder& folder) {
   for (int k = 0; k < Attempts && !folder.path.empty(); ++k) {
     const fs::path path = std::move(folder.path);
     folder.path.clear();
-    EmptyFolder(path);
+    RemoveFactors(path);
     LeaveFolder(path, folder.lock);
-    std::error_code error;
-    std::string reason;
-    if (fs::is_directory(path, error)) TakeAlone(path, folder, reason);
+    TakeOld(path, folder);
   }
 }
 
@@ -71,13 +112,12 @@ void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
     StopFolder(parent, error ? error.message() : "it is no folder");
   }
   RemoveLeftOvers(place);
+  std::string reason = "too many runs are at work there, or have left folders";
   for (int number = 1; number <= MostFolders; ++number) {
-    std::string reason;
-    const LockResult result = TakeAlone(NameOf(place, number), folder, reason);
-    if (result == LockResult::Failed) StopFolder(parent, reason);
+    if (MakeNew(NameOf(place, number), folder, reason) == LockResult::Failed) break;
     if (!folder.path.empty()) return;
   }
-  StopFolder(parent, "too many runs are at work there, or have left folders");
+  StopFolder(parent, reason);
 }
 
 std::uint64_t ReadFreeDisk(const std::string& parent) {

@@ -2,7 +2,8 @@
 //
 // It is removed with all its files when the object goes. A lock (file_lock.h) tells what a killed
 // run has left: the next one that is given the same folder removes that. Where the file system
-// knows no locks nothing is removed, and each run makes a folder that was not there.
+// knows no locks nothing is removed, and each run makes a folder that was not there. Links, and
+// folders with anything but the files of such runs, are never touched.
 #pragma once
 
 #include <cstdint>

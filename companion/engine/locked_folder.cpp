@@ -7,12 +7,6 @@ namespace kvx {
 
 namespace fs = std::filesystem;
 
-namespace {
-
-constexpr const char* LockName = "lock";
-
-}  // namespace
-
 LockResult TakeFolder(const fs::path& folder, FileLock& lock, bool& isNew, std::string& reason) {
   // Each fails only where another process ends at this moment: about half of them do while three
   // do nothing but come and go.

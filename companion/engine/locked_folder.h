@@ -8,6 +8,9 @@
 
 namespace kvx {
 
+// The name of the lock.
+inline constexpr const char* LockName = "lock";
+
 // Makes the folder where there is none, and takes its lock; where another process that ends removes
 // it in between, again. Where that fails the folder is not left behind. isNew: this call has made
 // it. reason: why it failed, in the system's words.

@@ -165,11 +165,24 @@ void Take(EngineChoice engine, bool isOutOfCore, const std::string& reason, Solu
   plan.reason = reason;
 }
 
+// Whether the sparse engine cannot be loaded; notes it.
+bool IsMissing(SolutionPlan& plan) {
+  const std::string reason = WhyNotLoaded();
+  if (reason.empty()) return false;
+  plan.sparse.isPossible = plan.outOfCore.isPossible = false;
+  plan.sparse.reason = plan.outOfCore.reason = "cannot be loaded: " + reason;
+  return true;
+}
+
 // The fastest of those that are possible.
 void TakeFastest(const Choice& choice, SolutionPlan& plan) {
   const EngineEstimate& sparse = plan.sparse.isPossible ? plan.sparse : plan.outOfCore;
   const bool isOutOfCore = !plan.sparse.isPossible;
   if (!plan.skyline.isPossible && !sparse.isPossible) StopTooLarge(choice, plan);
+  if (plan.skyline.isPossible && sparse.isPossible && IsMissing(plan)) {
+    return Take(EngineChoice::Skyline, false,
+                "The skyline is the only engine: the sparse one " + plan.sparse.reason + ".", plan);
+  }
   const std::string skylineText = "the skyline takes " + SizeText(plan.skyline);
   const std::string sparseText = std::string("the sparse engine") +
                                  (isOutOfCore ? " out of core" : "") + " takes " + SizeText(sparse);

@@ -5,7 +5,6 @@
 #include "engine/rank_folders.h"
 #include "ranks/ranks.h"
 #include "report/stop.h"
-#include "sparse/blas_threads.h"
 #include "sparse/multiply.h"
 #include "sparse/shared_matrix.h"
 #include "sparse/sparse_factor.h"
@@ -38,8 +37,6 @@ void Do(RankTask task, Part& part) {
   switch (task) {
     case RankTask::TakeRows:
       return HelpAssemble(part.A, part.work);
-    case RankTask::MakeFolder:
-      return HelpMakeFolders(part.folder);
     case RankTask::Analyse:
       return Analyse(part);
     case RankTask::Factor:
@@ -50,6 +47,7 @@ void Do(RankTask task, Part& part) {
       return HelpMultiply(part.A, part.work);
     case RankTask::SumRows:
       return HelpSumRows(part.A, part.work);
+    case RankTask::MakeFolder:
     case RankTask::Release:
     case RankTask::End:
       return;
@@ -57,14 +55,20 @@ void Do(RankTask task, Part& part) {
 }
 
 // Until its factor is no longer needed. Returns false at the end of all.
-bool ServeSolution() {
+bool ServeSolution(const CallGuard& guard) {
   Part part;
+  const auto removeFactors = [&] { RemoveFactorFolder(part.folder); };
   for (;;) {
-    const RankTask task = AwaitTask();
+    RankTask task = RankTask::End;
+    guard([&] { task = AwaitTask(); }, removeFactors);
     if (task == RankTask::Release) return true;
     if (task == RankTask::End) return false;
     try {
-      Do(task, part);
+      if (task == RankTask::MakeFolder) {
+        HelpMakeFolders(part.folder);
+      } else {
+        guard([&] { Do(task, part); }, removeFactors);
+      }
     } catch (const korvex::Stop&) {  // rank 0 knows it
     }
   }
@@ -72,9 +76,8 @@ bool ServeSolution() {
 
 }  // namespace
 
-void ServeRanks() {
-  SetBlasThreads(1);
-  while (ServeSolution()) {
+void ServeRanks(const CallGuard& guard) {
+  while (ServeSolution(guard)) {
   }
 }
 

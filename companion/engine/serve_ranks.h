@@ -2,9 +2,11 @@
 // is the end.
 #pragma once
 
+#include "engine/engine_settings.h"
+
 namespace kvx {
 
-// Whatever fails is told to rank 0, which says it.
-void ServeRanks();
+// Whatever fails is told to rank 0, which says it. guard: for the long work (engine_settings.h).
+void ServeRanks(const CallGuard& guard);
 
 }  // namespace kvx

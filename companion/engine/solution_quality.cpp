@@ -35,10 +35,6 @@ std::uint64_t CountFactorBytes(const korvex::SkylineFactor& factor) {
   return factor.columns.Values.capacity() * sizeof(double);
 }
 
-bool IsFinite(const std::vector<double>& x) {
-  return std::all_of(x.begin(), x.end(), [](double value) { return std::isfinite(value); });
-}
-
 void Assemble(const korvex::Model& model, std::uint64_t memory, korvex::SkylineFactor& factor,
               int threads, FreeSystem& free) {
   NodeGraph graph;
@@ -68,12 +64,8 @@ std::vector<double> MeasureLoads(const FreeSystem& free,
     LoadQuality& load = record.loads[k];
     load.residual = quality.residual;
     load.backwardError = quality.backwardError;
-    if (!IsFinite(x)) {
-      load.condition = Infinity;
-      continue;
-    }
-    if (std::all_of(x.begin(), x.end(), [](double u) { return u == 0.0; })) load.condition = 0.0;
-    RaiseWeights(x.data(), table);
+    load.condition = ConditionOfSolution(x.data(), x.size());
+    if (!std::isinf(load.condition)) RaiseWeights(x.data(), table);
   }
   return std::move(table.weights);
 }
@@ -137,6 +129,12 @@ void MeasureSolution(const korvex::Model& model, const std::vector<std::vector<d
   factor = {};
   if (hadFactor && measure()) return;
   record.loads.assign(loads.size(), {});
+}
+
+double ConditionOfSolution(const double* x, std::size_t n) {
+  if (!std::all_of(x, x + n, [](double u) { return std::isfinite(u); })) return Infinity;
+  if (std::all_of(x, x + n, [](double u) { return u == 0.0; })) return 0.0;
+  return LoadQuality::Unknown;
 }
 
 void SetCondition(double condition, SolutionRecord& record) {

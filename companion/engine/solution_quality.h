@@ -25,6 +25,9 @@ void MeasureSolution(const korvex::Model& model, const std::vector<std::vector<d
                      korvex::SkylineFactor& factor, std::uint64_t memory, korvex::WorkShare& work,
                      SolutionRecord& record);
 
+// Infinite where x, of the free dofs, is not finite; 0 where it is 0; else not known yet. x: n.
+double ConditionOfSolution(const double* x, std::size_t n);
+
 // Sets the condition of all loads, and the digits lost. NaN: it is not known. Loads whose condition
 // is 0, because they are 0, or infinite already, because they have no finite solution, keep it.
 void SetCondition(double condition, SolutionRecord& record);

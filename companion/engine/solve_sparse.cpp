@@ -165,9 +165,7 @@ void SolveLoads(const std::vector<std::vector<double>>& loads, Solution& solutio
     LoadQuality& load = record.loads[k];
     load.residual = quality.residual;
     load.backwardError = quality.backwardError;
-    if (std::all_of(x, x + dofs.equations.size(), [](double u) { return u == 0.0; })) {
-      load.condition = 0.0;
-    }
+    load.condition = ConditionOfSolution(x, dofs.equations.size());
   };
   RefinedColumns refined;
   SolveRefined(solution.A, work, refined);

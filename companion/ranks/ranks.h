@@ -63,12 +63,14 @@ void AddToFirst(double* values, std::size_t count);
 // all: count bytes of each rank, on rank 0; of the others it may be null.
 void Gather(const void* mine, std::size_t count, void* all);
 
-// Does the work that each rank does alone. Where it throws on any rank, all of them leave: the
-// ranks where it did with that, the others with a Stop. Rank 0 gets the text of another rank with
-// its number and machine.
+// Does the work that each rank does alone. Where it throws on any rank, all of them leave: rank 0
+// with what it has thrown, or the text of another rank with its number and machine; the others with
+// a Stop.
 void DoTogether(const std::function<void()>& work);
 
-// Ends all ranks at once: for one that has no other way.
+// Ends all ranks at once: for one that has no other way. A second thread may call it, beside what
+// the first one does, and comes back where this MPI does not allow that: then the end of this
+// process must tell the program that has started all of them.
 void AbortRanks(int status);
 
 }  // namespace kvx

@@ -123,7 +123,7 @@ int CountRanksHere() { return RanksHere; }
 
 void BeginRanks(int& argc, char**& argv) {
   int provided = 0;
-  MPI_Init_thread(&argc, &argv, MPI_THREAD_FUNNELED, &provided);
+  MPI_Init_thread(&argc, &argv, MPI_THREAD_MULTIPLE, &provided);
   MPI_Comm here = MPI_COMM_NULL;
   MPI_Comm_split_type(MPI_COMM_WORLD, MPI_COMM_TYPE_SHARED, 0, MPI_INFO_NULL, &here);
   MPI_Comm_size(here, &RanksHere);
@@ -185,7 +185,12 @@ void Gather(const void* mine, std::size_t count, void* all) {
   });
 }
 
-void AbortRanks(int status) { MPI_Abort(MPI_COMM_WORLD, status); }
+void AbortRanks(int status) {
+  int level = MPI_THREAD_SINGLE, isMain = 0;
+  MPI_Query_thread(&level);
+  MPI_Is_thread_main(&isMain);
+  if (level == MPI_THREAD_MULTIPLE || isMain != 0) MPI_Abort(MPI_COMM_WORLD, status);
+}
 
 void DoTogether(const std::function<void()>& work) {
   Failure failure;
@@ -201,8 +206,9 @@ void DoTogether(const std::function<void()>& work) {
   });
   if (first == none) return;
   if (first == rank && rank != 0) SendFailure(failure);
-  if (failure.thrown) std::rethrow_exception(failure.thrown);
+  if (rank == 0 && failure.thrown) std::rethrow_exception(failure.thrown);
   if (rank == 0) ThrowFailureOf(first);
+  // Also where this one has failed, whatever that was: rank 0 ends all of them, and tells why.
   throw korvex::Stop{korvex::StopKind::Notice, "Another rank has failed."};
 }
 

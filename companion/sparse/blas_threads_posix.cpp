@@ -9,6 +9,7 @@
 #include "platform/vector_bits.h"
 #include "report/check_memory.h"
 #include "sparse/blas_threads.h"
+#include "sparse/held_signals.h"
 #include "sparse/mumps_library.h"
 
 namespace kvx {
@@ -62,10 +63,12 @@ void SetBlasThreads(int threads) {
 }
 
 void PrepareBlas(int threads, std::uint64_t reserved) {
-  LoadMumps();
-  korvex::CheckMemory("the work space of the sparse engine", BlasThreadBytes, 1);
-  SetBlasThreads(korvex::CountThreadsInMemory(threads, reserved, BlasThreadBytes));
-  MultiplyOnce();
+  CallHeld([&] {
+    LoadMumps();
+    korvex::CheckMemory("the work space of the sparse engine", BlasThreadBytes, 1);
+    SetBlasThreads(korvex::CountThreadsInMemory(threads, reserved, BlasThreadBytes));
+    MultiplyOnce();
+  });
 }
 
 }  // namespace kvx

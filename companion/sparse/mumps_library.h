@@ -7,9 +7,14 @@
 // (mumps_library_linked.cpp).
 #pragma once
 
+#include <string>
+
 namespace kvx {
 
 // The address of its function dmumps_c. Throws a Stop where it is not there or memory is too small.
 void* LoadMumps();
+
+// Why that cannot be, in the system's words; empty: it is loaded.
+std::string WhyNoMumps();
 
 }  // namespace kvx

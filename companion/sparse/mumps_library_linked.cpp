@@ -9,4 +9,6 @@ namespace kvx {
 // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast): as the system's interface is
 void* LoadMumps() { return reinterpret_cast<void*>(&dmumps_c); }
 
+std::string WhyNoMumps() { return ""; }
+
 }  // namespace kvx

@@ -5,6 +5,7 @@
 
 #include "report/check_memory.h"
 #include "report/stop.h"
+#include "sparse/held_signals.h"
 #include "sparse/node_order.h"
 
 namespace kvx {
@@ -39,8 +40,11 @@ void FindSparseOrder(const NodeGraph& graph, std::vector<std::int32_t>& order) {
     for (std::size_t i = 0; i < order.size(); ++i) order[i] = static_cast<std::int32_t>(i);
     return;
   }
-  const int status = METIS_NodeND(&count, begins.data(), neighbours.data(), nullptr, nullptr,
-                                  order.data(), places.data());
+  int status = METIS_OK;
+  CallHeld([&] {
+    status = METIS_NodeND(&count, begins.data(), neighbours.data(), nullptr, nullptr, order.data(),
+                          places.data());
+  });
   if (status == METIS_ERROR_MEMORY) {
     korvex::StopOutOfMemory("the order of the nodes", graph.neighbours.size() * Copies,
                             sizeof(idx_t));

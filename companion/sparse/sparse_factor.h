@@ -23,7 +23,11 @@ namespace kvx {
 // Whether this program was built with MUMPS and METIS.
 bool HasSparseEngine();
 
-// What to say where it was not.
+// Why it cannot be had all the same, in the system's words: its libraries are not where the program
+// runs. Empty: they are loaded.
+std::string WhyNotLoaded();
+
+// What to say where it was not built with them.
 inline constexpr const char* NoSparseEngine = "this program was built without the sparse engine";
 
 // A pivot is left out as 0 where no entry of its row, when it is eliminated, is larger than this
@@ -32,6 +36,9 @@ inline constexpr const char* NoSparseEngine = "this program was built without th
 // units, a share of the pivot's own diagonal. What should be 0 has 1e-15 from roundings mostly; and
 // with a sound pivot of this size no digit of the displacements would be left.
 inline constexpr double NullPivot = 1e-13;
+
+// Files of factors out of core begin so.
+inline constexpr const char* FactorFilePrefix = "factors";
 
 struct FactorSettings {
   std::uint64_t memory = 0;  // bytes that the whole solution may take; 0: what is free

@@ -8,6 +8,7 @@
 #include "ranks/ranks.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
+#include "sparse/blas_threads.h"
 #include "sparse/mumps_error.h"
 #include "sparse/mumps_library.h"
 #include "sparse/refined_columns.h"
@@ -88,7 +89,7 @@ void SetFolder(const std::string& folder, DMUMPS_STRUC_C& id) {
   }
   std::copy(folder.begin(), folder.end(), id.ooc_tmpdir);
   id.ooc_tmpdir[folder.size()] = '\0';
-  const std::string prefix = "factors";
+  const std::string prefix = FactorFilePrefix;
   std::copy(prefix.begin(), prefix.end(), id.ooc_prefix);
   id.ooc_prefix[prefix.size()] = '\0';
   // KEEP(99) = 3: files are written at once, not by a thread, which would lose that a disk is full.
@@ -291,6 +292,8 @@ void GiveValues(const UpperMatrix& A, MumpsJob& job) {
 
 bool HasSparseEngine() { return true; }
 
+std::string WhyNotLoaded() { return WhyNoMumps(); }
+
 void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places,
                    const FactorSettings& settings, SparseFactor& factor) {
   factor = {};
@@ -302,6 +305,7 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   job->isShared = A.isPart;
   job->TellOthers(RankTask::Analyse);
   DoTogether([&] {
+    if (RankOfThis() != 0) PrepareBlas(1, 0);  // rank 0 has done so, for its own number of threads
     ListEntries(A, *job);
     job->scales.assign(static_cast<std::size_t>(factor.n), 0.0);
     job->order.reserve(places.size());
@@ -316,7 +320,9 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   CallOrStop(Begin, *job);
   job->hasBegun = true;
   SetControls(id);
-  if (!settings.outOfCore.empty()) SetFolder(settings.outOfCore, id);
+  DoTogether([&] {
+    if (!settings.outOfCore.empty()) SetFolder(settings.outOfCore, id);
+  });
   GiveEntries(A, *job);
   id.n = factor.n;
   id.perm_in = job->order.data();

@@ -16,6 +16,8 @@ namespace {
 
 bool HasSparseEngine() { return false; }
 
+std::string WhyNotLoaded() { return NoSparseEngine; }
+
 void FindSparseOrder(const NodeGraph& /*graph*/, std::vector<std::int32_t>& /*order*/) {
   StopMissing();
 }

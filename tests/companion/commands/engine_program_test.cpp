@@ -11,6 +11,7 @@
 #include "support/folder_bytes.h"
 #include "support/good_models.h"
 #include "support/read_bytes.h"
+#include "support/repeats.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
 #include "support/words.h"
@@ -119,7 +120,9 @@ TEST_F(KvxEngines, SkylineHasTheBytesOfTheSolverWithAnyThreads) {
   for (const std::string example : {"lattice-tower", "stiffened-panel", "water-trough"}) {
     PutExample(example);
     const FolderBytes solver = RunSolver(ReadBytes(deck / "fem_solving.txt"));
-    for (const std::string threads : {"1", "2", "3", "8"}) {
+    std::vector<std::string> numbers{"3", "1", "2", "8"};
+    numbers.resize(korvex::test::Repeats(4));
+    for (const std::string& threads : numbers) {
       SCOPED_TRACE(example + ' ' + threads);
       const ProgramRun run = Run({"--engine", "skyline", "--threads", threads});
       EXPECT_EQ(run.exitStatus, 0) << run.err;
@@ -257,11 +260,11 @@ TEST_F(KvxEngines, AuditKeepsThatAllDigitsAreLost) {
 
 // Renumbering removes it with the results, and its way back brings it along.
 TEST_F(KvxEngines, RenumberingKeepsItWithTheResults) {
-  PutExample("lattice-tower");
+  PutExample("water-trough");
   ASSERT_EQ(Run({}).exitStatus, 0);
   const ProgramRun there = Call({"renumber", "deck"});
   ASSERT_EQ(there.exitStatus, 0) << there.err;
-  if (!fs::exists(deck / "renumber.json")) GTEST_SKIP() << "the order was the best";
+  ASSERT_TRUE(fs::exists(deck / "renumber.json")) << "the order was the best";
   EXPECT_FALSE(fs::exists(deck / "solution.json"));
   ASSERT_EQ(Run({}).exitStatus, 0);
   const Json before = Json::parse(Call({"audit", "deck", "--json"}).out)["solution"];

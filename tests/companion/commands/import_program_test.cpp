@@ -348,8 +348,7 @@ TEST_F(KvxImport, SeveralCasesAreThoseOfACaseFile) {
   ExpectHas(run.out, "  weight   weight        0   0  -3080.34  (0, 0, -9.81)\n");
   ExpectHas(run.out, "  crane-1  crane 1       0   0        -1\n");
   const std::string file = (fs::path("plate") / "cases.toml").string();  // as this system writes it
-  ExpectHas(run.out,
-            "\nNext: kvx cases " + file + " solves it, kvx view " + file + " then shows");
+  ExpectHas(run.out, "\nNext: kvx cases " + file + " solves it, kvx view " + file + " then shows");
   EXPECT_EQ(run.out.find("K407"), std::string::npos);  // that the model itself has no loads
   ExpectHas(Read("plate/fem_solving.txt"), "Number of forces:NFOR=0\n");
   const ProgramRun solved = Call({"cases", "plate/cases.toml", "--json"});

@@ -19,6 +19,7 @@
 #include "support/read_bytes.h"
 #include "support/run_program.h"
 #include "support/temp_folder.h"
+#include "support/words.h"
 
 namespace kvx::test {
 namespace {
@@ -210,6 +211,24 @@ TEST_F(KvxSparseFaults, StopsWhereTheDiskForTheFactorsIsSmall) {
   EXPECT_EQ(run.exitStatus, 73);
   EXPECT_TRUE(Holds(run.err, "The factors do not fit out of core: its factors take ")) << run.err;
   EXPECT_TRUE(Holds(run.err, " on the disk, and there are 1 MB free.")) << run.err;
+  ExpectUntouched(deck);
+}
+
+// An empty file stands in for the library.
+TEST_F(KvxSparseFaults, TakesTheSkylineWhereTheLibraryIsMissing) {
+  text = PlateText(100);  // the sparse engine is the faster one
+  Fill(deck);
+  fs::create_directory(base.Path() / "libraries");
+  WriteFile(base.Path() / "libraries" / KVX_MUMPS_FILE, "");
+  const std::string without = "export LD_LIBRARY_PATH=\"$PWD/libraries\"; ";
+  const ProgramRun plan = Run("run deck --dry-run", without);
+  EXPECT_EQ(plan.exitStatus, 0) << plan.err;
+  EXPECT_TRUE(Holds(JoinWords(SplitWords(plan.out)),
+                    "The skyline is the only engine: the sparse one cannot be loaded: "))
+      << plan.out;
+  const ProgramRun run = Run("run deck --engine=sparse", without);
+  EXPECT_EQ(run.exitStatus, 65) << run.out;
+  EXPECT_TRUE(Holds(run.err, "The sparse engine cannot be loaded: ")) << run.err;
   ExpectUntouched(deck);
 }
 

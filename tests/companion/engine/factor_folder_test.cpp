@@ -101,6 +101,33 @@ TEST(FactorFolder, RemovesWhatKilledRunsHaveLeft) {
   EXPECT_TRUE(fs::exists(parent.Path() / "mine" / "factors_1"));
 }
 
+// Of people who like the name, and of those who want others' files to be removed.
+TEST(FactorFolder, LeavesWhatIsNotOfARun) {
+  const korvex::test::TempFolder parent, elsewhere;
+  fs::create_directory(elsewhere.Path() / "factors_2");
+  std::ofstream(elsewhere.Path() / "factors_1") << "x";
+  std::ofstream(elsewhere.Path() / "factors_2" / "file") << "x";
+  fs::create_directory_symlink(elsewhere.Path(), parent.Path() / "kvx-factors-1");
+  fs::create_directories(parent.Path() / "kvx-factors-2" / "a");
+  std::ofstream(parent.Path() / "kvx-factors-2" / "factors_1") << "x";
+  fs::create_directory(parent.Path() / "kvx-factors-3");
+  std::ofstream(parent.Path() / "kvx-factors-3" / "notes") << "x";
+  fs::create_directory(parent.Path() / "kvx-factors-4");
+  fs::create_symlink(elsewhere.Path() / "factors_1", parent.Path() / "kvx-factors-4" / "factors_1");
+  std::ofstream(parent.Path() / "kvx-factors-5") << "x";
+  {
+    FactorFolder folder;
+    MakeFactorFolder(parent.Path().u8string(), folder);
+    EXPECT_EQ(folder.path.filename(), "kvx-factors-6");
+  }
+  for (const char* name : {"kvx-factors-1/factors_1", "kvx-factors-1/factors_2/file",
+                           "kvx-factors-2/factors_1", "kvx-factors-3/notes",
+                           "kvx-factors-4/factors_1", "kvx-factors-5"}) {
+    EXPECT_TRUE(fs::exists(parent.Path() / name)) << name;
+  }
+  EXPECT_FALSE(fs::exists(parent.Path() / "kvx-factors-6"));
+}
+
 TEST(FactorFolder, StopsWhereThereIsNone) {
   const korvex::test::TempFolder parent;
   FactorFolder folder;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -196,6 +197,16 @@ TEST(MeasureSolution, CanBeInterrupted) {
     if (++reports == all) throw Interruption();  // the last one
   };
   EXPECT_THROW(Solve(EngineChoice::Skyline, MakePlate(12, true), {1.0}, 0, stop), Interruption);
+}
+
+TEST(SolutionQuality, KnowsTheConditionOfWhatIsNoneOrZero) {
+  const std::array<double, 3> zero{0.0, -0.0, 0.0}, some{0.0, 1e-300, 0.0};
+  EXPECT_EQ(ConditionOfSolution(zero.data(), 3), 0.0);
+  EXPECT_TRUE(std::isnan(ConditionOfSolution(some.data(), 3)));
+  for (const double bad : {Infinity, -Infinity, std::nan("")}) {
+    const std::array<double, 3> x{0.0, 1.0, bad};
+    EXPECT_EQ(ConditionOfSolution(x.data(), 3), Infinity);
+  }
 }
 
 }  // namespace

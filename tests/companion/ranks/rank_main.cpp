@@ -13,7 +13,7 @@ int main(int argc, char** argv) {
     status = RUN_ALL_TESTS();
     kvx::Tell(kvx::RankTask::End);
   } else {
-    kvx::ServeRanks();
+    kvx::ServeRanks([](const auto& call, const auto& /*cleanUp*/) { call(); });
   }
   kvx::EndRanks();
   return status;
