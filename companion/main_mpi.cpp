@@ -19,11 +19,30 @@
 namespace kvx {
 namespace {
 
+constexpr const char* Help =
+    "kvx run and kvx cases for several processes that share a solution by the sparse engine\n"
+    "\n"
+    "  mpirun -n N kvx-mpi run [DIR...] [OPTIONS]\n"
+    "  mpirun -n N kvx-mpi cases [FILE] [OPTIONS]\n"
+    "\n"
+    "Options and results are those of kvx: \"kvx-mpi run --help\", \"kvx-mpi cases --help\". The\n"
+    "engine is always the sparse one. --memory is that of each process, --threads are those that "
+    "the\n"
+    "first one has for stresses and files, --dry-run tells the work and memory of each.\n"
+    "\n"
+    "  kvx-mpi --version    version\n"
+    "  kvx-mpi licenses     libraries and their licences\n";
+
+bool WantsHelp(const std::vector<std::string>& arguments) {
+  return arguments.size() == 1 && (arguments.front() == "help" || arguments.front() == "-h" ||
+                                   arguments.front() == "--help");
+}
+
 // Why the command line is not one of this program; empty: it is.
 std::string RefuseCommand(const std::vector<std::string>& arguments) {
   const std::string first = arguments.empty() ? "" : arguments.front();
-  const bool isOwn = first == "run" || first == "cases" || first == "licenses" || first == "help" ||
-                     first.rfind('-', 0) == 0;
+  const bool isOwn =
+      first == "run" || first == "cases" || first == "licenses" || first.rfind('-', 0) == 0;
   if (isOwn) return "";
   const std::string what =
       first.empty() ? "which command?" : "it has no command \"" + first + "\".";
@@ -35,6 +54,7 @@ int Run(int argc, char** argv) {
   try {
     PrepareConsole();
     const std::vector<std::string> arguments = ListArguments(argc, argv);
+    if (WantsHelp(arguments)) return WriteOutput(Help);
     const std::string refusal = RefuseCommand(arguments);
     if (refusal.empty()) return RunCommandLine(arguments);
     Complain("kvx-mpi", refusal);

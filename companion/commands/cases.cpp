@@ -62,7 +62,7 @@ ExitStatus SayUnsolved(const CasesCommand& command, const CaseSet& set) {
     text = CasesJson(set, {}, {}, {});
   } else {
     text = CaseFindingsText(set, ChooseStyle(command.color)) + "Not solved. Mend the errors";
-    text += set.unreadable.empty() ? "; kvx cases --force would solve it as it is.\n" : ".\n";
+    text += set.unreadable.empty() ? "; kvx cases --force tries it as it is.\n" : ".\n";
   }
   if (command.form == OutputForm::Csv) {
     Complain(Name, text);  // what is no table does not belong into one
@@ -114,7 +114,11 @@ ExitStatus RunCases(const CasesCommand& command) {
     const bool isBad = errors > 0 || (command.strict && warnings > 0);
     return std::max(SayForecast(command, set, solved, done), isBad ? ExitFindings : ExitFine);
   }
-  if (done != ExitFine) return done;
+  if (done != ExitFine) {
+    solved.cases.clear();  // of some of them there may be results
+    if (command.form == OutputForm::Json) WriteOutput(CasesJson(set, solved, {}, {}));
+    return done;
+  }
   const ExitStatus written = SaySolved(command, set, solved, audits);
   for (const SolvedCase& each : solved.cases) {
     errors += CountFindings(each.findings, Severity::Error);

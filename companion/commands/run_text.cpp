@@ -120,7 +120,7 @@ std::string ForecastText(const FolderRun& run, const TextStyle& style) {
 std::string RefusalText(const FolderRun& run) {
   if (!run.complaint.empty()) return "no results were written.";
   if (run.fits) return "not solved, in a dry run.";
-  std::string text = "not solved; kvx run --force would solve it.";
+  std::string text = "not solved; kvx run --force tries it as it is.";
   if (run.hasStale) {
     text += " The results in " + FolderText(run) + " are of an earlier state of the model.";
   }

@@ -87,7 +87,8 @@ ResultTable MakeRankTable(const std::vector<RankShare>& ranks) {
   }
   table.notes = {
       "Of each rank: elements and entries of the stiffness that it forms, its part of the "
-      "factorisation, and the memory that this takes."};
+      "factorisation, and the memory that this takes. Elements between the parts of several ranks "
+      "are formed by each of them."};
   return table;
 }
 
@@ -99,7 +100,7 @@ std::string AccuracyText(const LoadQuality& load) {
   }
   if (load.condition == 0.0) return text + "digits lost: not estimated, nothing moves";
   if (std::isnan(load.digitsLost)) return text + "digits lost: not estimated";
-  if (std::isinf(load.digitsLost)) return text + "all digits lost";
+  if (load.digitsLost >= DoubleDigits) return text + "all digits lost";
   return text + RoughText(load.digitsLost) + " of about 16 digits lost";
 }
 
@@ -122,9 +123,7 @@ ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {
   table.columns = {"engine", "time", "GB", "GB on disk", ""};
   const bool isSkyline = fits && plan.engine == EngineChoice::Skyline;
   const bool isSparse = fits && plan.engine == EngineChoice::Sparse;
-  EngineEstimate skyline = plan.skyline;
-  if (IsProgramOfRanks()) skyline.reason = "kvx has it";
-  AddRow("skyline", skyline, isSkyline, table);
+  AddRow("skyline", plan.skyline, isSkyline, table);
   AddRow("sparse", plan.sparse, isSparse && !plan.isOutOfCore, table);
   AddRow("sparse, out of core", plan.outOfCore, isSparse && plan.isOutOfCore, table);
   table.notes = {"Predicted, before the solution. Reading, stresses and files come on top."};

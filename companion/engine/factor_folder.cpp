@@ -55,8 +55,8 @@ void RemoveFactors(const fs::path& path) {
   for (const fs::path& file : files) fs::remove(file, error);
 }
 
-// Takes one that is there, to remove it. Without locks nothing tells what a killed run has left from
-// the files of one that is at work: then it stays.
+// Takes one that is there, to remove it. Without locks nothing tells what a killed run has left
+// from the files of one that is at work: then it stays.
 void TakeOld(const fs::path& path, FactorFolder& folder) {
   bool isNew = false;
   std::string reason;
@@ -66,19 +66,19 @@ void TakeOld(const fs::path& path, FactorFolder& folder) {
   if (result == LockResult::Unlocked) ReturnFolder(folder.lock);
 }
 
-// Makes it, unless something has the name: another run, another user's folder, a link.
-LockResult MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
+// Makes it, unless something has the name: another run, another user's folder, a link. reason: set
+// where that fails.
+void MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
   std::error_code error;
-  if (fs::exists(fs::symlink_status(path, error))) return LockResult::Busy;
+  if (fs::exists(fs::symlink_status(path, error))) return;
   bool isNew = false;
   const LockResult result = TakeFolder(path, folder.lock, isNew, reason);
-  if (result != LockResult::Taken && result != LockResult::Unlocked) return result;
+  if (result != LockResult::Taken && result != LockResult::Unlocked) return;
   if (isNew) {
     folder.path = path;
   } else {
     ReturnFolder(folder.lock);
   }
-  return result;
 }
 
 // What killed runs have left.
@@ -114,7 +114,7 @@ void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
   RemoveLeftOvers(place);
   std::string reason = "too many runs are at work there, or have left folders";
   for (int number = 1; number <= MostFolders; ++number) {
-    if (MakeNew(NameOf(place, number), folder, reason) == LockResult::Failed) break;
+    MakeNew(NameOf(place, number), folder, reason);
     if (!folder.path.empty()) return;
   }
   StopFolder(parent, reason);

@@ -143,7 +143,7 @@ void EstimateSparse(const Choice& choice, const FreeGraph& free, const SparseTas
           AllowedText(choice.allowed) + (choice.isLimitGiven ? "." : " free.");
   std::string ways;
   if (choice.settings.choice == EngineChoice::Skyline && HasSparseEngine()) {
-    ways += " Try --engine auto.";
+    ways += " Try --engine auto, which looks at the sparse engine, too.";
   }
   if (choice.settings.outOfCore.empty() && fitsOutOfCore) {
     ways += " Give a folder for the factors: --out-of-core DIR.";
@@ -243,6 +243,10 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   BuildNodeGraph(model.Tables, graph);
   PredictSkyline(graph, loads, settings.threads, plan.skyline);
   LookWhetherItFits(choice, plan.skyline);
+  if (IsProgramOfRanks()) {
+    plan.skyline.isPossible = false;
+    plan.skyline.reason = "kvx has it";
+  }
   if (share) share(0.1);
   if (settings.choice == EngineChoice::Skyline) return TakeAsked(choice, plan);
   if (!HasSparseEngine()) return TakeSkyline(choice, plan);

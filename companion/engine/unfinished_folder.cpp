@@ -96,7 +96,8 @@ void BeginUnfinished(const std::string& folder, const std::vector<FileToMake>& f
   bool isNew = false;
   const LockResult result = TakeFolder(path, unfinished.lock, isNew, reason);
   if (result == LockResult::Failed) StopAt(shown, reason);
-  if (result == LockResult::Busy) StopAt(shown, "another run is at work there");
+  if (result == LockResult::Busy)
+    StopAt(shown, "another run is at work there; wait for its end, or solve a copy of the folder");
   unfinished.prefix = folder + UnfinishedFolderName + '/';
   unfinished.place = place;
   unfinished.shown = shown;

@@ -168,7 +168,10 @@ TEST_F(UnfinishedFolderTest, BelongsToOneRunAtATime) {
     Make();
     UnfinishedFolder second;
     ExpectStop([&] { BeginUnfinished(prefix, Files, second); },
-               prefix + " cannot be written: another run is at work there.", StopKind::ResultFile);
+               prefix +
+                   " cannot be written: another run is at work there; wait for its end, or solve a "
+                   "copy of the folder.",
+               StopKind::ResultFile);
     EXPECT_TRUE(fs::exists(unfinished / "a"));
   }
   UnfinishedFolder third;

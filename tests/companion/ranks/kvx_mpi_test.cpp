@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
@@ -241,6 +242,16 @@ TEST_F(KvxMpi, SaysAsKvxWhatItRefuses) {
   }
 }
 
+TEST_F(KvxMpi, HasAHelpOfItsOwn) {
+  for (const char* word : {"help", "--help"}) {
+    const ProgramRun run = Alone({word});
+    EXPECT_EQ(run.exitStatus, 0);
+    EXPECT_TRUE(Holds(run.out, "mpirun -n N kvx-mpi run [DIR...]")) << run.out;
+    EXPECT_FALSE(Holds(run.out, "audit")) << run.out;
+  }
+  EXPECT_TRUE(Holds(Alone({"run", "--help"}).out, "--out-of-core"));
+}
+
 TEST_F(KvxMpi, StartsWithoutMpirun) {
   PutExample("stiffened-panel");
   const ProgramRun run = Alone({"run", "deck"});
@@ -288,6 +299,13 @@ pid_t FindRank(int rank, const fs::path& folder) {
   return 0;
 }
 
+// The process that has started it.
+pid_t FindParent(pid_t process) {
+  const std::string status = ReadBytes(fs::path("/proc") / std::to_string(process) / "status");
+  const std::size_t at = status.find("\nPPid:");
+  return at == std::string::npos ? 0 : static_cast<pid_t>(std::atoi(status.c_str() + at + 6));
+}
+
 // A clamped plate, large enough to be at work for a while.
 std::string WritePlate() {
   constexpr int Rows = 60;
@@ -303,7 +321,8 @@ std::string WritePlate() {
 }
 
 // A run of two ranks with factors out of core. The last rank makes its folder for them last; then
-// the signal comes.
+// the signal comes, to that rank or to mpirun.
+constexpr int Mpirun = -1;
 ProgramRun RunAndSignal(const KvxMpi& test, int rank, int signal) {
   const fs::path factors = test.base.Path() / "factors";
   fs::create_directory(factors);
@@ -312,7 +331,9 @@ ProgramRun RunAndSignal(const KvxMpi& test, int rank, int signal) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::seconds(60);
   pid_t process = 0;
-  while (Clock::now() < end && (process = FindRank(rank, test.base.Path())) == 0) usleep(1000);
+  const int sought = std::max(rank, 0);
+  while (Clock::now() < end && (process = FindRank(sought, test.base.Path())) == 0) usleep(1000);
+  if (rank == Mpirun) process = FindParent(process);
   while (Clock::now() < end && !fs::exists(factors / "kvx-factors-2")) usleep(200);
   if (process != 0) kill(process, signal);
   mpi.join();
@@ -333,6 +354,23 @@ TEST_F(KvxMpi, LeavesNoHalfFilesWhereARankIsKilled) {
   const ProgramRun run = RunAndSignal(*this, 1, SIGKILL);
   EXPECT_EQ(run.exitStatus, 128 + SIGKILL) << run.out << run.err;
   ExpectNoResults(*this);
+  ExpectThatTheNextRunSolves(*this);
+}
+
+// The status is that of mpirun, which takes its time to pass the signal on: the run may be over.
+TEST_F(KvxMpi, LeavesNoFilesWhereMpirunIsInterrupted) {
+  for (const int signal : {SIGINT, SIGTERM}) {
+    fs::remove_all(deck);
+    Put(WritePlate());
+    const ProgramRun run = RunAndSignal(*this, Mpirun, signal);
+    if (!fs::exists(deck / "displacements.bin")) {
+      EXPECT_NE(run.exitStatus, 0) << run.out << run.err;
+      ExpectNoResults(*this);
+    }
+    EXPECT_FALSE(fs::exists(deck / "kvx-unfinished"));
+    EXPECT_TRUE(ListFolder(base.Path() / "factors").empty());
+    EXPECT_EQ(FindRank(1, base.Path()), 0);
+  }
   ExpectThatTheNextRunSolves(*this);
 }
 
