@@ -24,7 +24,7 @@ function(kvx_add_license name package)
     R\"licence(
 ---- ${name} ----
 
-${text})licence\"" PARENT_SCOPE)
+${text})licence\"," PARENT_SCOPE)
 endfunction()
 
 # Finds the library whose main header is FOLDER/HEADER in the Debian package PACKAGE.
@@ -99,7 +99,7 @@ if(kvx_missing)
 endif()
 
 file(CONFIGURE OUTPUT license_texts.cpp CONTENT
-  "#include \"commands/license_texts.h\"\n\nconst char* const kvx::LicenseTexts =@kvx_license_texts@;\n"
+  "#include \"commands/license_texts.h\"\n\nconst char* const kvx::LicenseTexts[] = {@kvx_license_texts@\n    nullptr};\n"
   @ONLY)
 
 add_library(kvx_libraries INTERFACE)

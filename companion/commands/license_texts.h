@@ -5,6 +5,7 @@
 
 namespace kvx {
 
-extern const char* const LicenseTexts;
+// One for each library, and a null pointer: a compiler need not take them as a single literal.
+extern const char* const LicenseTexts[];
 
 }  // namespace kvx

@@ -6,8 +6,9 @@
 namespace kvx {
 
 ExitStatus RunLicenses() {
-  return WriteOutput(std::string("kvx contains parts of these libraries.\n") + LicenseTexts +
-                     "\n---- three.js, in the pages of kvx view ----\n\n" + PageLicense);
+  std::string text = "kvx contains parts of these libraries.\n";
+  for (const char* const* each = LicenseTexts; *each != nullptr; ++each) text += *each;
+  return WriteOutput(text + "\n---- three.js, in the pages of kvx view ----\n\n" + PageLicense);
 }
 
 }  // namespace kvx
