@@ -74,7 +74,8 @@ void MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
   bool isNew = false;
   const LockResult result = TakeFolder(path, folder.lock, isNew, reason);
   if (result != LockResult::Taken && result != LockResult::Unlocked) return;
-  if (isNew) {
+  // A run that has just ended may have left it between the look and the lock.
+  if (isNew || (result == LockResult::Taken && IsOfRuns(path))) {
     folder.path = path;
   } else {
     ReturnFolder(folder.lock);
