@@ -60,9 +60,9 @@ struct Lookout {
   }
 };
 
-// tell: what is said at the end.
-void RunWith(const std::function<void()>& call, const std::function<void()>& cleanUp,
-             const std::function<void()>& tell) {
+// Makes the call while a second thread looks out for interrupts. tell: says so at the end.
+void CallBesideWatch(const std::function<void()>& call, const std::function<void()>& cleanUp,
+                     const std::function<void()>& tell) {
   Watch watch;
   Lookout lookout{watch, {}};
   try {
@@ -77,7 +77,7 @@ void RunWith(const std::function<void()>& call, const std::function<void()>& cle
 
 void RunWatched(Progress& progress, const std::function<void()>& call,
                 const std::function<void()>& cleanUp) {
-  RunWith(call, cleanUp, [&] {
+  CallBesideWatch(call, cleanUp, [&] {
     EndProgress(progress);
     Complain(IsProgramOfRanks() ? "kvx-mpi" : "kvx", "interrupted.");
     std::cout.flush();
@@ -85,7 +85,7 @@ void RunWatched(Progress& progress, const std::function<void()>& call,
 }
 
 void RunWatchedInSilence(const std::function<void()>& call, const std::function<void()>& cleanUp) {
-  RunWith(call, cleanUp, [] {});
+  CallBesideWatch(call, cleanUp, [] {});
 }
 
 EngineSettings WatchCalls(const EngineSettings& settings, Progress& progress,

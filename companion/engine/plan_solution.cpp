@@ -245,7 +245,7 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   LookWhetherItFits(choice, plan.skyline);
   if (IsProgramOfRanks()) {
     plan.skyline.isPossible = false;
-    plan.skyline.reason = "kvx has it";
+    plan.skyline.reason = "kvx-mpi has the sparse engine alone";
   }
   if (share) share(0.1);
   if (settings.choice == EngineChoice::Skyline) return TakeAsked(choice, plan);
