@@ -202,7 +202,7 @@ TEST_F(KvxRunPosix, DoesNotMixWithAnotherRun) {
   EXPECT_EQ(second.exitStatus, 73);
   EXPECT_EQ(second.err,
             "kvx run: \"fem_solving.txt\": The folder cannot be written: another run is at work "
-            "there.\n");
+            "there; wait for its end, or solve a copy of the folder.\n");
   EXPECT_EQ(AwaitKvx(first), 0) << ReadBytes(output);
   EXPECT_EQ(ListDifferent(ReadFolder(folder), whole), NoNames);
 }
