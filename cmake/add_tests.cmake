@@ -1,12 +1,12 @@
 # Registers the tests of a program of GoogleTest: one by one, so that ctest can choose among them.
 #
 # Where starting a process costs more than most tests, in Windows' emulation and under a sanitizer,
-# the program runs whole, or in a few parts side by side.
+# the program runs in a few parts side by side.
 include(GoogleTest)
 
 function(korvex_add_tests program timeout)
   if(WIN32)
-    set(parts 1)
+    set(parts 2)
   elseif(KORVEX_SANITIZE)
     set(parts 6)
   else()

@@ -13,6 +13,7 @@
 #include "support/read_bytes.h"
 #include "support/repeats.h"
 #include "support/run_program.h"
+#include "support/solved_examples.h"
 #include "support/temp_folder.h"
 #include "support/words.h"
 
@@ -117,7 +118,7 @@ TEST_F(KvxEngines, RefuseWhatMakesNoSense) {
 }
 
 TEST_F(KvxEngines, SkylineHasTheBytesOfTheSolverWithAnyThreads) {
-  for (const std::string example : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  for (const std::string& example : ListSolvedExamples()) {
     PutExample(example);
     const FolderBytes solver = RunSolver(ReadBytes(deck / "fem_solving.txt"));
     std::vector<std::string> numbers{"3", "1", "2", "8"};
@@ -315,7 +316,7 @@ double Largest(const std::vector<double>& numbers) {
 // of: condition x backward error. The estimate of the condition is rarely three times too small
 // (Higham 2002, sec. 15.3): the factor 10 is for that, and for both solutions.
 TEST_F(KvxSparse, AgreesWithTheSkylineWithinTheBound) {
-  for (const std::string example : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  for (const std::string& example : ListSolvedExamples()) {
     SCOPED_TRACE(example);
     PutExample(example);
     const Json skyline = RunJson({"--engine", "skyline"})["engine"]["solution"];

@@ -22,6 +22,7 @@
 #include "support/read_bytes.h"
 #include "support/run_program.h"
 #include "support/shell_mesh.h"
+#include "support/solved_examples.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
@@ -355,7 +356,7 @@ void ExpectSameDisplacements(const std::vector<double>& a, const std::vector<dou
 std::vector<std::string> ModelsWithResults() {
   std::vector<std::string> texts{ShuffledPlate()};
   texts.push_back(Shuffled(korvex::test::WriteModel(Plate(40, 40)), 1));
-  for (const std::string name : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  for (const std::string& name : ListSolvedExamples()) {
     texts.push_back(Shuffled(ReadBytes(KORVEX_EXAMPLES "/" + name + "/fem_solving.txt"), 5, 100));
   }
   return texts;

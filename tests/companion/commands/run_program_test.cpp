@@ -11,6 +11,7 @@
 #include "support/good_models.h"
 #include "support/read_bytes.h"
 #include "support/run_program.h"
+#include "support/solved_examples.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
@@ -95,7 +96,7 @@ const std::vector<std::string> NoNames;
 const std::vector<std::string> OnlyModel{"fem_solving.txt"};
 
 TEST_F(KvxRun, LeavesTheFilesOfTheSolver) {
-  for (const std::string name : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  for (const std::string& name : ListSolvedExamples()) {
     const std::string text = ReadBytes(KORVEX_EXAMPLES "/" + name + "/fem_solving.txt");
     const fs::path folder = Put(name, text);
     const ProgramRun run = Run({name});

@@ -14,6 +14,7 @@
 #include "support/good_models.h"
 #include "support/read_bytes.h"
 #include "support/run_program.h"
+#include "support/solved_examples.h"
 #include "support/temp_folder.h"
 #include "system/profile.h"
 
@@ -71,7 +72,7 @@ const std::vector<std::string> Names{"Korvex_AverageStrs.txt",
                                      "structure.dxf"};
 
 TEST(ResultFolder, HasTheBytesOfTheSolver) {
-  for (const char* name : {"lattice-tower", "stiffened-panel", "water-trough"}) {
+  for (const std::string& name : ListSolvedExamples()) {
     const Solved solved(ReadBytes(std::string(KORVEX_EXAMPLES "/") + name + "/fem_solving.txt"));
     solved.Write();
     EXPECT_EQ(ListDifferent(ReadFolder(solved.folder.Path()), RunSolver(solved.text)), NoNames)
