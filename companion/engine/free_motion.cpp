@@ -43,7 +43,7 @@ std::string NameMotion(std::int32_t equation) {
 bool IsFree(const korvex::Model& model, const FreeDofs& dofs, const std::vector<double>& x) {
   std::vector<double> v(dofs.places.size(), 0.0);
   TakeFree(dofs, x.data(), v);
-  return MeasureStrain(model, v) < NoStrain;
+  return !IsStrained(model, v, NoStrain);
 }
 
 bool IsFinite(const std::vector<double>& x) {

@@ -126,10 +126,10 @@ bool KeepsSupports(const FreeSystem& system, const std::vector<double>& v) {
 // that are far stiffer, the errors of v strain soft elements by more than roundings.
 bool MeetsNoResistance(const FreeSystem& system, std::vector<double>& v) {
   const korvex::Model& model = system.model;
-  if (MeasureStrain(model, v) < NoStrain) return true;
+  if (!IsStrained(model, v, NoStrain)) return true;
   std::vector<double> rigid = v;
   if (!MakeRigid(model, rigid) || !KeepsSupports(system, rigid) ||
-      MeasureStrain(model, rigid) >= NoStrain) {
+      IsStrained(model, rigid, NoStrain)) {
     return false;
   }
   v = rigid;

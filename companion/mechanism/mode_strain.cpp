@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "beam/beam_stiffness.h"
 #include "mechanism/mode_shape.h"
-#include "system/assemble_stiffness.h"
+#include "shell/shell_stiffness.h"
+#include "system/element_matrix.h"
 
 namespace kvx {
 
@@ -54,22 +56,43 @@ std::vector<double> MeasureMotions(const korvex::Model& model, const std::vector
   return motions;
 }
 
+// Whether one of the elements, which may move so far, is strained. Ends with the first one: only
+// mechanisms need all matrices. motions: of the elements, this kind's first.
+template <std::int32_t Nodes, typename Element>
+bool IsOneStrained(const std::vector<Element>& elements, const std::vector<std::int32_t>& nodes,
+                   void (*stiffness)(const Element&, double*), const double* motions, double least,
+                   const std::vector<double>& v, double limit) {
+  bool isStrained = false;
+  const auto take = [&](const double* ke, const std::int32_t* g, std::int32_t n) {
+    const ElementEnergy energy = EnergyOf(ke, g, n, v);
+    isStrained = std::isfinite(energy.gross) && energy.gross != 0.0 &&
+                 std::abs(energy.strain) / energy.gross >= limit;
+  };
+  for (std::size_t e = 0; e < elements.size() && !isStrained; ++e) {
+    if (motions[e] == 0.0 || motions[e] < least) continue;
+    korvex::HandOverElement<Nodes>(elements[e], &nodes[e * Nodes], stiffness, take);
+  }
+  return isStrained;
+}
+
 }  // namespace
 
-double MeasureStrain(const korvex::Model& model, const std::vector<double>& v) {
+bool IsStrained(const korvex::Model& model, const std::vector<double>& v, double limit) {
   constexpr double TakesPart = 1e-3;
   const std::vector<double> motions = MeasureMotions(model, v);
-  const double farthest = motions.empty() ? 0.0 : *std::max_element(motions.begin(), motions.end());
-  double largest = 0.0;
-  std::size_t at = 0;
-  korvex::FormElementMatrices(model, [&](const double* ke, const std::int32_t* g, std::int32_t n) {
-    const double motion = motions[at++];
-    if (motion == 0.0 || motion < TakesPart * farthest) return;
-    const ElementEnergy energy = EnergyOf(ke, g, n, v);
-    if (!std::isfinite(energy.gross) || energy.gross == 0.0) return;
-    largest = std::max(largest, std::abs(energy.strain) / energy.gross);
-  });
-  return largest;
+  if (motions.empty()) return false;
+  const double least = TakesPart * *std::max_element(motions.begin(), motions.end());
+  const korvex::ModelTables& tables = model.Tables;
+  const double* quads = motions.data();
+  const double* triangles = quads + model.Shell4Elements.size();
+  const double* beams = triangles + model.Shell3Elements.size();
+  return IsOneStrained<korvex::NodesPerShell4>(model.Shell4Elements, tables.Shell4Nodes,
+                                               korvex::Shell4Stiffness, quads, least, v, limit) ||
+         IsOneStrained<korvex::NodesPerShell3>(model.Shell3Elements, tables.Shell3Nodes,
+                                               korvex::Shell3Stiffness, triangles, least, v,
+                                               limit) ||
+         IsOneStrained<korvex::NodesPerBeam>(model.BeamElements, tables.BeamNodes,
+                                             korvex::BeamStiffness, beams, least, v, limit);
 }
 
 }  // namespace kvx

@@ -12,10 +12,10 @@
 
 namespace kvx {
 
-// The largest of these ratios, of the elements that move as far as a thousandth of the one that
-// moves farthest: the others hold the roundings of v. Elements without stiffness, or whose matrix
-// is not finite, resist nothing.
+// Whether the largest of these ratios reaches `limit`, of the elements that move as far as a
+// thousandth of the one that moves farthest: the others hold the roundings of v. Elements without
+// stiffness, or whose matrix is not finite, resist nothing.
 // v: NEQ displacements, finite.
-double MeasureStrain(const korvex::Model& model, const std::vector<double>& v);
+bool IsStrained(const korvex::Model& model, const std::vector<double>& v, double limit);
 
 }  // namespace kvx
