@@ -19,8 +19,17 @@ bool IsNegative(std::uint64_t& state) {
   return (state >> 63U) != 0;
 }
 
-// Where the largest magnitude stands, or the first NaN.
-std::size_t FindLargest(const double* x, std::size_t n) {
+// w with scattered signs.
+void Scatter(const std::vector<double>& w, double* b) {
+  std::uint64_t state = 1;
+  for (std::size_t i = 0; i < w.size(); ++i) b[i] = IsNegative(state) ? -w[i] : w[i];
+}
+
+}  // namespace
+
+void MakeProbe(const std::vector<double>& sums, double* b) { Scatter(sums, b); }
+
+std::size_t FindPeak(const double* x, std::size_t n) {
   std::size_t largest = 0;
   for (std::size_t i = 0; i < n && !std::isnan(x[largest]); ++i) {
     if (!(std::fabs(x[i]) <= std::fabs(x[largest]))) largest = i;
@@ -28,38 +37,31 @@ std::size_t FindLargest(const double* x, std::size_t n) {
   return largest;
 }
 
-}  // namespace
-
-void MakeModeColumns(const std::vector<double>& w, double* b) {
+void MakeModeColumns(const std::vector<double>& w, std::size_t peak, double* b) {
   const std::size_t n = w.size();
-  std::uint64_t state = 1;
-  for (std::size_t i = 0; i < n; ++i) {
-    b[i] = w[i];
-    b[n + i] = IsNegative(state) ? -w[i] : w[i];
-  }
+  std::copy(w.begin(), w.end(), b);
+  Scatter(w, b + n);
+  std::fill(b + 2 * n, b + 3 * n, 0.0);
+  b[2 * n + peak] = 1.0;
 }
 
-void TakeModes(const double* x, std::size_t n, ConditionEstimate& estimate, double* b) {
+// At one dof, the sum of w(i) |x(i)|: the 1-norm of W A^-1 b, whose largest for |b| = 1 is the
+// value looked for.
+void TakeModes(const std::vector<double>& w, const double* x, ConditionEstimate& estimate) {
+  const std::size_t n = w.size();
   estimate = {};
   const double* mode = x;
-  for (const double* column = x; column < x + ModeColumns * n; column += n) {
+  for (const double* column = x; column < x + 2 * n; column += n) {
     const double size = EstimateFromSigns(column, n);
     if (!(size <= estimate.value)) mode = column;
     Raise(size, estimate.value);
   }
   estimate.mode.assign(mode, mode + n);
-  std::fill(b, b + n, 0.0);
-  b[FindLargest(mode, n)] = 1.0;
-}
-
-// The sum of w(i) |x(i)|: the 1-norm of W A^-1 b, whose largest for |b| = 1 is the value looked
-// for.
-void TakeLastColumn(const std::vector<double>& w, const double* x, ConditionEstimate& estimate) {
   double sum = 0.0;
-  for (std::size_t i = 0; i < w.size(); ++i) sum += std::fabs(w[i] * x[i]);
+  for (std::size_t i = 0; i < n; ++i) sum += std::fabs(w[i] * x[2 * n + i]);
   Raise(sum, estimate.value);
 }
 
-double EstimateFromSigns(const double* x, std::size_t n) { return std::fabs(x[FindLargest(x, n)]); }
+double EstimateFromSigns(const double* x, std::size_t n) { return std::fabs(x[FindPeak(x, n)]); }
 
 }  // namespace kvx

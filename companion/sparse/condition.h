@@ -5,8 +5,9 @@
 // estimate is a lower bound, and mostly within a factor of 3 of the value.
 //
 // The turn begins with x itself: its signs say which way the structure gives. Scattered signs are
-// tried beside them, which find what the loads leave alone. The solutions are those of columns that
-// the caller gives to its solver, beside others where it can.
+// tried beside them, which find what the loads leave alone. Its second half asks for the value at
+// one dof; which one, a probe says, which is solved with the loads, so that the factor need not be
+// read a third time. The solutions are those of columns that the caller gives to its solver.
 #pragma once
 
 #include <cstddef>
@@ -21,17 +22,21 @@ struct ConditionEstimate {
                              // structure resists least
 };
 
-// The right sides that it begins with.
-inline constexpr std::size_t ModeColumns = 2;
+// The right side of the probe. sums: n row sums of |A|, which stand for the w that is not known
+// yet. b: n, written completely.
+void MakeProbe(const std::vector<double>& sums, double* b);
 
-// w: n numbers, each with the sign of x there. b: ModeColumns columns of n.
-void MakeModeColumns(const std::vector<double>& w, double* b);
+// The dof where the probe's solution x is largest, or its first NaN: n numbers, one at least.
+std::size_t FindPeak(const double* x, std::size_t n);
 
-// x: the solutions for them; the larger one becomes the mode. b: n, the last right side.
-void TakeModes(const double* x, std::size_t n, ConditionEstimate& estimate, double* b);
+// The columns of the turn.
+inline constexpr std::size_t ModeColumns = 3;
 
-// x: the solution for that. The value is complete.
-void TakeLastColumn(const std::vector<double>& w, const double* x, ConditionEstimate& estimate);
+// w: n numbers, each with the sign of x there. b: ModeColumns columns of n, written completely.
+void MakeModeColumns(const std::vector<double>& w, std::size_t peak, double* b);
+
+// x: the solutions for them. The larger one of those with signs becomes the mode.
+void TakeModes(const std::vector<double>& w, const double* x, ConditionEstimate& estimate);
 
 // The value of the first column alone, for solvers to whom a column costs much. Of random models it
 // is mostly that of the whole estimate, and a quarter of it at worst. x: the solution for w as it

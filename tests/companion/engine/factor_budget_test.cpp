@@ -13,9 +13,9 @@ TEST(FactorBudget, CountsWhatStandsBeside) {
   EngineSettings settings;
   settings.memory = 1234;
   const FactorSettings factor = MakeFactorSettings(settings, A, C, 6, 2);
-  // displacements of six numbers; three columns of two numbers for each load and three more for the
-  // condition (refined_columns.h); MUMPS copies the loads' columns and the condition's first two
-  const std::uint64_t coming = 6 * 2 * 8 + 2 * (3 * 2 + 3) * 8 + 2 * (2 + 2) * 8;
+  // displacements of six numbers; three columns of two numbers for each load and four more for the
+  // condition (refined_columns.h); MUMPS copies the loads' columns and the condition's last three
+  const std::uint64_t coming = 6 * 2 * 8 + 2 * (3 * 2 + 4) * 8 + 2 * (2 + 3) * 8;
   EXPECT_EQ(factor.coming, coming);
   // loads; A and C with their places; row and column of A's entries as MUMPS wants them; place and
   // scale of each free equation

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -155,7 +156,7 @@ TEST(SolveRefined, TakesTheStepThatBetters) {
   Outcome outcome;
   Solve(dense, {b, std::vector<double>(n, 0.0), b}, 24, outcome);
   EXPECT_EQ(outcome.refined.steps, 2);  // nothing betters the zeros
-  EXPECT_EQ(outcome.solutions, 3);
+  EXPECT_EQ(outcome.solutions, 2);      // with the condition's columns beside them
   for (std::size_t i = 0; i < n; ++i) {
     EXPECT_NEAR(outcome.x[0][i], static_cast<double>(i + 1) / 3.0, 1e-12);
     EXPECT_EQ(outcome.x[1][i], 0.0);
@@ -222,13 +223,37 @@ TEST(EstimateCondition, IsThatOfAllColumns) {
   }
   Outcome all, last;
   Solve(dense, columns, 53, all);
-  EXPECT_EQ(all.solutions, 7);  // two for each block, and the last for the condition
+  EXPECT_EQ(all.solutions, 6);  // two for each block, with the condition's columns beside them
   Solve(dense, {columns.back()}, 53, last);
   EXPECT_GE(all.refined.condition.value, last.refined.condition.value * (1.0 - 1e-9));
   for (std::size_t k = 0; k < columns.size(); ++k) {
     const std::vector<double> x = SolveDense(dense, columns[k].data(), 53);
     for (std::size_t i = 0; i < 5; ++i) EXPECT_NEAR(all.x[k][i], x[i], 1e-9 * std::fabs(x[i]));
   }
+}
+
+// The load is on the first row alone. The others are pairs that resist (1, -1) by 1e-6 only, which
+// signs that are all the same would not find: A^-1 (1, 1) = (1, 1) / (2 - 1e-6).
+TEST(EstimateCondition, FindsWhatTheLoadsLeaveAlone) {
+  constexpr std::size_t Pairs = 8;
+  constexpr double Soft = 1e-6;
+  Dense dense(1 + 2 * Pairs, std::vector<double>(1 + 2 * Pairs, 0.0));
+  std::vector<double> b(dense.size(), 0.0);
+  dense[0][0] = b[0] = 1.0;
+  for (std::size_t i = 1; i < dense.size(); i += 2) {
+    dense[i][i] = dense[i + 1][i + 1] = 1.0;
+    dense[i][i + 1] = dense[i + 1][i] = 1.0 - Soft;
+  }
+  Outcome outcome;
+  Solve(dense, {b}, 53, outcome);
+  // the row sums of |A^-1| |A| are 2 (2 - 1e-6) / (1e-6 (2 - 1e-6))
+  EXPECT_NEAR(outcome.refined.condition.value, 2.0 / Soft, 1e-3 / Soft);
+  const std::vector<double>& mode = outcome.refined.condition.mode;
+  const auto peak =
+      static_cast<std::size_t>(std::max_element(mode.begin(), mode.end()) - mode.begin());
+  ASSERT_GT(peak, 0U);
+  const std::size_t other = peak % 2 == 1 ? peak + 1 : peak - 1;
+  EXPECT_NEAR(mode[other] / mode[peak], -1.0, 1e-3);
 }
 
 // Without any load: |A^-1| |A| (1, 1), here ((3, -1), (-1, 2)) / 5 by magnitude times (3, 4).
