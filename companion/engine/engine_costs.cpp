@@ -34,12 +34,14 @@ constexpr double RowsPerThread = 48.0;
 // Of the sparse engine, on plates, grillages, box girders and lattices of 3,000 to 1,000,000
 // equations: flops per second in large fronts, seconds for an entry of L in small ones, for an
 // equation in METIS, analysis and the accuracy, and for an entry of L and a column in a solution.
-// There are three solutions: of the loads, of their refinement, for the condition.
+// There are two solutions, of the loads and of their refinement, with some columns for the condition
+// beside (sparse/refined_columns.h).
 constexpr double SparseRate = 20e9;
 constexpr double EntrySeconds = 8e-9;
 constexpr double OrderSeconds = 4.6e-6;
 constexpr double FirstColumnSeconds = 1.7e-9, NextColumnSeconds = 0.3e-9;
-constexpr double Solutions = 3.0;
+constexpr double Solutions = 2.0;
+constexpr double ConditionColumns = 1.0 + ModeColumns;
 
 // What each further thread adds to the skyline's first; panels wait for little.
 constexpr double SkylineThreadGain = 0.8;
@@ -124,8 +126,9 @@ double LeastSparseSeconds(std::int64_t equations) {
 }
 
 void PredictSparse(const FactorSize& size, const SparseTask& task, EngineEstimate& estimate) {
-  const double columns = (Solutions + CountFurtherSolutions(task.loads)) * FirstColumnSeconds +
-                         Solutions * NextColumnSeconds * static_cast<double>(task.loads);
+  const double columns =
+      (Solutions + CountFurtherSolutions(task.loads)) * FirstColumnSeconds +
+      (Solutions * static_cast<double>(task.loads) + ConditionColumns) * NextColumnSeconds;
   estimate.seconds =
       (size.flops / SparseRate) / SparseSpeed(CountRunning(task.threads), size.front) +
       size.entries * (EntrySeconds + columns) + LeastSparseSeconds(task.equations);

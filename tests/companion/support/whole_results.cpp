@@ -4,7 +4,6 @@
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
 #include "support/good_models.h"
-#include "support/solved_examples.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
@@ -22,7 +21,7 @@ namespace {
 
 std::vector<NamedModel> SolveModels() {
   std::vector<NamedModel> models;
-  for (const std::string& name : ListSolvedExamples()) {
+  for (const char* name : {"lattice-tower", "stiffened-panel", "water-trough"}) {
     const std::string file = std::string(KORVEX_EXAMPLES "/") + name + "/fem_solving.txt";
     models.push_back({name, SolveWhole(korvex::test::ReadFile(file))});
   }
