@@ -243,7 +243,7 @@ void PlanSolution(const korvex::Model& model, std::size_t loads, const EngineSet
   BuildNodeGraph(model.Tables, graph);
   PredictSkyline(graph, loads, settings.threads, plan.skyline);
   LookWhetherItFits(choice, plan.skyline);
-  if (IsProgramOfRanks()) {
+  if (IsProgramOfRanks() && settings.choice != EngineChoice::Skyline) {
     plan.skyline.isPossible = false;
     plan.skyline.reason = "kvx-mpi has the sparse engine alone";
   }
