@@ -32,7 +32,8 @@ void FindNodes(const std::vector<double>& u, NotFinite& out) {
 void FindElement(const Model& model, NotFinite& out) {
   std::size_t index = 0;
   korvex::FormElementMatrices(model, [&](const double* ke, const std::int32_t*, std::int32_t n) {
-    if (!out.hasElement && !AreFinite(ke, static_cast<std::size_t>(n) * static_cast<std::size_t>(n))) {
+    if (!out.hasElement &&
+        !AreFinite(ke, static_cast<std::size_t>(n) * static_cast<std::size_t>(n))) {
       out.hasElement = true;
       out.element = ElementAt(model, index);
     }

@@ -49,9 +49,7 @@ std::size_t BucketOf(const Vector3& cell, std::size_t buckets) {
 
 }  // namespace
 
-bool IsFinite(const Vector3& point) {
-  return AreFinite(point.data(), point.size());
-}
+bool IsFinite(const Vector3& point) { return AreFinite(point.data(), point.size()); }
 
 void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid) {
   std::size_t buckets = 1;

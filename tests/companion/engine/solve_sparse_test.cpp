@@ -147,8 +147,7 @@ TEST_F(SolveSparse, AgreesOnAnyNumberOfThreads) {
       std::vector<double> difference = several.displacements[k];
       for (std::size_t i = 0; i < u.size(); ++i) difference[i] -= u[i];
       const LoadQuality& quality = one.record.loads[k];
-      const double backwardError =
-          quality.backwardError + several.record.loads[k].backwardError;
+      const double backwardError = quality.backwardError + several.record.loads[k].backwardError;
       EXPECT_LE(LargestOf(difference), quality.condition * backwardError * LargestOf(u));
     }
   }

@@ -307,13 +307,14 @@ TEST_F(KvxMpi, EndsWhereTheDiskOfOneRankIsFull) {
   fs::create_directory(factors);
   WriteFile(base.Path() / "second", "trap '' XFSZ\nulimit -f 200\nexec " KVX_MPI_PROGRAM
                                     " run deck --out-of-core factors\n");
-  const ProgramRun full = korvex::test::RunProgram(
-      KVX_MPIRUN, base.Path(), "",
-      {"-n", "1", KVX_MPI_PROGRAM, "run", "deck", "--out-of-core", "factors", ":", "-n", "1",
-       "/bin/sh", "second"});
+  const ProgramRun full =
+      korvex::test::RunProgram(KVX_MPIRUN, base.Path(), "",
+                               {"-n", "1", KVX_MPI_PROGRAM, "run", "deck", "--out-of-core",
+                                "factors", ":", "-n", "1", "/bin/sh", "second"});
   EXPECT_EQ(full.exitStatus, 73) << full.err;
-  EXPECT_TRUE(Holds(full.err, "\"deck/fem_solving.txt\": Rank 1: The factors cannot be written to or "
-                              "read from the folder for them: the disk is full"))
+  EXPECT_TRUE(Holds(full.err,
+                    "\"deck/fem_solving.txt\": Rank 1: The factors cannot be written to or "
+                    "read from the folder for them: the disk is full"))
       << full.err;
   EXPECT_TRUE(Holds(full.err, "Give another folder (--out-of-core DIR).")) << full.err;
   ExpectNoResults(*this);

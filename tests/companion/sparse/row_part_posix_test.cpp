@@ -1,8 +1,8 @@
 // The part of a rank where memory is short: in child processes with a limit. POSIX only.
 #include <gtest/gtest.h>
 
-#include "sparse/row_part.h"
 #include "report/stop.h"
+#include "sparse/row_part.h"
 #include "support/limited_child.h"
 
 namespace kvx::test {
