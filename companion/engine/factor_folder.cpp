@@ -90,7 +90,7 @@ void MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
 
 // The folder that is given, which has to be there.
 fs::path FindPlace(const std::string& parent) {
-  const fs::path place = fs::absolute(fs::u8path(parent));
+  fs::path place = fs::absolute(fs::u8path(parent));
   std::error_code error;
   if (!fs::is_directory(place, error)) {
     StopFolder(parent, error ? error.message() : "it is no folder");
