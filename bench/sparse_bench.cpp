@@ -16,6 +16,7 @@
 #include <string>
 #include <vector>
 
+#include "base/gigabyte.h"
 #include "engine/solve_together.h"
 #include "model_of_tables.h"
 #include "order_models.h"
@@ -26,11 +27,10 @@
 
 namespace {
 
+using korvex::BytesPerGigabyte;
 using korvex::bench::MeasureBoth;
 using korvex::bench::MedianOf;
 using korvex::bench::Seconds;
-
-constexpr double BytesPerGigabyte = 1073741824.0;
 
 void PrintRatio(const char* name, const Seconds& engine, const Seconds& other) {
   std::printf("  %-28s %8.2f s, processor %8.2f s; engine over it %.3f, %.3f\n", name, other.wall,
@@ -57,9 +57,16 @@ void MakeModel(const std::string& name, double equations, korvex::ModelTables& t
   }
 }
 
-// As a program would that has the matrix: coordinates, the order, three calls. sym: 2, or 1 for a
-// positive definite matrix. The matrix is assembled as the engine does it.
-void SolveDirectly(const korvex::Model& model, MUMPS_INT sym) {
+// The matrix as a program has it that calls MUMPS itself, with the order and the load.
+struct DirectSystem {
+  kvx::UpperMatrix A;
+  std::vector<MUMPS_INT> rows, columns;  // coordinates of the entries, from 1 on
+  std::vector<MUMPS_INT> places;         // in the order, from 1 on
+  std::vector<double> x;                 // holds the load, gets the solution
+};
+
+// Assembled as the engine does it.
+void MakeDirectSystem(const korvex::Model& model, DirectSystem& system) {
   kvx::NodeGraph graph;
   kvx::BuildNodeGraph(model.Tables, graph);
   kvx::FreeDofs dofs;
@@ -68,56 +75,75 @@ void SolveDirectly(const korvex::Model& model, MUMPS_INT sym) {
   kvx::BuildFreeGraph(graph, dofs, free);
   std::vector<std::int32_t> order;
   kvx::FindSparseOrder(free.graph, order);
-  kvx::UpperMatrix A;
+  kvx::UpperMatrix& A = system.A;
   kvx::FixedRows C;
   kvx::AssembleFree(model, graph, dofs, {}, A, C);
-  std::vector<MUMPS_INT> rows, columns, places = kvx::PlaceFreeDofs(free, order);
-  for (MUMPS_INT& place : places) ++place;
+  system.places = kvx::PlaceFreeDofs(free, order);
+  for (MUMPS_INT& place : system.places) ++place;
   for (std::size_t i = 0; i < dofs.equations.size(); ++i) {
     for (std::int64_t k = A.begins[i]; k < A.begins[i + 1]; ++k) {
-      rows.push_back(static_cast<MUMPS_INT>(i) + 1);
-      columns.push_back(A.columns[static_cast<std::size_t>(k)] + 1);
+      system.rows.push_back(static_cast<MUMPS_INT>(i) + 1);
+      system.columns.push_back(A.columns[static_cast<std::size_t>(k)] + 1);
     }
   }
-  std::vector<double> x(dofs.equations.size());
-  for (std::size_t i = 0; i < x.size(); ++i) {
-    x[i] = model.LoadVector[static_cast<std::size_t>(dofs.equations[i])];
+  for (const std::int32_t equation : dofs.equations) {
+    system.x.push_back(model.LoadVector[static_cast<std::size_t>(equation)]);
   }
+}
+
+void GiveToMumps(DirectSystem& system, DMUMPS_STRUC_C& id) {
+  for (std::size_t stream = 0; stream < 3; ++stream) id.icntl[stream] = -1;
+  id.icntl[3] = 0;
+  id.icntl[6] = 1;
+  id.perm_in = system.places.data();
+  id.n = static_cast<MUMPS_INT>(system.x.size());
+  id.nnz = static_cast<MUMPS_INT8>(system.rows.size());
+  id.irn = system.rows.data();
+  id.jcn = system.columns.data();
+  id.a = system.A.values.data();
+  id.rhs = system.x.data();
+  id.nrhs = 1;
+  id.lrhs = id.n;
+}
+
+// MUMPS counts in millions of bytes.
+double GigabytesOf(MUMPS_INT millions) {
+  return 1e6 * static_cast<double>(millions) / BytesPerGigabyte;
+}
+
+void PrintJob(const DMUMPS_STRUC_C& id, const Seconds& seconds) {
+  std::printf("   direct %d job %d %.2f s, processor %.2f s", id.sym, id.job, seconds.wall,
+              seconds.processor);
+  if (id.infog[0] < 0) std::printf("  failed: %d %d", id.infog[0], id.infog[1]);
+  if (id.job == 1) {
+    std::printf(" foreseen %.3f GB, out of core %.3f GB, %.3e flops", GigabytesOf(id.infog[15]),
+                GigabytesOf(id.infog[25]), id.rinfog[0]);
+  }
+  if (id.job == 2) {
+    std::printf(" used %.3f of %.3f GB, entries %d, peak %d", GigabytesOf(id.infog[20]),
+                GigabytesOf(id.infog[18]), id.infog[8], id.infog[10]);
+  }
+  std::printf("\n");
+}
+
+// As a program would that has the matrix: coordinates, the order, three calls. sym: 2, or 1 for a
+// positive definite matrix.
+void SolveDirectly(const korvex::Model& model, MUMPS_INT sym) {
+  DirectSystem system;
+  MakeDirectSystem(model, system);
   DMUMPS_STRUC_C id{};
   id.sym = sym;
   id.par = 1;
   id.comm_fortran = -987654;
   id.job = -1;
   dmumps_c(&id);
-  for (std::size_t stream = 0; stream < 3; ++stream) id.icntl[stream] = -1;
-  id.icntl[3] = 0;
-  id.icntl[6] = 1;
-  id.perm_in = places.data();
-  id.n = static_cast<MUMPS_INT>(x.size());
-  id.nnz = static_cast<MUMPS_INT8>(rows.size());
-  id.irn = rows.data();
-  id.jcn = columns.data();
-  id.a = A.values.data();
-  id.rhs = x.data();
-  id.nrhs = 1;
-  id.lrhs = id.n;
+  GiveToMumps(system, id);
   for (const MUMPS_INT job : {1, 2, 3}) {
     const Seconds seconds = MeasureBoth([&] {
       id.job = job;
       dmumps_c(&id);
     });
-    std::printf("   direct %d job %d %.2f s, processor %.2f s", sym, job, seconds.wall,
-                seconds.processor);
-    if (id.infog[0] < 0) std::printf("  failed: %d %d", id.infog[0], id.infog[1]);
-    if (job == 1) {
-      std::printf(" foreseen %d MB, out of core %d MB, %.3e flops", id.infog[15], id.infog[25],
-                  id.rinfog[0]);
-    }
-    if (job == 2) {
-      std::printf(" used %d of %d MB, entries %d, peak %d", id.infog[20], id.infog[18], id.infog[8],
-                  id.infog[10]);
-    }
-    std::printf("\n");
+    PrintJob(id, seconds);
   }
   id.job = -2;
   dmumps_c(&id);

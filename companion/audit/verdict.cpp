@@ -4,21 +4,19 @@
 #include <cmath>
 
 #include "audit/force_scales.h"
+#include "base/finite.h"
 #include "report/stop.h"
 #include "system/assemble_stiffness.h"
 #include "tables/node_box.h"
 
 namespace kvx {
 
+using korvex::AreFinite;
 using korvex::DofsPerNode;
 using korvex::Model;
 using korvex::Vector3;
 
 namespace {
-
-bool AreFinite(const double* values, std::int32_t count) {
-  return std::all_of(values, values + count, [](double value) { return std::isfinite(value); });
-}
 
 // The nodes with displacements that are not finite.
 void FindNodes(const std::vector<double>& u, NotFinite& out) {
@@ -34,7 +32,8 @@ void FindNodes(const std::vector<double>& u, NotFinite& out) {
 void FindElement(const Model& model, NotFinite& out) {
   std::size_t index = 0;
   korvex::FormElementMatrices(model, [&](const double* ke, const std::int32_t*, std::int32_t n) {
-    if (!out.hasElement && !AreFinite(ke, n * n)) {
+    if (!out.hasElement &&
+        !AreFinite(ke, static_cast<std::size_t>(n) * static_cast<std::size_t>(n))) {
       out.hasElement = true;
       out.element = ElementAt(model, index);
     }

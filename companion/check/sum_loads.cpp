@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/finite.h"
 #include "beam/beam_line_load.h"
 #include "check/usable_elements.h"
 #include "shell/shell_loads.h"
@@ -11,6 +12,7 @@
 
 namespace kvx {
 
+using korvex::AreFinite;
 using korvex::Section;
 using korvex::Vector3;
 
@@ -30,10 +32,6 @@ void AddNodeLoad(const Vector3& place, const double* load, Adder& adder) {
     adder.sums[3 + i] += M[i] + load[3 + i];
   }
   adder.size += korvex::Length(F);
-}
-
-bool AreFinite(const double* values, std::size_t count) {
-  return std::all_of(values, values + count, [](double value) { return std::isfinite(value); });
 }
 
 template <std::int32_t Nodes>

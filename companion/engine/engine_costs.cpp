@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "base/dof_counts.h"
+#include "base/gigabyte.h"
 #include "platform/vector_bits.h"
 #include "size/check_size.h"
 #include "skyline/reserve_system.h"
@@ -13,8 +14,6 @@
 namespace kvx {
 
 namespace {
-
-constexpr double BytesPerGigabyte = 1073741824.0;
 
 // What bench/engines_bench.cpp measures, with one thread of a processor. Seconds for an equation of
 // shells: forming the element matrices and adding them. The skyline does it twice, the second time
@@ -116,7 +115,7 @@ void PredictSkyline(const NodeGraph& graph, std::size_t loads, int threads,
                      SkylineAssemblies * AssemblySeconds * equations;
   const std::size_t lanes = loads > 1 ? std::min(loads, MostLanes) : 0;
   estimate.bytes = static_cast<std::uint64_t>(
-      size.gigabytes * BytesPerGigabyte +
+      size.gigabytes * korvex::BytesPerGigabyte +
       static_cast<double>(korvex::BytesPerEquation) * equations + VectorBytes(equations, loads) +
       static_cast<double>(lanes * sizeof(double)) * equations);
 }

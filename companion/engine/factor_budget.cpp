@@ -6,20 +6,6 @@
 
 namespace kvx {
 
-namespace {
-
-template <typename Item>
-std::uint64_t BytesOf(const std::vector<Item>& items) {
-  return items.capacity() * sizeof(Item);
-}
-
-template <typename Matrix>
-std::uint64_t BytesOf(const Matrix& matrix) {
-  return BytesOf(matrix.begins) + BytesOf(matrix.columns) + BytesOf(matrix.values);
-}
-
-}  // namespace
-
 FactorSettings MakeFactorSettings(const EngineSettings& settings, const UpperMatrix& A,
                                   const FixedRows& C, std::size_t equations, std::size_t loads) {
   // row and column of each entry, as MUMPS wants them; place and scale of each equation
@@ -35,7 +21,7 @@ FactorSettings MakeFactorSettings(const EngineSettings& settings, const UpperMat
   const std::uint64_t scaled = A.isPart ? A.values.size() * sizeof(double) : 0;
   // displacements, blocks, and the scaled entries
   factor.coming = vectors + CountColumnBytes(n, loads) + copies + scaled;
-  factor.beside = factor.coming + vectors + BytesOf(A) + BytesOf(C) +
+  factor.beside = factor.coming + vectors + CountBytes(A) + CountBytes(C) +
                   A.columns.size() * EntryBytes + n * RowBytes;
   return factor;
 }

@@ -16,10 +16,16 @@ namespace fs = std::filesystem;
 namespace {
 
 // More runs at a time are not expected in one folder.
-constexpr int MostFolders = 64;
+constexpr int MostNames = 64;
 
-fs::path NameOf(const fs::path& parent, int number) {
-  return parent / ("kvx-factors-" + std::to_string(number));
+constexpr const char* NamePrefix = "kvx-factors-";
+
+std::string NameOf(int number) { return NamePrefix + std::to_string(number); }
+
+bool IsNameOfRun(const std::string& name) {
+  const std::size_t size = std::char_traits<char>::length(NamePrefix);
+  return name.size() > size && name.compare(0, size, NamePrefix) == 0 &&
+         name.find_first_not_of("0123456789", size) == std::string::npos;
 }
 
 [[noreturn]] void StopFolder(const std::string& parent, const std::string& reason) {
@@ -82,12 +88,14 @@ void MakeNew(const fs::path& path, FactorFolder& folder, std::string& reason) {
   }
 }
 
-// What killed runs have left.
-void RemoveLeftOvers(const fs::path& parent) {
-  for (int number = 1; number <= MostFolders; ++number) {
-    FactorFolder left;  // goes with its files
-    TakeOld(NameOf(parent, number), left);
+// The folder that is given, which has to be there.
+fs::path FindPlace(const std::string& parent) {
+  fs::path place = fs::absolute(fs::u8path(parent));
+  std::error_code error;
+  if (!fs::is_directory(place, error)) {
+    StopFolder(parent, error ? error.message() : "it is no folder");
   }
+  return place;
 }
 
 }  // namespace
@@ -106,19 +114,35 @@ void RemoveFactorFolder(FactorFolder& folder) {
   }
 }
 
-void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
-  const fs::path place = fs::absolute(fs::u8path(parent));
+void RemoveLeftFactors(const std::string& parent) {
+  std::vector<fs::path> paths;
   std::error_code error;
-  if (!fs::is_directory(place, error)) {
-    StopFolder(parent, error ? error.message() : "it is no folder");
+  for (fs::directory_iterator it(FindPlace(parent), error), end; !error && it != end;
+       it.increment(error)) {
+    if (IsNameOfRun(it->path().filename().u8string())) paths.push_back(it->path());
   }
-  RemoveLeftOvers(place);
-  std::string reason = "too many runs are at work there, or have left folders";
-  for (int number = 1; number <= MostFolders; ++number) {
-    MakeNew(NameOf(place, number), folder, reason);
+  for (const fs::path& path : paths) {
+    FactorFolder left;  // goes with its files
+    TakeOld(path, left);
+  }
+}
+
+void TakeFactorFolder(const std::string& parent, int first, FactorFolder& folder) {
+  const fs::path place = FindPlace(parent);
+  const int last = first + MostNames - 1;
+  std::string reason = "the names " + NameOf(first) + " to " + NameOf(last) +
+                       " are taken, by runs that are at work there or by other folders. Remove "
+                       "those that nobody needs, or give another folder (--out-of-core DIR)";
+  for (int number = first; number <= last; ++number) {
+    MakeNew(place / NameOf(number), folder, reason);
     if (!folder.path.empty()) return;
   }
   StopFolder(parent, reason);
+}
+
+void MakeFactorFolder(const std::string& parent, FactorFolder& folder) {
+  RemoveLeftFactors(parent);
+  TakeFactorFolder(parent, 1, folder);
 }
 
 std::uint64_t ReadFreeDisk(const std::string& parent) {

@@ -24,8 +24,16 @@ struct FactorFolder {
   FactorFolder& operator=(const FactorFolder&) = delete;
 };
 
-// parent: UTF-8. Throws a Stop (StopKind::ResultFile) where it is no folder that can be written to.
+// Removes what killed runs have left, and makes one.
+// parent: UTF-8. Throws a Stop (StopKind::ResultFile) where it is no folder that can be written to,
+// and where all names are taken.
 void MakeFactorFolder(const std::string& parent, FactorFolder& folder);
+
+// Both parts of that, for processes that share the folder: all have to have removed before one
+// makes its own, since a folder that has just been made looks like one that was left. first: the
+// number of the first name that is tried, from 1 on; each process has another one.
+void RemoveLeftFactors(const std::string& parent);
+void TakeFactorFolder(const std::string& parent, int first, FactorFolder& folder);
 
 // Removes it with all its files, as the end of the object does; also while a factorisation writes
 // there that will not be used. Does nothing where it was not made.

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/dof_counts.h"
+#include "base/finite.h"
 #include "mechanism/mode_strain.h"
 #include "report/stop.h"
 #include "sparse/prescribed.h"
@@ -46,10 +47,6 @@ bool IsFree(const korvex::Model& model, const FreeDofs& dofs, const std::vector<
   return !IsStrained(model, v, NoStrain);
 }
 
-bool IsFinite(const std::vector<double>& x) {
-  return std::all_of(x.begin(), x.end(), [](double value) { return std::isfinite(value); });
-}
-
 void Append(const std::string& item, std::string& list) {
   if (!list.empty()) list += ", ";
   list += item;
@@ -65,7 +62,7 @@ void StopWhereFree(const korvex::Model& model, const FreeDofs& dofs, SparseFacto
     std::vector<double> x;
     FindNullVector(factor, rank, x);
     const auto row = static_cast<std::size_t>(factor.nullPivots[rank]);
-    const bool isFree = !IsFinite(x) || IsFree(model, dofs, x);
+    const bool isFree = !korvex::AreFinite(x.data(), x.size()) || IsFree(model, dofs, x);
     Append(NameMotion(dofs.equations[row]), isFree ? free : soft);
   }
   if (count > MostNamed) {
@@ -84,7 +81,7 @@ void StopWhereFree(const korvex::Model& model, const FreeDofs& dofs, SparseFacto
 void StopWhereModeIsFree(const korvex::Model& model, const FreeDofs& dofs,
                          const ConditionEstimate& estimate) {
   if (estimate.value < LargeCondition) return;
-  if (!IsFinite(estimate.mode)) {
+  if (!korvex::AreFinite(estimate.mode.data(), estimate.mode.size())) {
     StopNotice(std::string("The structure can move: the factorisation has no finite numbers.") +
                Remedy);
   }

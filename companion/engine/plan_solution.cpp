@@ -84,7 +84,8 @@ void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
 
 // What rank 0 takes of it, which has most, and the time of all. Each further rank adds half of one
 // to the speed: they wait for each other. The parts are not of the same size, and rank 0 keeps what
-// is only there once.
+// is only there once. A rank's elements are not counted: they go before the factor comes, which
+// takes more.
 void ShareAmongRanks(const SparseTask& task, EngineEstimate& estimate) {
   constexpr double Unevenness = 1.25, Gain = 0.5;
   constexpr std::uint64_t BytesPerEquation = 300;  // of tables that are not shared

@@ -6,13 +6,9 @@ namespace kvx {
 
 namespace {
 
-// One rank after the other: a folder that has just been made looks like one that was left.
-void MakeInTurn(const std::string& parent, FactorFolder& folder) {
-  for (int rank = 0; rank < CountRanks(); ++rank) {
-    DoTogether([&] {
-      if (rank == RankOfThis()) MakeFactorFolder(parent, folder);
-    });
-  }
+void MakeOwn(const std::string& parent, FactorFolder& folder) {
+  DoTogether([&] { RemoveLeftFactors(parent); });
+  DoTogether([&] { TakeFactorFolder(parent, 1 + RankOfThis(), folder); });
 }
 
 }  // namespace
@@ -22,7 +18,7 @@ void MakeRankFolders(const std::string& parent, FactorFolder& folder) {
   const std::uint64_t size = parent.size();
   SendToAll(&size, sizeof size);
   SendToAll(parent.data(), parent.size());
-  MakeInTurn(parent, folder);
+  MakeOwn(parent, folder);
 }
 
 void HelpMakeFolders(FactorFolder& folder) {
@@ -30,7 +26,7 @@ void HelpMakeFolders(FactorFolder& folder) {
   ReceiveFromFirst(&size, sizeof size);
   std::string parent(size, ' ');
   ReceiveFromFirst(parent.data(), parent.size());
-  MakeInTurn(parent, folder);
+  MakeOwn(parent, folder);
 }
 
 }  // namespace kvx

@@ -9,6 +9,7 @@
 #include <new>
 #include <utility>
 
+#include "base/finite.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "sparse/column_quality.h"
@@ -132,7 +133,7 @@ void MeasureSolution(const korvex::Model& model, const std::vector<std::vector<d
 }
 
 double ConditionOfSolution(const double* x, std::size_t n) {
-  if (!std::all_of(x, x + n, [](double u) { return std::isfinite(u); })) return Infinity;
+  if (!korvex::AreFinite(x, n)) return Infinity;
   if (std::all_of(x, x + n, [](double u) { return u == 0.0; })) return 0.0;
   return LoadQuality::Unknown;
 }

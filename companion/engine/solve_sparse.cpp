@@ -67,11 +67,6 @@ double SecondsSince(Clock::time_point& begin) {
   return seconds;
 }
 
-std::uint64_t BytesOf(const UpperMatrix& A) {
-  return A.columns.size() * (sizeof(std::int32_t) + sizeof(double)) +
-         A.begins.size() * sizeof(std::int64_t);
-}
-
 // The matrix, by all ranks. Does not look at the other ranks where there is no free dof.
 void AssembleMatrix(const NodeGraph& graph, const FreeGraph& free,
                     const std::vector<std::int32_t>& order, const korvex::ShareCallback& report,
@@ -106,7 +101,7 @@ std::vector<std::int32_t> Assemble(const SolutionPlan& plan, Solution& solution,
   };
   AssembleMatrix(graph, free, order, report, record.threads, solution);
   record.factorSeconds = SecondsSince(begin);
-  record.bytes = BytesOf(solution.A);
+  record.bytes = CountBytes(solution.A);
   return PlaceFreeDofs(free, order);
 }
 

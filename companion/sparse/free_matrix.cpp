@@ -1,10 +1,10 @@
 #include "sparse/free_matrix.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "base/dof_counts.h"
+#include "base/finite.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "system/assemble_stiffness.h"
@@ -173,10 +173,12 @@ void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target&
                                                    std::to_string(index) + " is not finite."};
 }
 
-bool IsFinite(const double* ke, std::int32_t n) {
-  double sum = 0.0;  // of zeros, NaN where one is not finite
-  for (std::int32_t k = 0; k < n * n; ++k) sum += 0.0 * ke[k];
-  return sum == 0.0;
+// matrix: UpperMatrix or FixedRows; what its tables of entries hold room for.
+template <typename Matrix>
+std::uint64_t BytesOf(const Matrix& matrix) {
+  return matrix.begins.capacity() * sizeof(std::int64_t) +
+         matrix.columns.capacity() * sizeof(std::int32_t) +
+         matrix.values.capacity() * sizeof(double);
 }
 
 // Off the diagonal.
@@ -214,7 +216,8 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
   korvex::FormElementMatrices(
       model,
       [&](const double* ke, const std::int32_t* g, std::int32_t n) {
-        if (!IsFinite(ke, n)) StopNotFinite(model, index, elements);
+        const auto size = static_cast<std::size_t>(n);
+        if (!korvex::AreFinite(ke, size * size)) StopNotFinite(model, index, elements);
         AddElement(ke, g, n, target);
         if (++index % ElementsPerReport == 0 && report) {
           report(static_cast<double>(index) / static_cast<double>(count));
@@ -223,6 +226,12 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
       threads);
   DropZeros(A);
 }
+
+std::uint64_t CountBytes(const UpperMatrix& A) {
+  return BytesOf(A) + A.rows.capacity() * sizeof(std::int32_t);
+}
+
+std::uint64_t CountBytes(const FixedRows& C) { return BytesOf(C); }
 
 std::uint64_t CountMatrixBytes(const NodeGraph& graph, const FreeDofs& dofs) {
   return CountUpperEntries(graph, dofs) * BytesPerEntry;

@@ -64,6 +64,10 @@ void AssembleFree(const korvex::Model& model, const NodeGraph& graph, const Free
                   const korvex::ShareCallback& report, UpperMatrix& A, FixedRows& C,
                   int threads = 1, const std::vector<std::int32_t>& elements = {});
 
+// The bytes of a matrix as it stands. A keeps the room of entries that have turned out to be 0.
+std::uint64_t CountBytes(const UpperMatrix& A);
+std::uint64_t CountBytes(const FixedRows& C);
+
 // The bytes that AssembleFree takes for A at its peak.
 std::uint64_t CountMatrixBytes(const NodeGraph& graph, const FreeDofs& dofs);
 

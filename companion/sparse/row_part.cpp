@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "base/dof_counts.h"
+#include "report/check_memory.h"
 
 namespace kvx {
 
@@ -24,6 +25,12 @@ std::uint64_t CountEntries(const FreeGraph& free, std::size_t node) {
   return entries;
 }
 
+// Room for `count` more.
+void ReserveMore(const char* what, std::size_t count, std::vector<std::int32_t>& items) {
+  korvex::AllocateOrStop(what, count, sizeof(std::int32_t),
+                         [&] { items.reserve(items.size() + count); });
+}
+
 // The elements of a kind that have a wanted node, with their nodes as the model numbers them.
 template <std::size_t Nodes, typename Element>
 void TakeElements(const std::vector<Element>& elements, const std::vector<std::int32_t>& nodes,
@@ -34,6 +41,11 @@ void TakeElements(const std::vector<Element>& elements, const std::vector<std::i
     return std::any_of(first, first + Nodes,
                        [&](std::int32_t node) { return isWanted[At(node)] != 0; });
   };
+  std::size_t count = 0;
+  for (std::size_t e = 0; e < elements.size(); ++e) count += touches(e) ? 1U : 0U;
+  korvex::ReserveItems("the elements of a rank", count, takenElements);
+  ReserveMore("the nodes of a rank's elements", count * Nodes, takenNodes);
+  ReserveMore("the numbers of a rank's elements", count, numbers);
   for (std::size_t e = 0; e < elements.size(); ++e) {
     if (!touches(e)) continue;
     takenElements.push_back(elements[e]);
@@ -49,7 +61,10 @@ void NumberNodes(std::vector<std::uint8_t>& isThere, RowPart& part) {
   for (const std::vector<std::int32_t>* list : lists) {
     for (const std::int32_t node : *list) isThere[At(node)] = 1;
   }
-  std::vector<std::int32_t> numbers(isThere.size(), -1);
+  std::vector<std::int32_t> numbers;
+  korvex::AllocateItems("the numbers of the nodes", isThere.size(), numbers);
+  const auto count = std::count(isThere.begin(), isThere.end(), std::uint8_t{1});
+  ReserveMore("the nodes of a rank", static_cast<std::size_t>(count), part.nodes);
   for (std::size_t node = 0; node < isThere.size(); ++node) {
     if (isThere[node] == 0) continue;
     numbers[node] = static_cast<std::int32_t>(part.nodes.size());
@@ -62,6 +77,11 @@ void NumberNodes(std::vector<std::uint8_t>& isThere, RowPart& part) {
 
 void TakeDofs(const FreeDofs& dofs, const std::vector<std::int32_t>& owners, int rank,
               RowPart& part) {
+  const std::size_t count = part.nodes.size() * Dofs;
+  ReserveMore("the equations of a rank", count, part.dofs.places);
+  ReserveMore("the equations of a rank", count, part.dofs.equations);
+  korvex::ReserveItems("the equations of a rank", count, part.dofs.isFixed);
+  if (rank == 0) ReserveMore("the fixed degrees of freedom", dofs.fixed.size(), part.dofs.fixed);
   for (const std::int32_t node : part.nodes) {
     for (std::size_t d = 0; d < Dofs; ++d) {
       const std::size_t i = At(node) * Dofs + d;
@@ -81,11 +101,14 @@ void TakeDofs(const FreeDofs& dofs, const std::vector<std::int32_t>& owners, int
 
 std::vector<std::int32_t> ShareNodes(const FreeGraph& free, const std::vector<std::int32_t>& order,
                                      std::size_t nodes, int ranks) {
-  std::vector<std::uint64_t> entries(order.size());
+  std::vector<std::uint64_t> entries;
+  korvex::AllocateItems("the entries of the nodes", order.size(), entries);
   for (std::size_t k = 0; k < order.size(); ++k) entries[k] = CountEntries(free, At(order[k]));
   const double whole =
       static_cast<double>(std::accumulate(entries.begin(), entries.end(), std::uint64_t{0}));
-  std::vector<std::int32_t> owners(nodes, -1);
+  std::vector<std::int32_t> owners;
+  korvex::AllocateItems("the ranks of the nodes", nodes, owners);
+  std::fill(owners.begin(), owners.end(), -1);
   double before = 0.0;
   for (std::size_t k = 0; k < order.size(); ++k) {
     const double middle = before + 0.5 * static_cast<double>(entries[k]);
@@ -99,7 +122,8 @@ std::vector<std::int32_t> ShareNodes(const FreeGraph& free, const std::vector<st
 void MakeRowPart(const korvex::Model& model, const FreeDofs& dofs,
                  const std::vector<std::int32_t>& owners, int rank, RowPart& part) {
   part = {};
-  std::vector<std::uint8_t> isWanted(owners.size(), 0);
+  std::vector<std::uint8_t> isWanted;
+  korvex::AllocateItems("the nodes of a rank", owners.size(), isWanted);
   for (std::size_t node = 0; node < owners.size(); ++node)
     isWanted[node] = owners[node] == rank ? 1 : 0;
   if (rank == 0) {

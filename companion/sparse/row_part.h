@@ -17,6 +17,7 @@ namespace kvx {
 // The rank of each node that has a free dof: pieces of the order one after the other, with about as
 // many entries each. Others: -1.
 // free: of a model with `nodes` nodes; order: of its nodes (node_order.h). A rank may get none.
+// Throws a Stop where memory is too small.
 std::vector<std::int32_t> ShareNodes(const FreeGraph& free, const std::vector<std::int32_t>& order,
                                      std::size_t nodes, int ranks);
 

@@ -29,6 +29,9 @@ void ForTables(Part& part, const Take& take) {
 
 constexpr std::size_t TableCount = 10;
 
+// Of the work of rank 0, about: to make the parts and to send them.
+constexpr double PartsShare = 0.3;
+
 // What the others need to know before they make room.
 struct PartSizes {
   std::int32_t n = 0;  // rows of all
@@ -52,17 +55,17 @@ void MakeRoom(const PartSizes& sizes, RowPart& part) {
 }
 
 template <typename Table>
-std::size_t BytesOf(const Table& table) {
+std::size_t BytesToSend(const Table& table) {
   static_assert(std::is_trivially_copyable_v<typename Table::value_type>, "records go as bytes");
   return table.size() * sizeof(typename Table::value_type);
 }
 
 void SendPart(int rank, const RowPart& part) {
-  ForTables(part, [&](const auto& table) { Send(rank, table.data(), BytesOf(table)); });
+  ForTables(part, [&](const auto& table) { Send(rank, table.data(), BytesToSend(table)); });
 }
 
 void ReceivePart(RowPart& part) {
-  ForTables(part, [&](auto& table) { Receive(0, table.data(), BytesOf(table)); });
+  ForTables(part, [&](auto& table) { Receive(0, table.data(), BytesToSend(table)); });
 }
 
 // From equations of the part to those of the model.
@@ -87,7 +90,7 @@ void AssembleRows(RowPart& part, std::int32_t n, const korvex::ShareCallback& re
   NumberColumns(part, C);
   A.isPart = true;
   A.n = n;
-  A.rows.reserve(part.dofs.equations.size());
+  korvex::ReserveItems("the numbers of the rows", part.dofs.equations.size(), A.rows);
   for (const std::int32_t equation : part.dofs.equations) {
     A.rows.push_back(part.dofs.places[static_cast<std::size_t>(equation)]);
   }
@@ -98,11 +101,18 @@ void AssembleShared(const korvex::Model& model, const FreeDofs& dofs,
                     UpperMatrix& A, FixedRows& C, int threads,
                     std::vector<std::uint64_t>& elements) {
   const auto n = static_cast<std::int32_t>(dofs.equations.size());
-  elements.assign(static_cast<std::size_t>(CountRanks()), 0);
+  const int ranks = CountRanks();
+  elements.assign(static_cast<std::size_t>(ranks), 0);
+  const auto tell = [&](double share) {
+    if (report) report(share);
+  };
   RowPart part;
   Tell(RankTask::TakeRows);
-  for (int rank = CountRanks() - 1; rank >= 0; --rank) {  // its own comes last, and stays
-    DoTogether([&] { MakeRowPart(model, dofs, owners, rank, part); });
+  for (int rank = ranks - 1; rank >= 0; --rank) {  // its own comes last, and stays
+    DoTogether([&] {
+      MakeRowPart(model, dofs, owners, rank, part);
+      tell(PartsShare * static_cast<double>(ranks - rank) / static_cast<double>(ranks));
+    });
     elements[static_cast<std::size_t>(rank)] = part.elements.size();
     if (rank == 0) break;
     const PartSizes sizes = SizesOf(part, n);
@@ -110,7 +120,8 @@ void AssembleShared(const korvex::Model& model, const FreeDofs& dofs,
     DoTogether([] {});  // the rank makes room
     SendPart(rank, part);
   }
-  DoTogether([&] { AssembleRows(part, n, report, A, C, threads); });
+  const auto tellRows = [&](double share) { tell(PartsShare + share * (1.0 - PartsShare)); };
+  DoTogether([&] { AssembleRows(part, n, tellRows, A, C, threads); });
 }
 
 void HelpAssemble(UpperMatrix& A, std::vector<double>& work) {

@@ -21,7 +21,7 @@ namespace {
 constexpr MUMPS_INT WorldCommunicator = -987654;  // that of MPI, as MUMPS wants it named
 constexpr std::size_t OutOfCoreControl = 22;      // of ICNTL
 constexpr std::size_t SpaceControl = 14;          // per cent more than foreseen
-constexpr std::size_t MemoryControl = 23;         // megabytes that MUMPS may take
+constexpr std::size_t MemoryControl = 23;         // millions of bytes that MUMPS may take
 constexpr std::uint64_t Million = 1000000;
 
 enum Job : MUMPS_INT { Begin = -1, End = -2, Analyse = 1, Factor = 2, Solve = 3 };
@@ -160,8 +160,9 @@ void ListEntries(const UpperMatrix& A, MumpsJob& job) {
   }
 }
 
-std::uint64_t MegabytesOf(MUMPS_INT megabytes) {
-  return static_cast<std::uint64_t>(std::max<MUMPS_INT>(megabytes, 0)) * Million;
+// MUMPS counts bytes in millions, and entries where there are many.
+std::uint64_t FromMillions(MUMPS_INT millions) {
+  return static_cast<std::uint64_t>(std::max<MUMPS_INT>(millions, 0)) * Million;
 }
 
 // What MUMPS may take and will take, of the rank that takes most; the same on all ranks.
@@ -183,7 +184,7 @@ std::uint64_t FindAllowed(const FactorSettings& settings) {
 Budget FindBudget(const FactorSettings& settings, const MumpsJob& job) {
   Budget budget;
   budget.allowed = FindAllowed(settings);
-  budget.foreseen = MegabytesOf(Infog(job.id, settings.outOfCore.empty() ? 16 : 26));
+  budget.foreseen = FromMillions(Infog(job.id, settings.outOfCore.empty() ? 16 : 26));
   if (!job.isShared) return budget;
   std::vector<std::uint64_t> all(static_cast<std::size_t>(CountRanks()));
   Gather(&budget.allowed, sizeof budget.allowed, all.data());
@@ -241,11 +242,11 @@ void FactorInBudget(const FactorSettings& settings, MumpsJob& job) {
 
 // What this rank has of the work, on rank 0 with that of all others. flops: of both kinds, that of
 // the fronts is nearly all.
-void GatherShares(const UpperMatrix& A, double flops, MUMPS_INT megabytes, SparseFactor& factor) {
+void GatherShares(const UpperMatrix& A, double flops, MUMPS_INT millions, SparseFactor& factor) {
   RankShare mine;
   mine.entries = A.columns.size();
   mine.flops = flops;
-  mine.bytes = MegabytesOf(megabytes);
+  mine.bytes = FromMillions(millions);
   std::vector<RankShare> all(static_cast<std::size_t>(CountRanks()));
   Gather(&mine, sizeof mine, all.data());
   if (RankOfThis() == 0) factor.ranks = std::move(all);
@@ -307,8 +308,8 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   DoTogether([&] {
     if (RankOfThis() != 0) PrepareBlas(1, 0);  // rank 0 has done so, for its own number of threads
     ListEntries(A, *job);
-    job->scales.assign(static_cast<std::size_t>(factor.n), 0.0);
-    job->order.reserve(places.size());
+    korvex::AllocateItems("the scales", static_cast<std::size_t>(factor.n), job->scales);
+    korvex::ReserveItems("the order of the equations", places.size(), job->order);
     for (const std::int32_t place : places) job->order.push_back(place + 1);
   });
   FindScales(A, job->scales);
@@ -347,13 +348,13 @@ void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFa
   job.rows = {};
   job.columns = {};
   job.values = {};
-  factor.bytes = MegabytesOf(Infog(id, 19));
+  factor.bytes = FromMillions(Infog(id, 19));
   factor.flops = id.rinfog[2];
   if (!settings.outOfCore.empty()) {
     // INFOG(9): entries, or where negative millions of them
     const MUMPS_INT entries = Infog(id, 9);
     factor.diskBytes = sizeof(double) *
-                       (entries < 0 ? MegabytesOf(-entries) : static_cast<std::uint64_t>(entries));
+                       (entries < 0 ? FromMillions(-entries) : static_cast<std::uint64_t>(entries));
   }
   if (A.isPart) GatherShares(A, id.rinfo[2], Info(id, 16), factor);
   if (RankOfThis() != 0) return;

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/finite.h"
+
 namespace korvex {
 
 namespace {
@@ -47,9 +49,7 @@ std::size_t BucketOf(const Vector3& cell, std::size_t buckets) {
 
 }  // namespace
 
-bool IsFinite(const Vector3& point) {
-  return std::isfinite(point[0]) && std::isfinite(point[1]) && std::isfinite(point[2]);
-}
+bool IsFinite(const Vector3& point) { return AreFinite(point.data(), point.size()); }
 
 void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid) {
   std::size_t buckets = 1;

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <utility>
 
+#include "base/gigabyte.h"
 #include "base/number_text.h"
 #include "platform/free_memory.h"
 #include "report/stop.h"
@@ -13,8 +14,6 @@
 namespace korvex {
 
 namespace {
-
-constexpr double BytesPerGigabyte = 1073741824.0;  // 2^30
 
 // Smaller requests are not checked: they do not fail, and a run has many of them.
 constexpr std::uint64_t SmallSize = std::uint64_t{1} << 20U;

@@ -11,6 +11,8 @@
 
 #include "report/stop.h"
 #include "sparse/sparse_factor.h"
+#include "support/expect_stop.h"
+#include "support/run_program.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
@@ -136,6 +138,42 @@ TEST(FactorFolder, LeavesWhatIsNotOfARun) {
     EXPECT_TRUE(fs::exists(parent.Path() / name)) << name;
   }
   EXPECT_FALSE(fs::exists(parent.Path() / "kvx-factors-6"));
+}
+
+// More than the names that a single run tries; what was left goes before.
+TEST(FactorFolder, GivesManyProcessesOfARunTheirOwn) {
+  const korvex::test::TempFolder parent;
+  const std::string place = parent.Path().u8string();
+  for (const char* name : {"kvx-factors-7", "kvx-factors-90", "kvx-factors-x"}) {
+    fs::create_directory(parent.Path() / name);
+    std::ofstream(parent.Path() / name / "factors_1") << "x";
+  }
+  {
+    std::vector<FactorFolder> folders(70);
+    for (std::size_t k = 0; k < folders.size(); ++k) RemoveLeftFactors(place);
+    for (std::size_t k = 0; k < folders.size(); ++k) {
+      TakeFactorFolder(place, static_cast<int>(k) + 1, folders[k]);
+      EXPECT_EQ(folders[k].path.filename(), "kvx-factors-" + std::to_string(k + 1));
+      EXPECT_FALSE(fs::exists(folders[k].path / "factors_1"));
+    }
+    EXPECT_FALSE(fs::exists(parent.Path() / "kvx-factors-90"));
+  }
+  EXPECT_EQ(korvex::test::ListFolder(parent.Path()), std::vector<std::string>{"kvx-factors-x"});
+}
+
+TEST(FactorFolder, SaysThatAllNamesAreTaken) {
+  const korvex::test::TempFolder parent;
+  for (int number = 1; number <= 64; ++number) {
+    std::ofstream(parent.Path() / ("kvx-factors-" + std::to_string(number))) << "x";
+  }
+  FactorFolder folder;
+  korvex::test::ExpectStop(
+      [&] { MakeFactorFolder(parent.Path().u8string(), folder); },
+      "The folder for the factors, \"" + parent.Path().u8string() +
+          "\", cannot be written to: the names kvx-factors-1 to kvx-factors-64 are taken, by runs "
+          "that are at work there or by other folders. Remove those that nobody needs, or give "
+          "another folder (--out-of-core DIR).",
+      korvex::StopKind::ResultFile);
 }
 
 TEST(FactorFolder, StopsWhereThereIsNone) {

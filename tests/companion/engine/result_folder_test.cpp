@@ -13,6 +13,7 @@
 #include "support/folder_bytes.h"
 #include "support/good_models.h"
 #include "support/read_bytes.h"
+#include "support/repeats.h"
 #include "support/run_program.h"
 #include "support/solved_examples.h"
 #include "support/temp_folder.h"
@@ -87,11 +88,13 @@ TEST(ResultFolder, HasTheBytesOfTheSolver) {
 }
 
 TEST(ResultFolder, HasTheSameBytesForAnyNumberOfThreads) {
-  for (std::uint32_t seed = 20; seed < 32; ++seed) {
+  for (std::uint32_t seed = 20; seed < 20 + korvex::test::Repeats(12); ++seed) {
     const Solved solved(GoodText(seed));
     solved.Write();
     const FolderBytes expected = ReadFolder(solved.folder.Path());
-    for (const int threads : {2, 3, 8}) {
+    std::vector<int> numbers{3, 2, 8};
+    numbers.resize(korvex::test::Repeats(3));
+    for (const int threads : numbers) {
       solved.Write({}, threads);
       EXPECT_EQ(ListDifferent(ReadFolder(solved.folder.Path()), expected), NoNames)
           << seed << ", threads: " << threads;

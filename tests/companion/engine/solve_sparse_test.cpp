@@ -35,7 +35,7 @@ struct Solved {
 
 // As many loads as factors: that of the model, times each.
 void Solve(const ModelText& text, EngineSettings settings, const std::vector<double>& factors,
-           Solved& solved) {
+           Solved& solved, const korvex::ShareCallback& share = {}) {
   solved.model = {};
   korvex::ReadInputText(korvex::test::WriteModel(text), solved.model);
   korvex::NumberEquations(solved.model);
@@ -46,7 +46,7 @@ void Solve(const ModelText& text, EngineSettings settings, const std::vector<dou
   }
   Loads loads = solved.loads;
   PlanSolution(solved.model, loads.size(), settings, {}, solved.plan);
-  SolveTogether(solved.model, loads, settings, solved.plan, {}, solved.displacements,
+  SolveTogether(solved.model, loads, settings, solved.plan, share, solved.displacements,
                 solved.record);
 }
 
@@ -126,6 +126,30 @@ TEST_F(SolveSparse, AgreesWithTheSkylineOnRandomModels) {
     }
     EXPECT_GT(force, 0.0);
     EXPECT_LE(off, std::max(1e-9, 1e-13 * quality.condition) * force);
+  }
+}
+
+// BLAS on several threads adds in another order: off by no more than the backward errors times the
+// condition.
+TEST_F(SolveSparse, AgreesOnAnyNumberOfThreads) {
+  const ModelText text = MakeGoodModel(3);
+  EngineSettings settings;
+  settings.choice = EngineChoice::Sparse;
+  Solved one;
+  Solve(text, settings, {1.0, 5.0}, one);
+  for (const int threads : {2, 3}) {
+    SCOPED_TRACE(threads);
+    settings.threads = threads;
+    Solved several;
+    Solve(text, settings, {1.0, 5.0}, several);
+    for (std::size_t k = 0; k < 2; ++k) {
+      const std::vector<double>& u = one.displacements[k];
+      std::vector<double> difference = several.displacements[k];
+      for (std::size_t i = 0; i < u.size(); ++i) difference[i] -= u[i];
+      const LoadQuality& quality = one.record.loads[k];
+      const double backwardError = quality.backwardError + several.record.loads[k].backwardError;
+      EXPECT_LE(LargestOf(difference), quality.condition * backwardError * LargestOf(u));
+    }
   }
 }
 
@@ -271,6 +295,45 @@ TEST_F(SolveSparse, NamesAnElementThatIsNotFinite) {
   EXPECT_EQ(stop.substr(stop.size() - std::min(stop.size(), expected.size())), expected);
   // Another rank says which one it is.
   EXPECT_EQ(stop.size() > expected.size(), CountRanks() > 1 && stop.rfind("Rank ", 0) == 0) << stop;
+}
+
+// Each rank's part of the model is reported, too.
+TEST_F(SolveSparse, ReportsTheShare) {
+  ModelText text = MakeCantilever(4, 1000.0);
+  text.forces.push_back({4, korvex::test::SingleLoad(2, 1.0)});
+  EngineSettings settings;
+  settings.choice = EngineChoice::Sparse;
+  std::vector<double> shares{0.0};
+  Solved solved;
+  Solve(text, settings, {1.0}, solved, [&](double share) { shares.push_back(share); });
+  EXPECT_EQ(shares.back(), 1.0);
+  EXPECT_GT(shares.size(), 4U + (CountRanks() > 1 ? static_cast<std::size_t>(CountRanks()) : 0U));
+  for (std::size_t i = 1; i < shares.size(); ++i) EXPECT_GE(shares[i], shares[i - 1]);
+}
+
+// At each report; the ranks are ready for the next solution then.
+TEST_F(SolveSparse, CanBeInterrupted) {
+  struct Interruption {};
+  ModelText text = MakeCantilever(4, 1000.0);
+  text.forces.push_back({4, korvex::test::SingleLoad(2, 1.0)});
+  EngineSettings settings;
+  settings.choice = EngineChoice::Sparse;
+  int reports = 0;
+  Solved whole;
+  Solve(text, settings, {1.0}, whole, [&](double) { ++reports; });
+  ASSERT_GT(reports, 0);
+  for (int end = 0; end < reports; ++end) {
+    int count = 0;
+    const auto share = [&](double) {
+      if (count++ == end) throw Interruption();
+    };
+    Solved ended;
+    EXPECT_THROW(Solve(text, settings, {1.0}, ended, share), Interruption) << end;
+  }
+  Solved again;
+  Solve(text, settings, {1.0}, again);
+  EXPECT_NEAR(again.displacements[0][26], whole.displacements[0][26],
+              1e-9 * std::fabs(whole.displacements[0][26]));  // uz of the free end
 }
 
 TEST_F(SolveSparse, StopsAtARestraintOfNoNode) {

@@ -25,14 +25,16 @@ using korvex::test::WriteModel;
 using Loads = std::vector<std::vector<double>>;
 
 // With the skyline.
-void Solve(korvex::Model& model, Loads& loads, const korvex::ShareCallback& share,
-           Loads& displacements) {
+SolutionRecord Solve(korvex::Model& model, Loads& loads, const korvex::ShareCallback& share,
+                     Loads& displacements, int threads = 1) {
   EngineSettings settings;
   settings.choice = EngineChoice::Skyline;
+  settings.threads = threads;
   SolutionPlan plan;
   PlanSolution(model, loads.size(), settings, {}, plan);
   SolutionRecord record;
   SolveTogether(model, loads, settings, plan, share, displacements, record);
+  return record;
 }
 
 void ReadModel(const ModelText& text, korvex::Model& model) {
@@ -96,14 +98,14 @@ TEST(SolveTogether, EqualsTheRunsOfRandomModels) {
 }
 
 // A plate in the plane of x and y, wide enough to be solved as two systems; turned, it is one.
-ModelText MakePlate(bool isTurned) {
+ModelText MakePlate(bool isTurned, int length = 40, int width = 30) {
   ModelText model =
-      korvex::test::BuildGrid(40, 30, korvex::test::Cells::Quads, [](double s, double t) {
+      korvex::test::BuildGrid(length, width, korvex::test::Cells::Quads, [](double s, double t) {
         return korvex::test::Point3{4.0 * s, 3.0 * t, 0.0};
       });
   model.materials = {{2.1e11, 0.3, 0.0}};
   model.thicknesses = {0.01};
-  for (int i = 0; i <= 40; ++i) model.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
+  for (int i = 0; i <= length; ++i) model.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
   model.forces.push_back({200, {1e3, 2e3, -5e2, 0.0, 30.0, 0.0}});
   return isTurned ? korvex::test::TurnModel(model) : model;
 }
@@ -111,6 +113,29 @@ ModelText MakePlate(bool isTurned) {
 TEST(SolveTogether, EqualsTheRunsOfPlates) {
   for (const bool isTurned : {false, true})
     ExpectRunsOfEachAlone(MakeCases(MakePlate(isTurned), 7, 1));
+}
+
+// Displacements, and what is told of them. Small, for the thread sanitizer.
+TEST(SolveTogether, HasTheSameBitsOnAnyNumberOfThreads) {
+  for (const bool isTurned : {false, true}) {
+    const std::vector<ModelText> cases = MakeCases(MakePlate(isTurned, 20, 10), 3, 1);
+    korvex::Model model;
+    ReadModel(cases[0], model);
+    Loads loads = ListLoads(cases), one;
+    const SolutionRecord alone = Solve(model, loads, {}, one);
+    for (const int threads : {2, 3, 8}) {
+      SCOPED_TRACE(threads);
+      Loads several;
+      loads = ListLoads(cases);
+      const SolutionRecord record = Solve(model, loads, {}, several, threads);
+      EXPECT_EQ(record.threads, threads);
+      for (std::size_t k = 0; k < cases.size(); ++k) {
+        EXPECT_TRUE(SameBits(several[k], one[k])) << k;
+        EXPECT_EQ(record.loads[k].residual, alone.loads[k].residual);
+        EXPECT_EQ(record.loads[k].digitsLost, alone.loads[k].digitsLost);
+      }
+    }
+  }
 }
 
 // A mechanism: nothing holds the plate. Infinities, NaNs or huge numbers, the same as a run's.

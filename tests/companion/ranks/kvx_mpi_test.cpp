@@ -263,6 +263,20 @@ TEST_F(KvxMpi, StartsWithoutMpirun) {
   EXPECT_TRUE(Holds(run.out, "Engine: sparse, 1 thread.")) << run.out;
 }
 
+// A clamped plate, large enough to be at work for a while.
+std::string WritePlate() {
+  constexpr int Rows = 60;
+  ModelText text = korvex::test::BuildGrid(Rows, Rows, korvex::test::Cells::Quads,
+                                           [](double s, double t) -> korvex::test::Point3 {
+                                             return {1000.0 * s, 1000.0 * t, 0.0};
+                                           });
+  text.materials = {{2.1e5, 0.3, 0.0}};
+  text.thicknesses = {10.0};
+  for (int i = 0; i <= Rows; ++i) text.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
+  text.forces.push_back({(Rows + 1) * Rows, korvex::test::SingleLoad(2, 1.0)});
+  return WriteModel(text);
+}
+
 void ExpectNoResults(const KvxMpi& test) {
   for (const char* name : {"displacements.bin", "solution.json", "Node_Dis.txt"}) {
     EXPECT_FALSE(fs::exists(test.deck / name)) << name;
@@ -283,6 +297,29 @@ TEST_F(KvxMpi, EndsWhereARankHasLittleMemory) {
     EXPECT_TRUE(Holds(run.err, "the work space of the sparse engine")) << run.err;
     ExpectNoResults(*this);
   }
+}
+
+// The files of the second rank may have 200 blocks of 512 bytes, the first one's what they like.
+// The signal for larger ones is ignored, so that writing fails.
+TEST_F(KvxMpi, EndsWhereTheDiskOfOneRankIsFull) {
+  Put(WritePlate());
+  const fs::path factors = base.Path() / "factors";
+  fs::create_directory(factors);
+  WriteFile(base.Path() / "second", "trap '' XFSZ\nulimit -f 200\nexec " KVX_MPI_PROGRAM
+                                    " run deck --out-of-core factors\n");
+  const ProgramRun full =
+      korvex::test::RunProgram(KVX_MPIRUN, base.Path(), "",
+                               {"-n", "1", KVX_MPI_PROGRAM, "run", "deck", "--out-of-core",
+                                "factors", ":", "-n", "1", "/bin/sh", "second"});
+  EXPECT_EQ(full.exitStatus, 73) << full.err;
+  EXPECT_TRUE(Holds(full.err,
+                    "\"deck/fem_solving.txt\": Rank 1: The factors cannot be written to or "
+                    "read from the folder for them: the disk is full"))
+      << full.err;
+  EXPECT_TRUE(Holds(full.err, "Give another folder (--out-of-core DIR).")) << full.err;
+  ExpectNoResults(*this);
+  EXPECT_FALSE(fs::exists(deck / "kvx-unfinished"));
+  EXPECT_TRUE(ListFolder(factors).empty());
 }
 
 // The process of a rank whose current folder is this one or below it; 0: there is none.
@@ -308,20 +345,6 @@ pid_t FindParent(pid_t process) {
   const std::string status = ReadBytes(fs::path("/proc") / std::to_string(process) / "status");
   const std::size_t at = status.find("\nPPid:");
   return at == std::string::npos ? 0 : static_cast<pid_t>(std::atoi(status.c_str() + at + 6));
-}
-
-// A clamped plate, large enough to be at work for a while.
-std::string WritePlate() {
-  constexpr int Rows = 60;
-  ModelText text = korvex::test::BuildGrid(Rows, Rows, korvex::test::Cells::Quads,
-                                           [](double s, double t) -> korvex::test::Point3 {
-                                             return {1000.0 * s, 1000.0 * t, 0.0};
-                                           });
-  text.materials = {{2.1e5, 0.3, 0.0}};
-  text.thicknesses = {10.0};
-  for (int i = 0; i <= Rows; ++i) text.restraints.push_back({i, {1, 1, 1, 1, 1, 1}});
-  text.forces.push_back({(Rows + 1) * Rows, korvex::test::SingleLoad(2, 1.0)});
-  return WriteModel(text);
 }
 
 // A run of two ranks with factors out of core. The last rank makes its folder for them last; then
