@@ -15,7 +15,8 @@ add_executable(
   engine/solve_together_test.cpp
   sparse/free_matrix_test.cpp
   support/folder_bytes.cpp
-  support/good_models.cpp)
+  support/good_models.cpp
+  support/solved_examples.cpp)
 target_include_directories(kvx_thread_tests PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
 target_compile_definitions(
   kvx_thread_tests
