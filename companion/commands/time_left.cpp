@@ -7,8 +7,10 @@ namespace kvx {
 
 namespace {
 
-// Seconds. A shorter while is one stage at its begin: its speed tells nothing about the rest.
-constexpr double ShortestWhile = 2.0;
+// Seconds. The while is as long as that, once there has been so much time; and after the second one
+// something is told. A shorter one is one stage at its begin, whose speed tells nothing of the
+// rest.
+constexpr double UsualWhile = 2.0, ShortestWhile = 0.5;
 
 // Of the work, in this while: less is no speed to rely on.
 constexpr double LeastShare = 0.005;
@@ -20,7 +22,7 @@ constexpr double SamplesEach = 50.0;
 
 double ForeseeTimeLeft(const ShareSample& now, ShareHistory& history) {
   std::vector<ShareSample>& samples = history.samples;
-  const double span = std::max(ShortestWhile, 0.5 * now.seconds);
+  const double span = std::max(UsualWhile, 0.5 * now.seconds);
   // The oldest one that stays is as old as the while, or older.
   auto first = samples.begin();
   while (first != samples.end() && first + 1 != samples.end() &&

@@ -14,7 +14,8 @@ struct ShareSample {
   double share = 0.0;    // done by then, 0 .. 1
 };
 
-// The last while: half of the time since the begin, but two seconds at least; oldest first.
+// The last while: half of the time since the begin, but two seconds at least once there were so
+// many; oldest first.
 struct ShareHistory {
   std::vector<ShareSample> samples;
 };
