@@ -22,7 +22,7 @@ std::string PlainNumber(double value) {
 // Parts of a unit that make the last digit that is shown.
 double CountParts(double value, double mostParts) {
   double parts = 1.0;
-  for (double size = value; size < 10.0 && parts < mostParts; size *= 10.0) parts *= 10.0;
+  while (value * parts < 10.0 && parts < mostParts) parts *= 10.0;
   return parts;
 }
 
@@ -55,7 +55,7 @@ std::string AllowedText(std::uint64_t bytes) {
 }
 
 std::string FreeText(std::uint64_t bytes) {
-  const std::string text = AllowedText(bytes) + " free";
+  std::string text = AllowedText(bytes) + " free";
   switch (korvex::FindMemoryBound()) {
     case korvex::MemoryBound::Addresses:
       return text + " within the limit of addresses (ulimit -v)";
