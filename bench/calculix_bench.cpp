@@ -22,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/gigabyte.h"
 #include "child_process.h"
 #include "deck/write_tables.h"
 #include "measure.h"
@@ -32,8 +33,6 @@ namespace {
 namespace fs = std::filesystem;
 using korvex::ModelTables;
 using korvex::bench::ProcessUse;
-
-constexpr double BytesPerGigabyte = 1073741824.0;
 
 // N, mm. The elements stay as large, so that the plate becomes slenderer with their number and the
 // pressure smaller: the middle goes down by 10 mm about.
@@ -146,7 +145,7 @@ void Take(const char* name, const ProcessUse& use, Rounds& rounds) {
   }
   rounds.clock.push_back(use.clock);
   rounds.processor.push_back(use.processor);
-  rounds.bytes.push_back(use.bytes / BytesPerGigabyte);
+  rounds.bytes.push_back(use.bytes / korvex::BytesPerGigabyte);
 }
 
 void PrintRow(const std::string& name, const Rounds& rounds) {

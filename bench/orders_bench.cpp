@@ -14,6 +14,7 @@
 #include <functional>
 #include <vector>
 
+#include "base/gigabyte.h"
 #include "deck/write_tables.h"
 #include "engine/solve_together.h"
 #include "measure.h"
@@ -30,7 +31,6 @@ namespace {
 
 using korvex::ModelTables;
 
-constexpr double BytesPerGigabyte = 1073741824.0;
 constexpr double MostGigabytes = 3.0;  // of a matrix that is solved here
 
 struct Measured {
@@ -70,7 +70,8 @@ Measured Solve(const ModelTables& tables, double gigabytes) {
   if (gigabytes > MostGigabytes) return {};
   const rusage usage = RunInChild([&] { SolveHere(tables); });
   constexpr double Kilobyte = 1024.0;  // ru_maxrss of Linux
-  return {static_cast<double>(usage.ru_maxrss) * Kilobyte / BytesPerGigabyte, SecondsOf(usage)};
+  return {static_cast<double>(usage.ru_maxrss) * Kilobyte / korvex::BytesPerGigabyte,
+          SecondsOf(usage)};
 }
 
 void Print(const char* when, double gigabytes, double seconds, const Measured& measured) {

@@ -9,7 +9,6 @@
 #include "commands/core_count.h"
 #include "commands/open_results.h"
 #include "commands/result_table.h"
-#include "commands/solution_file.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -38,8 +37,13 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
   options.origin = results.reading.fit == DisplacementFit::Fits
                        ? std::string("displacements of ") + ExactDisplacementFileName
                        : "solved in memory";
-  if (options.comparesFiles && results.reading.fit == DisplacementFit::Fits) {
-    options.solution = ReadSolutionFile(results.solved.file);
+  const bool hasFile = results.reading.fit == DisplacementFit::Fits;
+  if (options.comparesFiles && hasFile) options.solution = results.solution;
+  options.hasSparseFiles =
+      !hasFile && results.solution && results.solution->engine == EngineChoice::Sparse;
+  // With a displacements.bin of another model it is of that, too.
+  if (hasFile || results.reading.fit == DisplacementFit::Missing) {
+    options.solutionProblem = results.solutionProblem;
   }
   options.deck = std::move(results.origin);
   options.changedSources = results.changedSources;

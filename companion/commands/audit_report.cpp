@@ -30,6 +30,11 @@ void CompareFiles(const AuditOptions& options, SolvedModel& solved, AuditReport&
   };
   progress.details = [&](double share) { ShowDetailShare(share, "", line); };
   CompareResults(options.folder, progress, solved, report.files, options.threads);
+  if (!options.hasSparseFiles) return;
+  for (ResultState& file : report.files) {
+    if (file.fit == ResultFit::Differs)
+      file = {file.name, ResultFit::Unknown, 0, SparseFilesReason};
+  }
 }
 
 // The stresses that a run makes. Detail models that the comparison of files has made are kept: they

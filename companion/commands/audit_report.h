@@ -41,6 +41,11 @@ struct AuditOptions {
   // How the displacements were found, and how exact they are: with one load, that of the model;
   // none: nothing is known of it.
   std::optional<SolutionRecord> solution;
+  // Why solution.json, which is there, tells nothing of it, as a sentence; empty: it does.
+  std::string solutionProblem;
+  // The result files are of the sparse engine, and the displacements of the skyline: last digits
+  // may differ.
+  bool hasSparseFiles = false;
   // Where the model was imported from; without nodes where it was not.
   ModelOrigin deck;
   // What kvx check finds in the model: how many errors, and the text of the first.

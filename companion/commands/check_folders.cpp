@@ -110,6 +110,7 @@ void CheckFolders(const RunCommand& command, FolderRuns& runs) {
     if (!start.empty()) fs::current_path(start, error);
     FolderRun& run = runs.emplace_back();
     run.place = place;
+    run.isDry = command.dryRun;
     if (!Load(run)) continue;
     const auto isSame = [&](const FolderRun& other) {
       return &other != &run && !other.folder.empty() &&

@@ -31,6 +31,7 @@
 #include "platform/free_memory.h"
 #include "platform/vector_bits.h"
 #include "size/check_detail_models.h"
+#include "sparse/sparse_factor.h"
 
 namespace kvx {
 
@@ -129,7 +130,7 @@ void CheckQuickMechanisms(CheckedModel& model, FindingList& findings) {
   const bool isClean = CountFindings(findings, Severity::Warning) == 0;
   const std::size_t before = findings.findings.size();
   FindingList found = findings;
-  CheckMechanisms(model, found);
+  CheckMechanisms(false, model, found);
   for (std::size_t k = before; k < found.findings.size(); ++k) {
     const Finding& finding = found.findings[k];
     Finding* const cause = FindCause(finding, before, findings);
@@ -160,12 +161,15 @@ void CheckModel(std::string_view text, const CheckOptions& options, CheckReport&
   CheckSupportsAndLoads(use, gaps, report);
   CheckPlausibility(use, model, findings);
   const std::uint64_t freeMemory = korvex::ReadFreeMemory();
-  CheckSize(model, options.asksMemory ? freeMemory : UnlimitedMemory, korvex::WidestVectorBits(),
+  CheckSize(model,
+            {options.asksMemory ? freeMemory : UnlimitedMemory, korvex::WidestVectorBits(),
+             HasSparseEngine()},
             report.size, findings);
   CheckDetailModels(model, freeMemory, findings);
   report.weight = WeighModel(model);
   if (options.deep) {
-    CheckMechanisms(model, findings);
+    // The matrix of a model in a bad order may not even fit, where its solution is no trouble.
+    CheckMechanisms(SavesMuch(report.size), model, findings);
   } else if (PredictFactorWork(model.tables).multiplications < QuickWork) {
     CheckQuickMechanisms(model, findings);
   }

@@ -81,7 +81,8 @@ void AddEngine(CLI::App& command, EngineOptions& engine, bool& dryRun) {
       ->check(RefuseEngine);
   command
       .add_option("--memory", engine.memory,
-                  "What the solution may take, in GB of 2^30 bytes; else what is free")
+                  "What the solution may take, in GB of 2^30 bytes, 0.001 or more; else what is\n"
+                  "free")
       ->type_name("GB")
       ->check(RefuseMemory);
   command
@@ -458,8 +459,9 @@ void AddView(CLI::App& app, CommandValues& values) {
       "in place; so is every model before it is solved, with --model. Units of the model.\n"
       "\n"
       "Exit status: 0 fine, 1 errors in the model or its results: the page shows them, 64 wrong\n"
-      "usage, 65 unusable data, 66 no model or no results of cases there, 70 a fault of kvx,\n"
-      "73 the page cannot be written, 130 interrupted.\n"
+      "usage, 65 unusable data, or a model that could not be solved: the page shows it without\n"
+      "results, 66 no model or no results of cases there, 70 a fault of kvx, 73 the page cannot\n"
+      "be written, 130 interrupted.\n"
       "\n"
       "Example: kvx view deck\n"
       "         kvx view deck/cases.toml -o deck.html");
@@ -542,7 +544,7 @@ void AddExplain(CLI::App& app, CommandValues& values) {
 }
 
 void Describe(CLI::App& app, CommandValues& values) {
-  app.name("kvx");
+  app.name(ProgramName());
   app.allow_windows_style_options(false);  // "/deck" is a folder
   app.set_help_flag("-h,--help", "Show this help");
   app.set_version_flag("--version", "kvx " KORVEX_VERSION, "Show the version");
@@ -612,7 +614,7 @@ ExitStatus RefuseCommand(const CLI::App& app, const std::string& typed) {
 ExitStatus RefuseExtra(const CLI::App& app, const CLI::App* command) {
   const std::vector<std::string> extras = app.remaining(true);
   const std::string extra = extras.empty() ? "" : extras.front();
-  const std::string who = command == nullptr ? "kvx" : "kvx " + command->get_name();
+  const std::string who = ProgramName() + (command == nullptr ? "" : ' ' + command->get_name());
   const std::string help = " \"" + who + " --help\" tells how it is called.";
   if (extra.rfind('-', 0) != 0) {
     Complain(who, "\"" + extra + "\" is one word too many." + help);
@@ -696,8 +698,16 @@ std::string RefuseSolution(const EngineOptions& engine, bool dryRun, OutputForm 
   return RefuseTogether(engine);
 }
 
+// "--memory: At Most 1 required but received 2": the option; empty: the text is another one.
+std::string FindRepeated(const std::string& text) {
+  const std::size_t at = text.find(": At Most 1 required");
+  return at == std::string::npos ? "" : text.substr(0, at);
+}
+
 // "--beam: 1 required LIST missing" in words for people.
 std::string PlainText(std::string text) {
+  const std::string repeated = FindRepeated(text);
+  if (!repeated.empty()) return repeated + " is given more than once: give it one value";
   const std::string before = ": 1 required ", after = " missing";
   const std::size_t at = text.find(before), end = text.rfind(after);
   if (at == std::string::npos || end == std::string::npos || end < at) return text;
@@ -790,7 +800,8 @@ ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
   } catch (const CLI::RequiredError&) {
     return RefuseExtra(app, given());  // no command, but options
   } catch (const CLI::ParseError& error) {
-    const std::string who = given() == nullptr ? "kvx" : "kvx " + given()->get_name();
+    const std::string command = given() == nullptr ? "" : ' ' + given()->get_name();
+    const std::string who = ProgramName() + command;
     Complain(who, PlainText(error.what()) + ". \"" + who + " --help\" shows the options.");
     return ExitUsage;
   }

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <vector>
 
+#include "base/gigabyte.h"
 #include "commands/core_count.h"
 #include "commands/speak.h"
 #include "finding/nearest_word.h"
@@ -18,10 +19,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr double BytesPerGigabyte = 1024.0 * 1024.0 * 1024.0;
-
 // Less holds no program, and no machine has more.
 constexpr double LeastGigabytes = 1e-3, MostGigabytes = 1e9;
+
+// Bytes: what MUMPS has for the name, less "/kvx-factors-64", the longest that is made in it.
+constexpr std::size_t LongestFolder = 240;
 
 // Made and removed at once. Where it is there already, another run is asking the same.
 constexpr const char* ProbeName = "kvx-can-write";
@@ -29,6 +31,11 @@ constexpr const char* ProbeName = "kvx-can-write";
 // Why no file can be made in the folder, with a verb; empty: one can.
 std::string FindObstacle(const fs::path& folder) {
   std::error_code error;
+  const std::size_t length = folder.u8string().size();
+  if (length > LongestFolder) {
+    return "has a name of " + std::to_string(length) + " bytes, of which it may have " +
+           std::to_string(LongestFolder) + "; name another one";
+  }
   const fs::file_status status = fs::status(folder, error);
   if (!fs::exists(status)) return "is not there; make it, or name another one";
   if (!fs::is_directory(status)) return "is no folder";
@@ -61,9 +68,12 @@ std::string RefuseEngine(const std::string& text) {
 std::string RefuseMemory(const std::string& text) {
   char* end = nullptr;
   const double gigabytes = std::strtod(text.c_str(), &end);
-  const bool isNumber = end != text.c_str() && *end == '\0';
+  // strtod reads hexadecimal digits, too, which no one means
+  const bool isNumber = end != text.c_str() && *end == '\0' &&
+                        text.find_first_not_of("0123456789.eE+-") == std::string::npos;
   if (isNumber && gigabytes >= LeastGigabytes && gigabytes <= MostGigabytes) return "";
-  return "write a number of gigabytes such as 16 or 2.5, not \"" + text + "\"";
+  return "write a number of gigabytes from 0.001 to 1000000000, such as 16 or 2.5, not \"" + text +
+         "\"";
 }
 
 std::string RefuseTogether(const EngineOptions& options) {
@@ -82,7 +92,9 @@ EngineSettings MakeEngineSettings(const EngineOptions& options) {
   if (options.engine == "sparse" || IsProgramOfRanks()) settings.choice = EngineChoice::Sparse;
   const int usual = IsProgramOfRanks() ? 1 : CountCores();  // other ranks have the other cores
   settings.threads = options.threads > 0 ? options.threads : usual;
-  settings.memory = static_cast<std::uint64_t>(options.memory * BytesPerGigabyte);
+  // Up, so that messages, which round down, have the number that was given.
+  settings.memory =
+      static_cast<std::uint64_t>(std::ceil(options.memory * korvex::BytesPerGigabyte));
   if (options.outOfCore.empty()) return settings;
   std::error_code error;
   const fs::path folder = fs::absolute(fs::u8path(options.outOfCore), error);

@@ -1,4 +1,4 @@
-// K711 .. K716: result files in the folder, and the files that the model was made from.
+// K711 .. K717: result files in the folder, and the files that the model was made from.
 #include <algorithm>
 
 #include "commands/case_record.h"
@@ -28,6 +28,25 @@ void AddListed(const char* code, const std::string& list, const std::string& bef
   AddFinding(finding, findings);
 }
 
+// One finding for all files with the same reason.
+void AddNotCompared(const std::vector<ResultState>& files, FindingList& findings) {
+  std::vector<std::string> reasons;
+  for (const ResultState& file : files) {
+    const bool isNew = std::find(reasons.begin(), reasons.end(), file.reason) == reasons.end();
+    if (file.fit == ResultFit::Unknown && isNew) reasons.push_back(file.reason);
+  }
+  for (const std::string& reason : reasons) {
+    std::string names;
+    for (const ResultState& file : files) {
+      if (file.fit != ResultFit::Unknown || file.reason != reason) continue;
+      names += (names.empty() ? "" : ", ") + std::string(file.name);
+    }
+    const bool isSparse = reason == SparseFilesReason;
+    AddListed("K714", names, "", " could not be compared: " + reason,
+              isSparse ? "Call kvx run again: it leaves displacements.bin." : "", findings);
+  }
+}
+
 }  // namespace
 
 void AddFileFindings(const AuditOptions& options, AuditReport& report) {
@@ -45,12 +64,11 @@ void AddFileFindings(const AuditOptions& options, AuditReport& report) {
     AddListed("K713", ListFiles(files, ResultFit::Missing, ""),
               "result files that are missing: ", "; others are there.", again, findings);
   }
-  for (const ResultState& file : files) {
-    if (file.fit != ResultFit::Unknown) continue;
-    AddListed("K714", file.name, "", std::string(" could not be compared: ") + file.reason, "",
-              findings);
-  }
+  AddNotCompared(files, findings);
   AddListed("K716", options.changedSources, "", "", ChangedSourcesRemedy, findings);
+  AddListed("K717", options.solutionProblem, "",
+            " How the results were found, and how exact they are, is not known.",
+            "Solve the model anew with kvx run, or remove the file.", findings);
   const DisplacementFit fit = options.reading.fit;
   const bool isUsable = fit == DisplacementFit::Fits || fit == DisplacementFit::Missing;
   // With stale files it is stale like these.

@@ -33,6 +33,8 @@ struct FolderRun {
   // because it is not.
   bool isWaiting = false, hasStale = false;
 
+  bool isDry = false;  // it is to be planned alone
+
   // How it is solved, or would be; none: it was not planned. Without the order of the nodes.
   std::optional<SolutionPlan> plan;
   bool fits = false;      // the plan can be followed

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <filesystem>
 
+#include "base/gigabyte.h"
 #include "check/describe.h"
 #include "commands/check_report.h"
 #include "commands/import_outcome.h"
@@ -59,11 +60,10 @@ std::string MergeText(const ImportOutcome& outcome) {
 // How the matrix has changed by the order of the nodes; small ones are not worth a number. The time
 // of the other order follows from its work.
 std::string OrderText(const ImportOutcome& outcome) {
-  constexpr double BytesPerGigabyte = 1073741824.0;  // 2^30, as the solver prints its memory
-  constexpr double EntryBytes = 8.0;                 // a double
+  constexpr double EntryBytes = 8.0;  // a double
   constexpr double NoticeableGigabytes = 0.001;
   const SolutionSize& size = outcome.check.size;
-  const double given = outcome.givenCost.entries * EntryBytes / BytesPerGigabyte;
+  const double given = outcome.givenCost.entries * EntryBytes / korvex::BytesPerGigabyte;
   const bool isSmall = given < NoticeableGigabytes;
   const std::string now = DescribeSize(size.gigabytes, size.seconds);
   if (outcome.orderName == "given") {

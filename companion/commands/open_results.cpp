@@ -8,8 +8,13 @@
 #include "commands/core_count.h"
 #include "commands/origin_file.h"
 #include "commands/progress.h"
+#include "commands/solution_file.h"
 #include "commands/speak.h"
+#include "engine/engine_costs.h"
+#include "finding/amount_text.h"
 #include "model/read_input_file.h"
+#include "platform/free_memory.h"
+#include "renumber/node_graph.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -41,15 +46,54 @@ void Obtain(OpenedResults& results) {
       ReadDisplacementFile(ExactDisplacementFileName, IdentifyModelFile(results.file.text),
                            tables.Tables.NPOIN, displacements);
   FindOrigin(ModelFileName, tables.Tables, results.origin);
+  if (isSolved) {
+    results.solution =
+        ReadSolutionFile(IdentifyModelFile(results.file.text), results.solutionProblem);
+  }
+  const bool fits = results.reading.fit == DisplacementFit::Fits;
+  if (!fits) CheckSkylineFits(tables.Tables, results.reading);
   tables = {};
-  if (results.reading.fit == DisplacementFit::Fits) {
+  if (fits) {
     CompleteFromDisplacements(results.file.text, std::move(displacements), results.solved);
   } else {
     SolveShown(results.file.text, results.solved);
   }
 }
 
+// Where the skyline does not fit.
+constexpr const char* WayOut =
+    " Call kvx run: it takes an engine that fits, and leaves displacements.bin.";
+
 }  // namespace
+
+void CheckSkylineFits(const korvex::ModelTables& tables, const DisplacementReading& reading) {
+  NodeGraph graph;
+  BuildNodeGraph(tables, graph);
+  EngineEstimate estimate;
+  PredictSkyline(graph, 1, CountCores(), estimate);
+  const std::uint64_t free = korvex::ReadFreeMemory();
+  if (estimate.bytes <= free) return;
+  throw korvex::Stop{korvex::StopKind::Notice,
+                     reading.reason +
+                         " Without it the model is solved by the skyline, which takes " +
+                         GigabyteText(estimate.bytes) + " of memory, and there are " +
+                         FreeText(free) + '.' + WayOut};
+}
+
+void ExplainSolving(const std::string& who, const DisplacementReading& reading,
+                    const std::optional<SolutionRecord>& solution) {
+  const bool isSparse = solution && solution->engine == EngineChoice::Sparse;
+  if (reading.fit == DisplacementFit::Fits) return;
+  if (reading.fit == DisplacementFit::Missing && !isSparse) return;
+  std::string text = reading.reason + " The model is solved anew";
+  if (isSparse) {
+    text += std::string(
+                ", by the skyline: the result files are those of the sparse engine, and "
+                "last digits may differ. Call kvx run: it leaves ") +
+            ExactDisplacementFileName;
+  }
+  Complain(who, text + '.');
+}
 
 void SolveShown(const std::string& modelText, SolvedModel& solved) {
   Progress progress;
@@ -72,11 +116,9 @@ ExitStatus OpenResults(const std::string& who, const std::string& place, OpenedR
     reason = stop.text;
   } catch (const std::bad_alloc&) {
     reason = "there is not enough memory for it.";
+    if (results.reading.fit != DisplacementFit::Fits) reason += WayOut;
   }
-  const DisplacementFit fit = results.reading.fit;
-  if (fit != DisplacementFit::Fits && fit != DisplacementFit::Missing) {
-    Complain(who, results.reading.reason + " The model is solved anew.");
-  }
+  if (reason.empty()) ExplainSolving(who, results.reading, results.solution);
   if (!results.changedSources.empty()) {
     Complain(who, results.changedSources + ' ' + ChangedSourcesRemedy);
   }

@@ -22,9 +22,6 @@ constexpr double SecondsBetween = 0.1;
 // Smaller model files are checked before anyone can read what happens.
 constexpr std::size_t BytesInSeconds = 20'000'000;
 
-// A share below it says nothing about the rest.
-constexpr double LeastShare = 0.01;
-
 // A signal may touch nothing but that.
 std::atomic<bool> WasInterrupted{false};
 static_assert(std::atomic<bool>::is_always_lock_free);
@@ -69,6 +66,7 @@ Progress::~Progress() { EndProgress(*this); }
 void BeginProgress(const std::string& what, Progress& progress) {
   EndProgress(progress);
   progress.what = what;
+  progress.history = {};
   progress.begin = progress.shown = steady_clock::now();
   progress.isVisible = IsTerminal(Stream::Error);
 }
@@ -84,7 +82,8 @@ void ShowShare(double share, Progress& progress) {
   const double done = std::clamp(share, 0.0, 1.0);
   std::string line =
       progress.what + " ... " + std::to_string(static_cast<int>(100.0 * done)) + " %";
-  if (done >= LeastShare) line += ", " + TimeText(elapsed * (1.0 - done) / done) + " left";
+  const double left = ForeseeTimeLeft({elapsed, done}, progress.history);
+  if (!std::isnan(left)) line += ", " + TimeText(left) + " left";
   ShowLine(line, progress);
 }
 

@@ -15,6 +15,8 @@
 #include <cstddef>
 #include <string>
 
+#include "commands/time_left.h"
+
 namespace kvx {
 
 // The work on detail models has one name, whatever command does it.
@@ -37,6 +39,7 @@ void StopIfInterrupted();
 struct Progress {
   std::string what;  // "Solving"
   std::chrono::steady_clock::time_point begin{}, shown{};
+  ShareHistory history;
   std::size_t width = 0;  // characters on the screen
   bool isVisible = false;
 
@@ -49,8 +52,8 @@ struct Progress {
 // A line for work that begins now. what: "Solving", "Checking".
 void BeginProgress(const std::string& what, Progress& progress);
 
-// share: of the work, 0 .. 1; the time that is left is estimated from it. Cheap enough to be called
-// thousands of times a second. Throws Interrupted after an interrupt.
+// share: of the work, 0 .. 1; the time that is left is foreseen from it, after a while. Cheap
+// enough to be called thousands of times a second. Throws Interrupted after an interrupt.
 void ShowShare(double share, Progress& progress);
 
 // Shows the line at once, without a share: for work that may take its time and says nothing on the

@@ -57,7 +57,12 @@ std::string AdviseOnNoSolution(const DisplacementReading& reading, const SolvedM
 void AddSolutionFindings(const AuditOptions& options, const CheckedModel& places,
                          const SolvedModel& solved, AuditReport& report);
 
-// K711 .. K716.
+// Why files that differ are not called stale.
+inline constexpr const char* SparseFilesReason =
+    "The sparse engine has written them (solution.json), and without displacements.bin there is "
+    "the skyline alone to compare with, whose last digits may differ.";
+
+// K711 .. K717.
 void AddFileFindings(const AuditOptions& options, AuditReport& report);
 
 // K721 .. K723.

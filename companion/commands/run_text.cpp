@@ -1,13 +1,13 @@
 // The text of run_report.h.
 #include <algorithm>
 #include <cctype>
-#include <cmath>
 #include <filesystem>
 
 #include "check/describe.h"
 #include "commands/run_report.h"
 #include "commands/solution_text.h"
 #include "commands/terminal.h"
+#include "finding/amount_text.h"
 #include "finding/text_layout.h"
 
 namespace kvx {
@@ -44,12 +44,16 @@ std::string SavingText(const FolderRun& run, const TextStyle& style) {
 }
 
 // Errors and warnings without their remedies; or, where the model is not solved, the errors whole.
-std::string FindingsText(const FolderRun& run, const TextStyle& style) {
+// Where there are hints alone, which command shows them. isHintShown: the only one stands below.
+std::string FindingsText(const FolderRun& run, bool isHintShown, const TextStyle& style) {
   std::string text;
-  std::size_t shown = 0, left = 0;
+  std::size_t shown = 0, left = 0, hints = 0;
   for (Finding finding : run.findings.findings) {
     const bool isWhole = !run.isSolved && finding.severity == Severity::Error;
-    if (finding.severity == Severity::Hint) continue;
+    if (finding.severity == Severity::Hint) {
+      hints += finding.count;
+      continue;
+    }
     if (!isWhole && shown >= BriefFindings) {
       left += finding.count;
       continue;
@@ -59,16 +63,13 @@ std::string FindingsText(const FolderRun& run, const TextStyle& style) {
     ++shown;
   }
   if (left > 0) text += "      and " + std::to_string(left) + " more.";
-  if (shown == 0) return "";
+  if (shown == 0) {
+    if (hints == 0 || isHintShown) return "";
+    return "      kvx check" + Argument(run.place) + " shows the " +
+           (hints == 1 ? "hint.\n" : "hints.\n");
+  }
   return text + (left > 0 ? " " : "      ") + "kvx check" + Argument(run.place) +
          " tells all of them, and what to do.\n";
-}
-
-// "0.4 s"; shorter times are not worth a number.
-std::string SecondsText(double seconds) {
-  if (seconds < 0.1) return "less than 0.1 s";
-  return NumberText(seconds < 10.0 ? std::round(10.0 * seconds) / 10.0 : std::round(seconds)) +
-         " s";
 }
 
 // "deck"
@@ -87,7 +88,7 @@ std::string CheckText(const FolderRun& run) {
 
 // "solved in 0.4 s, 6450 equations. The results are in deck."
 std::string SolutionText(const FolderRun& run) {
-  std::string text = "solved in " + SecondsText(run.seconds) + ", " +
+  std::string text = "solved in " + DurationText(run.seconds) + ", " +
                      CountText(run.equations, "equation", "equations");
   if (run.together.size() > 1) {
     text += ", one factorisation for " + std::to_string(run.together.size()) + " models";
@@ -118,7 +119,9 @@ std::string ForecastText(const FolderRun& run, const TextStyle& style) {
 
 // Why there are no results.
 std::string RefusalText(const FolderRun& run) {
-  if (!run.complaint.empty()) return "no results were written.";
+  if (!run.complaint.empty()) {
+    return run.isDry ? "it could not be solved." : "no results were written.";
+  }
   if (run.fits) return "not solved, in a dry run.";
   std::string text = "not solved; kvx run --force tries it as it is.";
   if (run.hasStale) {
@@ -136,8 +139,11 @@ std::string RunText(const FolderRun& run, const TextStyle& style) {
   if (!run.removed.empty()) {
     text += " Removed, as results of an earlier state of the model: " + ListText(run.removed) + '.';
   }
+  const std::string saving = SavingText(run, style);
+  const bool isHintShown =
+      !saving.empty() && CountFindings(run.findings, Severity::Hint) == std::size_t{1};
   return WrapText(CleanText(text), style.width, "", "  ") + EngineLine(run, style) +
-         ForecastText(run, style) + FindingsText(run, style) + SavingText(run, style);
+         ForecastText(run, style) + FindingsText(run, isHintShown, style) + saving;
 }
 
 std::string NextText(const FolderRuns& runs, std::size_t factorisations, const TextStyle& style) {

@@ -1,6 +1,7 @@
 #include "commands/solution_file.h"
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <system_error>
@@ -177,18 +178,34 @@ std::string SolutionFileText(const ModelFileId& file, const SolutionRecord& solu
   return json.dump(Indent) + '\n';
 }
 
-std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file) {
+std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file, std::string& reason) {
+  reason.clear();
   std::error_code error;
+  if (!std::filesystem::exists(std::filesystem::symlink_status(SolutionFileName, error))) return {};
+  const std::string name = SolutionFileName;
   const std::uintmax_t size = std::filesystem::file_size(SolutionFileName, error);
   std::string bytes;
-  if (error || size > LargestFile || !ReadRegularFile(SolutionFileName, bytes)) return {};
+  if (error || size > LargestFile || !ReadRegularFile(SolutionFileName, bytes)) {
+    reason = name + " cannot be read.";
+    return {};
+  }
   constexpr bool Throws = false;
   const Json json = Json::parse(bytes, nullptr, Throws);
-  if (!json.is_object() || !json.contains("program") || json["program"] != Program) return {};
-  if (!json.contains("model") || json["model"] != ModelJson(file)) return {};
+  const bool isOurs = json.is_object() && json.contains("program") && json["program"] == Program &&
+                      json.contains("model");
   SolutionRecord record;
-  if (!ReadRecord(json, record)) return {};
+  if (!isOurs || (json["model"] == ModelJson(file) && !ReadRecord(json, record))) {
+    reason = name + " is not as kvx run has written it.";
+  } else if (json["model"] != ModelJson(file)) {
+    reason = name + " is of another model file, or of an earlier state of this one.";
+  }
+  if (!reason.empty()) return {};
   return record;
+}
+
+std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file) {
+  std::string reason;
+  return ReadSolutionFile(file, reason);
 }
 
 SolutionRecord SolutionOfLoad(const SolutionRecord& record, std::size_t load) {

@@ -36,7 +36,10 @@ nlohmann::ordered_json EngineJson(const SolutionPlan& plan, bool fits,
 std::string SolutionFileText(const ModelFileId& file, const SolutionRecord& solution);
 
 // Reads the file in the current folder. None where there is no such file, where it is not one of
-// this model, or not as it was written.
+// this model, or not as it was written: then `reason` says so, as a sentence; else it is empty.
+std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file, std::string& reason);
+
+// The same for those who need no reason.
 std::optional<SolutionRecord> ReadSolutionFile(const ModelFileId& file);
 
 // The part of the record that is of one load: what a run leaves beside the results of this load.

@@ -7,6 +7,7 @@
 
 #include "check/describe.h"
 #include "commands/rough_text.h"
+#include "finding/amount_text.h"
 #include "finding/text_layout.h"
 #include "ranks/ranks.h"
 
@@ -14,22 +15,7 @@ namespace kvx {
 
 namespace {
 
-constexpr double BytesPerGigabyte = 1024.0 * 1024.0 * 1024.0;
-
-// Less memory and disk is not worth a number.
-constexpr double LeastGigabytes = 0.01;
-
 constexpr double Billion = 1e9;
-
-// Without an exponent where the number is large.
-std::string TwoDigits(double value) {
-  return value < 10.0 ? RoughText(value) : NumberText(std::round(value));
-}
-
-std::string GigabytesText(std::uint64_t bytes) {
-  const double gigabytes = static_cast<double>(bytes) / BytesPerGigabyte;
-  return gigabytes < LeastGigabytes ? "less than 0.01" : TwoDigits(gigabytes);
-}
 
 const EngineEstimate& ChosenEstimate(const SolutionPlan& plan) {
   if (plan.engine != EngineChoice::Sparse) return plan.skyline;
@@ -41,8 +27,8 @@ void AddRow(const std::string& name, const EngineEstimate& estimate, bool isTake
   const bool isKnown = estimate.bytes > 0;  // also where it does not fit
   table.cells.emplace_back(name);
   table.cells.emplace_back(isKnown ? DurationText(estimate.seconds) : "");
-  table.cells.emplace_back(isKnown ? GigabytesText(estimate.bytes) : "");
-  table.cells.emplace_back(estimate.diskBytes > 0 ? GigabytesText(estimate.diskBytes) : "");
+  table.cells.emplace_back(isKnown ? GigabyteNumber(estimate.bytes) : "");
+  table.cells.emplace_back(estimate.diskBytes > 0 ? GigabyteNumber(estimate.diskBytes) : "");
   const std::string reason =
       isKnown || !estimate.reason.empty() ? estimate.reason : "not looked at";
   table.cells.emplace_back(isTaken ? "is taken" : CleanText(reason));
@@ -83,7 +69,7 @@ ResultTable MakeRankTable(const std::vector<RankShare>& ranks) {
     table.cells.emplace_back(static_cast<std::int64_t>(share.elements));
     table.cells.emplace_back(static_cast<std::int64_t>(share.entries));
     table.cells.emplace_back(RoughText(share.flops / Billion));
-    table.cells.emplace_back(GigabytesText(share.bytes));
+    table.cells.emplace_back(GigabyteNumber(share.bytes));
   }
   table.notes = {
       "Of each rank: elements and entries of the stiffness that it forms, its part of the "
@@ -104,18 +90,10 @@ std::string AccuracyText(const LoadQuality& load) {
   return text + RoughText(load.digitsLost) + " of about 16 digits lost";
 }
 
-std::string DurationText(double seconds) {
-  constexpr double Minute = 60.0, Hour = 3600.0;
-  if (!(seconds >= 0.1)) return "less than 0.1 s";
-  if (seconds < 2.0 * Minute) return TwoDigits(seconds) + " s";
-  if (seconds < 2.0 * Hour) return NumberText(std::round(seconds / Minute)) + " min";
-  return NumberText(std::round(10.0 * seconds / Hour) / 10.0) + " h";
-}
-
 std::string SolvingText(const std::string& what, const SolutionPlan& plan) {
   const std::string name = plan.engine == EngineChoice::Sparse ? "sparse" : "skyline";
-  return what + " (" + name + (plan.isOutOfCore ? ", out of core" : "") + ", about " +
-         DurationText(std::max(0.1, ChosenEstimate(plan).seconds)) + ')';
+  return what + " (" + name + (plan.isOutOfCore ? ", out of core" : "") + ", " +
+         AboutText(ChosenEstimate(plan).seconds) + ')';
 }
 
 ResultTable MakePlanTable(const SolutionPlan& plan, bool fits) {

@@ -37,9 +37,6 @@ std::string AccuracyText(const LoadQuality& load);
 // What the progress line says: "Solving (sparse, about 12 s)". what: "Solving".
 std::string SolvingText(const std::string& what, const SolutionPlan& plan);
 
-// "12 s", "3 min", "2.5 h"; "less than 0.1 s"
-std::string DurationText(double seconds);
-
 // A row for each engine: time, memory, and why not where it is not possible. fits: the plan can be
 // followed.
 ResultTable MakePlanTable(const SolutionPlan& plan, bool fits);

@@ -20,7 +20,16 @@ bool AreColorsUnwanted() {
   return value != nullptr && *value != '\0';
 }
 
+// Commands say "kvx run"; the program of ranks has the same ones.
+std::string NameOfCaller(const std::string& who) {
+  const std::string program = "kvx";
+  const bool isCommand = who == program || who.rfind(program + ' ', 0) == 0;
+  return isCommand ? ProgramName() + who.substr(program.size()) : who;
+}
+
 }  // namespace
+
+std::string ProgramName() { return IsProgramOfRanks() ? "kvx-mpi" : "kvx"; }
 
 TextStyle ChooseStyle(ColorChoice choice) {
   TextStyle style;
@@ -41,7 +50,7 @@ ExitStatus WriteOutput(const std::string& text) {
 }
 
 void Complain(const std::string& who, const std::string& text) {
-  std::cerr << who << ": " << CleanText(text) << std::endl;
+  std::cerr << NameOfCaller(who) << ": " << CleanText(text) << std::endl;
 }
 
 }  // namespace kvx

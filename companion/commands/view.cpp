@@ -60,7 +60,8 @@ struct ViewRun {
   std::string shown;      // its name as the user would write it
   std::string structure;  // the model file that gives it, as the user would write it
   PageDraft draft;
-  std::size_t errors = 0;  // of models and their results
+  std::size_t errors = 0;   // of models and their results
+  bool hasRefused = false;  // a model that could not be solved
 };
 
 void CheckOptions(const ViewCommand& command) {
@@ -209,6 +210,7 @@ void Audit(bool hasDetails, ViewedModel& viewed, AuditReport& report, ViewRun& r
 
 void AddCase(const std::string& name, ViewedModel& viewed, ViewRun& run) {
   if (!run.command->modelAlone) SolveViewed(Name, viewed);
+  run.hasRefused = run.hasRefused || viewed.isRefused;
   AuditReport audit;
   if (viewed.isSolved) {
     const Details details = ChooseDetails(TablesOf(viewed), run);
@@ -316,7 +318,9 @@ ExitStatus View(ViewRun& run) {
   const ExitStatus written =
       WriteOutput(run.shown + ": " + SizeText(fs::file_size(run.page, error)) +
                   ". Open it with a double click.\n");
-  return written == ExitFine && run.errors > 0 ? ExitFindings : written;
+  if (written != ExitFine) return written;
+  if (run.hasRefused) return ExitUnusableData;
+  return run.errors > 0 ? ExitFindings : ExitFine;
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "commands/check_report.h"
 #include "commands/open_results.h"
 #include "commands/progress.h"
+#include "commands/solution_file.h"
 #include "commands/speak.h"
 #include "deck/read_tables.h"
 #include "finding/findings_text.h"
@@ -91,10 +92,10 @@ bool ReadSolution(ViewedModel& viewed) {
   return HaveSameRows(viewed.check.model.tables, viewed.solved.model.Tables);
 }
 
-void ComplainOfFile(const std::string& who, const ViewedModel& viewed) {
-  const DisplacementReading& reading = viewed.reading;
+// Of a model that is not solved again.
+void ComplainOfFile(const std::string& who, const DisplacementReading& reading) {
   if (reading.fit == DisplacementFit::Fits || reading.fit == DisplacementFit::Missing) return;
-  Complain(who, reading.reason + (viewed.errors > 0 ? "" : " The model is solved anew."));
+  Complain(who, reading.reason);
 }
 
 void FindSolution(const std::string& who, ViewedModel& viewed) {
@@ -106,9 +107,9 @@ void FindSolution(const std::string& who, ViewedModel& viewed) {
     }
     return;
   }
-  ComplainOfFile(who, viewed);
   viewed.solved = {};
   if (viewed.errors > 0) {
+    ComplainOfFile(who, viewed.reading);
     viewed.note = "The model has errors, so that it is shown without results: " + errorText;
     return;
   }
@@ -116,6 +117,11 @@ void FindSolution(const std::string& who, ViewedModel& viewed) {
     viewed.note = "The model has no elements, so that there are no results.";
     return;
   }
+  CheckSkylineFits(viewed.check.model.tables, viewed.reading);
+  ExplainSolving(who, viewed.reading,
+                 IsModelOfFolder(viewed.file)
+                     ? ReadSolutionFile(IdentifyModelFile(viewed.file.text))
+                     : std::nullopt);
   SolveShown(viewed.file.text, viewed.solved);
   viewed.isSolved = true;
 }
@@ -160,6 +166,7 @@ void SolveViewed(const std::string& who, ViewedModel& viewed) {
   }
   if (!reason.empty()) {
     viewed.isSolved = false;
+    viewed.isRefused = true;
     viewed.solved = {};
     viewed.note = "The model cannot be solved, so that it is shown without results: " + reason;
   }

@@ -21,6 +21,7 @@ struct ViewedModel {
   std::string firstError;  // "K104 line 7019: beam 10 ..."; empty without errors
 
   bool isSolved = false;
+  bool isRefused = false;  // it was to be solved, and could not be
   // Why it is not solved, though it was to be, or why its results mean little; else empty.
   std::string note;
   DisplacementReading reading;

@@ -7,6 +7,7 @@
 
 #include "base/dof_counts.h"
 #include "base/finite.h"
+#include "check/describe.h"
 #include "mechanism/mode_strain.h"
 #include "report/stop.h"
 #include "sparse/prescribed.h"
@@ -27,12 +28,14 @@ constexpr std::size_t MostNamed = 6;
 constexpr const char* Remedy =
     " Support it, or connect it; kvx check --deep names all nodes that move.";
 
-// "node 17 may move along x"
-std::string NameMotion(std::int32_t equation) {
+// "node 17 at (100, 0, 50) may move along x"
+std::string NameMotion(const korvex::Model& model, std::int32_t equation) {
   constexpr std::array<const char*, korvex::DofsPerNode> Ways{"move along x", "move along y",
                                                               "move along z", "turn about x",
                                                               "turn about y", "turn about z"};
-  return "node " + std::to_string(equation / korvex::DofsPerNode) + " may " +
+  const auto node = static_cast<std::size_t>(equation / korvex::DofsPerNode);
+  return "node " + std::to_string(node) + " at " +
+         PointText(PlaceOf(model.Tables, static_cast<std::int32_t>(node))) + " may " +
          Ways[static_cast<std::size_t>(equation % korvex::DofsPerNode)];
 }
 
@@ -63,7 +66,7 @@ void StopWhereFree(const korvex::Model& model, const FreeDofs& dofs, SparseFacto
     FindNullVector(factor, rank, x);
     const auto row = static_cast<std::size_t>(factor.nullPivots[rank]);
     const bool isFree = !korvex::AreFinite(x.data(), x.size()) || IsFree(model, dofs, x);
-    Append(NameMotion(dofs.equations[row]), isFree ? free : soft);
+    Append(NameMotion(model, dofs.equations[row]), isFree ? free : soft);
   }
   if (count > MostNamed) {
     Append("and " + std::to_string(count - MostNamed) + " more", free.empty() ? soft : free);
@@ -90,7 +93,7 @@ void StopWhereModeIsFree(const korvex::Model& model, const FreeDofs& dofs,
   const auto row =
       std::max_element(estimate.mode.begin(), estimate.mode.end(), larger) - estimate.mode.begin();
   StopNotice("The structure can move: " +
-             NameMotion(dofs.equations[static_cast<std::size_t>(row)]) + "." + Remedy);
+             NameMotion(model, dofs.equations[static_cast<std::size_t>(row)]) + "." + Remedy);
 }
 
 }  // namespace kvx

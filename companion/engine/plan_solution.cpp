@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 
 #include "base/dof_counts.h"
 #include "engine/engine_costs.h"
 #include "engine/factor_folder.h"
+#include "finding/amount_text.h"
 #include "platform/free_memory.h"
 #include "ranks/ranks.h"
 #include "renumber/node_graph.h"
@@ -14,7 +14,6 @@
 #include "sparse/blas_threads.h"
 #include "sparse/factor_size.h"
 #include "sparse/free_dofs.h"
-#include "sparse/mumps_error.h"
 #include "sparse/node_order.h"
 #include "sparse/refined_columns.h"
 #include "sparse/sparse_factor.h"
@@ -45,17 +44,8 @@ std::uint64_t CountBytes(const Choice& choice, const EngineEstimate& estimate) {
   return estimate.bytes + (choice.isLimitGiven ? 0 : estimate.startBytes);
 }
 
-std::string SecondsText(double seconds) {
-  const double unit = seconds <= 0.0 ? 1.0 : std::pow(10.0, std::floor(std::log10(seconds)) - 1.0);
-  const double rounded = std::max(std::round(seconds / unit) * unit, 0.01);
-  std::string text = std::to_string(rounded);
-  const int decimals = rounded < 1.0 ? 2 : rounded < 10.0 ? 1 : 0;
-  text.resize(text.find('.') + (decimals == 0 ? 0 : 1 + static_cast<std::size_t>(decimals)));
-  return text + " s";
-}
-
 std::string SizeText(const EngineEstimate& estimate) {
-  return "about " + SecondsText(estimate.seconds) + " and " + GigabyteText(estimate.bytes);
+  return AboutText(estimate.seconds) + " and " + GigabyteText(estimate.bytes);
 }
 
 // Where memory is too small, says so.
@@ -63,9 +53,9 @@ void LookWhetherItFits(const Choice& choice, EngineEstimate& estimate) {
   estimate.isPossible = CountBytes(choice, estimate) <= choice.allowed;
   if (estimate.isPossible) return;
   estimate.reason = "it takes " + GigabyteText(CountBytes(choice, estimate)) + " of memory, " +
-                    (choice.isLimitGiven ? "which is more than the " : "and there are ") +
-                    AllowedText(choice.allowed) +
-                    (choice.isLimitGiven ? " that it may take" : " free");
+                    (choice.isLimitGiven ? "which is more than the " + AllowedText(choice.allowed) +
+                                               " that it may take"
+                                         : "and there are " + FreeText(choice.allowed));
 }
 
 void LookWhetherDiskFits(const Choice& choice, EngineEstimate& estimate) {
@@ -140,8 +130,9 @@ void EstimateSparse(const Choice& choice, const FreeGraph& free, const SparseTas
     add("the sparse engine takes", plan.sparse);
     add("with its factors out of core", plan.outOfCore);
   }
-  text += (choice.isLimitGiven ? "and it may take " : "and there are ") +
-          AllowedText(choice.allowed) + (choice.isLimitGiven ? "." : " free.");
+  text += (choice.isLimitGiven ? "and it may take " + AllowedText(choice.allowed)
+                               : "and there are " + FreeText(choice.allowed)) +
+          '.';
   std::string ways;
   if (choice.settings.choice == EngineChoice::Skyline && HasSparseEngine()) {
     ways += " Try --engine auto, which looks at the sparse engine, too.";

@@ -112,9 +112,13 @@ const std::vector<CodeText> ResultCodes{
      "stresses. Where it stops, those behind are missing, or those of an earlier run are left.",
      "Solve the model anew with kvx run, and read what it says.", "", ""},
     {"K714", Severity::Warning, "A result file could not be compared",
-     "A file of results cannot be read, or the model cannot give such a file. The finding tells "
-     "why.",
-     "Stops where a file cannot be made.", "Mend what the finding names, and try again.", "", ""},
+     "A file of results cannot be read, or the model cannot give such a file; or the sparse engine "
+     "has written it, and displacements.bin is missing: what the skyline gives instead may differ "
+     "in last digits, so that nothing is known of the file. The finding tells why.",
+     "Stops where a file cannot be made.",
+     "Mend what the finding names, and try again. Where displacements.bin is missing, call kvx run "
+     "again: it leaves it.",
+     "", ""},
     {"K715", Severity::Warning, "displacements.bin cannot be used",
      "The file displacements.bin belongs to another state of the model, or is damaged. It holds "
      "the displacements at full precision and is left by kvx run.",
@@ -129,6 +133,12 @@ const std::vector<CodeText> ResultCodes{
      "is the structure or the load of before.",
      "Does not know where a model comes from: it solves the one in the folder.",
      "Run kvx cases again. If the folder shall stay as it is, remove case.json.", "", ""},
+    {"K717", Severity::Warning, "solution.json cannot be used",
+     "The file solution.json is damaged, or belongs to another state of the model. kvx run leaves "
+     "it: it tells which engine has found the displacements, and how many of their digits are "
+     "right. The audit does without it, and cannot say either.",
+     "Neither reads nor writes this file.",
+     "Solve the model anew with kvx run, or remove the file.", "", ""},
     {"K721", Severity::Hint, "A beam under line load should be divided",
      "The detail model of a beam is driven by the ends of the beam and does not see the line load "
      "between them. At mid-length it lacks the bending moment of a clamped beam, (q1 + q2) L^2 / "

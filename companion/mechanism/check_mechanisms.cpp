@@ -148,7 +148,7 @@ void AddMechanismFindings(const CheckedModel& model, const MechanismReport& repo
   AddFinding(std::move(finding), findings);
 }
 
-void CheckMechanisms(CheckedModel& model, FindingList& findings) {
+void CheckMechanisms(bool reorders, CheckedModel& model, FindingList& findings) {
   if (HasUnknownElements(model) || HasLostRows(model, Section::Nodes) ||
       HasLostRows(model, Section::Restraints)) {
     model.notChecked.push_back(
@@ -157,9 +157,15 @@ void CheckMechanisms(CheckedModel& model, FindingList& findings) {
     return;
   }
   MechanismReport report;
-  FindMechanisms(model.tables, report);
+  if (reorders) {
+    FindMechanismsReordered(model.tables, report);
+  } else {
+    FindMechanisms(model.tables, report);
+  }
   if (!report.notExamined.empty()) {
-    model.notChecked.push_back("Mechanisms were not looked for: " + report.notExamined);
+    model.notChecked.push_back("Mechanisms were not looked for: " + report.notExamined +
+                               " kvx run --engine sparse takes less memory, and names node and "
+                               "direction where the structure can move.");
   }
   AddMechanismFindings(model, report, findings);
 }

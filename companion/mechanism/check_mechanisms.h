@@ -11,7 +11,9 @@ namespace kvx {
 // Finds the mechanisms of the model, and turns them into findings. To be called behind CheckModel;
 // the findings are to be sorted again. It takes the time and memory of a factorisation
 // (factor_work.h). Where it cannot be done, model.notChecked says why.
-void CheckMechanisms(CheckedModel& model, FindingList& findings);
+// reorders: the nodes are taken in their best order instead of the given one, which would take far
+// more time and memory.
+void CheckMechanisms(bool reorders, CheckedModel& model, FindingList& findings);
 
 // The findings of a report. Motions of whole parts are left out where K301, K302 or K306 has been
 // found: these name them.

@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <tuple>
+#include <utility>
 
 #include "mechanism/free_system.h"
 #include "mechanism/mode_shape.h"
 #include "mechanism/mode_strain.h"
+#include "renumber/node_graph.h"
+#include "renumber/orders.h"
+#include "renumber/permute_nodes.h"
 #include "report/stop.h"
 #include "skyline/disjoint_sets.h"
 
@@ -221,15 +226,48 @@ void Examine(FreeSystem& system, MechanismReport& report) {
 
 }  // namespace
 
-void FindMechanisms(const korvex::ModelTables& tables, MechanismReport& report) {
+namespace {
+
+void ExamineTables(korvex::ModelTables&& tables, MechanismReport& report) {
   report = {};
   FreeSystem system;
-  system.model.Tables = tables;
+  system.model.Tables = std::move(tables);
   try {
     Examine(system, report);
   } catch (const korvex::Stop& stop) {
     report.notExamined = stop.text;
   }
+}
+
+// order[k]: the number that node k of the report has in the tables.
+void GiveNumbersBack(const std::vector<std::int32_t>& order, Mechanism& mechanism) {
+  mechanism.node = order[static_cast<std::size_t>(mechanism.node)];
+  std::vector<std::pair<std::int32_t, std::array<double, 6>>> rows;
+  for (std::size_t k = 0; k < mechanism.nodes.size(); ++k) {
+    rows.emplace_back(order[static_cast<std::size_t>(mechanism.nodes[k])],
+                      mechanism.displacements[k]);
+  }
+  std::sort(rows.begin(), rows.end());
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    std::tie(mechanism.nodes[k], mechanism.displacements[k]) = rows[k];
+  }
+}
+
+}  // namespace
+
+void FindMechanisms(const korvex::ModelTables& tables, MechanismReport& report) {
+  ExamineTables(korvex::ModelTables(tables), report);
+}
+
+void FindMechanismsReordered(const korvex::ModelTables& tables, MechanismReport& report) {
+  NodeGraph graph;
+  BuildNodeGraph(tables, graph);
+  BestOrder best;
+  FindBestOrder(tables, graph, best);
+  korvex::ModelTables ordered = tables;
+  PermuteNodes(best.order, ordered);
+  ExamineTables(std::move(ordered), report);
+  for (Mechanism& mechanism : report.mechanisms) GiveNumbersBack(best.order, mechanism);
 }
 
 }  // namespace kvx

@@ -53,4 +53,8 @@ struct MechanismReport {
 // matrix (factor_work.h predicts it), notExamined says so.
 void FindMechanisms(const korvex::ModelTables& tables, MechanismReport& report);
 
+// The same, with the nodes in the order that takes least memory and time (renumber/orders.h); the
+// report has the numbers of `tables`. Of the nodes of a mechanism it may name another one.
+void FindMechanismsReordered(const korvex::ModelTables& tables, MechanismReport& report);
+
 }  // namespace kvx

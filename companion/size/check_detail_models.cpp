@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/gigabyte.h"
 #include "beamshell/extrude_outline.h"
 #include "beamshell/section_outline.h"
 #include "check/describe.h"
@@ -97,11 +98,10 @@ Finding* FindCause(const ElementNodes& beam, FindingList& findings) {
 // All detail models together are too large. row: the beam with the largest one.
 void AddTooLarge(const CheckedModel& model, std::int32_t row, std::uint64_t freeMemory,
                  FindingList& findings) {
-  constexpr double BytesPerGigabyte = 1073741824.0;
   const std::string stop =
       "the detail models of all beams take more memory than this machine has "
       "free (" +
-      NumberText(std::round(static_cast<double>(freeMemory) / BytesPerGigabyte)) +
+      NumberText(std::round(static_cast<double>(freeMemory) / korvex::BytesPerGigabyte)) +
       " GB), and the run stops after the solution.";
   Finding* const cause = FindCause(NodesOf(model.tables, Section::Beams, row), findings);
   if (cause != nullptr) {

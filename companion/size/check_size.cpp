@@ -5,8 +5,10 @@
 #include <limits>
 
 #include "base/dof_counts.h"
+#include "base/gigabyte.h"
 #include "check/describe.h"
 #include "deck/row_formats.h"
+#include "finding/amount_text.h"
 #include "skyline/reserve_system.h"
 
 namespace kvx {
@@ -15,8 +17,7 @@ using korvex::Section;
 
 namespace {
 
-constexpr double EntryBytes = 8.0;                 // a double
-constexpr double BytesPerGigabyte = 1073741824.0;  // 2^30, as the solver prints its memory
+constexpr double EntryBytes = 8.0;  // a double
 
 // Shorter times are not told apart.
 constexpr double ShortestSeconds = 0.01;
@@ -66,13 +67,25 @@ void AddOrderFinding(const CheckedModel& model, const SolutionSize& size, Findin
   AddFinding(std::move(finding), findings);
 }
 
-void CheckMemoryOfMatrix(const CheckedModel& model, double entries, std::uint64_t freeMemory,
+// What to do where the matrix does not fit.
+std::string AdviseOnMemory(const SolutionSize& size, bool hasOtherEngine) {
+  std::string text;
+  if (hasOtherEngine) text = "Solve it with kvx run; kvx run --dry-run tells what that takes. ";
+  if (size.bestGigabytes < WorthwhileShare * size.gigabytes) {
+    return text + RenumberRemedy + ", in which the skyline takes " + About(size.bestGigabytes) +
+           " GB instead of " + About(size.gigabytes) + ".";
+  }
+  return text + (hasOtherEngine ? "Where that does not fit either, use" : "Use") +
+         " a coarser mesh, or a machine with more memory.";
+}
+
+void CheckMemoryOfMatrix(const CheckedModel& model, double entries, const SizeLimits& limits,
                          const SolutionSize& size, FindingList& findings) {
   const double equations = static_cast<double>(model.tables.Nodes.size()) * korvex::DofsPerNode;
   const bool tooMany = equations > std::numeric_limits<std::int32_t>::max();
   const double bytes = EntryBytes * (entries - equations) +
                        static_cast<double>(korvex::BytesPerEquation) * equations;
-  if (!tooMany && bytes <= static_cast<double>(freeMemory)) return;
+  if (!tooMany && bytes <= static_cast<double>(limits.freeMemory)) return;
   Finding finding = MakeFinding("K502");
   finding.line = model.titleLines[IndexOf(Section::Nodes)];
   finding.table = korvex::FormatOf(Section::Nodes).key;
@@ -80,19 +93,14 @@ void CheckMemoryOfMatrix(const CheckedModel& model, double entries, std::uint64_
     finding.message = "there are " + NumberText(equations) +
                       " equations; the solver numbers at most 2147483647. The run stops.";
   } else {
-    finding.message = "the matrix takes " + About(size.gigabytes) + " GB; this machine has " +
-                      About(static_cast<double>(freeMemory) / BytesPerGigabyte) +
-                      " GB free. korvex stops.";
+    if (limits.hasOtherEngine) finding.severity = Severity::Warning;
+    finding.message = "the matrix takes " + About(size.gigabytes) + " GB, and there are " +
+                      FreeText(limits.freeMemory) + ": korvex stops" +
+                      (limits.hasOtherEngine ? ", and so does the skyline of kvx; kvx run takes "
+                                               "the sparse engine instead."
+                                             : ".");
   }
-  if (!tooMany && size.bestGigabytes < WorthwhileShare * size.gigabytes) {
-    finding.remedy = std::string(RenumberRemedy) + ", in which it takes " +
-                     About(size.bestGigabytes) + " GB instead of " + About(size.gigabytes) + ".";
-  } else {
-    finding.remedy =
-        "See with kvx run --dry-run whether another engine fits; else use a coarser mesh, or a "
-        "machine "
-        "with more memory.";
-  }
+  finding.remedy = tooMany ? "Use a coarser mesh." : AdviseOnMemory(size, limits.hasOtherEngine);
   AddFinding(std::move(finding), findings);
 }
 
@@ -105,9 +113,9 @@ std::string DescribeSize(double gigabytes, double seconds) {
 SolutionSize PredictSize(const BestOrder& best, int vectorBits) {
   const double rate = SolverRate(vectorBits);
   SolutionSize size;
-  size.gigabytes = best.givenCost.entries * EntryBytes / BytesPerGigabyte;
+  size.gigabytes = best.givenCost.entries * EntryBytes / korvex::BytesPerGigabyte;
   size.seconds = best.givenCost.work / rate;
-  size.bestGigabytes = best.cost.entries * EntryBytes / BytesPerGigabyte;
+  size.bestGigabytes = best.cost.entries * EntryBytes / korvex::BytesPerGigabyte;
   size.bestSeconds = best.cost.work / rate;
   size.bestOrder = best.name;
   return size;
@@ -117,18 +125,18 @@ bool SavesMuch(const SolutionSize& size) {
   return size.bestSeconds < WorthwhileShare * size.seconds;
 }
 
-void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
-               SolutionSize& size, FindingList& findings) {
+void CheckSize(const CheckedModel& model, const SizeLimits& limits, SolutionSize& size,
+               FindingList& findings) {
   NodeGraph graph;
   BuildNodeGraph(model.tables, graph);
   BestOrder best;
   best.cost = best.givenCost = MeasureOrder(graph, GivenOrder(graph));
-  size = PredictSize(best, vectorBits);
+  size = PredictSize(best, limits.vectorBits);
   if (size.seconds >= NoticeableSeconds) {
     FindBestOrder(model.tables, graph, best);
-    size = PredictSize(best, vectorBits);
+    size = PredictSize(best, limits.vectorBits);
   }
-  CheckMemoryOfMatrix(model, best.givenCost.entries, freeMemory, size, findings);
+  CheckMemoryOfMatrix(model, best.givenCost.entries, limits, size, findings);
   AddOrderFinding(model, size, findings);
 }
 

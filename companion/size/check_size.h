@@ -32,9 +32,15 @@ SolutionSize PredictSize(const BestOrder& best, int vectorBits);
 // Whether the best order takes less than half of the time.
 bool SavesMuch(const SolutionSize& size);
 
+// What the solver may use, and who else solves the model.
+struct SizeLimits {
+  std::uint64_t freeMemory = UnlimitedMemory;  // bytes
+  int vectorBits = 0;                          // as above
+  bool hasOtherEngine = false;                 // one that needs no skyline: K502 is then no error
+};
+
 // Fills `size` and adds K501 and K502.
-// freeMemory: bytes that the solver may use; vectorBits: as above.
-void CheckSize(const CheckedModel& model, std::uint64_t freeMemory, int vectorBits,
-               SolutionSize& size, FindingList& findings);
+void CheckSize(const CheckedModel& model, const SizeLimits& limits, SolutionSize& size,
+               FindingList& findings);
 
 }  // namespace kvx

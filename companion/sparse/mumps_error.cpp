@@ -1,14 +1,10 @@
 #include "sparse/mumps_error.h"
 
-#include <cmath>
-
-#include "base/number_text.h"
+#include "finding/amount_text.h"
 
 namespace kvx {
 
 namespace {
-
-constexpr double BytesPerMegabyte = 1048576.0, BytesPerGigabyte = 1073741824.0;
 
 // Negative details count millions.
 double CountOf(std::int32_t detail) {
@@ -23,18 +19,6 @@ std::string NameWaysOut(const FactorMemory& memory) {
       "see whether the skyline fits (--engine skyline) once kvx renumber has ordered the nodes, "
       "share the work among several machines (kvx-mpi), or use one with more memory.";
   return "Ways out: " + text;
-}
-
-// More digits than one decimal, or three in all, would claim too much. round: up or down.
-template <typename Round>
-std::string RoundedText(std::uint64_t bytes, const Round& round) {
-  const auto size = static_cast<double>(bytes);
-  const bool isLarge = size >= BytesPerGigabyte;
-  const double value = size / (isLarge ? BytesPerGigabyte : BytesPerMegabyte);
-  const double unit = isLarge || value < 10.0 ? 10.0 : 1.0;
-  korvex::NumberBuffer buffer;
-  std::string text(korvex::FormatNumber(round(value * unit) / unit, buffer));
-  return text + (isLarge ? " GB" : " MB");
 }
 
 }  // namespace
@@ -77,18 +61,12 @@ std::string DescribeMumpsError(std::int32_t status, std::int32_t detail,
   }
 }
 
-std::string GigabyteText(std::uint64_t bytes) {
-  return RoundedText(bytes, [](double value) { return std::ceil(value); });
-}
-
-std::string AllowedText(std::uint64_t bytes) {
-  return RoundedText(bytes, [](double value) { return std::floor(value); });
-}
-
 std::string DescribeMemory(const FactorMemory& memory) {
   return "The sparse solution takes " + GigabyteText(memory.needed) +
-         (memory.isLimitGiven ? "; it may take " : "; there are ") + AllowedText(memory.allowed) +
-         (memory.isLimitGiven ? ". " : " free. ") + NameWaysOut(memory);
+         ", now that its matrix is known (the prediction was an estimate); " +
+         (memory.isLimitGiven ? "it may take " + AllowedText(memory.allowed)
+                              : "there are " + FreeText(memory.allowed)) +
+         ". " + NameWaysOut(memory);
 }
 
 }  // namespace kvx

@@ -24,10 +24,4 @@ bool IsSpaceTooSmall(std::int32_t status);
 // The factor takes more memory than is allowed or free: both, and what helps.
 std::string DescribeMemory(const FactorMemory& memory);
 
-// "2.7 GB" of 2^30 bytes, or "340 MB" of 2^20; rounded up, as what is needed is.
-std::string GigabyteText(std::uint64_t bytes);
-
-// The same rounded down, as what is allowed is: the text of what is less always differs.
-std::string AllowedText(std::uint64_t bytes);
-
 }  // namespace kvx

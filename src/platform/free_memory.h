@@ -17,4 +17,8 @@ inline constexpr std::uint64_t UnknownMemory = std::numeric_limits<std::uint64_t
 // Returns bytes; UnknownMemory where the system gives no figure.
 std::uint64_t ReadFreeMemory();
 
+// Which of the values is the smallest now. Machine also where the system gives no figure.
+enum class MemoryBound { Machine, Container, Addresses };
+MemoryBound FindMemoryBound();
+
 }  // namespace korvex

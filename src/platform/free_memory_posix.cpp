@@ -51,14 +51,28 @@ std::uint64_t Remainder(std::uint64_t limit, std::uint64_t used) {
   return limit > used ? limit - used : 0;
 }
 
+struct FreeValues {
+  std::uint64_t machine = UnknownMemory, container = UnknownMemory, addresses = UnknownMemory;
+};
+
+FreeValues ReadFreeValues() {
+  const ProcessSize size = ReadProcessSize();
+  return {ReadMachineMemory(),
+          Remainder(ReadContainerLimit("/proc/self/cgroup", "/sys/fs/cgroup"), size.resident),
+          Remainder(ReadAddressLimit(), size.addresses)};
+}
+
 }  // namespace
 
 std::uint64_t ReadFreeMemory() {
-  const ProcessSize size = ReadProcessSize();
-  return std::min(
-      {ReadMachineMemory(),
-       Remainder(ReadContainerLimit("/proc/self/cgroup", "/sys/fs/cgroup"), size.resident),
-       Remainder(ReadAddressLimit(), size.addresses)});
+  const FreeValues free = ReadFreeValues();
+  return std::min({free.machine, free.container, free.addresses});
+}
+
+MemoryBound FindMemoryBound() {
+  const FreeValues free = ReadFreeValues();
+  if (free.machine <= std::min(free.container, free.addresses)) return MemoryBound::Machine;
+  return free.container <= free.addresses ? MemoryBound::Container : MemoryBound::Addresses;
 }
 
 }  // namespace korvex

@@ -16,4 +16,12 @@ std::uint64_t ReadFreeMemory() {
   return std::min<std::uint64_t>(status.ullAvailPageFile, status.ullAvailVirtual);
 }
 
+MemoryBound FindMemoryBound() {
+  MEMORYSTATUSEX status{};
+  status.dwLength = sizeof status;
+  if (GlobalMemoryStatusEx(&status) == 0) return MemoryBound::Machine;
+  return status.ullAvailVirtual < status.ullAvailPageFile ? MemoryBound::Addresses
+                                                          : MemoryBound::Machine;
+}
+
 }  // namespace korvex

@@ -43,7 +43,8 @@ TEST(FreeMemory, ALimitOfTheAddressSpaceCounts) {
     getrlimit(RLIMIT_AS, &limit);
     limit.rlim_cur = 4096;
     const bool isSet = setrlimit(RLIMIT_AS, &limit) == 0;
-    _exit(isFreeBefore && isSet && ReadFreeMemory() == 0 ? 0 : 1);
+    const bool isNamed = FindMemoryBound() == MemoryBound::Addresses;
+    _exit(isFreeBefore && isSet && ReadFreeMemory() == 0 && isNamed ? 0 : 1);
   }
   int status = 0;
   waitpid(child, &status, 0);

@@ -20,9 +20,11 @@ TEST(EngineOptions, TakesNumbersOfThreads) {
 
 TEST(EngineOptions, TakesGigabytes) {
   for (const char* text : {"1", "0.5", "2.5", "16", "1e3"}) EXPECT_EQ(RefuseMemory(text), "");
-  for (const std::string text : {"0", "-3", "nan", "inf", "16GB", "2,5", "", "1e20", "1e-9"}) {
+  for (const std::string text :
+       {"0", "-3", "nan", "inf", "16GB", "2,5", "", "1e20", "1e-9", "0x10", " 4"}) {
     EXPECT_EQ(RefuseMemory(text),
-              "write a number of gigabytes such as 16 or 2.5, not \"" + text + "\"");
+              "write a number of gigabytes from 0.001 to 1000000000, such as 16 or 2.5, not \"" +
+                  text + "\"");
   }
 }
 

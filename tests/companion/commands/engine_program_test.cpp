@@ -86,7 +86,8 @@ TEST_F(KvxEngines, RefuseWhatMakesNoSense) {
   PutExample("stiffened-panel");
   WriteFile(deck / "cases.toml", "structure = \"fem_solving.txt\"\n");
   const std::string threads = "--threads: write a number from 1 to 512, not ";
-  const std::string memory = "--memory: write a number of gigabytes such as 16 or 2.5, not ";
+  const std::string memory =
+      "--memory: write a number of gigabytes from 0.001 to 1000000000, such as 16 or 2.5, not ";
   for (const Mistake& mistake : std::vector<Mistake>{
            {{"--threads", "0"}, 64, threads + "\"0\"."},
            {{"--threads", "many"}, 64, threads + "\"many\"."},
@@ -96,6 +97,11 @@ TEST_F(KvxEngines, RefuseWhatMakesNoSense) {
            {{"--memory", "-3"}, 64, memory + "\"-3\"."},
            {{"--memory", "0"}, 64, memory + "\"0\"."},
            {{"--memory", "all"}, 64, memory + "\"all\"."},
+           {{"--memory", "0x10"}, 64, memory + "\"0x10\"."},
+           {{"--memory", "0.0009"}, 64, memory + "\"0.0009\"."},
+           {{"--memory", "2", "--memory", "3"},
+            64,
+            "--memory is given more than once: give it one value."},
            {{"--engine", "sprase"},
             64,
             "--engine: there is no engine \"sprase\"; perhaps \"sparse\""},
@@ -104,6 +110,7 @@ TEST_F(KvxEngines, RefuseWhatMakesNoSense) {
            {{"--dry-run", "--csv"}, 64, "--dry-run makes no table: leave out --csv."},
            {{"--out-of-core", ""}, 64, "--out-of-core: write the name of a folder."},
            {{"--out-of-core", "none"}, 73, "the folder \""},
+           {{"--dry-run", "--out-of-core", std::string(300, 'a')}, 73, "the folder \""},
            {{"--out-of-core", "deck/fem_solving.txt"}, 73, "the folder \""}}) {
     for (const std::string command : {"run", "cases"}) {
       SCOPED_TRACE(command + ' ' + mistake.complaint);
@@ -114,6 +121,9 @@ TEST_F(KvxEngines, RefuseWhatMakesNoSense) {
     }
   }
   EXPECT_TRUE(Holds(Run({"--out-of-core", "none"}).err, "none\" for the factors is not there"));
+  // MUMPS has 255 bytes for the name; it is looked at before anything is done.
+  EXPECT_TRUE(Holds(Run({"--out-of-core", std::string(300, 'a')}).err,
+                    " bytes, of which it may have 240; name another one."));
   EXPECT_EQ(ListFolder(deck), (std::vector<std::string>{"cases.toml", "fem_solving.txt"}));
 }
 
@@ -196,6 +206,10 @@ TEST_F(KvxEngines, SayWhereNothingFits) {
       std::replace(run.err.begin(), run.err.end(), '\\', '/');  // of folders, on Windows
       EXPECT_EQ(run.exitStatus, 65);
       EXPECT_EQ(run.err.rfind("kvx run: \"deck/fem_solving.txt\": ", 0), 0U) << run.err;
+      EXPECT_NE(run.err.find(" and it may take 0.001 GB."), std::string::npos) << run.err;
+      EXPECT_TRUE(Holds(run.out, option == "--dry-run" ? "; it could not be solved."
+                                                       : "; no results were written."))
+          << run.out;
       const Json json =
           Json::parse(Run({"--engine", engine, "--memory", "0.001", option, "--json"}).out);
       EXPECT_EQ(json["status"], 65);
@@ -257,6 +271,44 @@ TEST_F(KvxEngines, AuditKeepsThatAllDigitsAreLost) {
   EXPECT_TRUE(Holds(audit.out, "; all digits lost")) << audit.out;
   EXPECT_EQ(Json::parse(Call({"audit", "deck", "--json"}).out)["solution"]["digits_lost"],
             "infinite");
+}
+
+TEST_F(KvxEngines, AuditSaysThatItsFileIsDamaged) {
+  PutExample("stiffened-panel");
+  ASSERT_EQ(Run({}).exitStatus, 0);
+  const std::string text = ReadBytes(deck / "solution.json");
+  for (const std::string& damaged : {text.substr(0, text.size() / 2), std::string("{}")}) {
+    WriteFile(deck / "solution.json", damaged);
+    const ProgramRun audit = Call({"audit", "deck"});
+    EXPECT_EQ(audit.exitStatus, 0);
+    EXPECT_TRUE(Holds(audit.out,
+                      "WARN K717 solution.json is not as kvx run has written it. How the results "
+                      "were found, and how exact they are, is not known."))
+        << audit.out;
+  }
+  WriteFile(deck / "solution.json", text);
+  EXPECT_FALSE(Holds(Call({"audit", "deck"}).out, "K717"));
+  fs::remove(deck / "solution.json");  // as of an earlier release
+  EXPECT_FALSE(Holds(Call({"audit", "deck"}).out, "K717"));
+}
+
+// Four hints and nothing else: counted, and where to find them.
+TEST_F(KvxEngines, SayWhereTheHintsAre) {
+  PutExample("water-trough");
+  const ProgramRun run = Run({});
+  EXPECT_TRUE(Holds(run.out, "no errors, no warnings, 4 hints; solved in ")) << run.out;
+  EXPECT_NE(run.out.find("      kvx check deck shows the hints.\n"), std::string::npos) << run.out;
+  PutExample("stiffened-panel");
+  EXPECT_EQ(Run({}).out.find("kvx check"), std::string::npos);
+}
+
+// What the skyline has found it finds again.
+TEST_F(KvxEngines, SolveAgainInSilenceWhatTheSkylineHasSolved) {
+  PutExample("stiffened-panel");
+  ASSERT_EQ(Run({"--engine", "skyline"}).exitStatus, 0);
+  fs::remove(deck / "displacements.bin");
+  EXPECT_EQ(Call({"reactions", "deck"}).err, "");
+  EXPECT_TRUE(Holds(Call({"audit", "deck"}).out, "6 of 6 are those of this model"));
 }
 
 // Renumbering removes it with the results, and its way back brings it along.
@@ -347,6 +399,34 @@ TEST_F(KvxSparse, SaysSoInTextAndAudit) {
   EXPECT_EQ(audit.exitStatus, 0) << audit.out;
   EXPECT_TRUE(Holds(audit.out, " solution sparse, 2 threads; scaled residual ")) << audit.out;
   EXPECT_TRUE(Holds(audit.out, "6 of 6 are those of this model")) << audit.out;
+}
+
+// The skyline solves again what is missing; its last digits say nothing about files of the sparse
+// engine.
+TEST_F(KvxSparse, IsNotCalledStaleWithoutItsDisplacements) {
+  PutExample("stiffened-panel");
+  ASSERT_EQ(Run({"--engine", "sparse"}).exitStatus, 0);
+  fs::remove(deck / "displacements.bin");
+  const std::string why =
+      "displacements.bin does not exist. The model is solved anew, by the skyline: the result "
+      "files "
+      "are "
+      "those of the sparse engine, and last digits may differ. Call kvx run: it leaves "
+      "displacements.bin.";
+  for (const std::string command : {"reactions", "top", "view", "audit"}) {
+    const ProgramRun run = Call({command, "deck"});
+    EXPECT_EQ(run.exitStatus, 0) << run.err;
+    EXPECT_EQ(run.err, "kvx " + command + ": " + why + "\n");
+  }
+  const ProgramRun audit = Call({"audit", "deck"});
+  EXPECT_FALSE(Holds(audit.out, "K711")) << audit.out;
+  EXPECT_TRUE(Holds(audit.out, "WARN K714 ")) << audit.out;
+  EXPECT_TRUE(Holds(audit.out, " could not be compared: The sparse engine has written them"))
+      << audit.out;
+  // Files of another model are stale all the same.
+  WriteFile(deck / "fem_solving.txt", ReadBytes(deck / "fem_solving.txt") + "\n");
+  WriteFile(deck / "Node_Dis.txt", "other");
+  EXPECT_TRUE(Holds(Call({"audit", "deck"}).out, "ERROR K711 "));
 }
 
 TEST_F(KvxSparse, LeavesNothingInTheFolderForTheFactors) {

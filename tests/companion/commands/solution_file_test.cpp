@@ -98,6 +98,11 @@ TEST_F(SolutionFile, IsNotThatOfAnotherModel) {
   WriteFile("solution.json", SolutionFileText(ThisFile, SolutionOfLoad(MakeRecord(), 1)));
   EXPECT_FALSE(ReadSolutionFile({9121, ThisFile.hash}));
   EXPECT_FALSE(ReadSolutionFile({9120, ThisFile.hash + 1}));
+  std::string reason;
+  ReadSolutionFile({9121, ThisFile.hash}, reason);
+  EXPECT_EQ(reason, "solution.json is of another model file, or of an earlier state of this one.");
+  EXPECT_TRUE(ReadSolutionFile(ThisFile, reason));
+  EXPECT_EQ(reason, "");
 }
 
 TEST_F(SolutionFile, IsNotUsedWhereItIsNotAsItWasWritten) {
@@ -106,7 +111,9 @@ TEST_F(SolutionFile, IsNotUsedWhereItIsNotAsItWasWritten) {
        {std::string(), std::string("[]"), std::string("null"), text.substr(0, text.size() / 2),
         std::string(5000000, ' ') + text}) {
     WriteFile("solution.json", spoilt);
-    EXPECT_FALSE(ReadSolutionFile(ThisFile)) << spoilt.substr(0, 40);
+    std::string reason;
+    EXPECT_FALSE(ReadSolutionFile(ThisFile, reason)) << spoilt.substr(0, 40);
+    EXPECT_NE(reason, "");
   }
   const Json whole = Json::parse(text);
   for (const auto& [key, value] : whole.items()) {

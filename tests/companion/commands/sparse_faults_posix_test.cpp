@@ -210,7 +210,7 @@ TEST_F(KvxSparseFaults, StopsWhereTheDiskForTheFactorsIsSmall) {
   }
   EXPECT_EQ(run.exitStatus, 73);
   EXPECT_TRUE(Holds(run.err, "The factors do not fit out of core: its factors take ")) << run.err;
-  EXPECT_TRUE(Holds(run.err, " on the disk, and there are 1 MB free.")) << run.err;
+  EXPECT_TRUE(Holds(run.err, " on the disk, and there are 0 GB free.")) << run.err;
   ExpectUntouched(deck);
 }
 

@@ -108,7 +108,7 @@ TEST_F(FreeMotion, TellsWhatCanMoveBeforeWhatIsSoft) {
   text.nodes.push_back({5.0, 5.0, 5.0});
   text.restraints.push_back({4, {1, 1, 1, 1, 1, 0}});
   const std::string stop = StopText(text);
-  const std::string begin = "The structure can move: node 4 may turn about z";
+  const std::string begin = "The structure can move: node 4 at (5, 5, 5) may turn about z";
   EXPECT_EQ(stop.substr(0, begin.size()), begin) << stop;
   const std::size_t soft = stop.find(". So soft that rounding errors are all: node ");
   ASSERT_NE(soft, std::string::npos) << stop;
@@ -170,8 +170,9 @@ TEST_F(FreeMotion, NamesWhatMovesFarthestInTheMode) {
   estimate.mode.assign(24, 0.0);
   for (std::size_t node = 0; node < 4; ++node) estimate.mode[6 * node + 1] = -1.0;
   estimate.mode[7] -= 1e-15;
-  EXPECT_EQ(StopText(text, estimate),
-            std::string("The structure can move: node 1 may move along y.") + Remedy);
+  EXPECT_EQ(
+      StopText(text, estimate),
+      std::string("The structure can move: node 1 at (1000, 0, 0) may move along y.") + Remedy);
   estimate.mode[7] = -1.5;  // it bends: slender, and no mechanism
   EXPECT_EQ(StopText(text, estimate), "");
 }

@@ -264,7 +264,7 @@ TEST_F(SolveSparse, NamesANodeWithoutElements) {
   text.nodes.push_back({5.0, 5.0, 5.0});
   text.restraints.push_back({3, {1, 1, 1, 1, 1, 0}});
   const std::string stop = StopText(text);
-  EXPECT_NE(stop.find("node 3 may turn about z."), std::string::npos) << stop;
+  EXPECT_NE(stop.find("node 3 at (5, 5, 5) may turn about z."), std::string::npos) << stop;
 }
 
 // Eight nodes without elements have 48 dofs: six are named.

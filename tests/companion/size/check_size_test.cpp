@@ -51,7 +51,7 @@ void ShuffleNodes(ModelText& model) {
 TEST(CheckSize, TellsTheSizeOfThePlate) {
   SolutionSize size;
   FindingList findings;
-  CheckSize(ReadModel(Plate(20, 400)), MuchMemory, 512, size, findings);
+  CheckSize(ReadModel(Plate(20, 400)), {MuchMemory, 512}, size, findings);
   EXPECT_NEAR(size.gigabytes, 21 * 401 * 6 * 135.5 * 8.0 / 1073741824.0, 0.01 * size.gigabytes);
   EXPECT_EQ(size.bestOrder, "given");
   EXPECT_TRUE(findings.findings.empty());
@@ -62,7 +62,7 @@ TEST(CheckSize, NamesABetterOrder) {
   ShuffleNodes(plate);
   SolutionSize size;
   FindingList findings;
-  CheckSize(ReadModel(plate), MuchMemory, 128, size, findings);
+  CheckSize(ReadModel(plate), {MuchMemory, 128}, size, findings);
   ASSERT_EQ(findings.findings.size(), 1U);
   EXPECT_EQ(findings.findings[0].code, "K501");
   EXPECT_EQ(findings.findings[0].remedy.rfind("Call kvx renumber: ", 0), 0U);
@@ -76,9 +76,9 @@ TEST(CheckSize, NamesABetterOrder) {
 TEST(CheckSize, TellsALongTime) {
   SolutionSize size;
   FindingList findings;
-  CheckSize(ReadModel(Plate(60, 100)), MuchMemory, 0, size, findings);
+  CheckSize(ReadModel(Plate(60, 100)), {MuchMemory, 0}, size, findings);
   EXPECT_TRUE(findings.findings.empty());  // 61 x 101 x 6 columns of 375: 5.2e9 operations, 2 s
-  CheckSize(ReadModel(Plate(120, 130)), MuchMemory, 0, size, findings);
+  CheckSize(ReadModel(Plate(120, 130)), {MuchMemory, 0}, size, findings);
   ASSERT_EQ(findings.findings.size(), 1U);  // 121 x 131 x 6 columns of 735: 5.1e10 operations, 21 s
   EXPECT_EQ(findings.findings[0].code, "K501");
   EXPECT_EQ(findings.findings[0].message.rfind("matrix 0.52 GB, about 21 s", 0), 0U)
@@ -92,9 +92,9 @@ TEST(CheckSize, ComparesTheMatrixWithTheMemory) {
   FindingList findings;
   // Entries of 8 bytes above the diagonal and 36 bytes an equation, counted by hand as above.
   const double needed = 21 * 401 * 6 * (134.5 * 8.0 + 36.0);
-  CheckSize(model, static_cast<std::uint64_t>(1.02 * needed), 512, size, findings);
+  CheckSize(model, {static_cast<std::uint64_t>(1.02 * needed), 512}, size, findings);
   EXPECT_TRUE(findings.findings.empty());
-  CheckSize(model, static_cast<std::uint64_t>(0.97 * needed), 512, size, findings);
+  CheckSize(model, {static_cast<std::uint64_t>(0.97 * needed), 512}, size, findings);
   ASSERT_EQ(findings.findings.size(), 1U);
   EXPECT_EQ(findings.findings[0].code, "K502");
   // Header, materials 5 lines, thicknesses 3, sections 3, and this count.
@@ -107,7 +107,7 @@ TEST(CheckSize, PointsToABetterOrderWhereTheMatrixDoesNotFit) {
   ShuffleNodes(plate);
   SolutionSize size;
   FindingList findings;
-  CheckSize(ReadModel(plate), std::uint64_t{1} << 28U, 128, size, findings);
+  CheckSize(ReadModel(plate), {std::uint64_t{1} << 28U, 128}, size, findings);
   ASSERT_EQ(findings.findings.size(), 2U);
   EXPECT_EQ(findings.findings[0].code, "K502");
   EXPECT_EQ(findings.findings[0].remedy.rfind("Call kvx renumber: ", 0), 0U);
