@@ -76,13 +76,13 @@ void ShowShare(double share, Progress& progress) {
   if (!progress.isVisible) return;
   const steady_clock::time_point now = steady_clock::now();
   const double elapsed = duration<double>(now - progress.begin).count();
-  if (elapsed < QuietSeconds) return;
   if (duration<double>(now - progress.shown).count() < SecondsBetween) return;
   progress.shown = now;
   const double done = std::clamp(share, 0.0, 1.0);
+  const double left = ForeseeTimeLeft({elapsed, done}, progress.history);
+  if (elapsed < QuietSeconds) return;
   std::string line =
       progress.what + " ... " + std::to_string(static_cast<int>(100.0 * done)) + " %";
-  const double left = ForeseeTimeLeft({elapsed, done}, progress.history);
   if (!std::isnan(left)) line += ", " + TimeText(left) + " left";
   ShowLine(line, progress);
 }
