@@ -22,8 +22,9 @@ namespace {
 // Less holds no program, and no machine has more.
 constexpr double LeastGigabytes = 1e-3, MostGigabytes = 1e9;
 
-// Bytes: what MUMPS has for the name, less "/kvx-factors-64", the longest that is made in it.
-constexpr std::size_t LongestFolder = 240;
+// Bytes: the 255 that MUMPS has for the name, less "/kvx-factors-" and a number of five digits, as
+// the folders of ranks have.
+constexpr std::size_t LongestFolder = 237;
 
 // Made and removed at once. Where it is there already, another run is asking the same.
 constexpr const char* ProbeName = "kvx-can-write";
