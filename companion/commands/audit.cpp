@@ -41,7 +41,7 @@ ExitStatus Audit(const AuditCommand& command, OpenedResults& results, AuditRepor
   if (options.comparesFiles && hasFile) options.solution = results.solution;
   options.hasSparseFiles =
       !hasFile && results.solution && results.solution->engine == EngineChoice::Sparse;
-  // With a displacements.bin of another model it is of that, too.
+  // Where displacements.bin is of another model, solution.json is, too: that is told already.
   if (hasFile || results.reading.fit == DisplacementFit::Missing) {
     options.solutionProblem = results.solutionProblem;
   }

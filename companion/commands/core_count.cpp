@@ -1,13 +1,11 @@
 #include "commands/core_count.h"
 
 #include <algorithm>
-#include <thread>
+
+#include "platform/usable_cores.h"
 
 namespace kvx {
 
-int CountCores() {
-  const unsigned cores = std::thread::hardware_concurrency();
-  return static_cast<int>(std::clamp<unsigned>(cores, 1, MostThreads));
-}
+int CountCores() { return std::min(korvex::CountUsableCores(), MostThreads); }
 
 }  // namespace kvx

@@ -6,7 +6,7 @@ namespace kvx {
 // More threads than any machine has that this program was made for.
 inline constexpr int MostThreads = 512;
 
-// The cores that this process may use, at most MostThreads; 1 on a machine that does not tell.
+// The cores that this process may use, at most MostThreads (platform/usable_cores.h).
 int CountCores();
 
 }  // namespace kvx

@@ -93,7 +93,7 @@ EngineSettings MakeEngineSettings(const EngineOptions& options) {
   if (options.engine == "sparse" || IsProgramOfRanks()) settings.choice = EngineChoice::Sparse;
   const int usual = IsProgramOfRanks() ? 1 : CountCores();  // other ranks have the other cores
   settings.threads = options.threads > 0 ? options.threads : usual;
-  // Up, so that messages, which round down, have the number that was given.
+  // Up, so that messages, which round down, have the number that was given where it has two digits.
   settings.memory =
       static_cast<std::uint64_t>(std::ceil(options.memory * korvex::BytesPerGigabyte));
   if (options.outOfCore.empty()) return settings;

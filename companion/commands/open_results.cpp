@@ -16,6 +16,7 @@
 #include "platform/free_memory.h"
 #include "renumber/node_graph.h"
 #include "report/stop.h"
+#include "sparse/sparse_factor.h"
 
 namespace kvx {
 
@@ -61,8 +62,10 @@ void Obtain(OpenedResults& results) {
 }
 
 // Where the skyline does not fit.
-constexpr const char* WayOut =
-    " Call kvx run: it takes an engine that fits, and leaves displacements.bin.";
+const char* WayOut() {
+  if (!HasSparseEngine()) return " Call kvx renumber where kvx check names a better order.";
+  return " Call kvx run: its sparse engine takes less memory, and it leaves displacements.bin.";
+}
 
 }  // namespace
 
@@ -77,7 +80,7 @@ void CheckSkylineFits(const korvex::ModelTables& tables, const DisplacementReadi
                      reading.reason +
                          " Without it the model is solved by the skyline, which takes " +
                          GigabyteText(estimate.bytes) + " of memory, and there are " +
-                         FreeText(free) + '.' + WayOut};
+                         FreeText(free) + '.' + WayOut()};
 }
 
 void ExplainSolving(const std::string& who, const DisplacementReading& reading,
@@ -116,7 +119,7 @@ ExitStatus OpenResults(const std::string& who, const std::string& place, OpenedR
     reason = stop.text;
   } catch (const std::bad_alloc&) {
     reason = "there is not enough memory for it.";
-    if (results.reading.fit != DisplacementFit::Fits) reason += WayOut;
+    if (results.reading.fit != DisplacementFit::Fits) reason += WayOut();
   }
   if (reason.empty()) ExplainSolving(who, results.reading, results.solution);
   if (!results.changedSources.empty()) {

@@ -7,9 +7,8 @@ namespace kvx {
 
 namespace {
 
-// Seconds. The while is as long as that, once there has been so much time; and after the second one
-// something is told. A shorter one is one stage at its begin, whose speed tells nothing of the
-// rest.
+// Seconds: the least length of the window, once so much time has gone by; and the length before
+// which nothing is told, since a shorter window may hold the begin of one stage alone.
 constexpr double UsualWhile = 2.0, ShortestWhile = 0.5;
 
 // Of the work, in this while: less is no speed to rely on.

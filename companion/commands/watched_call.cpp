@@ -60,7 +60,7 @@ struct Lookout {
   }
 };
 
-// Makes the call while a second thread looks out for interrupts. tell: says so at the end.
+// Makes the call while a second thread looks out for interrupts. tell: is called where one came.
 void CallBesideWatch(const std::function<void()>& call, const std::function<void()>& cleanUp,
                      const std::function<void()>& tell) {
   Watch watch;

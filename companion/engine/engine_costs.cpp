@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <thread>
 
 #include "base/dof_counts.h"
 #include "base/gigabyte.h"
+#include "platform/usable_cores.h"
 #include "platform/vector_bits.h"
 #include "size/check_size.h"
 #include "skyline/reserve_system.h"
@@ -33,8 +33,8 @@ constexpr double RowsPerThread = 48.0;
 // Of the sparse engine, on plates, grillages, box girders and lattices of 3,000 to 1,000,000
 // equations: flops per second in large fronts, seconds for an entry of L in small ones, for an
 // equation in METIS, analysis and the accuracy, and for an entry of L and a column in a solution.
-// There are two solutions, of the loads and of their refinement, with some columns for the condition
-// beside (sparse/refined_columns.h).
+// There are two solutions, of the loads and of their refinement, with some columns for the
+// condition beside (sparse/refined_columns.h).
 constexpr double SparseRate = 20e9;
 constexpr double EntrySeconds = 8e-9;
 constexpr double OrderSeconds = 4.6e-6;
@@ -67,10 +67,7 @@ double CountBlocks(std::size_t loads) {
 double CountFurtherSolutions(std::size_t loads) { return 2.0 * (CountBlocks(loads) - 1.0); }
 
 // Threads that have a core.
-int CountRunning(int threads) {
-  const auto cores = static_cast<int>(std::thread::hardware_concurrency());  // 0: not known
-  return std::max(cores > 0 ? std::min(threads, cores) : threads, 1);
-}
+int CountRunning(int threads) { return std::max(std::min(threads, korvex::CountUsableCores()), 1); }
 
 // How much faster the skyline's threads are than one.
 double SkylineSpeed(int threads) { return 1.0 + SkylineThreadGain * (threads - 1); }

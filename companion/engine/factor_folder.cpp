@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// More runs at a time are not expected in one folder.
+// More runs at a time, or folders of others, are not expected in one place.
 constexpr int MostNames = 64;
 
 constexpr const char* NamePrefix = "kvx-factors-";

@@ -33,10 +33,9 @@ std::string NameMotion(const korvex::Model& model, std::int32_t equation) {
   constexpr std::array<const char*, korvex::DofsPerNode> Ways{"move along x", "move along y",
                                                               "move along z", "turn about x",
                                                               "turn about y", "turn about z"};
-  const auto node = static_cast<std::size_t>(equation / korvex::DofsPerNode);
-  return "node " + std::to_string(node) + " at " +
-         PointText(PlaceOf(model.Tables, static_cast<std::int32_t>(node))) + " may " +
-         Ways[static_cast<std::size_t>(equation % korvex::DofsPerNode)];
+  const std::int32_t node = equation / korvex::DofsPerNode;
+  return "node " + std::to_string(node) + " at " + PointText(PlaceOf(model.Tables, node)) +
+         " may " + Ways[static_cast<std::size_t>(equation % korvex::DofsPerNode)];
 }
 
 [[noreturn]] void StopNotice(const std::string& text) {
@@ -85,8 +84,9 @@ void StopWhereModeIsFree(const korvex::Model& model, const FreeDofs& dofs,
                          const ConditionEstimate& estimate) {
   if (estimate.value < LargeCondition) return;
   if (!korvex::AreFinite(estimate.mode.data(), estimate.mode.size())) {
-    StopNotice(std::string("The structure can move: the factorisation has no finite numbers.") +
-               Remedy);
+    StopNotice(
+        std::string("The structure can move: the factorisation has numbers that are not finite.") +
+        Remedy);
   }
   if (!IsFree(model, dofs, estimate.mode)) return;
   const auto larger = [](double a, double b) { return std::fabs(a) < std::fabs(b); };

@@ -18,7 +18,7 @@ std::string PlainNumber(double value) {
   return std::string(korvex::FormatNumber(value, buffer));
 }
 
-// Parts of a unit that make the last digit that is shown.
+// How many of the last digit shown make a unit: 1 from 10 on, 10 from 1 on, at most mostParts.
 double CountParts(double value, double mostParts) {
   double parts = 1.0;
   while (value * parts < 10.0 && parts < mostParts) parts *= 10.0;
@@ -34,7 +34,7 @@ std::string RoundedGigabytes(std::uint64_t bytes, const Round& round) {
   return PlainNumber(round(gigabytes * parts) / parts);
 }
 
-// Without an exponent where the number is large.
+// value: less than 120; two digits below 10.
 std::string TwoDigits(double value) {
   constexpr double MostParts = 100.0;
   const double parts = CountParts(value, MostParts);

@@ -21,10 +21,10 @@ const std::vector<CodeText> SizeCodes{
      "The stiffness matrix in the order of the file takes more memory than is free: in the "
      "machine, in its container, or within a limit of addresses (ulimit -v). That keeps korvex, "
      "and the skyline of kvx, from solving the model. Where kvx has its sparse engine, which takes "
-     "a fraction of the memory, kvx run solves the model all the same, and this is a warning; "
-     "without it, it is an error.",
+     "a fraction of the memory, kvx run may solve the model all the same, and this is a "
+     "warning; without it, it is an error.",
      "The run stops with a notice that names the matrix and its size, before it fills the memory.",
-     "Call kvx run, which takes the engine that fits; kvx run --dry-run tells what each takes, see "
+     "Call kvx run, which takes an engine that fits; kvx run --dry-run tells what each takes, see "
      "docs/large-models.md. For korvex itself call kvx renumber where a better order was found, "
      "see K501. Otherwise use a coarser mesh, or a machine with more memory.",
      "Number of nodal points:NPOIN=4\n0:0,0,0\n1:3,0,0\n2:1,0,0\n3:2,0,0",

@@ -163,9 +163,10 @@ void CheckMechanisms(bool reorders, CheckedModel& model, FindingList& findings) 
     FindMechanisms(model.tables, report);
   }
   if (!report.notExamined.empty()) {
-    model.notChecked.push_back("Mechanisms were not looked for: " + report.notExamined +
-                               " kvx run --engine sparse takes less memory, and names node and "
-                               "direction where the structure can move.");
+    model.notChecked.push_back(
+        "Mechanisms were not looked for: " + report.notExamined +
+        " Where kvx has its sparse engine, kvx run --engine sparse takes less memory, and names "
+        "node and direction where the structure can move.");
   }
   AddMechanismFindings(model, report, findings);
 }

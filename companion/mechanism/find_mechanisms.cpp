@@ -224,10 +224,6 @@ void Examine(FreeSystem& system, MechanismReport& report) {
   ExaminePivots(system, report);
 }
 
-}  // namespace
-
-namespace {
-
 void ExamineTables(korvex::ModelTables&& tables, MechanismReport& report) {
   report = {};
   FreeSystem system;

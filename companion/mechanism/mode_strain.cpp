@@ -56,8 +56,9 @@ std::vector<double> MeasureMotions(const korvex::Model& model, const std::vector
   return motions;
 }
 
-// Whether one of the elements, which may move so far, is strained. Ends with the first one: only
-// mechanisms need all matrices. motions: of the elements, this kind's first.
+// Whether one of these elements is strained. Ends with the first one: only mechanisms need the
+// matrices of all. motions: how far each of them moves; those that move less than `least` are left
+// out.
 template <std::int32_t Nodes, typename Element>
 bool IsOneStrained(const std::vector<Element>& elements, const std::vector<std::int32_t>& nodes,
                    void (*stiffness)(const Element&, double*), const double* motions, double least,

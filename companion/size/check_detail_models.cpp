@@ -7,11 +7,11 @@
 #include <string_view>
 #include <utility>
 
-#include "base/gigabyte.h"
 #include "beamshell/extrude_outline.h"
 #include "beamshell/section_outline.h"
 #include "check/describe.h"
 #include "deck/row_formats.h"
+#include "finding/amount_text.h"
 #include "report/stop.h"
 
 namespace kvx {
@@ -98,11 +98,8 @@ Finding* FindCause(const ElementNodes& beam, FindingList& findings) {
 // All detail models together are too large. row: the beam with the largest one.
 void AddTooLarge(const CheckedModel& model, std::int32_t row, std::uint64_t freeMemory,
                  FindingList& findings) {
-  const std::string stop =
-      "the detail models of all beams take more memory than this machine has "
-      "free (" +
-      NumberText(std::round(static_cast<double>(freeMemory) / korvex::BytesPerGigabyte)) +
-      " GB), and the run stops after the solution.";
+  const std::string stop = "the detail models of all beams take more memory than the " +
+                           FreeText(freeMemory) + ", and the run stops after the solution.";
   Finding* const cause = FindCause(NodesOf(model.tables, Section::Beams, row), findings);
   if (cause != nullptr) {
     if (cause->severity != Severity::Error) cause->message += " With it " + stop;

@@ -94,10 +94,10 @@ void CheckMemoryOfMatrix(const CheckedModel& model, double entries, const SizeLi
                       " equations; the solver numbers at most 2147483647. The run stops.";
   } else {
     if (limits.hasOtherEngine) finding.severity = Severity::Warning;
-    finding.message = "the matrix takes " + About(size.gigabytes) + " GB, and there are " +
-                      FreeText(limits.freeMemory) + ": korvex stops" +
-                      (limits.hasOtherEngine ? ", and so does the skyline of kvx; kvx run takes "
-                                               "the sparse engine instead."
+    finding.message = "the matrix takes " + GigabyteText(static_cast<std::uint64_t>(bytes)) +
+                      ", and there are " + FreeText(limits.freeMemory) + ": korvex stops" +
+                      (limits.hasOtherEngine ? ", and so does the skyline of kvx; kvx run looks "
+                                               "whether its sparse engine fits."
                                              : ".");
   }
   finding.remedy = tooMany ? "Use a coarser mesh." : AdviseOnMemory(size, limits.hasOtherEngine);

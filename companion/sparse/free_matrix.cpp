@@ -170,7 +170,9 @@ void AddElement(const double* ke, const std::int32_t* g, std::int32_t n, Target&
   }
   if (!elements.empty()) index = static_cast<std::size_t>(elements[place]);
   throw korvex::Stop{korvex::StopKind::Notice, "The stiffness of the " + std::string(kind) + ' ' +
-                                                   std::to_string(index) + " is not finite."};
+                                                   std::to_string(index) +
+                                                   " is not finite. kvx check says where it is, "
+                                                   "and why."};
 }
 
 // matrix: UpperMatrix or FixedRows; what its tables of entries hold room for.

@@ -1,6 +1,7 @@
 #include "sparse/mumps_error.h"
 
 #include "finding/amount_text.h"
+#include "ranks/ranks.h"
 
 namespace kvx {
 
@@ -15,10 +16,17 @@ std::string NameWaysOut(const FactorMemory& memory) {
   std::string text;
   if (!memory.isOutOfCore) text += "keep the factors on a disk (--out-of-core DIR), ";
   if (memory.isLimitGiven) text += "allow more (--memory GB), ";
-  text +=
-      "see whether the skyline fits (--engine skyline) once kvx renumber has ordered the nodes, "
-      "share the work among several machines (kvx-mpi), or use one with more memory.";
+  text += IsProgramOfRanks()
+              ? "start more ranks, on more machines, or use machines with more memory."
+              : "see whether the skyline fits (--engine skyline) once kvx renumber has ordered the "
+                "nodes, share the work among several machines (kvx-mpi), or use one with more "
+                "memory.";
   return "Ways out: " + text;
+}
+
+std::string NameOtherEngine() {
+  const std::string engine = IsProgramOfRanks() ? "kvx run --engine skyline" : "--engine skyline";
+  return ". The skyline is not concerned: " + engine + '.';
 }
 
 }  // namespace
@@ -47,7 +55,7 @@ std::string DescribeMumpsError(std::int32_t status, std::int32_t detail,
     case -20:
       if (memory.needed <= memory.allowed) {  // and nothing that is allowed would help
         return "The sparse factorisation takes many times the memory that was foreseen" + number +
-               ". The skyline is not concerned: --engine skyline.";
+               NameOtherEngine();
       }
       return "The sparse factorisation takes more memory than was foreseen" + number + ". " +
              DescribeMemory(memory);
@@ -56,8 +64,7 @@ std::string DescribeMumpsError(std::int32_t status, std::int32_t detail,
              "or the folder cannot be written to" +
              number + ". Give another folder (--out-of-core DIR).";
     default:
-      return "The sparse factorisation failed" + number +
-             ". The skyline is not concerned: --engine skyline.";
+      return "The sparse factorisation failed" + number + NameOtherEngine();
   }
 }
 

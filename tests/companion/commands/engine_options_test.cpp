@@ -3,6 +3,7 @@
 
 #include "commands/core_count.h"
 #include "commands/engine_options.h"
+#include "platform/usable_cores.h"
 #include "support/temp_folder.h"
 
 namespace kvx::test {
@@ -52,8 +53,7 @@ TEST(EngineOptions, BecomeSettings) {
   EngineOptions options;
   const EngineSettings none = MakeEngineSettings(options);
   EXPECT_EQ(none.choice, EngineChoice::Auto);
-  EXPECT_GE(none.threads, 1);
-  EXPECT_LE(none.threads, MostThreads);
+  EXPECT_EQ(none.threads, std::min(korvex::CountUsableCores(), MostThreads));
   EXPECT_EQ(none.memory, 0U);
   EXPECT_EQ(none.outOfCore, "");
   options = {3, "sparse", 1.5, "factors"};

@@ -4,8 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <thread>
+#include "platform/usable_cores.h"
 
 namespace kvx::test {
 namespace {
@@ -24,15 +23,13 @@ double SecondsOf(double front, int threads) {
   return estimate.seconds;
 }
 
-int CountCores() { return static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U)); }
-
 TEST(EngineCosts, ThreadsWithoutACoreGainNothing) {
-  const int cores = CountCores();
+  const int cores = korvex::CountUsableCores();
   EXPECT_EQ(SecondsOf(5000.0, 64 * cores), SecondsOf(5000.0, cores));
 }
 
 TEST(EngineCosts, ThreadsHelpLargeFronts) {
-  if (CountCores() < 2) GTEST_SKIP() << "there is one core";
+  if (korvex::CountUsableCores() < 2) GTEST_SKIP() << "there is one core";
   const double one = SecondsOf(5000.0, 1), two = SecondsOf(5000.0, 2);
   EXPECT_LT(two, one);
   EXPECT_GT(two, 0.5 * one);

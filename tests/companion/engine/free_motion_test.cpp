@@ -150,7 +150,8 @@ TEST_F(FreeMotion, TellsOfAModeWithoutFiniteNumbers) {
   estimate.mode.assign(12, 1.0);  // of the two nodes that are free
   estimate.mode[7] = std::nan("");
   const std::string expected =
-      std::string("The structure can move: the factorisation has no finite numbers.") + Remedy;
+      std::string("The structure can move: the factorisation has numbers that are not finite.") +
+      Remedy;
   EXPECT_EQ(StopText(MakeStiffMiddle(1.0), estimate), expected);
   estimate.mode[7] = -std::numeric_limits<double>::infinity();
   EXPECT_EQ(StopText(MakeStiffMiddle(1.0), estimate), expected);

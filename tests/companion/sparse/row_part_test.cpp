@@ -206,7 +206,8 @@ TEST(RowPart, NamesTheElementThatIsNotFinite) {
     }
     return "";
   };
-  const std::string expected = "The stiffness of the beam 4 is not finite.";
+  const std::string expected =
+      "The stiffness of the beam 4 is not finite. kvx check says where it is, and why.";
   UpperMatrix A;
   FixedRows C;
   EXPECT_EQ(text([&] { AssembleFree(whole.model, whole.graph, whole.dofs, {}, A, C); }), expected);
