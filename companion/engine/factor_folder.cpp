@@ -15,8 +15,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// More runs at a time, or folders of others, are not expected in one place.
-constexpr int MostNames = 64;
+// Runs at work in one place, each with all its ranks: more are not expected.
+constexpr int MostNames = 1024;
 
 constexpr const char* NamePrefix = "kvx-factors-";
 

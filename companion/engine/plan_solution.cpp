@@ -140,8 +140,10 @@ void EstimateSparse(const Choice& choice, const FreeGraph& free, const SparseTas
   if (choice.settings.outOfCore.empty() && fitsOutOfCore) {
     ways += " Give a folder for the factors: --out-of-core DIR.";
   }
-  if (choice.settings.choice != EngineChoice::Sparse) {
-    ways += " See whether kvx renumber finds a better order of the nodes.";
+  if (choice.settings.choice == EngineChoice::Sparse && plan.skyline.isPossible) {
+    ways += " The skyline fits: --engine skyline.";
+  } else if (!IsProgramOfRanks()) {
+    ways += " See whether kvx renumber finds a better order of the nodes, for the skyline.";
   }
   if (choice.isLimitGiven) ways += " Allow more with --memory.";
   if (choice.settings.choice != EngineChoice::Skyline && HasSparseEngine()) {

@@ -163,14 +163,14 @@ TEST(FactorFolder, GivesManyProcessesOfARunTheirOwn) {
 
 TEST(FactorFolder, SaysThatAllNamesAreTaken) {
   const korvex::test::TempFolder parent;
-  for (int number = 1; number <= 64; ++number) {
+  for (int number = 1; number <= 1024; ++number) {
     std::ofstream(parent.Path() / ("kvx-factors-" + std::to_string(number))) << "x";
   }
   FactorFolder folder;
   korvex::test::ExpectStop(
       [&] { MakeFactorFolder(parent.Path().u8string(), folder); },
       "The folder for the factors, \"" + parent.Path().u8string() +
-          "\", cannot be written to: the names kvx-factors-1 to kvx-factors-64 are taken, by runs "
+          "\", cannot be written to: the names kvx-factors-1 to kvx-factors-1024 are taken, by runs "
           "that are at work there or by other folders. Remove those that nobody needs, or give "
           "another folder (--out-of-core DIR).",
       korvex::StopKind::ResultFile);

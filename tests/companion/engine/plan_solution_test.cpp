@@ -122,6 +122,22 @@ TEST_F(PlanSparse, RefusesWhatDoesNotFitAnywhere) {
   EXPECT_EQ(none.find("--out-of-core"), std::string::npos) << none;  // it was given
 }
 
+// The sparse engine was asked for: the skyline is the way out where it fits, else with its nodes in
+// another order.
+TEST_F(PlanSparse, NamesTheSkylineThatWouldHelp) {
+  korvex::Model model;
+  ReadPlate(4, model);
+  SolutionPlan plan;
+  PlanSolution(model, 1, Settings(EngineChoice::Sparse), {}, plan);
+  ASSERT_LT(plan.skyline.bytes, plan.sparse.bytes);
+  const std::string fits = StopText(model, Settings(EngineChoice::Sparse, plan.skyline.bytes));
+  EXPECT_NE(fits.find(" The skyline fits: --engine skyline."), std::string::npos) << fits;
+  EXPECT_EQ(fits.find("kvx renumber"), std::string::npos) << fits;
+  const std::string none = StopText(model, Settings(EngineChoice::Sparse, 1000));
+  EXPECT_EQ(none.find("The skyline fits"), std::string::npos) << none;
+  EXPECT_NE(none.find("kvx renumber"), std::string::npos) << none;
+}
+
 // Memory for the out-of-core factorisation, but no folder: that is the way out.
 TEST_F(PlanSparse, NamesTheFolderThatWouldHelp) {
   korvex::Model model;
