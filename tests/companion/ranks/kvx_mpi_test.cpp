@@ -133,6 +133,30 @@ TEST_F(KvxMpi, AgreesWithKvxOnAnyNumberOfRanks) {
   }
 }
 
+// Each rank keeps its part of the factors in a folder of its own.
+TEST_F(KvxMpi, SolvesOutOfCore) {
+  PutExample("stiffened-panel");
+  ASSERT_EQ(Mpi(2, {"run", "deck"}).exitStatus, 0);
+  const std::vector<double> expected = Displacements(deck);
+  fs::create_directory(base.Path() / "factors");
+  const ProgramRun run = Mpi(2, {"run", "deck", "--out-of-core", "factors"});
+  EXPECT_EQ(run.exitStatus, 0) << run.err;
+  EXPECT_TRUE(Holds(run.out, "out of core")) << run.out;
+  EXPECT_LE(LargestDifference(Displacements(deck), expected), Difference * LargestOf(expected));
+  EXPECT_EQ(ListFolder(base.Path() / "factors"), Arguments());
+}
+
+// The limit is that of each rank.
+TEST_F(KvxMpi, KeepsToTheMemoryThatItMayTake) {
+  PutExample("stiffened-panel");
+  const ProgramRun run = Mpi(2, {"run", "deck", "--memory", "0.001"});
+  EXPECT_EQ(run.exitStatus, 65);
+  EXPECT_TRUE(Holds(run.err, "and it may take 0.001 GB.")) << run.err;
+  EXPECT_TRUE(Holds(run.err, "Start more ranks, on more machines.")) << run.err;
+  EXPECT_FALSE(Holds(run.err, "kvx renumber")) << run.err;
+  EXPECT_EQ(ListFolder(deck), Arguments{"fem_solving.txt"});
+}
+
 // The elements of a rank are those that touch its rows: all of them together once, and those
 // between the rows of two ranks twice. The entries are those of one process.
 TEST_F(KvxMpi, TellsWhatEachRankDoes) {
