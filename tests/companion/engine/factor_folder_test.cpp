@@ -170,7 +170,8 @@ TEST(FactorFolder, SaysThatAllNamesAreTaken) {
   korvex::test::ExpectStop(
       [&] { MakeFactorFolder(parent.Path().u8string(), folder); },
       "The folder for the factors, \"" + parent.Path().u8string() +
-          "\", cannot be written to: the names kvx-factors-1 to kvx-factors-1024 are taken, by runs "
+          "\", cannot be written to: the names kvx-factors-1 to kvx-factors-1024 are taken, by "
+          "runs "
           "that are at work there or by other folders. Remove those that nobody needs, or give "
           "another folder (--out-of-core DIR).",
       korvex::StopKind::ResultFile);
