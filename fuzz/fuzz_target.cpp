@@ -10,8 +10,10 @@
 
 namespace korvex {
 
-// Replaces the function of the library: the linker takes this one, because it finds it first.
+// Replace the functions of the library: the linker takes these, because it finds them first. Both
+// stand in one file there, and so have to be replaced together.
 std::uint64_t ReadFreeMemory() { return fuzz::TargetMemory; }
+MemoryBound FindMemoryBound() { return MemoryBound::Machine; }
 
 }  // namespace korvex
 
