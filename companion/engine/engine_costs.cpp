@@ -37,7 +37,7 @@ constexpr double RowsPerThread = 48.0;
 // condition beside (sparse/refined_columns.h).
 constexpr double SparseRate = 20e9;
 constexpr double EntrySeconds = 8e-9;
-constexpr double OrderSeconds = 4.6e-6;
+constexpr double OrderSeconds = 4.0e-6;
 constexpr double FirstColumnSeconds = 1.7e-9, NextColumnSeconds = 0.3e-9;
 constexpr double Solutions = 2.0;
 constexpr double ConditionColumns = 1.0 + ModeColumns;
