@@ -114,6 +114,25 @@ TEST(CheckSize, PointsToABetterOrderWhereTheMatrixDoesNotFit) {
   EXPECT_NE(findings.findings[0].remedy.find(" GB instead of "), std::string::npos);
 }
 
+// The same where kvx has another engine: korvex stops, kvx run need not.
+TEST(CheckSize, WarnsWhereAnotherEngineMaySolveIt) {
+  ModelText plate = Plate(20, 400);
+  ShuffleNodes(plate);
+  SolutionSize size;
+  FindingList findings;
+  CheckSize(ReadModel(plate), {std::uint64_t{1} << 28U, 128, true}, size, findings);
+  ASSERT_EQ(findings.findings.size(), 2U);
+  const Finding& finding =
+      findings.findings[0].code == "K502" ? findings.findings[0] : findings.findings[1];
+  EXPECT_EQ(finding.code, "K502");
+  EXPECT_EQ(finding.severity, Severity::Warning);
+  EXPECT_NE(finding.message.find(" of kvx; kvx run looks whether its sparse engine fits."),
+            std::string::npos)
+      << finding.message;
+  EXPECT_EQ(finding.remedy.rfind("Solve it with kvx run; kvx run --dry-run tells what that", 0), 0U)
+      << finding.remedy;
+}
+
 double LengthOf(const ModelText& text, std::size_t beam) {
   const auto& a = text.nodes[static_cast<std::size_t>(text.beams[beam].node1)];
   const auto& b = text.nodes[static_cast<std::size_t>(text.beams[beam].node2)];
@@ -148,6 +167,8 @@ TEST(CheckDetailModels, NamesASectionThatIsMuchTooSmall) {
     CheckDetailModels(ReadModel(text), 100000, stop);
     ASSERT_EQ(stop.findings.size(), 1U) << "seed " << seed;
     EXPECT_EQ(stop.findings[0].code, "K504");
+    EXPECT_NE(stop.findings[0].message.find(" more memory than the 0 GB free"), std::string::npos)
+        << stop.findings[0].message;  // 100,000 bytes, rounded down
     EXPECT_EQ(stop.findings[0].rows, std::vector<std::int32_t>{static_cast<int>(row)});
   }
 }
