@@ -79,7 +79,7 @@ void RunWatched(Progress& progress, const std::function<void()>& call,
                 const std::function<void()>& cleanUp) {
   CallBesideWatch(call, cleanUp, [&] {
     EndProgress(progress);
-    Complain(IsProgramOfRanks() ? "kvx-mpi" : "kvx", "interrupted.");
+    Complain("kvx", "interrupted.");
     std::cout.flush();
   });
 }

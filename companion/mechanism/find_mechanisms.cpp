@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/finite.h"
 #include "mechanism/free_system.h"
 #include "mechanism/mode_shape.h"
 #include "mechanism/mode_strain.h"
@@ -165,7 +166,7 @@ void AddMotion(Mechanism mechanism, MechanismReport& report) {
 bool ExaminePivot(const FreeSystem& system, std::int64_t j, double pivot, MechanismReport& report) {
   std::vector<double> v;
   FindMode(system, j, v);
-  if (!std::all_of(v.begin(), v.end(), [](double value) { return std::isfinite(value); })) {
+  if (!korvex::AreFinite(v.data(), v.size())) {
     std::fill(v.begin(), v.end(), 0.0);  // beyond all numbers: no more is known than the dof
     v[static_cast<std::size_t>(j)] = 1.0;
   }

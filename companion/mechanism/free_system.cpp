@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/finite.h"
 #include "model/build_elements.h"
 #include "platform/vector_bits.h"
 #include "report/check_memory.h"
@@ -19,7 +20,8 @@ using korvex::TopRow;
 namespace {
 
 bool IsFinite(const double* ke, std::int32_t n) {
-  return std::all_of(ke, ke + std::ptrdiff_t{n} * n, [](double k) { return std::isfinite(k); });
+  const auto size = static_cast<std::size_t>(n);
+  return korvex::AreFinite(ke, size * size);
 }
 
 // Adds the entries of an element in the columns from `first` on. Rows and columns of fixed dofs
