@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <utility>
 
 #include "audit/check_solved.h"
+#include "audit/end_index.h"
 #include "beam/beam_frame.h"
 #include "beamshell/generate_beam_shells.h"
 #include "deck/check_reference.h"
@@ -18,10 +18,6 @@ using korvex::Model;
 using korvex::Vector3;
 
 namespace {
-
-// The averaging takes ends as shared, and corners as one, up to this distance, in model units
-// (beamshell/average_corners.h).
-constexpr double SharedDistance = 0.001;
 
 // No point of the section is farther from the node line. All extents are from the centroid.
 double ReachOf(const BeamElement& beam) {
@@ -61,73 +57,19 @@ bool MayMeet(const BeamElement& beam, const BeamElement& other) {
   return !(distance > off + ReachOf(beam) + ReachOf(other) + SharedDistance);
 }
 
-// Of length 1 and along no plane of a usual mesh, so that few ends have the same height.
-constexpr Vector3 Oblique{0.8135, 0.4907, 0.3122};
-
-// The ends of all beams by their height along Oblique: beams that share an end are found near it.
-struct EndIndex {
-  std::vector<std::pair<double, std::int32_t>> ends;  // height, beam
-};
-
-void IndexEnds(const Model& model, EndIndex& index) {
-  index.ends.clear();
-  for (std::size_t b = 0; b < model.BeamElements.size(); ++b) {
-    const BeamElement& beam = model.BeamElements[b];
-    for (const double height : {Dot(beam.NodeI, Oblique), Dot(beam.NodeJ, Oblique)}) {
-      if (std::isfinite(height)) index.ends.emplace_back(height, static_cast<std::int32_t>(b));
-    }
-  }
-  std::sort(index.ends.begin(), index.ends.end());
-}
-
-bool ShareAnEnd(const BeamElement& a, const BeamElement& b) {
-  for (const Vector3& p : {a.NodeI, a.NodeJ}) {
-    for (const Vector3& q : {b.NodeI, b.NodeJ}) {
-      if (korvex::Length(korvex::Subtract(p, q)) < SharedDistance) return true;
-    }
-  }
-  return false;
-}
-
 // The beam and those whose detail models its stresses need, in the order of the table.
 std::vector<std::int32_t> ListNeeded(const Model& model, const EndIndex& index, std::int32_t row) {
-  const BeamElement& beam = model.BeamElements[static_cast<std::size_t>(row)];
-  std::vector<std::int32_t> needed{row};
-  for (const double height : {Dot(beam.NodeI, Oblique), Dot(beam.NodeJ, Oblique)}) {
-    if (!std::isfinite(height)) continue;
-    // Twice the distance: the heights are rounded.
-    const std::pair<double, std::int32_t> first{height - 2.0 * SharedDistance, 0};
-    for (auto at = std::lower_bound(index.ends.begin(), index.ends.end(), first);
-         at != index.ends.end() && at->first <= height + 2.0 * SharedDistance; ++at) {
-      const BeamElement& other = model.BeamElements[static_cast<std::size_t>(at->second)];
-      if (ShareAnEnd(beam, other) && MayMeet(beam, other)) needed.push_back(at->second);
-    }
-  }
+  const auto beamAt = [&](std::int32_t r) -> const BeamElement& {
+    return model.BeamElements[static_cast<std::size_t>(r)];
+  };
+  std::vector<std::int32_t> needed;
+  AppendSharing(model, index, row, needed);
+  const auto passesBy = [&](std::int32_t other) { return !MayMeet(beamAt(row), beamAt(other)); };
+  needed.erase(std::remove_if(needed.begin(), needed.end(), passesBy), needed.end());
+  needed.push_back(row);
   std::sort(needed.begin(), needed.end());
   needed.erase(std::unique(needed.begin(), needed.end()), needed.end());
   return needed;
-}
-
-// Fills `part` with these beams alone; their nodes are numbered anew. The section tables are there.
-void TakeBeams(const Model& model, const std::vector<std::int32_t>& rows, Model& part) {
-  constexpr std::size_t Six = korvex::DofsPerNode;
-  part.Tables.NELEM_B = static_cast<std::int32_t>(rows.size());
-  part.Tables.BeamNodes.clear();
-  part.Tables.BeamSectionRefs.clear();
-  part.BeamElements.clear();
-  part.BeamShellModels.clear();
-  part.Displacements.clear();
-  for (const std::int32_t row : rows) {
-    const auto b = static_cast<std::size_t>(row);
-    part.BeamElements.push_back(model.BeamElements[b]);
-    part.Tables.BeamSectionRefs.push_back(model.Tables.BeamSectionRefs[b]);
-    for (const std::size_t end : {2 * b, 2 * b + 1}) {
-      const double* u =
-          &model.Displacements[static_cast<std::size_t>(model.Tables.BeamNodes[end]) * Six];
-      part.Tables.BeamNodes.push_back(static_cast<std::int32_t>(part.Tables.BeamNodes.size()));
-      part.Displacements.insert(part.Displacements.end(), u, u + Six);
-    }
-  }
 }
 
 void CheckRows(const Model& model, const std::vector<std::int32_t>& beams) {
@@ -145,22 +87,17 @@ void FindDetailStresses(const Model& model, const std::vector<std::int32_t>& bea
                         std::vector<DetailStress>& stresses) {
   CheckRows(model, beams);
   stresses.assign(beams.size(), {});
-  Model part;
-  part.Tables.TBeamSections = model.Tables.TBeamSections;
-  part.Tables.LBeamSections = model.Tables.LBeamSections;
-  part.Tables.CBeamSections = model.Tables.CBeamSections;
-  part.BeamShellMeshLevel = model.BeamShellMeshLevel;
+  std::vector<korvex::BeamShellModel> details;
   EndIndex index;
   IndexEnds(model, index);
   for (std::size_t i = 0; i < beams.size(); ++i) {
     if (before) before(i);
     const std::vector<std::int32_t> needed = ListNeeded(model, index, beams[i]);
-    TakeBeams(model, needed, part);
     const auto at = std::find(needed.begin(), needed.end(), beams[i]) - needed.begin();
     stresses[i].vonMises = std::numeric_limits<double>::quiet_NaN();
     try {
-      korvex::GenerateBeamShells(part);
-      stresses[i] = FindDetailStress(part.BeamShellModels[static_cast<std::size_t>(at)]);
+      korvex::GenerateBeamShells(model, needed, details);
+      stresses[i] = FindDetailStress(details[static_cast<std::size_t>(at)]);
     } catch (const korvex::Stop&) {  // it has none
     }
   }

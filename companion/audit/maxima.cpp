@@ -49,7 +49,7 @@ std::size_t CountElements(const Model& model, Holder holder) {
 }
 
 void CheckRequest(const Model& model, const MaximaRequest& request,
-                  const std::vector<std::int32_t>& parts) {
+                  const std::vector<std::int32_t>& parts, std::size_t details) {
   CheckSolvedModel(model);
   if (!std::isfinite(request.yield) || request.yield < 0.0) StopOnYield(request.yield);
   const auto asks = [](const auto& items, auto item) {
@@ -62,8 +62,8 @@ void CheckRequest(const Model& model, const MaximaRequest& request,
              std::to_string(elements) + " elements.");
   }
   if (asks(request.quantities, Quantity::BeamVonMises) &&
-      model.BeamShellModels.size() != model.BeamElements.size()) {
-    StopWith("There are " + std::to_string(model.BeamShellModels.size()) + " detail models for " +
+      details != model.BeamElements.size()) {
+    StopWith("There are " + std::to_string(details) + " detail models for " +
              std::to_string(model.BeamElements.size()) + " beams.");
   }
 }
@@ -130,6 +130,7 @@ void BeginLists(const Model& model, const MaximaRequest& request,
 struct OfferSource {
   const Model& model;
   const MaximaRequest& request;
+  const std::vector<PeakOffer>& details;
   std::vector<BeamForces> forces;  // of all beams, where a quantity is made from them
 };
 
@@ -145,7 +146,7 @@ PeakOffer MakeOffer(const OfferSource& source, Holder holder, std::size_t e, Qua
     case Holder::Shell3:
       return OfferShell3(model, e, quantity, request.slots);
     default:
-      return OfferBeam(model, e, request.slots, request.beams);
+      return source.details[e];
   }
 }
 
@@ -187,9 +188,10 @@ void OfferAll(const OfferSource& source, const std::vector<std::int32_t>& parts,
 }  // namespace
 
 void FindMaxima(const Model& model, const MaximaRequest& request,
-                const std::vector<std::int32_t>& parts, std::vector<PeakList>& lists) {
-  CheckRequest(model, request, parts);
-  OfferSource source{model, request, {}};
+                const std::vector<std::int32_t>& parts, const std::vector<PeakOffer>& details,
+                std::vector<PeakList>& lists) {
+  CheckRequest(model, request, parts, details.size());
+  OfferSource source{model, request, details, {}};
   const auto& asked = request.quantities;
   if (std::find(asked.begin(), asked.end(), Quantity::SectionVonMises) != asked.end()) {
     ComputeBeamForces(model, source.forces);

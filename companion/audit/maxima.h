@@ -79,9 +79,19 @@ struct Peak {
   Face face = Face::Upper;        // Middle where both faces make the value; nodes: without meaning
   std::int32_t detailShell = -1;  // Beam: the detail model's shell; at mid-length between two
                                   // stations: the shell around it
+  double detailThickness = 0.0;   // of the detail model's shell
+  korvex::Vector3 detailEdge{};   // of that shell, global: from its first to its fourth corner,
+                                  // which is across the beam
   double s = -1.0;                // SectionVonMises: x / length of the beam; others: -1
   SectionPlace point = SectionPlace::WebEdge;  // SectionVonMises: which point of the section
   korvex::Vector3 place{};  // global; SectionVonMises: on the line between the nodes
+};
+
+// What one element or node offers for one quantity: its best finite value, and its first one that is
+// not.
+struct PeakOffer {
+  bool hasBest = false, hasNotFinite = false;
+  Peak best, notFinite;
 };
 
 struct PeakList {
@@ -110,12 +120,15 @@ struct MaximaRequest {
 // there, the others only where the group has elements with this quantity.
 // parts: of each element, four-node shells, then three-node shells, then beams; may be empty unless
 // the grouping Part is asked for.
-// The model must have the stresses that are asked for: RecoverShellStresses, AverageNodeStresses,
-// GenerateBeamShells. SectionVonMises needs none of these.
-// Throws a korvex::Stop where tables do not fit one another, `parts` does not fit the model, a
-// detail model is missing or the yield stress is negative or not finite.
+// details: of each beam, what its detail model offers for the slots and the place of the request
+// (detail_peaks.h); may be empty unless BeamVonMises is asked for.
+// The model must have the stresses that are asked for: RecoverShellStresses, AverageNodeStresses.
+// SectionVonMises needs none of these.
+// Throws a korvex::Stop where tables do not fit one another, `parts` or `details` does not fit the
+// model, or the yield stress is negative or not finite.
 void FindMaxima(const korvex::Model& model, const MaximaRequest& request,
-                const std::vector<std::int32_t>& parts, std::vector<PeakList>& lists);
+                const std::vector<std::int32_t>& parts, const std::vector<PeakOffer>& details,
+                std::vector<PeakList>& lists);
 
 // |value| / yield: above 1 the material yields, for von Mises stresses. Throws a korvex::Stop where
 // the yield stress is not positive and finite.

@@ -5,12 +5,6 @@
 
 namespace kvx {
 
-// What one element offers for one quantity: its best finite value, and its first one that is not.
-struct PeakOffer {
-  bool hasBest = false, hasNotFinite = false;
-  Peak best, notFinite;
-};
-
 // Whether a stands before b in the quantity's order. Both are finite.
 bool StandsBefore(Quantity quantity, const Peak& a, const Peak& b);
 

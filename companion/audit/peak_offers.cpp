@@ -104,10 +104,18 @@ const Vector3& CornerPlace(const BeamShellModel& detail, std::size_t shell, std:
   return detail.NodeCoords[static_cast<std::size_t>(detail.ShellNodes[4 * shell + k])];
 }
 
+// What is told of the shell of a detail model.
+void SetDetailShell(const BeamShellModel& detail, std::size_t shell, Peak& peak) {
+  peak.detailShell = static_cast<std::int32_t>(shell);
+  peak.detailThickness = detail.Shells[shell].TK;
+  peak.detailEdge =
+      korvex::Subtract(CornerPlace(detail, shell, 3), CornerPlace(detail, shell, 0));
+}
+
 // Offers one corner of the detail model's shell.
 void OfferCorner(const BeamShellModel& detail, std::size_t shell, std::size_t k, StressSlots slots,
                  Peak& peak, PeakOffer& offer) {
-  peak.detailShell = static_cast<std::int32_t>(shell);
+  SetDetailShell(detail, shell, peak);
   peak.corner = static_cast<std::int32_t>(k);
   peak.place = CornerPlace(detail, shell, k);
   const auto& element = detail.Shells[shell];
@@ -117,7 +125,7 @@ void OfferCorner(const BeamShellModel& detail, std::size_t shell, std::size_t k,
 // Offers the means of two corners of the shell, one at each station.
 void OfferMean(const BeamShellModel& detail, std::size_t shell, std::size_t k, std::size_t beyond,
                StressSlots slots, Peak& peak, PeakOffer& offer) {
-  peak.detailShell = static_cast<std::int32_t>(shell);
+  SetDetailShell(detail, shell, peak);
   peak.corner = static_cast<std::int32_t>(k);
   const Vector3 &a = CornerPlace(detail, shell, k), &b = CornerPlace(detail, shell, beyond);
   for (std::size_t i = 0; i < 3; ++i) peak.place[i] = (a[i] + b[i]) / 2.0;
@@ -195,8 +203,8 @@ PeakOffer OfferNode(const Model& model, std::size_t node, Quantity quantity) {
   return offer;
 }
 
-PeakOffer OfferBeam(const Model& model, std::size_t beam, StressSlots slots, BeamPlace place) {
-  const BeamShellModel& detail = model.BeamShellModels[beam];
+PeakOffer OfferDetail(const BeamShellModel& detail, std::size_t beam, StressSlots slots,
+                      BeamPlace place) {
   const auto steps = static_cast<std::size_t>(CountDetailSteps(detail));
   if (steps == 0) {
     throw korvex::Stop{korvex::StopKind::Notice, "The detail model of beam element " +

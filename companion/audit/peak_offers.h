@@ -18,9 +18,10 @@ PeakOffer OfferShell3(const korvex::Model& model, std::size_t e, Quantity quanti
                       StressSlots slots);
 PeakOffer OfferNode(const korvex::Model& model, std::size_t node, Quantity quantity);
 
-// Throws a korvex::Stop where the beam's detail model is not whole.
-PeakOffer OfferBeam(const korvex::Model& model, std::size_t beam, StressSlots slots,
-                    BeamPlace place);
+// The offer of a beam for BeamVonMises, from its detail model. Throws a korvex::Stop where that is
+// not whole.
+PeakOffer OfferDetail(const korvex::BeamShellModel& detail, std::size_t beam, StressSlots slots,
+                      BeamPlace place);
 
 // A beam's von Mises stress from its section forces, where it is largest.
 Peak MakeSectionPeak(const korvex::Model& model, std::size_t beam, const PlacedStress& stress);

@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "audit/detail_peaks.h"
 #include "model/model.h"
 #include "skyline/work_share.h"
 
@@ -49,6 +50,8 @@ struct SolvedModel {
 
   std::vector<std::uint8_t> isHeld;          // [NEQ] 1: a restraint holds the dof; 0: it is free
   std::vector<PrescribedMotion> prescribed;  // in the order of the forces
+
+  DetailPeaks details;  // of the beams' detail models; empty where these were not made
 };
 
 // Solves the model with the solver's own routines, without any file: the displacements have the

@@ -6,9 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "audit/detail_file.h"
 #include "audit/written_bytes.h"
-#include "beamshell/average_stress_file.h"
-#include "beamshell/generate_beam_shells.h"
 #include "report/stop.h"
 #include "results/average_stresses.h"
 #include "results/line_drawing.h"
@@ -24,11 +23,11 @@ using korvex::Model;
 namespace {
 
 // What must be computed before a file is written, each on top of the one before.
-enum class Needs { Displacements, Stresses, Averages, DetailModels };
+enum class Needs { Displacements, Stresses, Averages };
 
 struct ResultKind {
   const char* name;
-  bool (*write)(const std::string& fileName, const Model& model, int threads);
+  bool (*write)(const std::string& fileName, const Model& model, int threads);  // null: see Write
   Needs needs;
 };
 
@@ -38,12 +37,11 @@ constexpr std::array<ResultKind, 6> ResultKinds{{
     {korvex::DeformationDrawingName, korvex::WriteDeformationDrawing, Needs::Displacements},
     {korvex::StressFileName, korvex::WriteElementNodeStresses, Needs::Stresses},
     {korvex::AverageNodeStressFileName, korvex::WriteAverageNodeStresses, Needs::Averages},
-    {korvex::AverageStressFileName, korvex::WriteAverageStressFile, Needs::DetailModels},
+    {korvex::AverageStressFileName, nullptr, Needs::Averages},
 }};
 
 // has: what the model has already; on return at least `needs`.
-void Provide(Needs needs, const ComparisonProgress& progress, int threads, Model& model,
-             Needs& has) {
+void Provide(Needs needs, int threads, Model& model, Needs& has) {
   if (has < Needs::Stresses && needs >= Needs::Stresses) {
     korvex::RecoverShellStresses(model, threads);
     has = Needs::Stresses;
@@ -51,10 +49,6 @@ void Provide(Needs needs, const ComparisonProgress& progress, int threads, Model
   if (has < Needs::Averages && needs >= Needs::Averages) {
     korvex::AverageNodeStresses(model, threads);
     has = Needs::Averages;
-  }
-  if (has < Needs::DetailModels && needs >= Needs::DetailModels) {
-    korvex::GenerateBeamShells(model, progress.details, threads);
-    has = Needs::DetailModels;
   }
 }
 
@@ -87,8 +81,22 @@ ResultState Refuse(const char* name, const std::string& reason) {
   return {name, ResultFit::Unknown, 0, reason};
 }
 
-ResultState Compare(const ResultKind& kind, const std::string& fileName, int threads,
-                    const Model& model) {
+// Writes the file of this kind. The one with the detail models takes its peaks from them, too.
+bool Write(const ResultKind& kind, const std::string& fileName, const ComparisonProgress& progress,
+           int threads, SolvedModel& solved) {
+  const auto announce = [&] {
+    if (progress.before) progress.before(kind.name);
+  };
+  if (kind.write == nullptr) {
+    const DetailWork work{threads, 0, progress.details};
+    return WriteDetailFile(fileName, solved.model, work, announce, solved.details);
+  }
+  announce();
+  return kind.write(fileName, solved.model, threads);
+}
+
+ResultState Compare(const ResultKind& kind, const std::string& fileName,
+                    const ComparisonProgress& progress, int threads, SolvedModel& solved) {
   Comparison comparison;
   comparison.stream.open(fileName, std::ios::binary);
   if (comparison.stream.is_open()) comparison.stream.peek();
@@ -97,7 +105,7 @@ ResultState Compare(const ResultKind& kind, const std::string& fileName, int thr
   }
   comparison.stream.clear();
   const bool isWhole = TakeWrittenBytes(
-      [&](const std::string& name) { return kind.write(name, model, threads); },
+      [&](const std::string& name) { return Write(kind, name, progress, threads, solved); },
       [&](const char* bytes, std::size_t count) { CompareBytes(bytes, count, comparison); });
   if (!isWhole) return Refuse(kind.name, std::string(kind.name) + " cannot be made here.");
   if (comparison.hasEnded) return {kind.name, ResultFit::Truncated, comparison.line, ""};
@@ -119,9 +127,8 @@ void CompareResults(const std::string& folder, const ComparisonProgress& progres
       continue;
     }
     try {
-      Provide(kind.needs, progress, threads, solved.model, has);
-      if (progress.before) progress.before(kind.name);
-      results.push_back(Compare(kind, fileName, threads, solved.model));
+      Provide(kind.needs, threads, solved.model, has);
+      results.push_back(Compare(kind, fileName, progress, threads, solved));
     } catch (const korvex::Stop& stop) {  // this model has no such result
       results.push_back(Refuse(kind.name, stop.text));
     }

@@ -37,8 +37,9 @@ struct ComparisonProgress {
 };
 
 // results: the six files in the order in which a run writes them. folder: precedes the names;
-// empty, or ends with a slash. solved: gets the stresses and detail models that a run makes, as far
-// as the files that are there need them. Detail models may take longer than the solution.
+// empty, or ends with a slash. solved: gets the stresses of shells and what is kept of the detail
+// models, as far as the files that are there need them. Detail models may take longer than the
+// solution; they are made in blocks where the memory does not hold all of them.
 // threads: for stresses, averages, detail models and the text of files.
 void CompareResults(const std::string& folder, const ComparisonProgress& progress,
                     SolvedModel& solved, std::vector<ResultState>& results, int threads = 1);

@@ -5,7 +5,6 @@
 #include <string>
 
 #include "audit/check_solved.h"
-#include "audit/detail_stress.h"
 #include "audit/plane_tensor.h"
 #include "audit/section_stresses.h"
 #include "audit/shell_resultants.h"
@@ -123,7 +122,9 @@ void ComputeReactionValues(const SolvedModel& solved, const Reactions& reactions
   }
 }
 
-void AddBeam(const Model& model, std::size_t beam, const BeamForces& forces, CaseValues& values) {
+void AddBeam(const SolvedModel& solved, std::size_t beam, const BeamForces& forces,
+             CaseValues& values) {
+  const Model& model = solved.model;
   auto& sections = values[EnvelopeBeamForces];
   for (int k = 0; k <= DefaultDivisions; ++k) {
     const SectionForces at = ForcesAt(forces, StationAt(k));
@@ -131,7 +132,7 @@ void AddBeam(const Model& model, std::size_t beam, const BeamForces& forces, Cas
   }
   const SectionShape shape = MakeSectionShape(model.Tables, model.BeamElements[beam], beam);
   const BeamStresses found = FindBeamStresses(shape, forces, ListStations(forces, StressDivisions));
-  const double detail = FindDetailStress(model.BeamShellModels[beam]).vonMises;
+  const double detail = solved.details.stresses[beam].vonMises;
   auto& stresses = values[EnvelopeBeamStresses];
   stresses.insert(stresses.end(), {found.tension.fibre.sigma, found.compression.fibre.sigma,
                                    found.shear.fibre.tau, found.vonMises.fibre.vonMises, detail});
@@ -218,11 +219,11 @@ void ComputeCaseValues(const SolvedModel& solved, const Reactions& reactions,
   CheckHeld(solved);
   const Model& model = solved.model;
   ExpectOfEachBeam("section forces", beams.size(), model.BeamElements.size());
-  ExpectOfEachBeam("detail models", model.BeamShellModels.size(), model.BeamElements.size());
+  ExpectOfEachBeam("detail models", solved.details.stresses.size(), model.BeamElements.size());
   for (std::vector<double>& of : values) of.clear();
   values[EnvelopeDisplacements] = model.Displacements;
   ComputeReactionValues(solved, reactions, values[EnvelopeReactions]);
-  for (std::size_t beam = 0; beam < beams.size(); ++beam) AddBeam(model, beam, beams[beam], values);
+  for (std::size_t beam = 0; beam < beams.size(); ++beam) AddBeam(solved, beam, beams[beam], values);
   AddShells(model, values);
 }
 

@@ -6,7 +6,6 @@
 #include <chrono>
 #include <cmath>
 
-#include "audit/detail_stress.h"
 #include "check/check_text.h"
 #include "commands/origin_words.h"
 #include "commands/progress.h"
@@ -37,21 +36,19 @@ void CompareFiles(const AuditOptions& options, SolvedModel& solved, AuditReport&
   }
 }
 
-// The stresses that a run makes. Detail models that the comparison of files has made are kept: they
-// cost the most.
+// The stresses that a run makes. What the comparison of files has found in detail models is kept:
+// they cost the most.
 void MakeStresses(SolvedModel& solved, AuditReport& report) {
-  const auto isMade = [](const korvex::BeamShellModel& detail) { return !detail.Shells.empty(); };
-  const std::vector<korvex::BeamShellModel>& details = solved.model.BeamShellModels;
-  const bool areMade = details.size() == solved.model.BeamElements.size() &&
-                       std::all_of(details.begin(), details.end(), isMade);
+  const bool areMade = solved.details.offers.size() == solved.model.BeamElements.size();
   try {
-    RecoverStresses(!areMade, solved);
+    RecoverStresses(areMade ? DetailWish::None : DetailWish::Peaks, {}, solved);
   } catch (const korvex::Stop& stop) {
     report.noDetails = stop.text;
   }
 }
 
-void FindPeaks(const Model& model, AuditReport& report) {
+void FindPeaks(const SolvedModel& solved, AuditReport& report) {
+  const Model& model = solved.model;
   MaximaRequest request;
   request.yield = report.yield;
   request.quantities = {Quantity::DisplacementSize};
@@ -61,7 +58,7 @@ void FindPeaks(const Model& model, AuditReport& report) {
   if (!model.BeamElements.empty() && report.noDetails.empty()) {
     request.quantities.push_back(Quantity::BeamVonMises);
   }
-  FindMaxima(model, request, {}, report.maxima);
+  FindMaxima(model, request, {}, solved.details.offers, report.maxima);
 }
 
 // Takes the beam's stress if it is larger than that of `peak`; value: its size.
@@ -87,27 +84,26 @@ void FindNominalStresses(const Model& model, AuditReport& report) {
 }
 
 // Stresses of detail models that are too short are those of their rigid ends.
-void RaiseByDetails(const Model& model, AuditReport& report) {
-  if (model.BeamShellModels.size() != report.beamVonMises.size() || !report.noDetails.empty()) {
-    return;
-  }
+void RaiseByDetails(const std::vector<DetailStress>& details, AuditReport& report) {
+  if (details.size() != report.beamVonMises.size() || !report.noDetails.empty()) return;
   auto isShort = report.shortDetails.begin();
   for (std::size_t b = 0; b < report.beamVonMises.size(); ++b) {
     if (isShort != report.shortDetails.end() && static_cast<std::size_t>(isShort->beam) == b) {
       ++isShort;
       continue;
     }
-    const double stress = FindDetailStress(model.BeamShellModels[b]).vonMises;
+    const double stress = details[b].vonMises;
     double& largest = report.beamVonMises[b];
     if (std::isnan(largest) || stress > largest) largest = stress;
   }
 }
 
-void AuditBeams(const Model& model, AuditReport& report) {
+void AuditBeams(const SolvedModel& solved, AuditReport& report) {
+  const Model& model = solved.model;
   ComputeBeamForces(model, report.beams);
   FindNominalStresses(model, report);
   FindShortDetails(model, report.shortDetails);
-  RaiseByDetails(model, report);
+  RaiseByDetails(solved.details.stresses, report);
   FindUndividedBeams(model, report.beams, report.undivided);
   std::stable_sort(report.undivided.begin(), report.undivided.end(),
                    [](const UndividedBeam& a, const UndividedBeam& b) {
@@ -156,9 +152,9 @@ void AuditModel(const AuditOptions& options, SolvedModel& solved, AuditReport& r
   if (options.comparesFiles) CompareFiles(options, solved, report);
   if (report.verdict.notFinite.nodes == 0) {
     if (!options.hasStresses) MakeStresses(solved, report);
-    FindPeaks(solved.model, report);
+    FindPeaks(solved, report);
   }
-  AuditBeams(solved.model, report);
+  AuditBeams(solved, report);
 
   CheckedModel places;
   FindPlaces(options, solved.model, places);

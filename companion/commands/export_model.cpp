@@ -155,7 +155,7 @@ void WriteFiles(const ExportCommand& command, OpenedResults& opened, Outputs& ou
                 MadeFolders& made, const TakeResults& take) {
   SolvedModel& solved = opened.solved;
   const bool withDetails = command.details && !solved.model.BeamElements.empty();
-  RecoverStresses(withDetails, solved);
+  RecoverStresses(withDetails ? DetailWish::Models : DetailWish::None, {}, solved);
   Reactions reactions;
   ComputeReactions(solved, reactions);
   std::vector<BeamForces> beamForces;

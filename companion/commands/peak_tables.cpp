@@ -25,28 +25,23 @@ Cell NumberCell(std::int32_t number) {
   return number < 0 ? Cell{} : Cell{static_cast<std::int64_t>(number)};
 }
 
-const korvex::Shell4Element& DetailShell(const Model& model, const Peak& peak) {
-  return model.BeamShellModels[At(peak.element)].Shells[At(peak.detailShell)];
-}
-
-// The plate of the section in which a detail model's shell lies. The edge from its first to its
-// fourth corner lies across the beam: along z in a web, along y in a flange.
+// The plate of the section in which a detail model's shell lies. Its edge
+// across the beam lies along z in a web, along y in a flange.
 const char* PlateName(const Model& model, const Peak& peak) {
   const std::int32_t type = model.Tables.BeamSectionRefs[At(peak.element)].BeamSecType;
   if (type == korvex::BeamSecTypeC) return "wall";
   korvex::BeamFrame frame{};
   korvex::ComputeBeamFrame(model.BeamElements[At(peak.element)], frame);
-  const auto& P = DetailShell(model, peak).Coordinates;
   double alongY = 0.0, alongZ = 0.0;
   for (std::size_t i = 0; i < 3; ++i) {
-    alongY += (P[9 + i] - P[i]) * frame[3 + i];
-    alongZ += (P[9 + i] - P[i]) * frame[6 + i];
+    alongY += peak.detailEdge[i] * frame[3 + i];
+    alongZ += peak.detailEdge[i] * frame[6 + i];
   }
   return std::fabs(alongY) > std::fabs(alongZ) ? "flange" : "web";
 }
 
 double ThicknessOf(const Model& model, const Peak& peak) {
-  if (peak.holder == Holder::Beam) return DetailShell(model, peak).TK;
+  if (peak.holder == Holder::Beam) return peak.detailThickness;
   return peak.holder == Holder::Shell4 ? model.Shell4Elements[At(peak.element)].TK
                                        : model.Shell3Elements[At(peak.element)].TK;
 }

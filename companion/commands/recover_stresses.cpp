@@ -1,11 +1,8 @@
 #include "commands/recover_stresses.h"
 
-#include <string>
-
 #include "beamshell/generate_beam_shells.h"
 #include "commands/core_count.h"
 #include "commands/progress.h"
-#include "report/stop.h"
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
 
@@ -13,34 +10,29 @@ namespace kvx {
 
 namespace {
 
-// The solver's own stop does not name the beam.
-void CheckSectionTypes(const korvex::ModelTables& tables) {
-  for (std::size_t b = 0; b < tables.BeamSectionRefs.size(); ++b) {
-    const std::int32_t type = tables.BeamSectionRefs[b].BeamSecType;
-    if (korvex::HasSectionTable(type)) continue;
-    throw korvex::Stop{korvex::StopKind::Notice, "Beam " + std::to_string(b) +
-                                                     " has BeamSecType=" + std::to_string(type) +
-                                                     ", which is no kind of section."};
-  }
-}
-
-void MakeDetailModels(korvex::Model& model) {
+void MakeDetails(DetailWish wish, const DetailChoice& choice, SolvedModel& solved) {
   Progress progress;
-  korvex::GenerateBeamShells(
-      model, [&](double share) { ShowDetailShare(share, "", progress); }, CountCores());
+  const auto share = [&](double done) { ShowDetailShare(done, "", progress); };
+  if (wish == DetailWish::Peaks) {
+    FindDetailPeaks(solved.model, {CountCores(), 0, share}, choice, solved.details);
+    return;
+  }
+  CheckSectionTypes(solved.model.Tables);
+  korvex::GenerateBeamShells(solved.model, share, CountCores());
+  const std::vector<korvex::BeamShellModel>& models = solved.model.BeamShellModels;
+  solved.details = {};
+  AppendDetailPeaks({0, models.data(), models.size(), true}, choice, solved.details);
 }
 
 }  // namespace
 
-void RecoverStresses(bool withBeams, SolvedModel& solved) {
+void RecoverStresses(DetailWish wish, const DetailChoice& choice, SolvedModel& solved) {
   StopIfInterrupted();
   korvex::RecoverShellStresses(solved.model, CountCores());
   StopIfInterrupted();
   korvex::AverageNodeStresses(solved.model, CountCores());
   StopIfInterrupted();
-  if (!withBeams) return;
-  CheckSectionTypes(solved.model.Tables);
-  MakeDetailModels(solved.model);
+  if (wish != DetailWish::None) MakeDetails(wish, choice, solved);
 }
 
 }  // namespace kvx

@@ -150,7 +150,8 @@ void WriteResultsOf(const NumberedModel& before, const std::string& modelText,
   const auto solution = ReadSolutionFile(IdentifyModelFile(before.file.text));
   const std::string text =
       solution ? SolutionFileText(IdentifyModelFile(modelText), *solution) : std::string();
-  WriteShown({"", modelText, ReadLoggedSeconds(), text, CountCores()}, model, unfinished);
+  DetailPeaks unused;
+  WriteShown({"", modelText, ReadLoggedSeconds(), text, CountCores()}, model, unused, unfinished);
 }
 
 void RemoveMap() {

@@ -147,7 +147,8 @@ std::string MakeRecord(const CaseSet& set, const LoadSet& loads, const fs::path&
 
 // The model file, its record and the result files get their names together: the record first, so
 // that there is never a model without it.
-void WriteFolder(const SolvedText& solved, const std::string& record, Model& model) {
+void WriteFolder(const SolvedText& solved, const std::string& record, Model& model,
+                 DetailPeaks& details) {
   std::vector<FileToMake> files = NameResultFiles();
   files.insert(files.begin(),
                {{CaseRecordFileName, CaseRecordFileName}, {ModelFileName, ModelFileName}});
@@ -155,7 +156,7 @@ void WriteFolder(const SolvedText& solved, const std::string& record, Model& mod
   BeginUnfinished("", files, unfinished);
   WriteText(unfinished.prefix, CaseRecordFileName, record);
   WriteText(unfinished.prefix, ModelFileName, std::string(solved.modelText));
-  WriteShown(solved, model, unfinished);
+  WriteShown(solved, model, details, unfinished);
 }
 
 void Describe(const SolvedModel& solved, AuditReport& report, SolvedCase& result) {
@@ -228,10 +229,9 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   set.model.Displacements = std::move(displacements);
   const ModelFileId file = IdentifyModelFile(text);
   const std::string solution = SolutionFileText(file, job.solution);
-  WriteFolder({loads.name, text, job.seconds, solution, job.solution.threads},
-              MakeRecord(set, loads, result.folder), set.model);
-
   SolvedModel solved;
+  WriteFolder({loads.name, text, job.seconds, solution, job.solution.threads},
+              MakeRecord(set, loads, result.folder), set.model, solved.details);
   solved.model = std::move(set.model);
   solved.file = file;
   CompleteSolvedModel(solved);
@@ -248,7 +248,6 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   job.take(job.row, solved, report);
   Describe(solved, report, result);
   set.model = std::move(solved.model);
-  set.model.BeamShellModels.clear();
   SwapLoads(set.model.Tables, loads.loads);
 }
 

@@ -157,9 +157,10 @@ void Solve(const EngineSettings& settings, Model& leader, Group& group) {
   }
 }
 
-void Write(FolderRun& run, Model& model) {
+void Write(FolderRun& run, SolvedModel& solved) {
   const std::string solution = SolutionFileText(IdentifyModelFile(run.text), run.solution);
-  WriteShown({"", run.text, run.seconds, solution, run.solution.threads}, model, run.unfinished);
+  WriteShown({"", run.text, run.seconds, solution, run.solution.threads}, solved.model,
+             solved.details, run.unfinished);
   EndUnfinished(run.unfinished);
   run.isSolved = true;
 }
@@ -198,7 +199,7 @@ void Finish(const RunCommand& command, FolderRun& run, std::vector<double>& disp
     Read(run, solved.model);
     solved.model.Displacements = std::move(displacements);
     fs::current_path(run.folder);
-    Write(run, solved.model);
+    Write(run, solved);
   };
   const auto audit = [&] {
     solved.file = IdentifyModelFile(run.text);

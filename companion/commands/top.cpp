@@ -127,10 +127,13 @@ void FindAnswer(const TopCommand& command, MaximaRequest request, SolvedModel& s
   if (request.quantities.empty()) return;
   answer.notes = MakeNotes(request, solved.model.Tables);
   const bool withDetails = Asks(request, Quantity::BeamVonMises);
-  if (withDetails || IsOfShells(request.quantities.front())) RecoverStresses(withDetails, solved);
+  if (withDetails || IsOfShells(request.quantities.front())) {
+    RecoverStresses(withDetails ? DetailWish::Peaks : DetailWish::None,
+                    {request.slots, request.beams}, solved);
+  }
   std::vector<std::int32_t> parts;
   if (request.groupings.front() == Grouping::Part) NumberParts(solved.model.Tables, parts);
-  FindMaxima(solved.model, request, parts, answer.lists);
+  FindMaxima(solved.model, request, parts, solved.details.offers, answer.lists);
   for (PeakList& list : answer.lists) {
     if (command.count == 0) list.peaks.clear();
   }

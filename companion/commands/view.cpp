@@ -165,13 +165,18 @@ Details ChooseDetails(const korvex::ModelTables& tables, ViewRun& run) {
   return hasStresses ? Details::Stresses : Details::None;
 }
 
+DetailWish WishFor(Details details) {
+  if (details == Details::None) return DetailWish::None;
+  return details == Details::Models ? DetailWish::Models : DetailWish::Peaks;
+}
+
 // Returns whether detail models were made.
-bool MakeStresses(bool withDetails, ViewedModel& viewed) {
+bool MakeStresses(Details details, ViewedModel& viewed) {
   try {
-    RecoverStresses(withDetails, viewed.solved);
-    return withDetails;
+    RecoverStresses(WishFor(details), {}, viewed.solved);
+    return details != Details::None;
   } catch (const korvex::Stop& stop) {
-    if (!withDetails) throw;
+    if (details == Details::None) throw;
     viewed.note +=
         (viewed.note.empty() ? "" : " ") + ("There are no detail models of beams: " + stop.text);
     Complain(Name, '"' + viewed.file.file + "\": " + viewed.note);
@@ -214,7 +219,7 @@ void AddCase(const std::string& name, ViewedModel& viewed, ViewRun& run) {
   AuditReport audit;
   if (viewed.isSolved) {
     const Details details = ChooseDetails(TablesOf(viewed), run);
-    const bool hasDetails = MakeStresses(details != Details::None, viewed);
+    const bool hasDetails = MakeStresses(details, viewed);
     run.draft.hasDetailModels = details == Details::Models;
     Audit(hasDetails, viewed, audit, run);
   }

@@ -7,7 +7,8 @@
 
 namespace kvx {
 
-void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder& unfinished) {
+void WriteShown(const SolvedText& solved, korvex::Model& model, DetailPeaks& details,
+                UnfinishedFolder& unfinished) {
   const auto begin = std::chrono::steady_clock::now();
   const std::string of = solved.name.empty() ? "" : " (" + solved.name + ')';
   Progress progress;
@@ -20,8 +21,8 @@ void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder
     BeginProgress(std::string("Writing ") + file + of, progress);
     ShowBegin(begin, progress);
   };
-  writing.details = [&](double share) { ShowDetailShare(share, solved.name, progress); };
-  WriteResults(writing, model, unfinished);
+  writing.detailShare = [&](double share) { ShowDetailShare(share, solved.name, progress); };
+  WriteResults(writing, model, details, unfinished);
 }
 
 }  // namespace kvx

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "audit/detail_peaks.h"
 #include "engine/unfinished_folder.h"
 #include "model/model.h"
 
@@ -19,6 +20,7 @@ struct SolvedText {
 };
 
 // WriteResults with its progress. Throws a Stop as that does, and Interrupted after an interrupt.
-void WriteShown(const SolvedText& solved, korvex::Model& model, UnfinishedFolder& unfinished);
+void WriteShown(const SolvedText& solved, korvex::Model& model, DetailPeaks& details,
+                UnfinishedFolder& unfinished);
 
 }  // namespace kvx

@@ -6,11 +6,13 @@
 #include <system_error>
 #include <utility>
 
+#include "audit/detail_file.h"
 #include "audit/displacement_file.h"
 #include "audit/whole_file.h"
 #include "platform/calc_log_file.h"
 #include "report/stop.h"
 #include "run/calc_log.h"
+#include "run/file_names.h"
 #include "run/stages.h"
 #include "system/profile.h"
 
@@ -37,28 +39,49 @@ void CheckSize(const korvex::Model& model) {
                          " displacements for " + std::to_string(model.NEQ) + " equations."};
 }
 
-// Does the work of a stage; what cannot be written gets a message with its name and the reason.
-void RunStage(const korvex::Stage& stage, const ResultWriting& writing, korvex::Job& job) {
-  if (writing.before && stage.file != nullptr) writing.before(stage.file);
+// Writes a file. write: returns whether it was written whole. What cannot be written gets a message
+// with its name and the reason.
+template <typename Write>
+void WriteNamed(const char* name, const Write& write) {
+  bool isWhole = false;
   errno = 0;
   try {
-    stage.work(job);
+    isWhole = write();
   } catch (const korvex::Stop& stop) {
-    if (stop.kind != korvex::StopKind::ResultFile || stage.file == nullptr) throw;
-    StopAt(stage.file, LastReason());
+    if (stop.kind != korvex::StopKind::ResultFile) throw;
   }
-  if (job.incompleteFiles.empty()) return;
-  StopAt(stage.file != nullptr ? stage.file : job.incompleteFiles.front(), LastReason());
+  if (!isWhole) StopAt(name, LastReason());
+}
+
+void RunStage(const korvex::Stage& stage, const ResultWriting& writing, korvex::Job& job) {
+  if (stage.file == nullptr) return stage.work(job);
+  if (writing.before) writing.before(stage.file);
+  WriteNamed(stage.file, [&] {
+    stage.work(job);
+    return job.incompleteFiles.empty();
+  });
+}
+
+// In the place of DetailStages, which hold all detail models at once.
+void WriteDetails(const ResultWriting& writing, const korvex::Job& job, DetailPeaks& details) {
+  const char* const name = korvex::AverageStressFileName;
+  const DetailWork work{writing.threads, writing.detailMemory, writing.detailShare};
+  const auto beforeLast = [&] {
+    if (writing.before) writing.before(name);
+    errno = 0;  // what the detail models have left there is no reason for a file
+  };
+  WriteNamed(name, [&] {
+    return WriteDetailFile(job.folder + name, job.model, work, beforeLast, details);
+  });
 }
 
 // The stages that need no matrix. Those of AssemblyStages that remain have been done.
-void RunStages(const ResultWriting& writing, korvex::Job& job) {
+void RunStages(const ResultWriting& writing, korvex::Job& job, DetailPeaks& details) {
   for (const korvex::Stage& stage : korvex::AssemblyStages) {
     if (stage.file != nullptr) RunStage(stage, writing, job);
   }
-  for (const korvex::Stage& stage : korvex::ResultStages) {
-    if (std::string_view(stage.name) != "release") RunStage(stage, writing, job);
-  }
+  for (const korvex::Stage& stage : korvex::ResultStages) RunStage(stage, writing, job);
+  WriteDetails(writing, job, details);
 }
 
 void WriteLog(double gigabytes, double seconds, const std::string& folder) {
@@ -110,16 +133,15 @@ std::vector<FileToMake> NameResultFiles() {
   return files;
 }
 
-void WriteResults(const ResultWriting& writing, korvex::Model& model,
+void WriteResults(const ResultWriting& writing, korvex::Model& model, DetailPeaks& details,
                   UnfinishedFolder& unfinished) {
   CheckSize(model);
   const double gigabytes = EstimateGigabytes(model);
   korvex::Job job;
   job.folder = unfinished.prefix;
   job.model = std::move(model);
-  job.detailShare = writing.details;
   job.threads = writing.threads;
-  RunStages(writing, job);
+  RunStages(writing, job, details);
   WriteLog(gigabytes, writing.seconds, job.folder);
   WriteSolution(writing.solution, unfinished);
   if (writing.before) writing.before(ExactDisplacementFileName);

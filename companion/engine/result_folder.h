@@ -7,11 +7,13 @@
 // (unfinished_folder.h).
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "audit/detail_peaks.h"
 #include "engine/unfinished_folder.h"
 #include "model/model.h"
 #include "skyline/work_share.h"
@@ -33,17 +35,20 @@ struct ResultWriting {
   // Called before each file, and while the detail models are made. Both may be empty, and may throw
   // to interrupt the work.
   std::function<void(const char* name)> before;
-  korvex::ShareCallback details;
+  korvex::ShareCallback detailShare;
 
   int threads = 1;  // for stresses, averages, detail models and the text of files
+  std::uint64_t detailMemory = 0;  // bytes for detail models at once; 0: most of what is free
 };
 
 // unfinished: begun with NameResultFiles, so that it is known before the solution whether the
 // folder can be written to. Its prefix must lead to it from the current folder.
 // model: as a run has it behind its solution, with tables, elements and Displacements; gets the
-// stresses and the detail models. Its Stiffness is freed.
+// stresses of its shells. Its Stiffness is freed. details: becomes what is kept of the detail
+// models, which are made in blocks where the memory does not hold all of them.
 // Throws a Stop where a run would stop, and where a file cannot be written whole.
-void WriteResults(const ResultWriting& writing, korvex::Model& model, UnfinishedFolder& unfinished);
+void WriteResults(const ResultWriting& writing, korvex::Model& model, DetailPeaks& details,
+                  UnfinishedFolder& unfinished);
 
 // The files of an earlier run that are in the folder: those of NameResultFiles. UTF-8.
 std::vector<std::string> ListResultFiles(const std::string& folder);

@@ -1,7 +1,5 @@
 #include "view/results_block.h"
 
-#include "audit/detail_stress.h"
-
 namespace kvx {
 
 namespace {
@@ -41,8 +39,8 @@ void CollectResults(const SolvedModel& solved, const Reactions& reactions,
   AddStressCorners(model.Shell4Elements, table, results.shells);
   AddStressCorners(model.Shell3Elements, table, results.shells);
   CollectForces(beams, results);
-  for (const korvex::BeamShellModel& detail : model.BeamShellModels) {
-    results.detailStresses.push_back(FindDetailStress(detail).vonMises);
+  for (const DetailStress& detail : solved.details.stresses) {
+    results.detailStresses.push_back(detail.vonMises);
   }
 }
 

@@ -307,10 +307,11 @@ void AddSectionForces(const MeshResults& results, const Cells& cells, MeshGrid& 
   }
 }
 
-void AddDetailStress(const Model& model, const Cells& cells, MeshGrid& mesh) {
-  const auto fill = [&model, cells](std::size_t cell, double* value) {
+void AddDetailStress(const std::vector<DetailStress>& details, const Cells& cells,
+                     MeshGrid& mesh) {
+  const auto fill = [&details, cells](std::size_t cell, double* value) {
     const CellRef ref = CellAt(cells, cell);
-    *value = ref.nodes == 2 ? FindDetailStress(model.BeamShellModels[ref.row]).vonMises : NaN;
+    *value = ref.nodes == 2 ? details[ref.row].vonMises : NaN;
   };
   AddCellDoubles("detail_von_mises", {}, cells, fill, mesh);
 }
@@ -321,7 +322,7 @@ void CheckResults(const MeshResults& results) {
   const bool fits = results.parts.size() == Total(cells) &&
                     results.beamForces.size() == cells.beams &&
                     results.reactions.r.size() == results.solved.isHeld.size() &&
-                    (!results.hasDetails || model.BeamShellModels.size() == cells.beams);
+                    (!results.hasDetails || results.solved.details.stresses.size() == cells.beams);
   if (fits) return;
   throw korvex::Stop{korvex::StopKind::Notice, "The results are not those of the model."};
 }
@@ -387,7 +388,7 @@ void BuildMeshGrid(const MeshResults& results, bool isShared, MeshGrid& mesh) {
   ComputeCentres(solved.model, mesh.centres);
   AddResultants(cells, mesh);
   AddSectionForces(results, cells, mesh);
-  if (results.hasDetails) AddDetailStress(solved.model, cells, mesh);
+  if (results.hasDetails) AddDetailStress(solved.details.stresses, cells, mesh);
 }
 
 }  // namespace kvx

@@ -7,7 +7,6 @@
 #include "report/check_memory.h"
 #include "report/texts.h"
 #include "results/corner_stress.h"
-#include "results/result_file.h"
 
 namespace korvex {
 
@@ -112,34 +111,32 @@ void AddDetailRow(std::string& text, std::size_t beam, const BeamShellModel& det
 }
 
 // Sets the first row of each detail model in their common table, and the number of all rows.
-// firstRow: [details + 1].
-void CountRows(const std::vector<BeamShellModel>& details, std::vector<std::size_t>& firstRow) {
-  AllocateItems("the rows of " + std::to_string(details.size()) + " detail models",
-                details.size() + 1, firstRow);
-  for (std::size_t b = 0; b < details.size(); ++b) {
+// details: [count]; firstRow: [count + 1].
+void CountRows(const BeamShellModel* details, std::size_t count,
+               std::vector<std::size_t>& firstRow) {
+  AllocateItems("the rows of " + std::to_string(count) + " detail models", count + 1, firstRow);
+  for (std::size_t b = 0; b < count; ++b) {
     firstRow[b + 1] = firstRow[b] + CountDetailRows(details[b]);
   }
 }
 
-void AddDetails(ResultFile& file, const std::vector<BeamShellModel>& details,
-                const std::vector<std::size_t>& firstRow) {
+// firstRow: of each of the detail models in their common table.
+void AddDetails(std::size_t firstBeam, const BeamShellModel* details,
+                const std::vector<std::size_t>& firstRow, ResultFile& file) {
   constexpr std::int64_t RowSize = 30 * NumberSize;  // half of the rows are shells
   AddRows(file, static_cast<std::int64_t>(firstRow.back()), RowSize,
           [&](std::int64_t row, std::string& text) {
             const auto r = static_cast<std::size_t>(row);
             const auto next = std::upper_bound(firstRow.begin(), firstRow.end(), r);
             const auto b = static_cast<std::size_t>(next - firstRow.begin()) - 1;
-            AddDetailRow(text, b, details[b], r - firstRow[b]);
+            AddDetailRow(text, firstBeam + b, details[b], r - firstRow[b]);
           });
 }
 
 }  // namespace
 
-bool WriteAverageStressFile(const std::string& fileName, const Model& model, int threads) {
-  // Before the file is opened: without memory none is begun.
-  std::vector<std::size_t> firstRow;
-  CountRows(model.BeamShellModels, firstRow);
-  ResultFile file;
+void BeginAverageStressFile(const std::string& fileName, const Model& model, int threads,
+                            ResultFile& file) {
   OpenResultFile(fileName, AverageStressFileFailed, file, threads);
   AddNodes(file, model);
   AddLine(file.text, "NELEM_S_4ND=", model.Tables.NELEM_S_4ND);
@@ -147,7 +144,22 @@ bool WriteAverageStressFile(const std::string& fileName, const Model& model, int
   AddLine(file.text, "NELEM_S_3ND=", model.Tables.NELEM_S_3ND);
   AddShells(file, model.Shell3Elements, model.Tables.Shell3Nodes);
   AddLine(file.text, "NELEM_B=", model.Tables.NELEM_B);
-  AddDetails(file, model.BeamShellModels, firstRow);
+}
+
+void AddDetailModels(std::size_t firstBeam, const BeamShellModel* details, std::size_t count,
+                     ResultFile& file) {
+  std::vector<std::size_t> firstRow;
+  CountRows(details, count, firstRow);
+  AddDetails(firstBeam, details, firstRow, file);
+}
+
+bool WriteAverageStressFile(const std::string& fileName, const Model& model, int threads) {
+  // Before the file is opened: without memory none is begun.
+  std::vector<std::size_t> firstRow;
+  CountRows(model.BeamShellModels.data(), model.BeamShellModels.size(), firstRow);
+  ResultFile file;
+  BeginAverageStressFile(fileName, model, threads, file);
+  AddDetails(0, model.BeamShellModels.data(), firstRow, file);
   return CloseResultFile(file);
 }
 

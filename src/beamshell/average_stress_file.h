@@ -10,14 +10,26 @@
 //                 detail model: NPOIN= and NELEM= as above. Links are not written.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "model/model.h"
+#include "results/result_file.h"
 
 namespace korvex {
 
 // Returns false if the file could not be written completely. Throws a Stop where it cannot be
 // opened, and where the memory is too small to count its rows. threads: that make the text.
 bool WriteAverageStressFile(const std::string& fileName, const Model& model, int threads = 1);
+
+// The same file for callers that do not hold all detail models at once: opens it and writes all
+// that precedes them. Throws a Stop where it cannot be opened. CloseResultFile ends it.
+void BeginAverageStressFile(const std::string& fileName, const Model& model, int threads,
+                            ResultFile& file);
+
+// Adds the detail models of the beams firstBeam, firstBeam + 1, ...; details: [count] of them.
+// Throws a Stop where the memory is too small to count their rows.
+void AddDetailModels(std::size_t firstBeam, const BeamShellModel* details, std::size_t count,
+                     ResultFile& file);
 
 }  // namespace korvex

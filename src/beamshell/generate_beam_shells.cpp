@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -21,7 +22,7 @@ namespace {
 constexpr double ToleranceDivisor = 10000.0;  // of the beam's length
 
 // Copies the beam's data to its detail model.
-void DescribeBeam(const BeamElement& beam, std::int32_t meshLevel, BeamShellModel& detail) {
+void CopyBeam(const BeamElement& beam, std::int32_t meshLevel, BeamShellModel& detail) {
   detail.MeshLevel = meshLevel;
   detail.E = beam.E;
   detail.Mu = beam.Mu;
@@ -52,34 +53,35 @@ void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionO
   ShiftOutline(ref.BeamSecOz, outline);
 }
 
+// "the detail models of 20 beam elements"
+std::string NameDetails(std::size_t beams) {
+  return "the detail models of " + std::to_string(beams) + " beam elements";
+}
+
 // The sum of bytes is limited to this, so that it cannot overflow.
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
-// The memory of all detail models, in bytes.
+// The memory of detail models, in bytes.
 struct DetailMemory {
   std::uint64_t results = 0;        // of all of them
   std::uint64_t largestSystem = 0;  // of one, while it is solved
 };
 
-// Fills the beams' data into all detail models. Throws a Stop where the memory is too small for all
-// of them. One model is usually small, but a section much smaller than its beam needs many shells.
-void DescribeBeams(Model& model, DetailMemory& memory) {
-  const std::string what =
-      "the detail models of " + std::to_string(model.Tables.NELEM_B) + " beam elements";
-  AllocateItems(what, static_cast<std::size_t>(model.Tables.NELEM_B), model.BeamShellModels);
+// The memory of these detail models. Throws a Stop where it is too small. One model is usually
+// small, but a section much smaller than its beam needs many shells.
+void CheckDetailMemory(const Model& model, const std::vector<std::int32_t>& rows,
+                       DetailMemory& memory) {
   SectionOutline outline;
-  for (std::int32_t b = 0; b < model.Tables.NELEM_B; ++b) {
-    const auto row = static_cast<std::size_t>(b);
-    BeamShellModel& detail = model.BeamShellModels[row];
-    DescribeBeam(model.BeamElements[row], model.BeamShellMeshLevel, detail);
-    const BeamSectionRef& ref = model.Tables.BeamSectionRefs[row];
+  BeamShellModel detail;
+  for (const std::int32_t row : rows) {
+    const BeamSectionRef& ref = model.Tables.BeamSectionRefs[static_cast<std::size_t>(row)];
     if (!HasSectionTable(ref.BeamSecType)) break;  // the run will stop at this beam
-    BuildSectionOutline(model, ref, outline);
+    DescribeBeam(model, row, detail, outline);
     memory.results =
-        std::min(memory.results + CountDetailBytes(outline, b, detail), MoreThanAnyMemory);
-    memory.largestSystem = std::max(memory.largestSystem, CountSystemBytes(outline, b, detail));
+        std::min(memory.results + CountDetailBytes(outline, row, detail), MoreThanAnyMemory);
+    memory.largestSystem = std::max(memory.largestSystem, CountSystemBytes(outline, row, detail));
   }
-  CheckMemory(what, memory.results, 1);
+  CheckMemory(NameDetails(rows.size()), memory.results, 1);
 }
 
 // Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
@@ -126,38 +128,58 @@ void KeepMemory(BeamMemory& memory, SpareMemories& spares) {
   spares.memories.push_back(std::move(memory));
 }
 
-// Makes and solves the detail model of beam b.
-void SolveBeam(std::int32_t b, BeamMemory& memory, Model& model) {
-  const auto row = static_cast<std::size_t>(b);
-  BeamShellModel& detail = model.BeamShellModels[row];
-  BuildSectionOutline(model, model.Tables.BeamSectionRefs[row], memory.outline);
+// Makes and solves the detail model of the beam at this row.
+void SolveBeam(const Model& model, std::int32_t row, BeamMemory& memory, BeamShellModel& detail) {
+  DescribeBeam(model, row, detail, memory.outline);
   ReuseMemory(memory.spare, detail);
-  ExtrudeOutline(memory.outline, b, detail);
-  SolveBeamShell(NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam]),
-                 NodeDisplacements(model, model.Tables.BeamNodes[row * NodesPerBeam + 1]), detail);
+  ExtrudeOutline(memory.outline, row, detail);
+  const std::int32_t* ends = &model.Tables.BeamNodes[static_cast<std::size_t>(row) * NodesPerBeam];
+  SolveBeamShell(NodeDisplacements(model, ends[0]), NodeDisplacements(model, ends[1]), detail);
   ReuseMemory(detail, memory.spare);
 }
 
 }  // namespace
 
-void GenerateBeamShells(Model& model, const ShareCallback& share, int threads) {
-  if (model.Tables.NELEM_B < 1) return;
+void DescribeBeam(const Model& model, std::int32_t row, BeamShellModel& detail,
+                  SectionOutline& outline) {
+  const auto b = static_cast<std::size_t>(row);
+  CopyBeam(model.BeamElements[b], model.BeamShellMeshLevel, detail);
+  BuildSectionOutline(model, model.Tables.BeamSectionRefs[b], outline);
+}
+
+void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,
+                        std::vector<BeamShellModel>& details, const ShareCallback& share,
+                        int threads) {
+  details.clear();
+  if (rows.empty()) return;
+  AllocateItems(NameDetails(rows.size()), rows.size(), details);
   DetailMemory memory;
-  DescribeBeams(model, memory);
+  CheckDetailMemory(model, rows, memory);
   // Each thread has a system besides the results of all: no allocation fails because several ask.
   const int useful = CountThreadsInMemory(threads, memory.results, memory.largestSystem);
   SpareMemories spares;
   const auto solve = [&](std::int64_t first, std::int64_t) {
     BeamMemory own = TakeMemory(spares);
-    SolveBeam(static_cast<std::int32_t>(first), own, model);
+    const auto i = static_cast<std::size_t>(first);
+    SolveBeam(model, rows[i], own, details[i]);
     KeepMemory(own, spares);
   };
-  const auto report = [&](std::int64_t beams) {
-    if (share) share(static_cast<double>(beams) / model.Tables.NELEM_B);
+  const auto beams = static_cast<std::int64_t>(rows.size());
+  const auto report = [&](std::int64_t done) {
+    if (share) share(static_cast<double>(done) / static_cast<double>(beams));
   };
-  ShareRange(useful, model.Tables.NELEM_B, 1, solve, report);
+  ShareRange(useful, beams, 1, solve, report);
   spares.memories.clear();
-  AverageDetailStresses(useful, model.BeamShellModels);
+  AverageDetailStresses(useful, details);
+}
+
+void GenerateBeamShells(Model& model, const ShareCallback& share, int threads) {
+  if (model.Tables.NELEM_B < 1) return;
+  std::vector<std::int32_t> rows;
+  AllocateItems("the rows of " + std::to_string(model.Tables.NELEM_B) + " beam elements",
+                static_cast<std::size_t>(model.Tables.NELEM_B), rows);
+  std::iota(rows.begin(), rows.end(), 0);
+  GenerateBeamShells(model, rows, model.BeamShellModels, share, threads);
 }
 
 }  // namespace korvex

@@ -5,6 +5,10 @@
 // (solve_beam_shell.h); after the last beam the corner stresses are averaged (average_corners.h).
 #pragma once
 
+#include <cstdint>
+#include <vector>
+
+#include "beamshell/section_outline.h"
 #include "model/model.h"
 #include "skyline/work_share.h"
 
@@ -21,5 +25,17 @@ namespace korvex {
 // threads: each solves some of the beams, in its own memory; there are fewer where the memory has
 // no room for as many systems. A Stop is that of the first beam that has one.
 void GenerateBeamShells(Model& model, const ShareCallback& share = {}, int threads = 1);
+
+// The same for some beams: details[i] becomes that of beam rows[i].
+// rows: of the table of beams, ascending. The averaged stresses of a beam have the bits of a run
+// where all beams that share an end with it are among the rows; its other values always have them.
+void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,
+                        std::vector<BeamShellModel>& details, const ShareCallback& share = {},
+                        int threads = 1);
+
+// Describes the beam at this row, and its section as an outline, for ExtrudeOutline and
+// CountDetailBytes. Throws a Stop where the section type has no table.
+void DescribeBeam(const Model& model, std::int32_t row, BeamShellModel& detail,
+                  SectionOutline& outline);
 
 }  // namespace korvex

@@ -101,6 +101,8 @@ void RunStages(Job& job, std::ostream& log) {
   AssembleSystem(job, log);
   RunStage(SolutionStage, job, log);
   for (const Stage& stage : ResultStages) RunStage(stage, job, log);
+  for (const Stage& stage : DetailStages) RunStage(stage, job, log);
+  RunStage(ReleaseStage, job, log);
 }
 
 // A message box of Windows takes memory itself; a line on standard error does not.

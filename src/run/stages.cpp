@@ -94,7 +94,7 @@ constexpr std::array<Stage, 7> AssemblyStages{{
 // fixed interface; other programs read it.
 constexpr Stage SolutionStage{"solve", Solve, nullptr, nullptr, StageReport::SolutionTime};
 
-constexpr std::array<Stage, 9> ResultStages{{
+constexpr std::array<Stage, 6> ResultStages{{
     {"displacement file", WriteDisplacements, "Post-processing in progress...",
      "\tDeformation result file Node_Dis.txt, generated.", StageReport::None, DisplacementFileName},
     {"deformation drawing", DrawDeformation, nullptr, nullptr, StageReport::None,
@@ -104,12 +104,16 @@ constexpr std::array<Stage, 9> ResultStages{{
     {"averages", AverageStresses, nullptr, nullptr},
     {"average file", WriteAverages, nullptr, "\tShell element average node stress.txt, generated.",
      StageReport::None, AverageNodeStressFileName},
+}};
+
+constexpr std::array<Stage, 2> DetailStages{{
     {"detail models", MakeDetailModels,
      "\tGenerating Beam-Shells. The detailed stress calculation may take a considerable amount of "
      "time. Please wait patiently...",
      nullptr},
     {"detail model file", WriteDetails, nullptr, nullptr, StageReport::None, AverageStressFileName},
-    {"release", Release, nullptr, "Post-processing completed."},
 }};
+
+constexpr Stage ReleaseStage{"release", Release, nullptr, "Post-processing completed."};
 
 }  // namespace korvex

@@ -44,8 +44,14 @@ extern const std::array<Stage, 7> AssemblyStages;
 // The solution.
 extern const Stage SolutionStage;
 
-// From the displacements to the result files.
-extern const std::array<Stage, 9> ResultStages;
+// From the displacements to the averaged stresses, with their files.
+extern const std::array<Stage, 6> ResultStages;
+
+// The detail models of the beams, and the file with them.
+extern const std::array<Stage, 2> DetailStages;
+
+// The end: frees the model.
+extern const Stage ReleaseStage;
 
 // Calls f(stage) for all stages in order.
 template <typename Function>
@@ -53,6 +59,8 @@ void ForAllStages(const Function& f) {
   for (const Stage& stage : AssemblyStages) f(stage);
   f(SolutionStage);
   for (const Stage& stage : ResultStages) f(stage);
+  for (const Stage& stage : DetailStages) f(stage);
+  f(ReleaseStage);
 }
 
 }  // namespace korvex

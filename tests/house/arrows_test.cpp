@@ -61,7 +61,7 @@ const std::vector<Room>& Rooms() {
         "model", "system"}},
       {"size", {"finding", "check", "renumber", "base", "report", "deck", "skyline", "beamshell"}},
       {"audit",
-       {"base", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
+       {"base", "platform", "report", "beam", "shell", "deck", "skyline", "model", "system", "results",
         "beamshell", "run", "tables"}},
       {"engine",
        {"finding", "check", "base", "platform", "report", "skyline", "model", "system", "run",

@@ -56,9 +56,8 @@ std::string RunStages(korvex::Job& job) {
     korvex::AssemblyStages[k].work(job);
   }
   korvex::SolutionStage.work(job);
-  for (std::size_t k = 0; k + 1 < korvex::ResultStages.size(); ++k) {
-    korvex::ResultStages[k].work(job);
-  }
+  for (const korvex::Stage& stage : korvex::ResultStages) stage.work(job);
+  for (const korvex::Stage& stage : korvex::DetailStages) stage.work(job);
   return FindNotFinite(job.model);
 }
 

@@ -1,0 +1,28 @@
+#include "audit/detail_file.h"
+
+#include <utility>
+
+#include "beamshell/average_stress_file.h"
+
+namespace kvx {
+
+bool WriteDetailFile(const std::string& fileName, const korvex::Model& model,
+                     const DetailWork& work, const std::function<void()>& beforeLast,
+                     DetailPeaks& peaks) {
+  peaks = {};
+  DetailPeaks found;
+  korvex::ResultFile file;
+  korvex::BeginAverageStressFile(fileName, model, work.threads, file);
+  if (model.BeamElements.empty() && beforeLast) beforeLast();
+  MakeDetailModels(model, work, [&](const DetailBlock& block) {
+    if (block.isLast && beforeLast) beforeLast();
+    korvex::AddDetailModels(block.firstBeam, block.details, block.count, file);
+    AppendDetailPeaks(block, {}, found);
+    return file.stream.good();  // with a full disk the rest need not be made
+  });
+  if (!korvex::CloseResultFile(file)) return false;
+  peaks = std::move(found);
+  return true;
+}
+
+}  // namespace kvx
