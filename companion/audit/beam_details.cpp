@@ -8,6 +8,7 @@
 #include "audit/end_index.h"
 #include "beam/beam_frame.h"
 #include "beamshell/generate_beam_shells.h"
+#include "beamshell/point_grid.h"
 #include "deck/check_reference.h"
 #include "report/stop.h"
 
@@ -54,7 +55,7 @@ bool MayMeet(const BeamElement& beam, const BeamElement& other) {
   const double off = std::min(WidthOf(beam), korvex::BeamLength(beam) / 2.0);
   const double distance = DistanceFromLine(MiddleOf(beam), other.NodeI, other.NodeJ);
   // Not the other way round: NaN meets all.
-  return !(distance > off + ReachOf(beam) + ReachOf(other) + SharedDistance);
+  return !(distance > off + ReachOf(beam) + ReachOf(other) + korvex::CoincidenceTolerance);
 }
 
 // The beam and those whose detail models its stresses need, in the order of the table.

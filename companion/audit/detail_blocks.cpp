@@ -17,25 +17,36 @@ using korvex::Model;
 
 namespace {
 
-// The rest of the free memory is for the equation systems, for the text of a file and for other
-// programs.
-std::uint64_t UsableMemory() { return korvex::ReadFreeMemory() / 4 * 3; }
-
-struct BlockPlan {
-  std::vector<std::size_t> begins;         // of each block, and the number of all beams
-  std::vector<std::int64_t> modelsBefore;  // [blocks + 1] detail models made before each block
+// The memory of detail models, in bytes.
+struct DetailBytes {
+  std::vector<std::uint64_t> each;  // by beam, the averaging included
+  std::uint64_t largestSystem = 0;  // the most that one takes besides while it is solved
 };
 
-// The bytes of each beam's detail model, its averaging included.
-void CountBytes(const Model& model, std::vector<std::uint64_t>& bytes) {
+void CountBytes(const Model& model, DetailBytes& bytes) {
   korvex::BeamShellModel detail;
   korvex::SectionOutline outline;
   for (std::size_t b = 0; b < model.BeamElements.size(); ++b) {
     const auto row = static_cast<std::int32_t>(b);
     korvex::DescribeBeam(model, row, detail, outline);
-    bytes.push_back(korvex::CountDetailBytes(outline, row, detail));
+    bytes.each.push_back(korvex::CountDetailBytes(outline, row, detail));
+    bytes.largestSystem =
+        std::max(bytes.largestSystem, korvex::CountSystemBytes(outline, row, detail));
   }
 }
+
+// Bytes for the detail models of a block. A quarter of what is free beside a system is for the
+// systems of other threads, for the text of a file and for other programs.
+std::uint64_t FindBlockMemory(std::uint64_t limit, std::uint64_t largestSystem) {
+  std::uint64_t usable = korvex::ReadFreeMemory();
+  if (limit > 0) usable = std::min(usable, limit);
+  return (usable - std::min(usable, largestSystem)) / 4 * 3;
+}
+
+struct BlockPlan {
+  std::vector<std::size_t> begins;         // of each block, and the number of all beams
+  std::vector<std::int64_t> modelsBefore;  // [blocks + 1] detail models made before each block
+};
 
 // The rows of these beams and of all that share an end with them, ascending.
 void ListRows(const Model& model, const EndIndex& index, std::size_t begin, std::size_t end,
@@ -69,9 +80,11 @@ Added CountAdded(const std::vector<std::int32_t>& rows, const std::vector<std::u
 }
 
 // Each block takes as many beams as its memory holds with those that share an end with them.
-void PlanBlocks(const Model& model, const EndIndex& index, std::uint64_t memory, BlockPlan& plan) {
-  std::vector<std::uint64_t> bytes;
-  CountBytes(model, bytes);
+void PlanBlocks(const Model& model, const EndIndex& index, std::uint64_t limit, BlockPlan& plan) {
+  DetailBytes counted;
+  CountBytes(model, counted);
+  const std::vector<std::uint64_t>& bytes = counted.each;
+  const std::uint64_t memory = FindBlockMemory(limit, counted.largestSystem);
   constexpr std::size_t NoBlock = std::numeric_limits<std::size_t>::max();
   std::vector<std::size_t> madeIn(bytes.size(), NoBlock);
   std::vector<std::int32_t> rows;
@@ -115,7 +128,7 @@ void MakeDetailModels(const Model& model, const DetailWork& work, const TakeDeta
   EndIndex index;
   IndexEnds(model, index);
   BlockPlan plan;
-  PlanBlocks(model, index, work.memory > 0 ? work.memory : UsableMemory(), plan);
+  PlanBlocks(model, index, work.memory, plan);
   const auto all = static_cast<double>(plan.modelsBefore.back());
   std::vector<std::int32_t> rows;
   std::vector<korvex::BeamShellModel> details;
@@ -133,7 +146,6 @@ void MakeDetailModels(const Model& model, const DetailWork& work, const TakeDeta
         rows.begin());
     const bool isLast = end == model.BeamElements.size();
     if (!take({begin, &details[first], end - begin, isLast})) return;
-    details.clear();
   }
 }
 

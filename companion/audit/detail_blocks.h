@@ -17,7 +17,7 @@ namespace kvx {
 
 struct DetailWork {
   int threads = 1;
-  std::uint64_t memory = 0;     // bytes for the detail models of a block; 0: most of what is free
+  std::uint64_t memory = 0;     // bytes for a block and its solution; 0: what is free limits them
   korvex::ShareCallback share;  // of all blocks, as GenerateBeamShells calls it; may be empty
 };
 

@@ -12,10 +12,16 @@ bool WriteDetailFile(const std::string& fileName, const korvex::Model& model,
   peaks = {};
   DetailPeaks found;
   korvex::ResultFile file;
-  korvex::BeginAverageStressFile(fileName, model, work.threads, file);
-  if (model.BeamElements.empty() && beforeLast) beforeLast();
+  // With the first block in hand: of a model that can have no detail models none is begun.
+  const auto begin = [&](bool isLast) {
+    if (isLast && beforeLast) beforeLast();
+    if (!file.stream.is_open()) {
+      korvex::BeginAverageStressFile(fileName, model, work.threads, file);
+    }
+  };
+  if (model.BeamElements.empty()) begin(true);
   MakeDetailModels(model, work, [&](const DetailBlock& block) {
-    if (block.isLast && beforeLast) beforeLast();
+    begin(block.isLast);
     korvex::AddDetailModels(block.firstBeam, block.details, block.count, file);
     AppendDetailPeaks(block, {}, found);
     return file.stream.good();  // with a full disk the rest need not be made

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "beamshell/point_grid.h"
+
 namespace kvx {
 
 using korvex::BeamElement, korvex::Model, korvex::Vector3;
@@ -19,7 +21,7 @@ double HeightOf(const Vector3& p) {
 bool ShareAnEnd(const BeamElement& a, const BeamElement& b) {
   for (const Vector3& p : {a.NodeI, a.NodeJ}) {
     for (const Vector3& q : {b.NodeI, b.NodeJ}) {
-      if (korvex::Length(korvex::Subtract(p, q)) < SharedDistance) return true;
+      if (korvex::Length(korvex::Subtract(p, q)) < korvex::CoincidenceTolerance) return true;
     }
   }
   return false;
@@ -44,9 +46,9 @@ void AppendSharing(const Model& model, const EndIndex& index, std::int32_t row,
   for (const double height : {HeightOf(beam.NodeI), HeightOf(beam.NodeJ)}) {
     if (!std::isfinite(height)) continue;
     // Twice the distance: the heights are rounded.
-    const std::pair<double, std::int32_t> first{height - 2.0 * SharedDistance, 0};
+    const std::pair<double, std::int32_t> first{height - 2.0 * korvex::CoincidenceTolerance, 0};
     for (auto at = std::lower_bound(index.ends.begin(), index.ends.end(), first);
-         at != index.ends.end() && at->first <= height + 2.0 * SharedDistance; ++at) {
+         at != index.ends.end() && at->first <= height + 2.0 * korvex::CoincidenceTolerance; ++at) {
       const BeamElement& other = model.BeamElements[static_cast<std::size_t>(at->second)];
       if (ShareAnEnd(beam, other)) rows.push_back(at->second);
     }

@@ -1,6 +1,6 @@
 // Which beams share an end: those whose detail models a run averages together.
 //
-// Ends are shared up to a distance of 0.001, in model units (beamshell/average_corners.h).
+// Ends are shared below a distance of 0.001, in model units (CoincidenceTolerance).
 #pragma once
 
 #include <cstdint>
@@ -10,9 +10,6 @@
 #include "model/model.h"
 
 namespace kvx {
-
-// Ends as shared, and corners as one, up to this distance.
-inline constexpr double SharedDistance = 0.001;
 
 // The finite ends of all beams by their height along one direction: ends that are shared stand near
 // each other.

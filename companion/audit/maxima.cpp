@@ -61,8 +61,7 @@ void CheckRequest(const Model& model, const MaximaRequest& request,
     StopWith("There are " + std::to_string(parts.size()) + " part numbers for " +
              std::to_string(elements) + " elements.");
   }
-  if (asks(request.quantities, Quantity::BeamVonMises) &&
-      details != model.BeamElements.size()) {
+  if (asks(request.quantities, Quantity::BeamVonMises) && details != model.BeamElements.size()) {
     StopWith("There are " + std::to_string(details) + " detail models for " +
              std::to_string(model.BeamElements.size()) + " beams.");
   }

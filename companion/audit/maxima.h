@@ -87,8 +87,8 @@ struct Peak {
   korvex::Vector3 place{};  // global; SectionVonMises: on the line between the nodes
 };
 
-// What one element or node offers for one quantity: its best finite value, and its first one that is
-// not.
+// What one element or node offers for one quantity: its best finite value, and its first one that
+// is not.
 struct PeakOffer {
   bool hasBest = false, hasNotFinite = false;
   Peak best, notFinite;

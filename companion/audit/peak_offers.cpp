@@ -108,8 +108,7 @@ const Vector3& CornerPlace(const BeamShellModel& detail, std::size_t shell, std:
 void SetDetailShell(const BeamShellModel& detail, std::size_t shell, Peak& peak) {
   peak.detailShell = static_cast<std::int32_t>(shell);
   peak.detailThickness = detail.Shells[shell].TK;
-  peak.detailEdge =
-      korvex::Subtract(CornerPlace(detail, shell, 3), CornerPlace(detail, shell, 0));
+  peak.detailEdge = korvex::Subtract(CornerPlace(detail, shell, 3), CornerPlace(detail, shell, 0));
 }
 
 // Offers one corner of the detail model's shell.

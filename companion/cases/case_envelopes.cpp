@@ -223,7 +223,8 @@ void ComputeCaseValues(const SolvedModel& solved, const Reactions& reactions,
   for (std::vector<double>& of : values) of.clear();
   values[EnvelopeDisplacements] = model.Displacements;
   ComputeReactionValues(solved, reactions, values[EnvelopeReactions]);
-  for (std::size_t beam = 0; beam < beams.size(); ++beam) AddBeam(solved, beam, beams[beam], values);
+  for (std::size_t beam = 0; beam < beams.size(); ++beam)
+    AddBeam(solved, beam, beams[beam], values);
   AddShells(model, values);
 }
 

@@ -4,9 +4,9 @@
 #include <map>
 
 #include "cases/folder_name.h"
-#include "toml/toml_tree.h"
 #include "finding/nearest_word.h"
 #include "report/stop.h"
+#include "toml/toml_tree.h"
 
 namespace kvx {
 

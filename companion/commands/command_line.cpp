@@ -81,8 +81,8 @@ void AddEngine(CLI::App& command, EngineOptions& engine, bool& dryRun) {
       ->check(RefuseEngine);
   command
       .add_option("--memory", engine.memory,
-                  "What the solution may take, in GB of 2^30 bytes, 0.001 or more; else what is\n"
-                  "free")
+                  "What the solution, and after it the detail models, may take, in GB of 2^30\n"
+                  "bytes, 0.001 or more; else what is free")
       ->type_name("GB")
       ->check(RefuseMemory);
   command

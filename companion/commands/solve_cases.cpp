@@ -214,6 +214,7 @@ struct CaseJob {
   std::size_t row;
   const fs::path& results;
   double seconds;
+  std::uint64_t memory;     // for its detail models at once, bytes; 0: what is free limits them
   SolutionRecord solution;  // of this case
   const TakeCase& take;
   MadeFolders& made;
@@ -230,7 +231,7 @@ void FinishCase(const CaseJob& job, CaseSet& set, std::vector<double>& displacem
   const ModelFileId file = IdentifyModelFile(text);
   const std::string solution = SolutionFileText(file, job.solution);
   SolvedModel solved;
-  WriteFolder({loads.name, text, job.seconds, solution, job.solution.threads},
+  WriteFolder({loads.name, text, job.seconds, solution, job.solution.threads, job.memory},
               MakeRecord(set, loads, result.folder), set.model, solved.details);
   solved.model = std::move(set.model);
   solved.file = file;
@@ -290,8 +291,9 @@ void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet
   solved.cases.resize(set.sets.size());
   for (std::size_t row = 0; row < set.sets.size(); ++row) {
     StopIfInterrupted();
-    const CaseJob job{row,  results,  solved.seconds, SolutionOfLoad(solved.solution, row),
-                      take, task.made};
+    const CaseJob job{
+        row,  results,  solved.seconds, settings.memory, SolutionOfLoad(solved.solution, row),
+        take, task.made};
     InCase(set.sets[row],
            [&] { FinishCase(job, set, displacements[row], work, solved.cases[row]); });
     displacements[row] = {};

@@ -157,10 +157,10 @@ void Solve(const EngineSettings& settings, Model& leader, Group& group) {
   }
 }
 
-void Write(FolderRun& run, SolvedModel& solved) {
+void Write(const EngineSettings& settings, FolderRun& run, SolvedModel& solved) {
   const std::string solution = SolutionFileText(IdentifyModelFile(run.text), run.solution);
-  WriteShown({"", run.text, run.seconds, solution, run.solution.threads}, solved.model,
-             solved.details, run.unfinished);
+  WriteShown({"", run.text, run.seconds, solution, run.solution.threads, settings.memory},
+             solved.model, solved.details, run.unfinished);
   EndUnfinished(run.unfinished);
   run.isSolved = true;
 }
@@ -193,13 +193,14 @@ void Audit(const RunCommand& command, FolderRun& run, SolvedModel& solved) {
 }
 
 // Writes the results and audits them.
-void Finish(const RunCommand& command, FolderRun& run, std::vector<double>& displacements) {
+void Finish(const RunCommand& command, const EngineSettings& settings, FolderRun& run,
+            std::vector<double>& displacements) {
   SolvedModel solved;
   const auto write = [&] {
     Read(run, solved.model);
     solved.model.Displacements = std::move(displacements);
     fs::current_path(run.folder);
-    Write(run, solved);
+    Write(settings, run, solved);
   };
   const auto audit = [&] {
     solved.file = IdentifyModelFile(run.text);
@@ -220,7 +221,7 @@ void SolveGroup(const RunCommand& command, const EngineSettings& settings, Model
   group.plan = {};
   for (std::size_t k = 0; k < group.runs.size(); ++k) {
     if (isSolved) {
-      Finish(command, *group.runs[k], group.displacements[k]);
+      Finish(command, settings, *group.runs[k], group.displacements[k]);
       group.displacements[k] = {};
     }
     EndUnfinished(group.runs[k]->unfinished);

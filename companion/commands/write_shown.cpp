@@ -17,6 +17,7 @@ void WriteShown(const SolvedText& solved, korvex::Model& model, DetailPeaks& det
   writing.seconds = solved.seconds;
   writing.solution = solved.solution;
   writing.threads = solved.threads;
+  writing.detailMemory = solved.memory;
   writing.before = [&](const char* file) {
     BeginProgress(std::string("Writing ") + file + of, progress);
     ShowBegin(begin, progress);

@@ -2,6 +2,7 @@
 // same progress.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -17,6 +18,7 @@ struct SolvedText {
   double seconds = 0.0;        // of the solution, for the log
   std::string_view solution;   // the bytes of solution.json; empty: it is not written
   int threads = 1;             // for stresses, detail models and files
+  std::uint64_t memory = 0;    // bytes for detail models at once; 0: what is free limits them
 };
 
 // WriteResults with its progress. Throws a Stop as that does, and Interrupted after an interrupt.

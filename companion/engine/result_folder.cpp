@@ -68,7 +68,7 @@ void WriteDetails(const ResultWriting& writing, const korvex::Job& job, DetailPe
   const DetailWork work{writing.threads, writing.detailMemory, writing.detailShare};
   const auto beforeLast = [&] {
     if (writing.before) writing.before(name);
-    errno = 0;  // what the detail models have left there is no reason for a file
+    errno = 0;  // what the detail models have left there is no reason of the file
   };
   WriteNamed(name, [&] {
     return WriteDetailFile(job.folder + name, job.model, work, beforeLast, details);

@@ -37,8 +37,8 @@ struct ResultWriting {
   std::function<void(const char* name)> before;
   korvex::ShareCallback detailShare;
 
-  int threads = 1;  // for stresses, averages, detail models and the text of files
-  std::uint64_t detailMemory = 0;  // bytes for detail models at once; 0: most of what is free
+  int threads = 1;                 // for stresses, averages, detail models and the text of files
+  std::uint64_t detailMemory = 0;  // bytes for detail models at once; 0: what is free limits them
 };
 
 // unfinished: begun with NameResultFiles, so that it is known before the solution whether the

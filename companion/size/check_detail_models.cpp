@@ -95,30 +95,72 @@ Finding* FindCause(const ElementNodes& beam, FindingList& findings) {
   return cause == findings.findings.end() ? nullptr : &*cause;
 }
 
-// All detail models together are too large. row: the beam with the largest one.
-void AddTooLarge(const CheckedModel& model, std::int32_t row, std::uint64_t freeMemory,
+// The memory of the detail models, in bytes.
+struct DetailBytes {
+  double all = 0.0, largest = 0.0;
+  std::int32_t row = 0;  // of the beam with the largest one
+};
+
+std::string BytesText(double bytes) {
+  constexpr double Limit = 1e18;  // so that it is an integer
+  return GigabyteText(static_cast<std::uint64_t>(std::min(bytes, Limit)));
+}
+
+constexpr const char* AllTogether = "all detail models together ";
+
+// The finding names a slip that makes the detail models so large: it tells what comes of it.
+void TellCause(const std::string& what, Finding& cause) {
+  if (cause.severity != Severity::Error) cause.message += " With it " + what;
+  cause.severity = Severity::Error;
+}
+
+// All together are too large: kvx makes them in blocks. takes: "take 51 GB, and ..."
+void AddTooLargeTogether(const std::string& takes, const DetailBytes& bytes,
+                         const CheckedModel& model, FindingList& findings) {
+  Finding finding = MakeRowFinding("K504", model, Section::Beams, bytes.row);
+  finding.severity = Severity::Warning;
+  finding.message = AllTogether + takes + " The largest, " + BytesText(bytes.largest) +
+                    ", is that of " + DescribeElement(model, Section::Beams, bytes.row) + '.';
+  finding.remedy =
+      "Solve the model with kvx run, which makes them in blocks. If that is much more than you "
+      "expect, check the sizes of the section against the units of the coordinates.";
+  AddFinding(std::move(finding), findings);
+}
+
+// One detail model alone is too large: nobody can make it. takes: "takes 51 GB, and ..."
+void AddTooLarge(const std::string& takes, const DetailBytes& bytes, const CheckedModel& model,
                  FindingList& findings) {
-  const std::string stop = "the detail models of all beams take more memory than the " +
-                           FreeText(freeMemory) + ", and the run stops after the solution.";
-  Finding* const cause = FindCause(NodesOf(model.tables, Section::Beams, row), findings);
-  if (cause != nullptr) {
-    if (cause->severity != Severity::Error) cause->message += " With it " + stop;
-    cause->severity = Severity::Error;
-    return;
-  }
-  Finding finding = MakeRowFinding("K504", model, Section::Beams, row);
+  Finding finding = MakeRowFinding("K504", model, Section::Beams, bytes.row);
   finding.message =
-      DescribeElement(model, Section::Beams, row) + " has the largest detail model; " + stop;
+      DescribeElement(model, Section::Beams, bytes.row) + ": its detail model " + takes;
   finding.remedy = "Check the sizes of its section against the units of the coordinates.";
   AddFinding(std::move(finding), findings);
+}
+
+void JudgeMemory(const CheckedModel& model, const DetailBytes& bytes, std::uint64_t freeMemory,
+                 FindingList& findings) {
+  const auto free = static_cast<double>(freeMemory);
+  if (bytes.all <= free) return;
+  const std::string limit = ", and there are " + FreeText(freeMemory) + ": ";
+  Finding* const cause = FindCause(NodesOf(model.tables, Section::Beams, bytes.row), findings);
+  if (bytes.largest > free) {
+    const std::string takes =
+        "takes " + BytesText(bytes.largest) + limit + "the run stops after the solution.";
+    if (cause == nullptr) return AddTooLarge(takes, bytes, model, findings);
+    TellCause("the detail model of beam " + std::to_string(bytes.row) + ' ' + takes, *cause);
+  } else {
+    const std::string takes =
+        "take " + BytesText(bytes.all) + limit + "korvex stops after the solution.";
+    if (cause == nullptr) return AddTooLargeTogether(takes, bytes, model, findings);
+    TellCause(AllTogether + takes, *cause);
+  }
 }
 
 }  // namespace
 
 void CheckDetailModels(const CheckedModel& model, std::uint64_t freeMemory, FindingList& findings) {
   const korvex::ModelTables& tables = model.tables;
-  double bytes = 0.0, mostBytes = 0.0;
-  std::int32_t largest = 0;
+  DetailBytes bytes;
   for (std::int32_t row = 0; row < CountRows(tables, Section::Beams); ++row) {
     if (StateOf(model, Section::Beams, row) == ElementState::Unusable) continue;
     const korvex::BeamSectionRef& ref = tables.BeamSectionRefs[static_cast<std::size_t>(row)];
@@ -128,20 +170,20 @@ void CheckDetailModels(const CheckedModel& model, std::uint64_t freeMemory, Find
     const korvex::Vector3 end1 = PlaceOf(tables, beam.nodes[0]);
     const korvex::Vector3 end2 = PlaceOf(tables, beam.nodes[1]);
     const double own = CountBytes(outline, row, end1, end2);
-    bytes += own;
-    if (own > mostBytes) {
-      mostBytes = own;
-      largest = row;
+    bytes.all += own;
+    if (own > bytes.largest) {
+      bytes.largest = own;
+      bytes.row = row;
     }
     const double length = korvex::Length(korvex::Subtract(end2, end1));
     const double segment = korvex::LongestSegment(outline);
-    if (segment > 0.0 && length / segment > MostRows && bytes <= static_cast<double>(freeMemory) &&
+    if (segment > 0.0 && length / segment > MostRows && own <= static_cast<double>(freeMemory) &&
         StateOf(model, Section::Beams, row) == ElementState::Sound &&
         !IsDoubtful(model, Section::Beams, row) && !IsNamed(ref, findings)) {
       AddLongModel(model, row, length, segment, findings);
     }
   }
-  if (bytes > static_cast<double>(freeMemory)) AddTooLarge(model, largest, freeMemory, findings);
+  JudgeMemory(model, bytes, freeMemory, findings);
 }
 
 }  // namespace kvx

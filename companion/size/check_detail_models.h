@@ -1,5 +1,5 @@
 // The size of the beams' detail models (beamshell/extrude_outline.h): one that is out of
-// proportion, and all of them against the memory.
+// proportion, the largest one and all of them against the memory.
 #pragma once
 
 #include <cstdint>

@@ -307,8 +307,7 @@ void AddSectionForces(const MeshResults& results, const Cells& cells, MeshGrid& 
   }
 }
 
-void AddDetailStress(const std::vector<DetailStress>& details, const Cells& cells,
-                     MeshGrid& mesh) {
+void AddDetailStress(const std::vector<DetailStress>& details, const Cells& cells, MeshGrid& mesh) {
   const auto fill = [&details, cells](std::size_t cell, double* value) {
     const CellRef ref = CellAt(cells, cell);
     *value = ref.nodes == 2 ? details[ref.row].vonMises : NaN;

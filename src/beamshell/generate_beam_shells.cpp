@@ -63,14 +63,27 @@ constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
 // The memory of detail models, in bytes.
 struct DetailMemory {
-  std::uint64_t results = 0;        // of all of them
+  std::uint64_t results = 0;        // of all of them, less what is held already
   std::uint64_t largestSystem = 0;  // of one, while it is solved
 };
 
-// The memory of these detail models. Throws a Stop where it is too small. One model is usually
-// small, but a section much smaller than its beam needs many shells.
+// The memory that detail models hold, in bytes. What the system has to spare does not tell it once
+// they are freed: the library may keep it for the next ones.
+std::uint64_t CountHeldBytes(const std::vector<BeamShellModel>& details) {
+  std::uint64_t bytes = 0;
+  for (const BeamShellModel& detail : details) {
+    bytes += detail.NodeCoords.capacity() * sizeof(Vector3) +
+             detail.ShellNodes.capacity() * sizeof(std::int32_t) +
+             detail.Shells.capacity() * sizeof(Shell4Element) +
+             detail.Displacements.capacity() * sizeof(double);
+  }
+  return bytes;
+}
+
+// The memory that these detail models need besides the `held` bytes. Throws a Stop where it is too
+// small. One model is usually small, but a section much smaller than its beam needs many shells.
 void CheckDetailMemory(const Model& model, const std::vector<std::int32_t>& rows,
-                       DetailMemory& memory) {
+                       std::uint64_t held, DetailMemory& memory) {
   SectionOutline outline;
   BeamShellModel detail;
   for (const std::int32_t row : rows) {
@@ -81,6 +94,7 @@ void CheckDetailMemory(const Model& model, const std::vector<std::int32_t>& rows
         std::min(memory.results + CountDetailBytes(outline, row, detail), MoreThanAnyMemory);
     memory.largestSystem = std::max(memory.largestSystem, CountSystemBytes(outline, row, detail));
   }
+  memory.results -= std::min(memory.results, held);
   CheckMemory(NameDetails(rows.size()), memory.results, 1);
 }
 
@@ -150,13 +164,13 @@ void DescribeBeam(const Model& model, std::int32_t row, BeamShellModel& detail,
 void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,
                         std::vector<BeamShellModel>& details, const ShareCallback& share,
                         int threads) {
+  DetailMemory memory;
+  CheckDetailMemory(model, rows, CountHeldBytes(details), memory);
+  // Each thread has a system besides the results of all: no allocation fails because several ask.
+  const int useful = CountThreadsInMemory(threads, memory.results, memory.largestSystem);
   details.clear();
   if (rows.empty()) return;
   AllocateItems(NameDetails(rows.size()), rows.size(), details);
-  DetailMemory memory;
-  CheckDetailMemory(model, rows, memory);
-  // Each thread has a system besides the results of all: no allocation fails because several ask.
-  const int useful = CountThreadsInMemory(threads, memory.results, memory.largestSystem);
   SpareMemories spares;
   const auto solve = [&](std::int64_t first, std::int64_t) {
     BeamMemory own = TakeMemory(spares);

@@ -26,7 +26,8 @@ namespace korvex {
 // no room for as many systems. A Stop is that of the first beam that has one.
 void GenerateBeamShells(Model& model, const ShareCallback& share = {}, int threads = 1);
 
-// The same for some beams: details[i] becomes that of beam rows[i].
+// The same for some beams: details[i] becomes that of beam rows[i]. The memory of what `details`
+// had before serves again.
 // rows: of the table of beams, ascending. The averaged stresses of a beam have the bits of a run
 // where all beams that share an end with it are among the rows; its other values always have them.
 void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,

@@ -302,5 +302,25 @@ TEST(AverageStressFile, SolvedModelReadBackFieldByField) {
   EXPECT_TRUE(file.AtEnd());
 }
 
+// By pieces of one and of two beams, on one thread and on three.
+TEST(AverageStressFile, InPiecesHasTheSameBytes) {
+  Model model;
+  SolveModel(MakeStiffenedPlate(), model);
+  RecoverShellStresses(model);
+  AverageNodeStresses(model);
+  GenerateBeamShells(model);
+  const std::string whole = WriteToText(model);
+  const WorkingFolder folder;
+  for (const int threads : {1, 3}) {
+    ResultFile file;
+    BeginAverageStressFile("pieces.txt", model, threads, file);
+    AddDetailModels(0, &model.BeamShellModels[0], 1, file);
+    AddDetailModels(1, &model.BeamShellModels[1], 2, file);
+    AddDetailModels(3, nullptr, 0, file);
+    EXPECT_TRUE(CloseResultFile(file));
+    EXPECT_EQ(ReadFile("pieces.txt"), whole);
+  }
+}
+
 }  // namespace
 }  // namespace korvex::test

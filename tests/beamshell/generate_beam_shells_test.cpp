@@ -286,6 +286,53 @@ TEST(GenerateBeamShells, ThreadsChangeNoBit) {
   }
 }
 
+// Five equal T beams in a line, bent out of it.
+Model SolveLine() {
+  ModelText text;
+  text.materials = {{2e11, 0.3, 7850.0}};
+  text.tSections = {{0.3, 0.02, 0.16, 0.025}};
+  text.nodes = {{0.0, 0.0, 0.0}};
+  for (int b = 0; b < 5; ++b) {
+    text.nodes.push_back({b + 1.0, 0.0, 0.0});
+    text.beams.emplace_back();
+    text.beams.back().node1 = b;
+    text.beams.back().node2 = b + 1;
+  }
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{5, {1e3, -2e3, 3e3, 1e2, 2e2, -3e2}}};
+  Model model;
+  SolveModel(text, model);
+  return model;
+}
+
+// Beams 1 and 3 share the ends of beam 2: its averages are those of a run. Beam 1 also shares one
+// with beam 0, which is not there.
+TEST(GenerateBeamShells, OfSomeBeamsHaveTheBitsOfARun) {
+  Model model = SolveLine();
+  GenerateBeamShells(model);
+  const std::vector<BeamShellModel> all = std::move(model.BeamShellModels);
+  model.BeamShellModels.clear();
+  std::vector<BeamShellModel> some(7);  // what is there is replaced
+  for (const int threads : {1, 3}) {
+    GenerateBeamShells(model, {1, 2, 3}, some, {}, threads);
+    ASSERT_EQ(some.size(), 3U);
+    for (std::size_t i = 0; i < 3; ++i) ExpectSame(some[i], all[i + 1]);
+    ExpectSameAverages(some[1], all[2]);
+  }
+  EXPECT_NE(some[0].Shells[0].AvgStressTop, all[1].Shells[0].AvgStressTop);
+  GenerateBeamShells(model, {}, some);
+  EXPECT_TRUE(some.empty());
+  // Rows of the table, not places in the list, stand in notices. The longest segment is the web's
+  // upper one, 0.3 / 3 + 0.025 / 2 = 0.1125.
+  model.BeamElements[4].NodeJ[0] = 1e13;
+  ExpectStop(
+      [&] {
+        GenerateBeamShells(model, {2, 4}, some);
+      },
+      "Beam element 4: its detail model would have 8.88889e+13 steps along the beam, too "
+      "many to number its equations.");
+}
+
 TEST(GenerateBeamShells, ThreadsStopAtTheFirstBeamThatStopsARun) {
   Model frame = SolveFrame();
   for (const int threads : ThreadCounts) {

@@ -11,6 +11,7 @@
 #include "beamshell/generate_beam_shells.h"
 #include "results/corner_stress.h"
 #include "support/beam_sections.h"
+#include "support/detail_peaks.h"
 #include "support/expect_stop.h"
 #include "support/good_models.h"
 #include "support/solve_model.h"
@@ -90,6 +91,12 @@ MaximaRequest BeamRequest(bool averaged, bool everywhere) {
   return request;
 }
 
+void FindBeamMaxima(const Model& model, const MaximaRequest& request,
+                    const std::vector<std::int32_t>& parts, std::vector<PeakList>& lists) {
+  const DetailPeaks details = TakeDetailPeaks(model, {request.slots, request.beams});
+  FindMaxima(model, request, parts, details.offers, lists);
+}
+
 // Beams of one and of two steps, of odd and even numbers of steps, of all kinds of sections.
 TEST(BeamMaxima, AreThoseOfBruteForce) {
   std::map<std::pair<int, bool>, int> seen;  // type of section, whether the steps are odd
@@ -100,7 +107,7 @@ TEST(BeamMaxima, AreThoseOfBruteForce) {
     for (const bool averaged : {false, true}) {
       for (const bool everywhere : {false, true}) {
         std::vector<PeakList> lists;
-        FindMaxima(model, BeamRequest(averaged, everywhere), {}, lists);
+        FindBeamMaxima(model, BeamRequest(averaged, everywhere), {}, lists);
         ASSERT_EQ(lists.size(), 1U);
         const auto& peaks = lists[0].peaks;
         ASSERT_EQ(peaks.size(), model.BeamElements.size());
@@ -132,7 +139,7 @@ TEST(BeamMaxima, HaveTheirPlaces) {
     SolveModel(MakeGoodModel(seed), model);
     GenerateBeamShells(model);
     std::vector<PeakList> lists;
-    FindMaxima(model, BeamRequest(true, false), {}, lists);
+    FindBeamMaxima(model, BeamRequest(true, false), {}, lists);
     for (const Peak& peak : lists[0].peaks) {
       const auto& detail = model.BeamShellModels[static_cast<std::size_t>(peak.element)];
       const Vector3 axis = korvex::Subtract(detail.EndPoint2, detail.EndPoint1);
@@ -144,6 +151,12 @@ TEST(BeamMaxima, HaveTheirPlaces) {
       const bool averaged = true;
       const auto corners = CornersOf(detail, static_cast<std::size_t>(peak.detailShell), averaged);
       const Corner& corner = corners.at(static_cast<std::size_t>(peak.corner));
+      // What is told of the shell around it.
+      const auto& shell = detail.Shells[static_cast<std::size_t>(peak.detailShell)];
+      EXPECT_EQ(peak.detailThickness, shell.TK);
+      for (std::size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(peak.detailEdge[i], shell.Coordinates[9 + i] - shell.Coordinates[i]);
+      }
       if (CountDetailSteps(detail) % 2 == 1) continue;
       const auto& face = peak.face == Face::Upper ? corner.top : corner.bottom;
       EXPECT_EQ(korvex::EquivalentStress(face), peak.value);
@@ -168,7 +181,7 @@ TEST(BeamMaxima, StandInTheListOfTheirGroup) {
     request.groupings = {Grouping::Section, Grouping::Material, Grouping::Part,
                          Grouping::Thickness};
     std::vector<PeakList> lists;
-    FindMaxima(model, request, parts, lists);
+    FindBeamMaxima(model, request, parts, lists);
     std::map<Grouping, std::size_t> beams;
     for (const PeakList& list : lists) {
       EXPECT_FALSE(list.peaks.empty());
@@ -215,7 +228,7 @@ TEST(BeamMaxima, NameBeamsOfNan) {
     for (auto& stress : shell.AvgStressTop) stress[0] = std::numeric_limits<double>::quiet_NaN();
   }
   std::vector<PeakList> lists;
-  FindMaxima(model, BeamRequest(true, false), {}, lists);
+  FindBeamMaxima(model, BeamRequest(true, false), {}, lists);
   EXPECT_EQ(lists[0].notFinite, 1);
   EXPECT_EQ(lists[0].peaks.at(0).face, Face::Lower);  // the other face is sound
 }
@@ -226,7 +239,8 @@ TEST(BeamMaxima, StopWhereADetailModelIsMissingOrNotWhole) {
   EXPECT_EQ(CountDetailSteps(whole.BeamShellModels[0]), 28);
   std::vector<PeakList> lists;
   const auto expect = [&lists](const Model& model, const char* text) {
-    korvex::test::ExpectStop([&] { FindMaxima(model, BeamRequest(true, false), {}, lists); }, text);
+    korvex::test::ExpectStop([&] { FindBeamMaxima(model, BeamRequest(true, false), {}, lists); },
+                             text);
   };
   Model model = whole;
   model.BeamShellModels.clear();
@@ -255,7 +269,7 @@ TEST(BeamMaxima, StopWhereADetailModelIsMissingOrNotWhole) {
   // Without the question there is no answer to stop.
   MaximaRequest request;
   request.quantities = {Quantity::Ux};
-  FindMaxima(model, request, {}, lists);
+  FindMaxima(model, request, {}, {}, lists);
   EXPECT_EQ(lists[0].peaks.size(), 2U);
 }
 

@@ -211,7 +211,7 @@ TEST(Maxima, AreThoseOfBruteForce) {
     request.slots = seed % 2 == 0 ? StressSlots::Averaged : StressSlots::Recovered;
     request.count = static_cast<std::size_t>(RollInteger(dice, 1, 30));
     std::vector<PeakList> found;
-    FindMaxima(model, request, parts, found);
+    FindMaxima(model, request, parts, {}, found);
     for (const PeakList& list : found) {
       ExpectPeaks(model, list, ListGroup(model, list, seed % 2 == 0, parts), request.count);
       ++lists;
@@ -254,7 +254,7 @@ Model PlateWithStresses(const std::vector<double>& stresses) {
 
 PeakList FindOne(const Model& model, const MaximaRequest& request) {
   std::vector<PeakList> lists;
-  FindMaxima(model, request, {}, lists);
+  FindMaxima(model, request, {}, {}, lists);
   return lists.at(0);
 }
 
@@ -380,7 +380,7 @@ TEST(Maxima, OfNothingAreEmpty) {
   request.quantities = {Quantity::VonMises, Quantity::BeamVonMises, Quantity::Ux};
   request.groupings = {Grouping::Whole, Grouping::Thickness, Grouping::Section, Grouping::Part};
   std::vector<PeakList> lists;
-  FindMaxima(model, request, {}, lists);
+  FindMaxima(model, request, {}, {}, lists);
   ASSERT_EQ(lists.size(), 3U);  // those of the whole model
   for (const PeakList& list : lists) {
     EXPECT_TRUE(list.peaks.empty());
@@ -395,7 +395,7 @@ TEST(Maxima, StopWhereTheModelOrTheRequestDoesNotFit) {
   request.quantities = {Quantity::VonMises};
   std::vector<PeakList> lists;
   std::vector<std::int32_t> parts{0};
-  const auto work = [&] { FindMaxima(model, request, parts, lists); };
+  const auto work = [&] { FindMaxima(model, request, parts, {}, lists); };
   request.groupings = {Grouping::Part};
   ExpectStop(work, "There are 1 part numbers for 2 elements.");
   request.groupings = {Grouping::Whole};

@@ -202,7 +202,7 @@ TEST(StaleResults, OfAModelThatHasNotAllResults) {
   text.beams[0].BeamSecType = 3;
   const std::vector<ResultState> results = CompareWith(run.prefix, WriteModel(text));
   EXPECT_EQ(results[5].fit, ResultFit::Unknown);
-  EXPECT_EQ(results[5].reason, korvex::SectionTypeFailed);
+  EXPECT_EQ(results[5].reason, "Beam 0 has BeamSecType=3, which is no kind of section.");
   EXPECT_EQ(results[1].fit, ResultFit::Differs);  // NaNs
 }
 
@@ -222,7 +222,7 @@ TEST(StaleResults, InAnEmptyFolder) {
   std::vector<ResultState> results;
   CompareResults(folder.Path().string() + '/', {}, solved, results);
   for (const ResultState& result : results) EXPECT_EQ(result.fit, ResultFit::Missing);
-  EXPECT_TRUE(solved.model.BeamShellModels.empty());  // nothing is made for files that are missing
+  EXPECT_TRUE(solved.details.offers.empty());  // nothing is made for files that are missing
 }
 
 TEST(StaleResults, CanBeInterrupted) {

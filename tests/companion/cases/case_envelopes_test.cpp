@@ -13,6 +13,7 @@
 #include "audit/shell_resultants.h"
 #include "results/corner_stress.h"
 #include "support/beam_sections.h"
+#include "support/detail_peaks.h"
 #include "support/expect_stop.h"
 #include "support/good_models.h"
 #include "support/load_cases.h"
@@ -114,7 +115,7 @@ double DetailPeak(const Model& model, std::int32_t beam) {
   request.quantities = {Quantity::BeamVonMises};
   request.count = model.BeamElements.size();
   std::vector<PeakList> lists;
-  FindMaxima(model, request, {}, lists);
+  FindMaxima(model, request, {}, TakeDetailPeaks(model).offers, lists);
   for (const Peak& peak : lists.front().peaks) {
     if (peak.element == beam) return peak.value;
   }
@@ -368,7 +369,7 @@ TEST(CaseEnvelopes, RefusesWhatDoesNotBelongTogether) {
   }());
   CaseValues values;
   SolvedCase without = frame;
-  without.solved.model.BeamShellModels.clear();
+  without.solved.details = {};
   korvex::test::ExpectStop(
       [&] { ComputeCaseValues(without.solved, without.reactions, without.beams, values); },
       "The solved model has 0 detail models for 1 beam elements.");

@@ -111,6 +111,38 @@ TEST_F(KvxRun, LeavesTheFilesOfTheSolver) {
   }
 }
 
+// Ten tubes in a line, 3 m long, R = 30 mm: each is rebuilt as 130 rows of 10 shells, 1.9 MB.
+std::string LineOfTubes() {
+  ModelText text;
+  text.materials = {{206000.0, 0.3, 7.85e-9}};
+  text.cSections = {{30.0, 3.0}};
+  text.nodes = {{0.0, 0.0, 0.0}};
+  for (int b = 0; b < 10; ++b) {
+    text.nodes.push_back({3000.0 * (b + 1), 0.0, 0.0});
+    text.beams.emplace_back();
+    text.beams.back().node1 = b;
+    text.beams.back().node2 = b + 1;
+    text.beams.back().BeamSecType = korvex::BeamSecTypeC;
+  }
+  text.restraints = {{0, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{10, korvex::test::SingleLoad(2, -100.0)}};
+  return WriteModel(text);
+}
+
+// 20 MB do not hold all of its detail models beside the system of one, counted as 8 MB.
+TEST_F(KvxRun, LeavesTheSameFilesWithLittleMemory) {
+  const fs::path usual = Put("usual", LineOfTubes()), little = Put("little", LineOfTubes());
+  const ProgramRun with = Run({"usual", "--engine", "skyline"});
+  const ProgramRun without = Run({"little", "--engine", "skyline", "--memory", "0.02"});
+  EXPECT_EQ(with.exitStatus, 0) << with.err << with.out;
+  EXPECT_EQ(without.exitStatus, 0) << without.err << without.out;
+  for (const char* name : {"Korvex_AverageStrs.txt", "displacements.bin"}) {
+    EXPECT_TRUE(ReadBytes(little / name) == ReadBytes(usual / name)) << name;
+  }
+  EXPECT_EQ(FindLine(without.out, "  von Mises stress, beams, detail models"),
+            FindLine(with.out, "  von Mises stress, beams, detail models"));
+}
+
 TEST_F(KvxRun, LeavesThemForRandomModels) {
   std::vector<std::string> names, texts;
   for (std::uint32_t seed = 100; seed < 112; ++seed) {

@@ -41,7 +41,8 @@ void WriteResultFolder(const std::string& folder, const std::string& modelText,
   korvex::ReadInputText(modelText, model);
   korvex::NumberEquations(model);
   model.Displacements = displacements;
-  WriteResults({modelText, 0.25, solution, before, {}, threads}, model, unfinished);
+  DetailPeaks details;
+  WriteResults({modelText, 0.25, solution, before, {}, threads}, model, details, unfinished);
 }
 
 // A model text with its displacements, in an empty folder.

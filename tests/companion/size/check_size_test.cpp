@@ -6,8 +6,10 @@
 
 #include <cmath>
 
+#include "beamshell/extrude_outline.h"
 #include "check/read_checked.h"
 #include "size/check_detail_models.h"
+#include "support/beam_sections.h"
 #include "support/good_models.h"
 #include "support/shell_mesh.h"
 
@@ -167,10 +169,52 @@ TEST(CheckDetailModels, NamesASectionThatIsMuchTooSmall) {
     CheckDetailModels(ReadModel(text), 100000, stop);
     ASSERT_EQ(stop.findings.size(), 1U) << "seed " << seed;
     EXPECT_EQ(stop.findings[0].code, "K504");
-    EXPECT_NE(stop.findings[0].message.find(" more memory than the 0 GB free"), std::string::npos)
+    EXPECT_EQ(stop.findings[0].severity, Severity::Error);
+    EXPECT_NE(stop.findings[0].message.find(", and there are 0 GB free: the run stops"),
+              std::string::npos)
         << stop.findings[0].message;  // 100,000 bytes, rounded down
     EXPECT_EQ(stop.findings[0].rows, std::vector<std::int32_t>{static_cast<int>(row)});
   }
+}
+
+// Ten equal beams in a line: each is rebuilt as 28 rows of shells (3000 / 106). At the borders
+// between one, none and all of them that fit.
+TEST(CheckDetailModels, TellsOneThatDoesNotFitFromAllTogether) {
+  constexpr int Beams = 10;
+  ModelText text;
+  text.materials = {{2.06e5, 0.3, 0.0}};
+  text.nodes = {{0.0, 0.0, 0.0}};
+  for (int b = 0; b < Beams; ++b) {
+    text.nodes.push_back({3000.0 * (b + 1), 0.0, 0.0});
+    ModelText::Beam beam;
+    korvex::test::UseSection({"T", korvex::BeamSecTypeT, {300, 10, 200, 12}, 0.0, false}, text,
+                             beam);
+    beam.node1 = b;
+    beam.node2 = b + 1;
+    text.beams.push_back(beam);
+  }
+  const CheckedModel model = ReadModel(text);
+  korvex::SectionOutline outline;
+  korvex::BuildTOutline(model.tables.TBeamSections[0], 0, outline);
+  korvex::BeamShellModel detail;
+  detail.EndPoint2 = {3000.0, 0.0, 0.0};
+  const std::uint64_t one = korvex::CountDetailBytes(outline, 0, detail);
+  const auto find = [&](std::uint64_t freeMemory) {
+    FindingList findings;
+    CheckDetailModels(model, freeMemory, findings);
+    return findings.findings;
+  };
+  EXPECT_TRUE(find(Beams * one).empty());
+  for (const std::uint64_t bytes : {Beams * one - 1, one}) {
+    const std::vector<Finding> found = find(bytes);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0].code, "K504");
+    EXPECT_EQ(found[0].severity, Severity::Warning);
+    EXPECT_EQ(found[0].message.rfind("all detail models together take ", 0), 0U);
+    EXPECT_EQ(found[0].remedy.rfind("Solve the model with kvx run, which makes them in blocks.", 0),
+              0U);
+  }
+  EXPECT_EQ(find(one - 1).at(0).severity, Severity::Error);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "beamshell/generate_beam_shells.h"
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
+#include "support/detail_peaks.h"
 #include "support/good_models.h"
 
 namespace kvx::test {
@@ -37,6 +38,7 @@ SolvedCase SolveCase(const ModelText& text) {
   korvex::RecoverShellStresses(of.solved.model);
   korvex::AverageNodeStresses(of.solved.model);
   korvex::GenerateBeamShells(of.solved.model);
+  of.solved.details = TakeDetailPeaks(of.solved.model);
   ComputeReactions(of.solved, of.reactions);
   ComputeBeamForces(of.solved.model, of.beams);
   return of;

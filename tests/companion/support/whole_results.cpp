@@ -3,6 +3,7 @@
 #include "beamshell/generate_beam_shells.h"
 #include "results/average_stresses.h"
 #include "results/shell_stresses.h"
+#include "support/detail_peaks.h"
 #include "support/good_models.h"
 #include "support/temp_folder.h"
 
@@ -14,6 +15,7 @@ SolvedModel SolveWhole(const std::string& modelText) {
   korvex::RecoverShellStresses(solved.model);
   korvex::AverageNodeStresses(solved.model);
   korvex::GenerateBeamShells(solved.model);
+  solved.details = TakeDetailPeaks(solved.model);
   return solved;
 }
 

@@ -132,7 +132,7 @@ TEST(ResultsBlock, DetailStressesAreThoseOfTheMaxima) {
     request.quantities = {Quantity::BeamVonMises};
     request.count = count;
     std::vector<PeakList> lists;
-    FindMaxima(model.solved.model, request, {}, lists);
+    FindMaxima(model.solved.model, request, {}, model.solved.details.offers, lists);
     const Words shown = ShowAll(ReadDecimals(block, "detailStresses"));
     ASSERT_EQ(shown.size(), count) << model.name;
     ASSERT_EQ(lists.at(0).peaks.size(), count) << model.name;
@@ -147,7 +147,7 @@ TEST(ResultsBlock, DetailStressesAreThoseOfTheMaxima) {
 
 TEST(ResultsBlock, WithoutDetailModelsThereIsNoColumnOfThem) {
   SolvedModel solved = ListSolvedModels()[0].solved;
-  solved.model.BeamShellModels.clear();
+  solved.details = {};
   EXPECT_FALSE(HasColumn(MakeBlock(solved), "detailStresses"));
 }
 

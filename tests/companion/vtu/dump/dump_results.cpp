@@ -173,6 +173,8 @@ void Solve(const std::string& text, Solution& solution) {
   korvex::RecoverShellStresses(model);
   korvex::AverageNodeStresses(model);
   korvex::GenerateBeamShells(model);
+  kvx::AppendDetailPeaks({0, model.BeamShellModels.data(), model.BeamShellModels.size(), true}, {},
+                         solution.solved.details);
   kvx::ComputeReactions(solution.solved, solution.reactions);
   kvx::ComputeBeamForces(model, solution.beams);
   solution.elements = ListElements(model.Tables);

@@ -1,0 +1,240 @@
+// Detail models made in blocks: whatever the memory is, each beam once, with the bits of a run.
+#include "audit/detail_blocks.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "audit/detail_file.h"
+#include "audit/solved_model.h"
+#include "beamshell/average_stress_file.h"
+#include "beamshell/extrude_outline.h"
+#include "beamshell/generate_beam_shells.h"
+#include "results/average_stresses.h"
+#include "results/shell_stresses.h"
+#include "support/detail_peaks.h"
+#include "support/expect_stop.h"
+#include "support/good_models.h"
+#include "support/repeats.h"
+#include "support/same_bits.h"
+#include "support/solved_examples.h"
+#include "support/temp_folder.h"
+
+namespace kvx::test {
+namespace {
+
+using korvex::BeamShellModel, korvex::Model;
+using korvex::test::ModelText, korvex::test::ReadFile, korvex::test::SameBits;
+
+void Solve(const std::string& text, Model& model) {
+  SolvedModel solved;
+  SolveInMemory(text, {}, solved);
+  model = std::move(solved.model);
+  korvex::RecoverShellStresses(model);
+  korvex::AverageNodeStresses(model);
+}
+
+// The memory that holds the detail models of all beams in one block: three quarters of what is left
+// beside the largest system.
+std::uint64_t CountAllBytes(const Model& model) {
+  std::uint64_t bytes = 0, largestSystem = 0;
+  korvex::SectionOutline outline;
+  for (std::size_t b = 0; b < model.BeamElements.size(); ++b) {
+    BeamShellModel detail;
+    const auto row = static_cast<std::int32_t>(b);
+    korvex::DescribeBeam(model, row, detail, outline);
+    bytes += korvex::CountDetailBytes(outline, row, detail);
+    largestSystem = std::max(largestSystem, korvex::CountSystemBytes(outline, row, detail));
+  }
+  return (bytes + 2) / 3 * 4 + largestSystem;
+}
+
+std::vector<double> AllStresses(const BeamShellModel& detail) {
+  std::vector<double> values;
+  for (const korvex::Shell4Element& shell : detail.Shells) {
+    for (const auto* slots : {&shell.NodeStressTop, &shell.NodeStressBottom, &shell.AvgStressTop,
+                              &shell.AvgStressBottom}) {
+      for (const korvex::StressVector& stress : *slots) {
+        values.insert(values.end(), stress.begin(), stress.end());
+      }
+    }
+  }
+  return values;
+}
+
+// Makes the detail models in blocks and compares them with those made together. Returns the number
+// of blocks.
+std::size_t ExpectBitsOfARun(const Model& model, const std::vector<BeamShellModel>& together,
+                             const DetailWork& work) {
+  std::size_t blocks = 0, beams = 0;
+  bool hasLast = false;
+  MakeDetailModels(model, work, [&](const DetailBlock& block) {
+    EXPECT_FALSE(hasLast);
+    EXPECT_EQ(block.firstBeam, beams);
+    EXPECT_GT(block.count, 0U);
+    for (std::size_t i = 0; i < block.count; ++i) {
+      const BeamShellModel& expected = together[block.firstBeam + i];
+      EXPECT_TRUE(SameBits(block.details[i].Displacements, expected.Displacements));
+      EXPECT_TRUE(SameBits(AllStresses(block.details[i]), AllStresses(expected)))
+          << "beam " << block.firstBeam + i;
+    }
+    beams += block.count;
+    hasLast = block.isLast;
+    ++blocks;
+    return true;
+  });
+  EXPECT_EQ(beams, together.size());
+  EXPECT_TRUE(hasLast || together.empty());
+  return blocks;
+}
+
+// In one block, in a few and in one for each beam, on one thread and on three.
+void ExpectBitsInAllBlocks(const std::string& text) {
+  Model model;
+  Solve(text, model);
+  korvex::GenerateBeamShells(model);
+  const std::vector<BeamShellModel> together = std::move(model.BeamShellModels);
+  model.BeamShellModels.clear();
+  if (together.empty()) return;
+  const std::uint64_t all = CountAllBytes(model);
+  EXPECT_EQ(ExpectBitsOfARun(model, together, {1, 0, {}}), 1U);
+  EXPECT_EQ(ExpectBitsOfARun(model, together, {1, all, {}}), 1U);
+  constexpr std::size_t Few = 60;  // a block for each beam makes each several times
+  if (together.size() < Few) {
+    EXPECT_EQ(ExpectBitsOfARun(model, together, {3, 1, {}}), together.size());
+  }
+  ExpectBitsOfARun(model, together, {2, all / 3, {}});
+  if (together.size() > 1) {
+    EXPECT_GT(ExpectBitsOfARun(model, together, {1, all - 8, {}}), 1U);
+  }
+}
+
+TEST(DetailBlocks, HaveTheBitsOfARun) {
+  for (const std::string& name : ListSolvedExamples()) {
+    if (name == "lattice-tower") continue;  // takes long
+    SCOPED_TRACE(name);
+    ExpectBitsInAllBlocks(ReadFile(KORVEX_EXAMPLES "/" + name + "/fem_solving.txt"));
+  }
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(12); ++seed) {
+    SCOPED_TRACE(seed);
+    ExpectBitsInAllBlocks(WriteModel(MakeGoodModel(seed)));
+  }
+}
+
+// Four beams of 1 m that meet in node 0, and one far from it. The middle of the cross is shared.
+ModelText MakeCross() {
+  ModelText text;
+  text.materials = {{2.06e5, 0.3, 0.0}};
+  text.tSections = {{100, 6, 80, 6}};
+  text.nodes = {{0, 0, 0},    {1000, 0, 0}, {0, 1000, 0},   {-1000, 0, 0},
+                {0, -900, 0}, {5000, 0, 0}, {5000, 1000, 0}};
+  const auto add = [&](int node1, int node2) {
+    text.beams.emplace_back();
+    text.beams.back().node1 = node1;
+    text.beams.back().node2 = node2;
+  };
+  add(0, 1);
+  add(2, 0);
+  add(5, 6);
+  add(0, 3);
+  add(4, 0);
+  text.restraints = {{1, {1, 1, 1, 1, 1, 1}}, {5, {1, 1, 1, 1, 1, 1}}};
+  text.forces = {{3, {10, 20, 500, 0, 0, 0}}, {6, {10, 20, -300, 0, 0, 0}}};
+  return text;
+}
+
+// The share never falls and begins with 0, over all blocks; it counts the beams that are made
+// twice. Of each beam alone: 4 beams of the cross are made with it, and the one apart alone.
+TEST(DetailBlocks, TellTheShareOfAllOfThem) {
+  Model model;
+  Solve(WriteModel(MakeCross()), model);
+  std::vector<double> shares;
+  std::vector<std::size_t> blocksAt;
+  std::size_t blocks = 0;
+  const auto note = [&](double share) {
+    shares.push_back(share);
+    blocksAt.push_back(blocks);
+  };
+  MakeDetailModels(model, {1, 1, note}, [&](const DetailBlock&) {
+    ++blocks;
+    return true;
+  });
+  EXPECT_EQ(blocks, 5U);
+  ASSERT_EQ(shares.size(), 4U * 4U + 1U);
+  EXPECT_EQ(shares[0], 0.0);
+  EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
+  for (std::size_t k = 0; k < shares.size(); ++k) {
+    EXPECT_DOUBLE_EQ(shares[k], static_cast<double>(k) / 17.0);
+  }
+  EXPECT_EQ(blocksAt[8], 2U);  // the third block is the beam apart
+  EXPECT_EQ(blocksAt[9], 3U);
+}
+
+TEST(DetailBlocks, EndWhereNoMoreIsWanted) {
+  Model model;
+  Solve(WriteModel(MakeCross()), model);
+  int blocks = 0;
+  MakeDetailModels(model, {1, 1, {}}, [&](const DetailBlock&) { return ++blocks < 2; });
+  EXPECT_EQ(blocks, 2);
+}
+
+// Before the first block, so that no file is begun.
+TEST(DetailBlocks, StopAtABeamWithoutASection) {
+  ModelText text = MakeCross();
+  Model model;
+  Solve(WriteModel(text), model);
+  model.Tables.BeamSectionRefs[3].BeamSecType = 7;
+  int blocks = 0;
+  const auto make = [&] {
+    MakeDetailModels(model, {1, 1, {}}, [&](const DetailBlock&) { return ++blocks > 0; });
+  };
+  korvex::test::ExpectStop(make, "Beam 3 has BeamSecType=7, which is no kind of section.");
+  EXPECT_EQ(blocks, 0);
+  const korvex::test::WorkingFolder folder;
+  DetailPeaks peaks;
+  korvex::test::ExpectStop(
+      [&] {
+        WriteDetailFile("stresses.txt", model, {1, 1, {}}, {}, peaks);
+      },
+      "Beam 3 has BeamSecType=7, which is no kind of section.");
+  EXPECT_FALSE(std::filesystem::exists("stresses.txt"));
+}
+
+bool AreSame(const Peak& a, const Peak& b) {
+  return a.value == b.value && a.element == b.element && a.corner == b.corner && a.face == b.face &&
+         a.detailShell == b.detailShell && a.place == b.place;
+}
+
+// The file of a run, byte for byte, and the peaks of its detail models.
+TEST(DetailFile, HasTheBytesOfARun) {
+  const korvex::test::WorkingFolder folder;
+  std::size_t beams = 0;
+  for (std::uint32_t seed = 0; seed < korvex::test::Repeats(4); ++seed) {
+    SCOPED_TRACE(seed);
+    Model model;
+    Solve(WriteModel(MakeGoodModel(seed)), model);
+    korvex::GenerateBeamShells(model);
+    ASSERT_TRUE(korvex::WriteAverageStressFile("together.txt", model));
+    const DetailPeaks expected = TakeDetailPeaks(model);
+    model.BeamShellModels.clear();
+    for (const std::uint64_t memory : {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{500000}}) {
+      DetailPeaks peaks;
+      int announced = 0;
+      const auto beforeLast = [&] { ++announced; };
+      ASSERT_TRUE(WriteDetailFile("blocks.txt", model, {2, memory, {}}, beforeLast, peaks));
+      EXPECT_EQ(announced, 1);
+      EXPECT_TRUE(ReadFile("blocks.txt") == ReadFile("together.txt"));
+      ASSERT_EQ(peaks.offers.size(), expected.offers.size());
+      ASSERT_EQ(peaks.stresses.size(), expected.stresses.size());
+      for (std::size_t b = 0; b < expected.offers.size(); ++b) {
+        EXPECT_TRUE(AreSame(peaks.offers[b].best, expected.offers[b].best));
+        EXPECT_EQ(peaks.stresses[b].vonMises, expected.stresses[b].vonMises);
+        ++beams;
+      }
+    }
+  }
+  EXPECT_GT(beams, korvex::test::Repeats(60));
+}
+
+}  // namespace
+}  // namespace kvx::test
