@@ -4,8 +4,8 @@
 //
 //   sparse_bench MODEL SIZE [ROUNDS [THREADS [FOLDER]]]
 //
-// MODEL: plate (shuffled, plane), grillage, ring, box. SIZE: thousands of equations, about. FOLDER:
-// for the factors out of core. POSIX systems.
+// MODEL: plate (shuffled, plane), grillage, ring, box, girders. SIZE: thousands of equations,
+// about. FOLDER: for the factors out of core. POSIX systems.
 #include <dmumps_c.h>
 #include <sys/resource.h>
 
@@ -19,7 +19,7 @@
 #include "base/gigabyte.h"
 #include "engine/solve_together.h"
 #include "model_of_tables.h"
-#include "order_models.h"
+#include "named_models.h"
 #include "report/stop.h"
 #include "sparse/blas_threads.h"
 #include "sparse/free_matrix.h"
@@ -35,26 +35,6 @@ using korvex::bench::Seconds;
 void PrintRatio(const char* name, const Seconds& engine, const Seconds& other) {
   std::printf("  %-28s %8.2f s, processor %8.2f s; engine over it %.3f, %.3f\n", name, other.wall,
               other.processor, engine.wall / other.wall, engine.processor / other.processor);
-}
-
-void MakeModel(const std::string& name, double equations, korvex::ModelTables& tables) {
-  using namespace korvex::bench;
-  const double nodes = equations / 6.0;
-  // Nodes per cell: a grillage has 1 + 2 / 6 + 5 / 20, a box of width 2 and height 1 about 6.5
-  // along each unit of height squared.
-  const auto side = [](double square) { return static_cast<std::int32_t>(std::sqrt(square)); };
-  if (name == "plate") {
-    MakeShuffledPlate(side(nodes), false, tables);
-  } else if (name == "grillage") {
-    const std::int32_t width = side(nodes / 1.58 / 1.6);
-    MakeGrillage(width * 8 / 5, width, tables);
-  } else if (name == "ring") {
-    const std::int32_t across = side(nodes / 4.0);
-    MakeRing(4 * across, across, tables);
-  } else {
-    const std::int32_t height = side(nodes / 50.0);
-    MakeBoxGirder(6 * height, 2 * height, height, tables);
-  }
 }
 
 // The matrix as a program has it that calls MUMPS itself, with the order and the load.
@@ -187,11 +167,14 @@ void Print(const kvx::SolutionPlan& plan, const kvx::SolutionRecord& record) {
 
 int main(int argc, char** argv) try {
   if (argc < 3) {
-    std::printf("usage: sparse_bench plate|grillage|ring|box SIZE [ROUNDS [THREADS [FOLDER]]]\n");
+    std::printf("usage: sparse_bench MODEL SIZE [ROUNDS [THREADS [FOLDER]]]\n");
     return EXIT_FAILURE;
   }
   korvex::ModelTables tables;
-  MakeModel(argv[1], 1000.0 * std::atof(argv[2]), tables);
+  if (!korvex::bench::MakeNamedModel(argv[1], 1000.0 * std::atof(argv[2]), tables)) {
+    std::printf("There is no model \"%s\".\n", argv[1]);
+    return EXIT_FAILURE;
+  }
   const int rounds = argc > 3 ? std::atoi(argv[3]) : 3;
   kvx::EngineSettings settings;
   settings.choice = kvx::EngineChoice::Sparse;
