@@ -1,21 +1,36 @@
 // The set of cores of this thread, which is that of the process unless it has set another one
-// itself. The C++ library counts all cores of the machine. Systems other than Linux keep no set.
+// itself, and the processor time that its container may take. The C++ library counts all cores of
+// the machine. Systems other than Linux keep no set.
 #include <sched.h>
 
 #include <algorithm>
+#include <cmath>
 #include <thread>
 
+#include "platform/container_limit.h"
 #include "platform/usable_cores.h"
 
 namespace korvex {
 
-int CountUsableCores() {
+namespace {
+
+int CountBoundCores() {
 #if defined(__linux__)
   cpu_set_t cores;
   // Fails where the machine has more cores than the set can name, 1024.
   if (sched_getaffinity(0, sizeof cores, &cores) == 0) return std::max(CPU_COUNT(&cores), 1);
 #endif
   return static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
+}
+
+}  // namespace
+
+int CountUsableCores() {
+  const int cores = CountBoundCores();
+  const double limit = ReadContainerCores("/proc/self/cgroup", "/sys/fs/cgroup");
+  if (limit >= cores) return cores;
+  // More threads than that would be stopped again and again, and those that wait for them, too.
+  return std::max(static_cast<int>(std::lround(limit)), 1);
 }
 
 }  // namespace korvex

@@ -6,6 +6,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <limits>
+
 #include "platform/container_limit.h"
 #include "support/temp_folder.h"
 
@@ -87,6 +89,45 @@ TEST(ContainerLimit, Version1HasAFolderForMemory) {
   EXPECT_EQ(LimitOf(folder, "4:cpu:/x\n3:hugetlb,memory:/a\n"), Gigabyte);
   EXPECT_EQ(LimitOf(folder, "4:cpu:/a\n"), UnknownMemory);
   EXPECT_EQ(LimitOf(folder, "3:memory:/\n"), 9223372036854771712U);
+}
+
+// How many cores a folder of group files allows.
+double CoresOf(const TempFolder& folder, const std::string& groups) {
+  WriteFile(folder.Path() / "groups", groups);
+  return ReadContainerCores((folder.Path() / "groups").string(), folder.Path().string());
+}
+
+constexpr double Unlimited = std::numeric_limits<double>::infinity();
+
+TEST(ContainerCores, AreTheSmallestQuotaOfAGroupAndItsParents) {
+  const TempFolder folder;
+  EXPECT_EQ(CoresOf(folder, ""), Unlimited);
+  EXPECT_EQ(CoresOf(folder, "0::/\n"), Unlimited);
+  fs::create_directories(folder.Path() / "a" / "b");
+  WriteFile(folder.Path() / "a" / "b" / "cpu.max", "max 100000\n");
+  EXPECT_EQ(CoresOf(folder, "0::/a/b\n"), Unlimited);
+  WriteFile(folder.Path() / "a" / "cpu.max", "400000 100000\n");
+  EXPECT_EQ(CoresOf(folder, "0::/a/b\n"), 4.0);
+  WriteFile(folder.Path() / "a" / "b" / "cpu.max", "75000 50000\n");
+  EXPECT_EQ(CoresOf(folder, "0::/a/b\n"), 1.5);
+  EXPECT_EQ(CoresOf(folder, "0::/a\n"), 4.0);
+  for (const char* wrong : {"", "200000\n", "0 0\n", "1 0\n"}) {
+    WriteFile(folder.Path() / "a" / "b" / "cpu.max", wrong);
+    EXPECT_EQ(CoresOf(folder, "0::/a/b\n"), 4.0) << wrong;
+  }
+}
+
+TEST(ContainerCores, HaveTwoFilesInVersion1) {
+  const TempFolder folder;
+  fs::create_directories(folder.Path() / "cpu" / "a");
+  WriteFile(folder.Path() / "cpu" / "cpu.cfs_quota_us", "-1\n");
+  WriteFile(folder.Path() / "cpu" / "cpu.cfs_period_us", "100000\n");
+  EXPECT_EQ(CoresOf(folder, "4:cpu,cpuacct:/a\n"), Unlimited);
+  WriteFile(folder.Path() / "cpu" / "a" / "cpu.cfs_quota_us", "250000\n");
+  EXPECT_EQ(CoresOf(folder, "4:cpu,cpuacct:/a\n"), Unlimited);
+  WriteFile(folder.Path() / "cpu" / "a" / "cpu.cfs_period_us", "100000\n");
+  EXPECT_EQ(CoresOf(folder, "4:cpu,cpuacct:/a\n"), 2.5);
+  EXPECT_EQ(CoresOf(folder, "4:cpuset:/a\n"), Unlimited);
 }
 
 }  // namespace
