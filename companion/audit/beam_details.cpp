@@ -5,10 +5,9 @@
 #include <limits>
 
 #include "audit/check_solved.h"
-#include "audit/end_index.h"
 #include "beam/beam_frame.h"
 #include "beamshell/generate_beam_shells.h"
-#include "beamshell/point_grid.h"
+#include "beamshell/shared_ends.h"
 #include "deck/check_reference.h"
 #include "report/stop.h"
 
@@ -59,12 +58,13 @@ bool MayMeet(const BeamElement& beam, const BeamElement& other) {
 }
 
 // The beam and those whose detail models its stresses need, in the order of the table.
-std::vector<std::int32_t> ListNeeded(const Model& model, const EndIndex& index, std::int32_t row) {
+std::vector<std::int32_t> ListNeeded(const Model& model, const korvex::SharedEnds& ends,
+                                     std::int32_t row) {
   const auto beamAt = [&](std::int32_t r) -> const BeamElement& {
     return model.BeamElements[static_cast<std::size_t>(r)];
   };
   std::vector<std::int32_t> needed;
-  AppendSharing(model, index, row, needed);
+  korvex::AppendSharing(ends, row, needed);
   const auto passesBy = [&](std::int32_t other) { return !MayMeet(beamAt(row), beamAt(other)); };
   needed.erase(std::remove_if(needed.begin(), needed.end(), passesBy), needed.end());
   needed.push_back(row);
@@ -89,11 +89,11 @@ void FindDetailStresses(const Model& model, const std::vector<std::int32_t>& bea
   CheckRows(model, beams);
   stresses.assign(beams.size(), {});
   std::vector<korvex::BeamShellModel> details;
-  EndIndex index;
-  IndexEnds(model, index);
+  korvex::SharedEnds ends;
+  korvex::IndexEnds(model, ends);
   for (std::size_t i = 0; i < beams.size(); ++i) {
     if (before) before(i);
-    const std::vector<std::int32_t> needed = ListNeeded(model, index, beams[i]);
+    const std::vector<std::int32_t> needed = ListNeeded(model, ends, beams[i]);
     const auto at = std::find(needed.begin(), needed.end(), beams[i]) - needed.begin();
     stresses[i].vonMises = std::numeric_limits<double>::quiet_NaN();
     try {

@@ -17,7 +17,7 @@ namespace kvx {
 
 struct DetailWork {
   int threads = 1;
-  std::uint64_t memory = 0;     // bytes for a block and its solution; 0: what is free limits them
+  std::uint64_t memory = 0;     // bytes for a block and its systems; 0: what is free limits them
   korvex::ShareCallback share;  // of all blocks, as GenerateBeamShells calls it; may be empty
 };
 
@@ -33,10 +33,11 @@ using TakeDetails = std::function<bool(const DetailBlock& block)>;
 
 // Calls `take` for one block after the other, so that each beam is in one of them. A block of one
 // beam may be larger than the memory that is named. Throws a Stop, before the first block, where a
-// beam's section type has no table or its detail model has too many equations; and where the memory
-// is too small for a block.
+// beam's section type has no table, its detail model has too many equations, or the free memory is
+// too small for a block. Returns the number of blocks.
 // model: with the elements of its beams and the displacements.
-void MakeDetailModels(const korvex::Model& model, const DetailWork& work, const TakeDetails& take);
+std::size_t MakeDetailModels(const korvex::Model& model, const DetailWork& work,
+                             const TakeDetails& take);
 
 // Throws a Stop that names the first beam whose section type has no table. The solver's own does
 // not name the beam.

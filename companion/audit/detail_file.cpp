@@ -12,7 +12,8 @@ bool WriteDetailFile(const std::string& fileName, const korvex::Model& model,
   peaks = {};
   DetailPeaks found;
   korvex::ResultFile file;
-  // With the first block in hand: of a model that can have no detail models none is begun.
+  // The file is opened when the first block is there, so that none is begun for a model whose
+  // detail models cannot be made.
   const auto begin = [&](bool isLast) {
     if (isLast && beforeLast) beforeLast();
     if (!file.stream.is_open()) {
@@ -20,7 +21,7 @@ bool WriteDetailFile(const std::string& fileName, const korvex::Model& model,
     }
   };
   if (model.BeamElements.empty()) begin(true);
-  MakeDetailModels(model, work, [&](const DetailBlock& block) {
+  found.blocks = MakeDetailModels(model, work, [&](const DetailBlock& block) {
     begin(block.isLast);
     korvex::AddDetailModels(block.firstBeam, block.details, block.count, file);
     AppendDetailPeaks(block, {}, found);

@@ -18,7 +18,7 @@ void FindDetailPeaks(const korvex::Model& model, const DetailWork& work, const D
                      DetailPeaks& peaks) {
   peaks = {};
   DetailPeaks found;
-  MakeDetailModels(model, work, [&](const DetailBlock& block) {
+  found.blocks = MakeDetailModels(model, work, [&](const DetailBlock& block) {
     AppendDetailPeaks(block, choice, found);
     return true;
   });

@@ -13,6 +13,7 @@ namespace kvx {
 struct DetailPeaks {
   std::vector<DetailStress> stresses;  // [beams] averaged stresses at mid-length
   std::vector<PeakOffer> offers;       // [beams] what FindMaxima takes
+  std::size_t blocks = 0;              // in which the detail models were made
 };
 
 // Which stresses of the detail models offers are made from, as a MaximaRequest names them.

@@ -72,9 +72,9 @@ using CaseValues = std::array<std::vector<double>, EnvelopeKindCount>;
 
 // The values of one case, for all envelopes to which the case belongs.
 // solved: the case, with the stresses of its own displacements: RecoverShellStresses,
-// AverageNodeStresses, SolvedModel::details; reactions, beams: of it. Throws a Stop where the records
-// do not belong together. Values that are not to be had, as of a model that can move, are NaN. An
-// item of which any corner or point is not finite is NaN as a whole.
+// AverageNodeStresses, SolvedModel::details; reactions, beams: of it. Throws a Stop where the
+// records do not belong together. Values that are not to be had, as of a model that can move, are
+// NaN. An item of which any corner or point is not finite is NaN as a whole.
 void ComputeCaseValues(const SolvedModel& solved, const Reactions& reactions,
                        const std::vector<BeamForces>& beams, CaseValues& values);
 

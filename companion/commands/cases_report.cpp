@@ -202,6 +202,7 @@ std::string SolvedCasesText(const CaseSet& set, const SolvedCases& solved,
   const SolutionRecord& solution = solved.solution;
   text += wrap("Engine: " + EngineText(solution) + ". " + solved.plan.reason);
   if (!solution.ranks.empty()) text += TableText(MakeRankTable(solution.ranks), style);
+  if (solved.detailBlocks > 1) text += wrap(DetailBlocksText(solved.detailBlocks));
   text += '\n' + TableText(MakeCaseTable(set, solved), style);
   const ResultTable governing = MakeGoverningTable(FindGoverning(set, solved), set.origin);
   if (!governing.cells.empty()) text += '\n' + TableText(governing, style);
@@ -264,6 +265,7 @@ std::string CasesJson(const CaseSet& set, const SolvedCases& solved,
     json["engine"] = EngineJson(solved.plan, solved.fits, isSolved ? &solved.solution : nullptr);
   }
   if (!isSolved) return JsonLine(json);
+  json["detail_blocks"] = solved.detailBlocks;
   json["governing"] = Json::array();
   for (const GoverningPeak& of : FindGoverning(set, solved)) {
     json["governing"].push_back(GoverningJson(of, set.origin));

@@ -46,7 +46,8 @@ struct FolderRun {
   std::vector<std::string> together;  // the places of all that were solved together
   double seconds = 0.0;
   std::size_t equations = 0;
-  SolutionRecord solution;  // with one load, that of this folder
+  SolutionRecord solution;       // with one load, that of this folder
+  std::size_t detailBlocks = 0;  // in which the detail models of its beams were made
   bool isSolved = false;
 
   // Of the end.

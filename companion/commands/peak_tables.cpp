@@ -25,8 +25,8 @@ Cell NumberCell(std::int32_t number) {
   return number < 0 ? Cell{} : Cell{static_cast<std::int64_t>(number)};
 }
 
-// The plate of the section in which a detail model's shell lies. Its edge
-// across the beam lies along z in a web, along y in a flange.
+// The plate of the section in which a detail model's shell lies. Its edge across the beam lies
+// along z in a web, along y in a flange.
 const char* PlateName(const Model& model, const Peak& peak) {
   const std::int32_t type = model.Tables.BeamSectionRefs[At(peak.element)].BeamSecType;
   if (type == korvex::BeamSecTypeC) return "wall";

@@ -17,10 +17,10 @@ void MakeDetails(DetailWish wish, const DetailChoice& choice, SolvedModel& solve
     FindDetailPeaks(solved.model, {CountCores(), 0, share}, choice, solved.details);
     return;
   }
+  solved.details = {};
   CheckSectionTypes(solved.model.Tables);
   korvex::GenerateBeamShells(solved.model, share, CountCores());
   const std::vector<korvex::BeamShellModel>& models = solved.model.BeamShellModels;
-  solved.details = {};
   AppendDetailPeaks({0, models.data(), models.size(), true}, choice, solved.details);
 }
 

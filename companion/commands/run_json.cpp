@@ -25,6 +25,7 @@ std::string RunJson(const FolderRun& run, const Json& audit) {
   json["seconds"] = run.isSolved ? NumberJson(run.seconds) : Json(nullptr);
   const SolutionRecord* const solution = run.isSolved ? &run.solution : nullptr;
   json["engine"] = run.plan ? EngineJson(*run.plan, run.fits, solution) : Json(nullptr);
+  json["detail_blocks"] = run.detailBlocks;
   json["together"] = run.together;
   json["removed"] = run.removed;
   json["complaint"] = TextOrNull(run.complaint);

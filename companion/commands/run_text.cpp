@@ -106,6 +106,12 @@ std::string EngineLine(const FolderRun& run, const TextStyle& style) {
   return text;
 }
 
+// Blocks are a reason why it took longer.
+std::string BlocksLine(const FolderRun& run, const TextStyle& style) {
+  if (!run.isSolved || run.detailBlocks < 2) return "";
+  return WrapText(DetailBlocksText(run.detailBlocks), style.width, "", "  ");
+}
+
 // What a dry run foretells.
 std::string ForecastText(const FolderRun& run, const TextStyle& style) {
   if (run.isSolved || !run.plan) return "";
@@ -143,7 +149,8 @@ std::string RunText(const FolderRun& run, const TextStyle& style) {
   const bool isHintShown =
       !saving.empty() && CountFindings(run.findings, Severity::Hint) == std::size_t{1};
   return WrapText(CleanText(text), style.width, "", "  ") + EngineLine(run, style) +
-         ForecastText(run, style) + FindingsText(run, isHintShown, style) + saving;
+         BlocksLine(run, style) + ForecastText(run, style) + FindingsText(run, isHintShown, style) +
+         saving;
 }
 
 std::string NextText(const FolderRuns& runs, std::size_t factorisations, const TextStyle& style) {

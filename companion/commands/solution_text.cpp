@@ -60,6 +60,11 @@ std::string EngineText(const SolutionRecord& solution) {
   return text + ", " + CountText(static_cast<std::size_t>(solution.threads), "thread", "threads");
 }
 
+std::string DetailBlocksText(std::size_t blocks) {
+  return "The detail models of beams were made in " + std::to_string(blocks) +
+         " blocks: the memory does not hold all of them at once.";
+}
+
 ResultTable MakeRankTable(const std::vector<RankShare>& ranks) {
   ResultTable table;
   table.columns = {"rank", "elements", "entries", "1e9 flops", "GB"};

@@ -27,6 +27,9 @@ double CountCorrectDigits(const LoadQuality& load);
 // "skyline, 2 threads", "sparse, out of core, 2 threads", "sparse, 4 ranks, 1 thread"
 std::string EngineText(const SolutionRecord& solution);
 
+// That the detail models were made in several blocks: a sentence.
+std::string DetailBlocksText(std::size_t blocks);
+
 // The work and memory of each rank: a row for each.
 ResultTable MakeRankTable(const std::vector<RankShare>& ranks);
 

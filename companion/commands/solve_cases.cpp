@@ -181,6 +181,7 @@ void Describe(const SolvedModel& solved, AuditReport& report, SolvedCase& result
     result.maxima.push_back(std::move(list));
   }
   result.findings = std::move(report.findings);
+  result.detailBlocks = solved.details.blocks;
 }
 
 // All envelopes of the set, while cases are added.
@@ -297,6 +298,7 @@ void SolveCases(const fs::path& results, const EngineSettings& settings, CaseSet
     InCase(set.sets[row],
            [&] { FinishCase(job, set, displacements[row], work, solved.cases[row]); });
     displacements[row] = {};
+    solved.detailBlocks = std::max(solved.detailBlocks, solved.cases[row].detailBlocks);
   }
   WriteEnvelopes(results, set, work, task.made, solved);
 }

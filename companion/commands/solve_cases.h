@@ -24,6 +24,7 @@ struct SolvedCase {
   std::vector<PeakList> maxima;     // of the audit, and SectionVonMises
   FindingList findings;             // of the audit
   std::string verdict;
+  std::size_t detailBlocks = 0;  // in which its detail models were made
 };
 
 struct SolvedEnvelope {
@@ -39,7 +40,8 @@ struct SolvedCases {
   SolutionRecord solution;        // with all loads; empty in a dry run
   std::vector<SolvedCase> cases;  // as CaseSet::sets
   std::vector<SolvedEnvelope> envelopes;
-  double seconds = 0.0;  // of the solution
+  double seconds = 0.0;          // of the solution
+  std::size_t detailBlocks = 0;  // in which the detail models of a case were made, the most
 };
 
 // Receives each case when its folder is complete, for what has to be said of it.

@@ -162,6 +162,7 @@ void Write(const EngineSettings& settings, FolderRun& run, SolvedModel& solved) 
   WriteShown({"", run.text, run.seconds, solution, run.solution.threads, settings.memory},
              solved.model, solved.details, run.unfinished);
   EndUnfinished(run.unfinished);
+  run.detailBlocks = solved.details.blocks;
   run.isSolved = true;
 }
 

@@ -40,13 +40,14 @@ const std::vector<CodeText> SizeCodes{
      "T_beam stiffener, coordinates in mm\nHw=300\nTw=10\nBf=100\nTf=12"},
     {"K504", Severity::Error, "The detail models do not fit into the memory",
      "The detail models of beams take more memory than is free: in the machine, in its container, "
-     "or within a limit of addresses (ulimit -v). The finding names the largest. Where that one "
-     "fits, this is a warning: kvx makes the detail models in blocks, of as many beams as the "
-     "memory holds. korvex makes all of them together.",
+     "or within a limit of addresses (ulimit -v). The finding names the largest. Where kvx can "
+     "make them in blocks, of as many beams as the memory holds, this is a warning: only korvex, "
+     "which makes all of them together, stops. A block is at least a beam with all that share an "
+     "end with it, and the solution of one of them.",
      "korvex solves the structure, writes its displacements and shell stresses, and then stops "
-     "with a notice. kvx run stops only where a single detail model does not fit.",
+     "with a notice. kvx run stops where not even the smallest blocks fit.",
      "Give the sizes of the section in the units of the coordinates. If they are right, call kvx "
-     "run; where one detail model alone is too large, divide its beam.",
+     "run; where even a block is too large, divide its beams.",
      "T_beam stiffener, coordinates in mm\nHw=0.003\nTw=0.0001\nBf=0.001\nTf=0.0001",
      "T_beam stiffener, coordinates in mm\nHw=300\nTw=10\nBf=100\nTf=10"},
 };

@@ -53,11 +53,6 @@ void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionO
   ShiftOutline(ref.BeamSecOz, outline);
 }
 
-// "the detail models of 20 beam elements"
-std::string NameDetails(std::size_t beams) {
-  return "the detail models of " + std::to_string(beams) + " beam elements";
-}
-
 // The sum of bytes is limited to this, so that it cannot overflow.
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
@@ -94,8 +89,9 @@ void CheckDetailMemory(const Model& model, const std::vector<std::int32_t>& rows
         std::min(memory.results + CountDetailBytes(outline, row, detail), MoreThanAnyMemory);
     memory.largestSystem = std::max(memory.largestSystem, CountSystemBytes(outline, row, detail));
   }
-  memory.results -= std::min(memory.results, held);
-  CheckMemory(NameDetails(rows.size()), memory.results, 1);
+  const std::uint64_t results = memory.results;
+  memory.results -= std::min(results, held);
+  if (!HasMemory(memory.results, 1)) StopOutOfMemory(NameDetailModels(rows.size()), results, 1);
 }
 
 // Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
@@ -154,6 +150,10 @@ void SolveBeam(const Model& model, std::int32_t row, BeamMemory& memory, BeamShe
 
 }  // namespace
 
+std::string NameDetailModels(std::size_t beams) {
+  return "the detail models of " + std::to_string(beams) + " beam elements";
+}
+
 void DescribeBeam(const Model& model, std::int32_t row, BeamShellModel& detail,
                   SectionOutline& outline) {
   const auto b = static_cast<std::size_t>(row);
@@ -170,7 +170,7 @@ void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& row
   const int useful = CountThreadsInMemory(threads, memory.results, memory.largestSystem);
   details.clear();
   if (rows.empty()) return;
-  AllocateItems(NameDetails(rows.size()), rows.size(), details);
+  AllocateItems(NameDetailModels(rows.size()), rows.size(), details);
   SpareMemories spares;
   const auto solve = [&](std::int64_t first, std::int64_t) {
     BeamMemory own = TakeMemory(spares);

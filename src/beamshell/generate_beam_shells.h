@@ -5,7 +5,9 @@
 // (solve_beam_shell.h); after the last beam the corner stresses are averaged (average_corners.h).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "beamshell/section_outline.h"
@@ -33,6 +35,9 @@ void GenerateBeamShells(Model& model, const ShareCallback& share = {}, int threa
 void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,
                         std::vector<BeamShellModel>& details, const ShareCallback& share = {},
                         int threads = 1);
+
+// "the detail models of 20 beam elements", as messages name them.
+std::string NameDetailModels(std::size_t beams);
 
 // Describes the beam at this row, and its section as an outline, for ExtrudeOutline and
 // CountDetailBytes. Throws a Stop where the section type has no table.

@@ -22,4 +22,8 @@ std::uint64_t ReadContainerLimit(const std::string& groupsFile, const std::strin
 // no limit is set. Arguments as above.
 double ReadContainerCores(const std::string& groupsFile, const std::string& root);
 
+// How many of `bound` cores a process does well to use that may take the time of `quota` of them,
+// infinity: of all. Halves are rounded up; one at least.
+int CountCoresWithin(int bound, double quota);
+
 }  // namespace korvex

@@ -1,6 +1,7 @@
 #include "platform/container_limit.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <limits>
 
@@ -67,7 +68,7 @@ struct Limited {
 template <typename Limit>
 Limit ReadSmallest(const std::string& groupsFile, const std::string& root,
                    const Limited<Limit>& limited) {
-  const std::string controller = limited.controller;
+  const std::string inList = std::string(1, ',') + limited.controller + ',';
   Limit limit = limited.none;
   std::ifstream groups(groupsFile);
   std::string line;
@@ -78,8 +79,8 @@ Limit ReadSmallest(const std::string& groupsFile, const std::string& root,
     const std::string controllers = "," + line.substr(first + 1, second - first - 1) + ",";
     const std::string path = line.substr(second + 1);
     if (controllers == ",,") limit = std::min(limit, ReadLimits(root, path, limited.read2));
-    if (controllers.find("," + controller + ",") != std::string::npos) {
-      limit = std::min(limit, ReadLimits(root + "/" + controller, path, limited.read1));
+    if (controllers.find(inList) != std::string::npos) {
+      limit = std::min(limit, ReadLimits(root + '/' + limited.controller, path, limited.read1));
     }
   }
   return limit;
@@ -95,6 +96,12 @@ std::uint64_t ReadContainerLimit(const std::string& groupsFile, const std::strin
 double ReadContainerCores(const std::string& groupsFile, const std::string& root) {
   return ReadSmallest<double>(
       groupsFile, root, {"cpu", std::numeric_limits<double>::infinity(), ReadCores1, ReadCores2});
+}
+
+int CountCoresWithin(int bound, double quota) {
+  if (quota >= bound) return bound;
+  // More threads than that would be stopped again and again, and those that wait for them, too.
+  return std::max(static_cast<int>(std::lround(quota)), 1);
 }
 
 }  // namespace korvex

@@ -4,7 +4,6 @@
 #include <sched.h>
 
 #include <algorithm>
-#include <cmath>
 #include <thread>
 
 #include "platform/container_limit.h"
@@ -26,11 +25,8 @@ int CountBoundCores() {
 }  // namespace
 
 int CountUsableCores() {
-  const int cores = CountBoundCores();
-  const double limit = ReadContainerCores("/proc/self/cgroup", "/sys/fs/cgroup");
-  if (limit >= cores) return cores;
-  // More threads than that would be stopped again and again, and those that wait for them, too.
-  return std::max(static_cast<int>(std::lround(limit)), 1);
+  return CountCoresWithin(CountBoundCores(),
+                          ReadContainerCores("/proc/self/cgroup", "/sys/fs/cgroup"));
 }
 
 }  // namespace korvex

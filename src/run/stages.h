@@ -47,7 +47,8 @@ extern const Stage SolutionStage;
 // From the displacements to the averaged stresses, with their files.
 extern const std::array<Stage, 6> ResultStages;
 
-// The detail models of the beams, and the file with them.
+// The detail models of the beams, and the file with them. The companion has a routine of its own in
+// their place, which makes them in blocks.
 extern const std::array<Stage, 2> DetailStages;
 
 // The end: frees the model.

@@ -170,16 +170,17 @@ TEST(CheckDetailModels, NamesASectionThatIsMuchTooSmall) {
     ASSERT_EQ(stop.findings.size(), 1U) << "seed " << seed;
     EXPECT_EQ(stop.findings[0].code, "K504");
     EXPECT_EQ(stop.findings[0].severity, Severity::Error);
-    EXPECT_NE(stop.findings[0].message.find(", and there are 0 GB free: the run stops"),
+    EXPECT_NE(stop.findings[0].message.find(
+                  ", and there are 0 GB free: the run stops after the solution."),
               std::string::npos)
         << stop.findings[0].message;  // 100,000 bytes, rounded down
     EXPECT_EQ(stop.findings[0].rows, std::vector<std::int32_t>{static_cast<int>(row)});
   }
 }
 
-// Ten equal beams in a line: each is rebuilt as 28 rows of shells (3000 / 106). At the borders
-// between one, none and all of them that fit.
-TEST(CheckDetailModels, TellsOneThatDoesNotFitFromAllTogether) {
+// Ten equal beams in a line: each is rebuilt as 28 rows of shells (3000 / 106). kvx needs three at
+// once, as a beam is averaged with those that share an end with it, and the system of one.
+TEST(CheckDetailModels, TellsABlockThatDoesNotFitFromAllTogether) {
   constexpr int Beams = 10;
   ModelText text;
   text.materials = {{2.06e5, 0.3, 0.0}};
@@ -199,13 +200,14 @@ TEST(CheckDetailModels, TellsOneThatDoesNotFitFromAllTogether) {
   korvex::BeamShellModel detail;
   detail.EndPoint2 = {3000.0, 0.0, 0.0};
   const std::uint64_t one = korvex::CountDetailBytes(outline, 0, detail);
+  const std::uint64_t system = korvex::CountSystemBytes(outline, 0, detail);
   const auto find = [&](std::uint64_t freeMemory) {
     FindingList findings;
     CheckDetailModels(model, freeMemory, findings);
     return findings.findings;
   };
-  EXPECT_TRUE(find(Beams * one).empty());
-  for (const std::uint64_t bytes : {Beams * one - 1, one}) {
+  EXPECT_TRUE(find(Beams * one + system).empty());
+  for (const std::uint64_t bytes : {Beams * one + system - 1, 3 * one + system}) {
     const std::vector<Finding> found = find(bytes);
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0].code, "K504");
@@ -214,7 +216,12 @@ TEST(CheckDetailModels, TellsOneThatDoesNotFitFromAllTogether) {
     EXPECT_EQ(found[0].remedy.rfind("Solve the model with kvx run, which makes them in blocks.", 0),
               0U);
   }
-  EXPECT_EQ(find(one - 1).at(0).severity, Severity::Error);
+  const Finding error = find(3 * one + system - 1).at(0);
+  EXPECT_EQ(error.severity, Severity::Error);
+  EXPECT_NE(error.message.find(": its detail model and those of the 2 beams that share an end with "
+                               "it take "),
+            std::string::npos)
+      << error.message;
 }
 
 }  // namespace
