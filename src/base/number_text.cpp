@@ -1,14 +1,5 @@
-// A number is digits x 10^(exponent - 5) with a whole number of six digits, the rounded value of
-//   scaled = value x 10^(5 - exponent), between 100000 and 1000000.
-// The power of ten and the product are each rounded to the nearest double, with relative errors of
-// at most 2^-53. As scaled is below 2^20, it is wrong by less than 2^20 (2^-53 + 2^-53 + 2^-106) <
-// 2^-31. Where it lies farther than that from a half, it is rounded as the exact product would be.
-// Almost all others are ties of numbers that people write, such as 10025.25; exact_arithmetic.h
-// decides them. The thought is that of Gay (1990), Correctly rounded binary-decimal and
-// decimal-binary conversions.
-//
-// The text is then made without a branch: its characters are bytes of one 64-bit word, and what
-// depends on the exponent stands in a table.
+// Numbers that six_digits.h rounds are written without a branch: their characters are bytes of one
+// 64-bit word, and what depends on the exponent stands in a table.
 #include "base/number_text.h"
 
 #include <algorithm>
@@ -16,104 +7,48 @@
 #include <cmath>
 #include <cstring>
 
-#include "base/exact_arithmetic.h"
+#include "base/six_digits.h"
 
 namespace korvex {
 
 namespace {
 
-constexpr std::int32_t SignificantDigits = 6;
+// Six digits as text are bytes of a word, the first one in the lowest byte. The tables hold the
+// upper and the lower three; the highest byte of the lower ones is the number of all digits without
+// the zeros at the end, or 0 where the lower three are zeros.
+constexpr std::uint32_t CharacterBits = 8, CountAt = 56;
 
-// 10^-45 to 10^45. Those from 10^0 to 10^22 are exact.
-constexpr std::int32_t LargestPower = 45, LargestExactPower = 22;
-constexpr std::array<double, 2 * LargestPower + 1> PowersOfTen{
-    1e-45, 1e-44, 1e-43, 1e-42, 1e-41, 1e-40, 1e-39, 1e-38, 1e-37, 1e-36, 1e-35, 1e-34, 1e-33,
-    1e-32, 1e-31, 1e-30, 1e-29, 1e-28, 1e-27, 1e-26, 1e-25, 1e-24, 1e-23, 1e-22, 1e-21, 1e-20,
-    1e-19, 1e-18, 1e-17, 1e-16, 1e-15, 1e-14, 1e-13, 1e-12, 1e-11, 1e-10, 1e-9,  1e-8,  1e-7,
-    1e-6,  1e-5,  1e-4,  1e-3,  1e-2,  1e-1,  1e0,   1e1,   1e2,   1e3,   1e4,   1e5,   1e6,
-    1e7,   1e8,   1e9,   1e10,  1e11,  1e12,  1e13,  1e14,  1e15,  1e16,  1e17,  1e18,  1e19,
-    1e20,  1e21,  1e22,  1e23,  1e24,  1e25,  1e26,  1e27,  1e28,  1e29,  1e30,  1e31,  1e32,
-    1e33,  1e34,  1e35,  1e36,  1e37,  1e38,  1e39,  1e40,  1e41,  1e42,  1e43,  1e44,  1e45};
-
-double PowerOfTen(std::int32_t k) {
-  return PowersOfTen[static_cast<std::size_t>(LargestPower + k)];
+constexpr std::uint64_t MakeCharacters(std::uint32_t number) {
+  const std::uint32_t a = number / 100, b = number / 10 % 10, c = number % 10;
+  return ('0' + a) | ('0' + b) << CharacterBits | ('0' + c) << 2 * CharacterBits;
 }
 
-// Between them 10^(5 - exponent) and 10^(exponent + 1) are in the table.
-constexpr double SmallestQuick = 1e-39, LargestQuick = 1e44;
-
-// How far `scaled` may be wrong, see above.
-constexpr double ScaledError = 0x1p-31;
-
-// digits x 10^(exponent - 5), with 100000 <= digits <= 999999, or digits = 0: not known.
-struct Decimal {
-  std::int32_t digits;
-  std::int32_t exponent;
-};
-
-std::uint64_t BitsOf(double number) {
-  std::uint64_t bits = 0;
-  std::memcpy(&bits, &number, sizeof bits);
-  return bits;
+// Of a number of three digits, without the zeros at the end.
+constexpr std::uint32_t CountDigits(std::uint32_t number) {
+  if (number % 10 != 0) return 3;
+  if (number % 100 != 0) return 2;
+  return number != 0 ? 1 : 0;
 }
 
-// Returns the decimal exponent of a value between SmallestQuick and LargestQuick. Values that lie
-// below a power of ten by less than its rounding error count as that power: both exponents give its
-// text.
-std::int32_t FindExponent(double value) {
-  constexpr std::int32_t ExponentBias = 1023, MantissaBits = 52;
-  const auto binary = static_cast<std::int32_t>(BitsOf(value) >> MantissaBits) - ExponentBias;
-  // log10(2) = 78913 / 2^18 to six digits. The sum is positive: it can be shifted.
-  constexpr std::int32_t LogOfTwo = 78913, LogBits = 18;
-  // The decimal exponent of 2^binary: that of the value, or one less.
-  const std::int32_t least =
-      ((binary * LogOfTwo + (LargestPower << LogBits)) >> LogBits) - LargestPower;
-  return least + static_cast<std::int32_t>(value >= PowerOfTen(least + 1));
-}
-
-// Whether digits + rest, the rounded product of value and 10^k, has to be rounded up, by the exact
-// product and, if that is a tie, to the even digit. 10^k is exact.
-bool RoundsUp(double value, std::int32_t k, std::int32_t digits, double rest) {
-  if (rest != 0.5) return rest > 0.5;  // the error is smaller than the last bit
-  const double error = MultiplyExactly(value, PowerOfTen(k)).tail;
-  return error > 0.0 || (error == 0.0 && digits % 2 != 0);
-}
-
-// value: between SmallestQuick and LargestQuick. The digits are not known where it takes more than
-// a product to round them.
-Decimal RoundToSixDigits(double value) {
-  const std::int32_t exponent = FindExponent(value);
-  const std::int32_t k = SignificantDigits - 1 - exponent;
-  const double scaled = value * PowerOfTen(k);
-  auto digits = static_cast<std::int32_t>(scaled);
-  const double rest = scaled - digits;  // exact
-  bool isUp = rest > 0.5;
-  if (std::fabs(rest - 0.5) < ScaledError) {
-    if (k < 0 || k > LargestExactPower) return {0, 0};
-    isUp = RoundsUp(value, k, digits, rest);
+constexpr std::array<std::uint32_t, 1000> MakeUpperDigits() {
+  std::array<std::uint32_t, 1000> digits{};
+  for (std::uint32_t i = 0; i < digits.size(); ++i) {
+    digits[i] = static_cast<std::uint32_t>(MakeCharacters(i));
   }
-  digits += static_cast<std::int32_t>(isUp);
-  if (digits == 1000000) return {100000, exponent + 1};
-  return {digits, exponent};
+  return digits;
 }
 
-// Three digits as text: the characters in the lower three bytes of a word, the first one in the
-// lowest, and in the highest byte their number without the zeros at the end.
-constexpr std::int32_t TripleBits = 24;
-constexpr std::uint32_t CharacterBits = 8;
-
-constexpr std::array<std::uint32_t, 1000> MakeTriples() {
-  std::array<std::uint32_t, 1000> triples{};
-  for (std::uint32_t i = 0; i < triples.size(); ++i) {
-    const std::uint32_t a = i / 100, b = i / 10 % 10, c = i % 10;
-    const std::uint32_t count = c != 0 ? 3 : b != 0 ? 2 : a != 0 ? 1 : 0;
-    triples[i] = ('0' + a) | ('0' + b) << CharacterBits | ('0' + c) << 2 * CharacterBits |
-                 count << TripleBits;
+constexpr std::array<std::uint64_t, 1000> MakeLowerDigits() {
+  std::array<std::uint64_t, 1000> digits{};
+  for (std::uint32_t i = 0; i < digits.size(); ++i) {
+    const std::uint64_t count = i == 0 ? 0 : 3 + CountDigits(i);
+    digits[i] = MakeCharacters(i) << 3 * CharacterBits | count << CountAt;
   }
-  return triples;
+  return digits;
 }
 
-constexpr std::array<std::uint32_t, 1000> Triples = MakeTriples();
+constexpr std::array<std::uint32_t, 1000> UpperDigits = MakeUpperDigits();
+constexpr std::array<std::uint64_t, 1000> LowerDigits = MakeLowerDigits();
 
 // How a number of a certain exponent is written: a prefix, digits with the point among them, a
 // suffix.
@@ -179,15 +114,14 @@ char* FindBegin(bool isColumn, std::size_t size, char* out) {
 }
 
 char* WriteDecimal(bool isNegative, const Decimal& decimal, bool isColumn, char* out) {
-  const Layout& layout = Layouts[static_cast<std::size_t>(LargestPower + decimal.exponent)];
+  const Layout& layout = Layouts[decimal.index];
   const auto digits = static_cast<std::uint32_t>(decimal.digits);
-  const std::uint32_t first = Triples[digits / 1000], last = Triples[digits % 1000];
-  const std::uint32_t count =
-      last >> TripleBits != 0 ? 3 + (last >> TripleBits) : first >> TripleBits;
+  const std::uint32_t upper = digits / 1000;
+  const std::uint64_t characters = UpperDigits[upper] | LowerDigits[digits % 1000];
+  auto count = static_cast<std::uint32_t>(characters >> CountAt);
+  if (count == 0) count = CountDigits(upper);
 
-  constexpr std::uint64_t TripleMask = (std::uint64_t{1} << TripleBits) - 1;
-  const std::uint64_t characters = (first & TripleMask) | (last & TripleMask) << TripleBits;
-  const std::uint64_t whole = characters & layout.wholeMask;
+  const std::uint64_t whole = characters & layout.wholeMask;  // the shift drops the count
   const std::uint64_t text = whole | layout.point | (characters ^ whole) << CharacterBits;
 
   const std::size_t signSize = isNegative ? 1 : 0, pointSize = count > layout.whole ? 1 : 0;
@@ -219,9 +153,10 @@ char* WriteOther(double number, bool isColumn, char* out) {
 }
 
 char* WriteAt(double number, bool isColumn, char* out) {
-  const double value = std::fabs(number);
-  if (!(value >= SmallestQuick && value <= LargestQuick)) return WriteOther(number, isColumn, out);
-  const Decimal decimal = RoundToSixDigits(value);
+  const std::uint64_t bits = BitsOf(number);
+  const std::uint32_t field = static_cast<std::uint32_t>(bits >> MantissaBits) & ExponentMask;
+  if (field < SmallestQuick || field > LargestQuick) return WriteOther(number, isColumn, out);
+  const Decimal decimal = RoundToSixDigits(std::fabs(number), field);
   if (decimal.digits == 0) return WriteOther(number, isColumn, out);
   return WriteDecimal(std::signbit(number), decimal, isColumn, out);
 }

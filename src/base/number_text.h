@@ -1,7 +1,7 @@
 // Numbers as text: six significant digits in general notation, the characters of "%.6g".
 //
-// Numbers from 1e-39 to 1e44 are converted with one product with a rounded power of ten, wherever
-// the error of that product cannot change a digit; see number_text.cpp. All other numbers,
+// Numbers from 1.5e-39 to 8.9e43 are converted with one product with a rounded power of ten,
+// wherever the error of that product cannot change a digit; see six_digits.h. All other numbers,
 // infinities and NaNs ("nan" or "-nan" by the sign bit) are converted by std::to_chars, which takes
 // more than ten times as long.
 #pragma once

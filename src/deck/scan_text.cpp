@@ -2,13 +2,13 @@
 // look-ahead. Then the text of the number is converted.
 #include "deck/scan_text.h"
 
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <system_error>
 
+#include "base/powers_of_ten.h"
 #include "report/check_memory.h"
 
 namespace korvex {
@@ -70,14 +70,12 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value, OddNumber& odd) {
 // 1990, How to read floating point numbers accurately). The cursor stands behind the sign. Returns
 // false, and leaves the cursor there, where something else follows.
 bool ScanShortDecimal(TextCursor& cursor, double& value) {
-  constexpr std::array<double, 16> PowersOfTen{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                               1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
-  constexpr std::size_t Unknown = PowersOfTen.size();
+  constexpr std::int32_t LongDigits = 16, Unknown = -1;
   TextCursor at = cursor;
   std::int64_t number = 0;
-  std::size_t digits = 0, point = Unknown;  // point: the number of digits before it
+  std::int32_t digits = 0, point = Unknown;  // point: the number of digits before it
   int c = PeekCharacter(at);
-  for (; digits < PowersOfTen.size(); c = PeekCharacter(at)) {
+  for (; digits < LongDigits; c = PeekCharacter(at)) {
     if (IsDigit(c)) {
       number = 10 * number + (c - '0');
       ++digits;
@@ -89,9 +87,9 @@ bool ScanShortDecimal(TextCursor& cursor, double& value) {
     ++at.position;
   }
   const bool isOther = LowerCase(c) == 'e' || LowerCase(c) == 'x';
-  if (digits == 0 || digits == PowersOfTen.size() || isOther) return false;
+  if (digits == 0 || digits == LongDigits || isOther) return false;
   cursor.position = at.position;
-  value = static_cast<double>(number) / PowersOfTen[point == Unknown ? 0 : digits - point];
+  value = static_cast<double>(number) / PowerOfTen(point == Unknown ? 0 : digits - point);
   return true;
 }
 

@@ -147,7 +147,7 @@ TEST(NumberText, KnownTexts) {
                                  {0.000012, "1.2e-05"},
                                  {100.25, "100.25"},
                                  {-7.0, "-7"},
-                                 {1e-39, "1e-39"},  // the ends of the quick conversion
+                                 {1e-39, "1e-39"},  // near the ends of the quick conversion
                                  {9.87654321e-40, "9.87654e-40"},
                                  {1e44, "1e+44"},
                                  {1.2345678e44, "1.23457e+44"}}) {
