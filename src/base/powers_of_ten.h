@@ -20,7 +20,8 @@ inline constexpr std::array<double, 2 * LargestPower + 1> PowersOfTen{
 
 // k: -LargestPower .. LargestPower
 inline double PowerOfTen(std::int32_t k) {
-  return PowersOfTen[static_cast<std::size_t>(LargestPower + k)];
+  const std::int32_t index = LargestPower + k;
+  return PowersOfTen[static_cast<std::size_t>(index)];
 }
 
 }  // namespace korvex

@@ -88,9 +88,10 @@ inline Decimal RoundWithCare(double value, std::uint32_t index, double scaled) {
 inline Decimal RoundToSixDigits(double value, std::uint32_t field) {
   const std::uint32_t index = FindIndex(value, field);
   const double scaled = value * PowerOfTen(ScalingPower(index));
-  const auto digits = static_cast<std::int32_t>(scaled + 0.5);
+  constexpr double Half = 0.5;
+  const auto digits = static_cast<std::int32_t>(scaled + Half);
   const double rest = scaled - digits;  // exact
-  if (std::fabs(rest) > 0.5 - ScaledError) return RoundWithCare(value, index, scaled);
+  if (std::fabs(rest) > Half - ScaledError) return RoundWithCare(value, index, scaled);
   return MakeDecimal(digits, index);
 }
 
