@@ -1,126 +1,174 @@
-// Six digits from one product: value x 10^(5 - exponent) lies between 100000 and 1000000. The sign
-// of its rounding error decides where the product alone would be a tie.
+// Numbers that six_digits.h rounds are written without a branch: their characters are bytes of one
+// 64-bit word, and what depends on the exponent stands in a table.
 #include "base/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 
-#include "base/exact_arithmetic.h"
+#include "base/six_digits.h"
 
 namespace korvex {
 
 namespace {
 
-constexpr int SignificantDigits = 6;
+// Six digits as text are bytes of a word, the first one in the lowest byte. The tables hold the
+// upper and the lower three; the highest byte of the lower ones is the number of all digits without
+// the zeros at the end, or 0 where the lower three are zeros.
+constexpr std::uint32_t CharacterBits = 8, CountAt = 56;
 
-// 10^0 to 10^22: the powers of ten that are exact doubles.
-constexpr std::array<double, 23> PowersOfTen{1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                             1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                             1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr double SmallestDirect = 1e-16, LargestDirect = 1e27;  // one decade within the powers
+constexpr std::uint64_t MakeCharacters(std::uint32_t number) {
+  const std::uint32_t a = number / 100, b = number / 10 % 10, c = number % 10;
+  return ('0' + a) | ('0' + b) << CharacterBits | ('0' + c) << 2 * CharacterBits;
+}
 
-// digits x 10^(exponent - 5), with 100000 <= digits <= 999999.
-struct Decimal {
-  std::int32_t digits;
-  std::int32_t exponent;
+// Of a number of three digits, without the zeros at the end.
+constexpr std::uint32_t CountDigits(std::uint32_t number) {
+  if (number % 10 != 0) return 3;
+  if (number % 100 != 0) return 2;
+  return number != 0 ? 1 : 0;
+}
+
+constexpr std::array<std::uint32_t, 1000> MakeUpperDigits() {
+  std::array<std::uint32_t, 1000> digits{};
+  for (std::uint32_t i = 0; i < digits.size(); ++i) {
+    digits[i] = static_cast<std::uint32_t>(MakeCharacters(i));
+  }
+  return digits;
+}
+
+constexpr std::array<std::uint64_t, 1000> MakeLowerDigits() {
+  std::array<std::uint64_t, 1000> digits{};
+  for (std::uint32_t i = 0; i < digits.size(); ++i) {
+    const std::uint64_t count = i == 0 ? 0 : 3 + CountDigits(i);
+    digits[i] = MakeCharacters(i) << 3 * CharacterBits | count << CountAt;
+  }
+  return digits;
+}
+
+constexpr std::array<std::uint32_t, 1000> UpperDigits = MakeUpperDigits();
+constexpr std::array<std::uint64_t, 1000> LowerDigits = MakeLowerDigits();
+
+// How a number of a certain exponent is written: a prefix, digits with the point among them, a
+// suffix.
+struct Layout {
+  std::array<char, 8> prefix{'0', '.', '0', '0', '0', '0', '0', '0'};  // `start` of them
+  std::array<char, 4> suffix{'e', '+', '0', '0'};                      // `suffixSize` of them
+  std::uint8_t start = 0;
+  std::uint8_t suffixSize = 0;
+  std::uint8_t whole = SignificantDigits;  // digits before the point
+  std::uint8_t kept = 1;                   // digits that are written even if they are zero
+  std::uint64_t wholeMask = 0;             // the bits of the digits before the point
+  std::uint64_t point = 0;                 // the bits of the point
 };
 
-// Returns value x 10^k: the rounded product and its error. For k < 0 only the sign of the error is
-// exact; more is not needed.
-DoubleDouble ScaleByPowerOfTen(double value, std::int32_t k) {
-  if (k >= 0) return MultiplyExactly(value, PowersOfTen[static_cast<std::size_t>(k)]);
-  const double power = PowersOfTen[static_cast<std::size_t>(-k)];
-  const double quotient = value / power;
-  const DoubleDouble product = MultiplyExactly(quotient, power);
-  return {quotient, (value - product.head) - product.tail};
+constexpr Layout MakeLayout(std::int32_t exponent) {
+  Layout layout;
+  if (exponent >= 0 && exponent < SignificantDigits) {  // 123.456
+    layout.whole = layout.kept = static_cast<std::uint8_t>(exponent + 1);
+  } else if (exponent < 0 && exponent >= -4) {  // 0.00123456; all digits after the prefix's point
+    layout.start = static_cast<std::uint8_t>(1 - exponent);
+  } else {  // 1.23456e-12
+    const std::int32_t size = exponent < 0 ? -exponent : exponent;
+    layout.suffix[1] = exponent < 0 ? '-' : '+';
+    layout.suffix[2] = static_cast<char>('0' + size / 10);
+    layout.suffix[3] = static_cast<char>('0' + size % 10);
+    layout.suffixSize = 4;
+    layout.whole = 1;
+  }
+  const std::uint32_t pointAt = CharacterBits * layout.whole;
+  layout.wholeMask = (std::uint64_t{1} << pointAt) - 1;
+  layout.point = std::uint64_t{'.'} << pointAt;
+  return layout;
 }
 
-// value: between SmallestDirect and LargestDirect.
-Decimal RoundToSixDigits(double value) {
-  int binaryExponent = 0;
-  std::frexp(value, &binaryExponent);
-  constexpr double LogOfTwo = 0.30102999566398120;  // decimal
-  // The decimal exponent, or one more.
-  auto exponent = static_cast<std::int32_t>(std::floor(binaryExponent * LogOfTwo));
-  DoubleDouble scaled = ScaleByPowerOfTen(value, SignificantDigits - 1 - exponent);
-  if (scaled.head < 1e5 || (scaled.head == 1e5 && scaled.tail < 0.0)) {
-    --exponent;
-    scaled = ScaleByPowerOfTen(value, SignificantDigits - 1 - exponent);
+// Of the exponents -LargestPower .. LargestPower.
+constexpr std::array<Layout, 2 * LargestPower + 1> MakeLayouts() {
+  std::array<Layout, 2 * LargestPower + 1> layouts{};
+  for (std::size_t i = 0; i < layouts.size(); ++i) {
+    layouts[i] = MakeLayout(static_cast<std::int32_t>(i) - LargestPower);
   }
-  auto digits = static_cast<std::int32_t>(scaled.head);
-  const double rest = scaled.head - digits;  // exact; the tail counts only where it is a half
-  const bool isAboveHalf = rest > 0.5 || (rest == 0.5 && scaled.tail > 0.0);
-  const bool isTie = rest == 0.5 && scaled.tail == 0.0;
-  if (isAboveHalf || (isTie && digits % 2 != 0)) ++digits;
-  if (digits == 1000000) return {100000, exponent + 1};
-  return {digits, exponent};
+  return layouts;
 }
 
-// Writes the six digits without trailing zeros, but at least `kept` digits. Returns their number.
-int WriteDigits(std::int32_t digits, int kept, char* out) {
-  for (int i = SignificantDigits - 1; i >= 0; --i) {
-    out[i] = static_cast<char>('0' + digits % 10);
-    digits /= 10;
+constexpr std::array<Layout, 2 * LargestPower + 1> Layouts = MakeLayouts();
+
+// Writes the bytes of a word, the lowest first. Compilers make one store of it.
+void WriteWord(std::uint64_t word, char* out) {
+  for (std::size_t i = 0; i < sizeof word; ++i) {
+    out[i] = static_cast<char>(word >> CharacterBits * i & 0xFFU);
   }
-  int count = SignificantDigits;
-  while (count > kept && out[count - 1] == '0') --count;
-  return count;
 }
 
-// Writes the notation "d.ddddde+xx"; here the exponent has two digits. Returns the end.
-char* WriteScientific(const Decimal& decimal, char* out) {
-  char digits[SignificantDigits];
-  const int count = WriteDigits(decimal.digits, 1, digits);
-  *out++ = digits[0];
-  if (count > 1) *out++ = '.';
-  for (int i = 1; i < count; ++i) *out++ = digits[i];
-  const std::int32_t size = std::abs(decimal.exponent);
-  *out++ = 'e';
-  *out++ = decimal.exponent < 0 ? '-' : '+';
-  *out++ = static_cast<char>('0' + size / 10);
-  *out++ = static_cast<char>('0' + size % 10);
-  return out;
+// A column is filled with spaces, and one character more, in one store.
+constexpr std::array<char, ColumnWidth + 1> Spaces{' ', ' ', ' ', ' ', ' ', ' ', ' ', ' ',
+                                                   ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
+
+// Returns where a text of `size` characters begins that ends with its column, or begins at `out`.
+// The spaces before it are written.
+char* FindBegin(bool isColumn, std::size_t size, char* out) {
+  if (!isColumn) return out;
+  std::memcpy(out, Spaces.data(), Spaces.size());
+  return out + (ColumnWidth - size);
 }
 
-// Writes the notation without exponent, for exponents from -4 to 5. Returns the end.
-char* WriteFixed(const Decimal& decimal, char* out) {
-  char digits[SignificantDigits];
-  const int count = WriteDigits(decimal.digits, decimal.exponent + 1, digits);
-  if (decimal.exponent < 0) {
-    *out++ = '0';
-    *out++ = '.';
-    for (std::int32_t zeros = -1; zeros > decimal.exponent; --zeros) *out++ = '0';
+char* WriteDecimal(bool isNegative, const Decimal& decimal, bool isColumn, char* out) {
+  const Layout& layout = Layouts[decimal.index];
+  const auto digits = static_cast<std::uint32_t>(decimal.digits);
+  const std::uint32_t upper = digits / 1000;
+  const std::uint64_t characters = UpperDigits[upper] | LowerDigits[digits % 1000];
+  auto count = static_cast<std::uint32_t>(characters >> CountAt);
+  if (count == 0) count = CountDigits(upper);
+
+  const std::uint64_t whole = characters & layout.wholeMask;  // the shift drops the count
+  const std::uint64_t text = whole | layout.point | (characters ^ whole) << CharacterBits;
+
+  const std::size_t signSize = isNegative ? 1 : 0, pointSize = count > layout.whole ? 1 : 0;
+  const std::size_t head = signSize + layout.start;
+  const std::size_t body = head + std::max<std::size_t>(count, layout.kept) + pointSize;
+  char* const begin = FindBegin(isColumn, body + layout.suffixSize, out);
+  *begin = '-';
+  std::memcpy(begin + signSize, layout.prefix.data(), layout.prefix.size());
+  WriteWord(text, begin + head);
+  std::memcpy(begin + body, layout.suffix.data(), layout.suffix.size());
+  return begin + body + layout.suffixSize;
+}
+
+// Zeros, and what needs the library.
+char* WriteOther(double number, bool isColumn, char* out) {
+  std::array<char, NumberRoom> text{};
+  char* end = text.data();
+  if (std::signbit(number)) *end++ = '-';
+  const double value = std::fabs(number);
+  if (value == 0.0) {
+    *end++ = '0';
+  } else {
+    end = std::to_chars(end, text.data() + text.size(), value, std::chars_format::general,
+                        SignificantDigits)
+              .ptr;
   }
-  for (int i = 0; i < count; ++i) {
-    if (i > 0 && i == decimal.exponent + 1) *out++ = '.';
-    *out++ = digits[i];
-  }
-  return out;
+  const auto size = static_cast<std::size_t>(end - text.data());
+  return std::copy_n(text.data(), size, FindBegin(isColumn, size, out));
+}
+
+char* WriteAt(double number, bool isColumn, char* out) {
+  const std::uint64_t bits = BitsOf(number);
+  const std::uint32_t field = static_cast<std::uint32_t>(bits >> MantissaBits) & ExponentMask;
+  if (field < SmallestQuick || field > LargestQuick) return WriteOther(number, isColumn, out);
+  const Decimal decimal = RoundToSixDigits(std::fabs(number), field);
+  if (decimal.digits == 0) return WriteOther(number, isColumn, out);
+  return WriteDecimal(std::signbit(number), decimal, isColumn, out);
 }
 
 }  // namespace
 
-std::string_view FormatNumber(double number, NumberBuffer& buffer) {
-  char* end = buffer.data();
-  const double value = std::fabs(number);
-  if (std::signbit(number)) *end++ = '-';
-  if (value == 0.0) {
-    *end++ = '0';
-  } else if (value >= SmallestDirect && value <= LargestDirect) {
-    const Decimal decimal = RoundToSixDigits(value);
-    const bool isFixed = decimal.exponent >= -4 && decimal.exponent < SignificantDigits;
-    end = isFixed ? WriteFixed(decimal, end) : WriteScientific(decimal, end);
-  } else {
-    end = std::to_chars(end, buffer.data() + buffer.size(), value, std::chars_format::general,
-                        SignificantDigits)
-              .ptr;
-  }
-  return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
-}
+char* WriteNumber(double number, char* out) { return WriteAt(number, false, out); }
 
-std::string_view FormatNumber(std::int64_t number, NumberBuffer& buffer) {
-  const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number);
-  return {buffer.data(), static_cast<std::size_t>(end.ptr - buffer.data())};
+char* WriteColumn(double number, char* out) { return WriteAt(number, true, out); }
+
+char* WriteNumber(std::int64_t number, char* out) {
+  return std::to_chars(out, out + NumberRoom, number).ptr;
 }
 
 }  // namespace korvex

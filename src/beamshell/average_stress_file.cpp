@@ -15,33 +15,28 @@ namespace {
 // Usual characters of a number and its comma.
 constexpr std::int64_t NumberSize = 10;
 
-// Adds one line of `count` values.
+// Adds one line of `count` values, at least one.
 template <typename Value>
-void AddValues(std::string& text, const Value* values, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (i > 0) Add(text, ',');
-    Add(text, values[i]);
-  }
-  AddLine(text);
+void AddValues(ResultText& text, const Value* values, std::size_t count) {
+  Add(text, values[0]);
+  for (std::size_t i = 1; i < count; ++i) Add(text, ',', values[i]);
+  Add(text, '\n');
 }
 
 // displacements: DofsPerNode per node, node by node.
-void AddDisplacements(std::string& text, const std::vector<double>& displacements,
+void AddDisplacements(ResultText& text, const std::vector<double>& displacements,
                       std::size_t node) {
   AddValues(text, &displacements[node * DofsPerNode], DofsPerNode);
 }
 
-void AddFace(std::string& text, const StressVector& stress) {
-  for (const double component : stress) {
-    Add(text, component);
-    Add(text, ',');
-  }
-  AddLine(text, EquivalentStress(stress));
+void AddFace(ResultText& text, const StressVector& stress) {
+  AddLine(text, stress[0], ',', stress[1], ',', stress[2], ',', stress[3], ',', stress[4], ',',
+          stress[5], ',', EquivalentStress(stress));
 }
 
 // Adds shell e. connectivity: elements x Nodes node indices, element-major.
 template <std::int32_t Nodes>
-void AddShell(std::string& text, const std::vector<ShellElement<Nodes>>& shells,
+void AddShell(ResultText& text, const std::vector<ShellElement<Nodes>>& shells,
               const std::vector<std::int32_t>& connectivity, std::size_t e) {
   AddValues(text, &connectivity[e * Nodes], Nodes);
   for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
@@ -55,7 +50,7 @@ void AddShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shells,
                const std::vector<std::int32_t>& connectivity) {
   constexpr std::int64_t RowSize = (2 * 7 * NumberSize + NumberSize) * Nodes;
   AddRows(file, static_cast<std::int64_t>(shells.size()), RowSize,
-          [&](std::int64_t e, std::string& text) {
+          [&](std::int64_t e, ResultText& text) {
             AddShell(text, shells, connectivity, static_cast<std::size_t>(e));
           });
 }
@@ -63,18 +58,18 @@ void AddShells(ResultFile& file, const std::vector<ShellElement<Nodes>>& shells,
 void AddNodes(ResultFile& file, const Model& model) {
   AddLine(file.text, "NPOIN=", model.Tables.NPOIN);
   AddRows(file, static_cast<std::int64_t>(model.Tables.Nodes.size()), 3 * NumberSize,
-          [&](std::int64_t n, std::string& text) {
+          [&](std::int64_t n, ResultText& text) {
             const Node& node = model.Tables.Nodes[static_cast<std::size_t>(n)];
             AddLine(text, node.x, ',', node.y, ',', node.z);
           });
   AddRows(file, static_cast<std::int64_t>(model.Displacements.size() / DofsPerNode), 6 * NumberSize,
-          [&](std::int64_t n, std::string& text) {
+          [&](std::int64_t n, ResultText& text) {
             AddDisplacements(text, model.Displacements, static_cast<std::size_t>(n));
           });
 }
 
 // Adds a point as key(x,y,z).
-void AddPoint(std::string& text, const char* key, const Vector3& point) {
+void AddPoint(ResultText& text, const char* key, const Vector3& point) {
   AddLine(text, key, '(', point[0], ',', point[1], ',', point[2], ')');
 }
 
@@ -85,7 +80,7 @@ std::size_t CountDetailRows(const BeamShellModel& detail) {
 }
 
 // Adds row `row` of the detail model of this beam.
-void AddDetailRow(std::string& text, std::size_t beam, const BeamShellModel& detail,
+void AddDetailRow(ResultText& text, std::size_t beam, const BeamShellModel& detail,
                   std::size_t row) {
   if (row == 0) {
     AddLine(text, "BEI=", static_cast<std::int64_t>(beam));
@@ -125,7 +120,7 @@ void AddDetails(std::size_t firstBeam, const BeamShellModel* details,
                 const std::vector<std::size_t>& firstRow, ResultFile& file) {
   constexpr std::int64_t RowSize = 30 * NumberSize;  // half of the rows are shells
   AddRows(file, static_cast<std::int64_t>(firstRow.back()), RowSize,
-          [&](std::int64_t row, std::string& text) {
+          [&](std::int64_t row, ResultText& text) {
             const auto r = static_cast<std::size_t>(row);
             const auto next = std::upper_bound(firstRow.begin(), firstRow.end(), r);
             const auto b = static_cast<std::size_t>(next - firstRow.begin()) - 1;

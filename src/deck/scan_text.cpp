@@ -8,6 +8,7 @@
 #include <limits>
 #include <system_error>
 
+#include "base/powers_of_ten.h"
 #include "report/check_memory.h"
 
 namespace korvex {
@@ -61,6 +62,34 @@ bool ScanInteger(TextCursor& cursor, std::int32_t& value, OddNumber& odd) {
   if (magnitude > (negative ? largest32 + 1 : largest32)) odd = OddNumber::IntegerTooLarge;
   const std::uint64_t bits = negative ? std::uint64_t{0} - magnitude : magnitude;
   value = static_cast<std::int32_t>(static_cast<std::uint32_t>(bits));
+  return true;
+}
+
+// Reads a number without exponent of at most 15 digits, as nearly all are. Its digits and the power
+// of ten of its decimals are exact doubles, so that their quotient is the nearest double (Clinger
+// 1990, How to read floating point numbers accurately). The cursor stands behind the sign. Returns
+// false, and leaves the cursor there, where something else follows.
+bool ScanShortDecimal(TextCursor& cursor, double& value) {
+  constexpr std::int32_t LongDigits = 16, Unknown = -1;
+  TextCursor at = cursor;
+  std::int64_t number = 0;
+  std::int32_t digits = 0, point = Unknown;  // point: the number of digits before it
+  int c = PeekCharacter(at);
+  for (; digits < LongDigits; c = PeekCharacter(at)) {
+    if (IsDigit(c)) {
+      number = 10 * number + (c - '0');
+      ++digits;
+    } else if (c == '.' && point == Unknown) {
+      point = digits;
+    } else {
+      break;
+    }
+    ++at.position;
+  }
+  const bool isOther = LowerCase(c) == 'e' || LowerCase(c) == 'x';
+  if (digits == 0 || digits == LongDigits || isOther) return false;
+  cursor.position = at.position;
+  value = static_cast<double>(number) / PowerOfTen(point == Unknown ? 0 : digits - point);
   return true;
 }
 
@@ -156,6 +185,11 @@ bool ScanReal(TextCursor& cursor, double& value, OddNumber& odd) {
   const double sign = PeekCharacter(cursor) == '-' ? -1.0 : 1.0;
   if (IsSign(PeekCharacter(cursor))) ++cursor.position;
 
+  double size = 0.0;
+  if (ScanShortDecimal(cursor, size)) {
+    value = std::copysign(size, sign);
+    return true;
+  }
   if (LowerCase(PeekCharacter(cursor)) == 'n') {
     if (!TakeWord(cursor, "nan")) return false;
     value = std::copysign(std::numeric_limits<double>::quiet_NaN(), sign);

@@ -14,11 +14,9 @@ namespace korvex {
 
 namespace {
 
-void AddEdge(std::string& text, const Vector3& a, const Vector3& b) {
-  Add(text, "LINE\n  8\n0\n");
-  AddLine(text, " 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2]);
-  AddLine(text, " 11\n", b[0], "\n 21\n", b[1], "\n 31\n", b[2]);
-  AddLine(text, "  0");
+void AddEdge(ResultText& text, const Vector3& a, const Vector3& b) {
+  AddLine(text, "LINE\n  8\n0\n 10\n", a[0], "\n 20\n", a[1], "\n 30\n", a[2], "\n 11\n", b[0],
+          "\n 21\n", b[1], "\n 31\n", b[2], "\n  0");
 }
 
 // Adds the edges of each element: node 1-2, 2-3 and so on, and from the last node to node 1.
@@ -28,7 +26,7 @@ void AddEdges(ResultFile& file, const std::vector<std::int32_t>& connectivity,
   constexpr std::size_t EdgeSize = 85;
   AddRows(file, static_cast<std::int64_t>(connectivity.size() / nodesPerElement),
           static_cast<std::int64_t>(nodesPerElement * EdgeSize),
-          [&](std::int64_t row, std::string& text) {
+          [&](std::int64_t row, ResultText& text) {
             const std::size_t first = static_cast<std::size_t>(row) * nodesPerElement;
             for (std::size_t k = 0; k < nodesPerElement; ++k) {
               const std::int32_t a = connectivity[first + k];

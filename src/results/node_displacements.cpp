@@ -9,12 +9,11 @@ bool WriteNodeDisplacements(const std::string& fileName, const Model& model, int
   constexpr std::int64_t RowSize = 106;
   ResultFile file;
   OpenResultFile(fileName, DisplacementFileFailed, file, threads);
-  AddTitles(file.text, {"Node", "dx", "dy", "dz", "rx", "ry", "rz"});
-  AddRows(file, model.Tables.NPOIN, RowSize, [&](std::int64_t n, std::string& text) {
-    AddNodeColumn(text, static_cast<std::int32_t>(n));
+  Add(file.text, TitleLine({"Node", "dx", "dy", "dz", "rx", "ry", "rz"}));
+  AddRows(file, model.Tables.NPOIN, RowSize, [&](std::int64_t n, ResultText& text) {
     const double* u = &model.Displacements[static_cast<std::size_t>(n) * DofsPerNode];
-    for (std::int32_t d = 0; d < DofsPerNode; ++d) AddColumn(text, u[d]);
-    AddLine(text);
+    AddLine(text, NodeColumn{static_cast<std::int32_t>(n)}, NumberColumn{u[0]}, NumberColumn{u[1]},
+            NumberColumn{u[2]}, NumberColumn{u[3]}, NumberColumn{u[4]}, NumberColumn{u[5]});
   });
   return CloseResultFile(file);
 }

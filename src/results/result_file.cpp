@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/number_text.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "workers/make_in_order.h"
@@ -10,13 +9,6 @@
 namespace korvex {
 
 namespace {
-
-constexpr std::size_t ColumnWidth = 15;
-
-void AddRightAligned(std::string& text, std::string_view item, std::size_t width) {
-  if (item.size() < width) text.append(width - item.size(), ' ');
-  text.append(item);
-}
 
 // Large blocks need fewer write calls than single lines, and 64 kB stay in the cache.
 constexpr std::size_t BlockSize = std::size_t{1} << 16U;
@@ -26,8 +18,8 @@ constexpr std::size_t BlockSize = std::size_t{1} << 16U;
 constexpr std::int64_t PieceSize = BlockSize / 4;
 
 void WriteBlock(ResultFile& file) {
-  file.stream.write(file.text.data(), static_cast<std::streamsize>(file.text.size()));
-  file.text.clear();
+  file.stream.write(file.text.room.data(), static_cast<std::streamsize>(file.text.size));
+  file.text.size = 0;
 }
 
 // Before the file is opened: without memory none is begun, and errno tells why it did not open.
@@ -37,9 +29,9 @@ void ReserveTexts(int threads, ResultFile& file) {
   file.threads = CountThreadsInMemory(threads, TextSize, placesEach * PieceTextSize);
   const auto places = static_cast<std::size_t>(CountPlaces(file.threads));
   AllocateOrStop("the text of " + file.name, TextSize + places * PieceTextSize, 1, [&] {
-    file.text.reserve(TextSize);
+    file.text.room.resize(TextSize);
     file.pieces.resize(places);
-    for (std::string& piece : file.pieces) piece.reserve(PieceTextSize);
+    for (ResultText& piece : file.pieces) piece.room.resize(PieceTextSize);
   });
 }
 
@@ -64,45 +56,15 @@ bool CloseResultFile(ResultFile& file) {
 // The caller's thread writes: the reason of a failure, errno, is a thread's own.
 void AddRows(ResultFile& file, std::int64_t count, std::int64_t rowSize, const AddRow& addRow) {
   const auto make = [&](int place, std::int64_t first, std::int64_t end) {
-    std::string& text = file.pieces[static_cast<std::size_t>(place)];
-    text.clear();
+    ResultText& text = file.pieces[static_cast<std::size_t>(place)];
+    text.size = 0;
     for (std::int64_t row = first; row < end; ++row) addRow(row, text);
   };
   const auto take = [&](int place, std::int64_t, std::int64_t) {
-    file.text.append(file.pieces[static_cast<std::size_t>(place)]);
-    if (file.text.size() >= BlockSize) WriteBlock(file);
+    Add(file.text, TextOf(file.pieces[static_cast<std::size_t>(place)]));
+    if (file.text.size >= BlockSize) WriteBlock(file);
   };
   MakeInOrder(file.threads, count, std::max<std::int64_t>(PieceSize / rowSize, 1), make, take);
-}
-
-void Add(std::string& text, std::string_view item) { text.append(item); }
-
-void Add(std::string& text, char character) { text.push_back(character); }
-
-void Add(std::string& text, std::int64_t number) {
-  NumberBuffer buffer;
-  text.append(FormatNumber(number, buffer));
-}
-
-void Add(std::string& text, double number) {
-  NumberBuffer buffer;
-  text.append(FormatNumber(number, buffer));
-}
-
-void AddColumn(std::string& text, double number) {
-  NumberBuffer buffer;
-  AddRightAligned(text, FormatNumber(number, buffer), ColumnWidth);
-}
-
-void AddNodeColumn(std::string& text, std::int32_t node) {
-  NumberBuffer buffer;
-  AddRightAligned(text, FormatNumber(static_cast<std::int64_t>(node), buffer), ColumnWidth - 1);
-  text.push_back(':');
-}
-
-void AddTitles(std::string& text, std::initializer_list<std::string_view> titles) {
-  for (const std::string_view title : titles) AddRightAligned(text, title, ColumnWidth);
-  Add(text, '\n');
 }
 
 }  // namespace korvex

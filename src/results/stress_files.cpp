@@ -18,21 +18,21 @@ struct StressFile {
 constexpr StressFile ElementFile{"Four-nodes shell element:", "Three-nodes shell element:", false};
 constexpr StressFile AverageFile{"Four-nodes element:", "Three-nodes element:", true};
 
-void AddFace(std::string& text, std::int32_t node, const StressVector& stress) {
-  AddNodeColumn(text, node);
-  for (const double component : stress) AddColumn(text, component);
-  AddColumn(text, EquivalentStress(stress));
-  AddLine(text);
+void AddFace(ResultText& text, std::int32_t node, const StressVector& stress) {
+  AddLine(text, NodeColumn{node}, NumberColumn{stress[0]}, NumberColumn{stress[1]},
+          NumberColumn{stress[2]}, NumberColumn{stress[3]}, NumberColumn{stress[4]},
+          NumberColumn{stress[5]}, NumberColumn{EquivalentStress(stress)});
 }
 
-// The block of element e. connectivity: elements x Nodes node indices, element-major.
+// The block of element e. titles: of the columns; connectivity: elements x Nodes node indices,
+// element-major.
 template <std::int32_t Nodes>
-void AddBlock(std::string& text, const char* title, bool averaged, std::size_t e,
-              const ShellElement<Nodes>& element, const std::vector<std::int32_t>& connectivity) {
+void AddBlock(ResultText& text, const char* title, const std::string& titles, bool averaged,
+              std::size_t e, const ShellElement<Nodes>& element,
+              const std::vector<std::int32_t>& connectivity) {
   const auto& top = averaged ? element.AvgStressTop : element.NodeStressTop;
   const auto& bottom = averaged ? element.AvgStressBottom : element.NodeStressBottom;
-  AddLine(text, title, static_cast<std::int64_t>(e));
-  AddTitles(text, {"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"});
+  Add(text, title, static_cast<std::int64_t>(e), '\n', titles);
   for (std::size_t k = 0; k < static_cast<std::size_t>(Nodes); ++k) {
     const std::int32_t node = connectivity[e * Nodes + k];
     AddFace(text, node, top[k]);
@@ -45,10 +45,11 @@ void AddBlocks(ResultFile& file, const char* title, bool averaged,
                const std::vector<ShellElement<Nodes>>& elements,
                const std::vector<std::int32_t>& connectivity) {
   constexpr std::int64_t LineSize = 121;
+  const std::string titles = TitleLine({"Node", "SX", "SY", "SZ", "TXY", "TXZ", "TYZ", "SE"});
   AddRows(file, static_cast<std::int64_t>(elements.size()), (2 * Nodes + 2) * LineSize,
-          [&](std::int64_t row, std::string& text) {
+          [&](std::int64_t row, ResultText& text) {
             const auto e = static_cast<std::size_t>(row);
-            AddBlock(text, title, averaged, e, elements[e], connectivity);
+            AddBlock(text, title, titles, averaged, e, elements[e], connectivity);
           });
 }
 

@@ -1,11 +1,13 @@
-// Numbers as text against the formatting of a C++ stream: over all magnitudes, and next to every
-// value where digits or notation change.
+// Numbers as text against the formatting of a C++ stream and of the C++ library's to_chars: over
+// all magnitudes, next to every value where digits or notation change, and next to halves of the
+// last digit, where the error of the quick conversion would show.
 #include "base/number_text.h"
 
 #include <gtest/gtest.h>
 
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -85,12 +87,88 @@ TEST(NumberText, Ties) {
 }
 
 TEST(NumberText, NeighboursOfPowersOfTen) {
-  for (int power = -25; power <= 35; ++power) {
-    const double number = std::stod("1e" + std::to_string(power));
+  for (int power = -323; power <= 307; ++power) {
+    const double number = std::strtod(("1e" + std::to_string(power)).c_str(), nullptr);
     for (const double share : {1.0, 0.9999994, 0.9999995, 0.9999996, 0.99999949999, 1.0000005}) {
       ExpectStreamText(number * share);
       ExpectStreamText(std::nextafter(number * share, 0.0));
       ExpectStreamText(std::nextafter(number * share, Infinity));
+    }
+  }
+}
+
+// The doubles around a half of the last digit, of every exponent: the nearest one lies about as
+// close to the half as the quick conversion errs.
+TEST(NumberText, NeighboursOfHalves) {
+  std::mt19937_64 random(7);
+  for (int power = -60; power <= 60; ++power) {
+    for (int i = 0; i < 300; ++i) {
+      const std::uint64_t digits = 100000 + random() % 900000;
+      double number = std::stod(std::to_string(digits) + ".5e" + std::to_string(power));
+      for (int step = 0; step < 3; ++step) number = std::nextafter(number, 0.0);
+      for (int step = 0; step < 7; ++step) {
+        ASSERT_EQ(Format(number), LibraryText(number)) << digits << ".5e" << power << ' ' << step;
+        number = std::nextafter(number, Infinity);
+      }
+    }
+  }
+}
+
+// Around every power of two, from the smallest to the largest double: the decimal exponent is found
+// from the binary one.
+TEST(NumberText, NeighboursOfPowersOfTwo) {
+  for (int power = -1074; power <= 1023; ++power) {
+    const double number = std::ldexp(1.0, power);
+    for (const double near : {std::nextafter(number, 0.0), number, number * 1.75}) {
+      EXPECT_EQ(Format(near), LibraryText(near)) << power;
+    }
+  }
+}
+
+struct KnownText {
+  double number;
+  const char* text;
+};
+
+// By hand. Where rounding depends on it, the doubles' exact values are 9.99999500000000018...,
+// 0.50000049999999995..., 1.00000499999999995...e-10 and 20000049999999999672320.
+TEST(NumberText, KnownTexts) {
+  for (const KnownText& known : {KnownText{9.999995, "10"},
+                                 {0.5000005, "0.5"},
+                                 {1.000005e-10, "1e-10"},
+                                 {2.000005e22, "2e+22"},
+                                 {10025.25, "10025.2"},  // ties: to the even digit
+                                 {10025.75, "10025.8"},
+                                 {1000005.0, "1e+06"},
+                                 {1000015.0, "1.00002e+06"},
+                                 {120000.0, "120000"},
+                                 {1200000.0, "1.2e+06"},
+                                 {0.00012, "0.00012"},
+                                 {0.000012, "1.2e-05"},
+                                 {100.25, "100.25"},
+                                 {-7.0, "-7"},
+                                 {1e-39, "1e-39"},  // near the ends of the quick conversion
+                                 {9.87654321e-40, "9.87654e-40"},
+                                 {1e44, "1e+44"},
+                                 {1.2345678e44, "1.23457e+44"}}) {
+    EXPECT_EQ(Format(known.number), known.text);
+  }
+}
+
+// The number at the end of 15 characters; and of both forms, nothing behind the room they ask for.
+TEST(NumberText, ColumnsAreRightAlignedAndRoomIsKept) {
+  constexpr char Untouched = '#';
+  for (const double number :
+       {0.0, -0.0, 7.0, -7.0, 1.5, -123456.0, 0.000123456, -0.000123456, 1.23456e-12, -1.23456e-300,
+        std::numeric_limits<double>::max(), -Infinity, 1234565.0}) {
+    const std::string text = LibraryText(number);
+    for (const bool isColumn : {false, true}) {
+      std::string room(NumberRoom + 8, Untouched);
+      char* const end =
+          isColumn ? WriteColumn(number, room.data()) : WriteNumber(number, room.data());
+      const std::string expected = isColumn ? std::string(15 - text.size(), ' ') + text : text;
+      EXPECT_EQ(std::string(room.data(), end), expected);
+      EXPECT_EQ(room.substr(NumberRoom), std::string(8, Untouched));
     }
   }
 }

@@ -8,6 +8,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <random>
@@ -241,6 +242,22 @@ TEST(ScanReal, RoundsToNearest) {
 }
 
 // Between 2^53 and 2^54 doubles are the even integers, so an odd one lies half way.
+// Up to 18 digits with the point anywhere, and what may follow: the length decides how they are
+// converted. The C library's strtod rounds correctly.
+TEST(ScanReal, ShortAndLongDecimalsAreTheNearestDoubles) {
+  std::mt19937_64 random(3);
+  for (int i = 0; i < 40000; ++i) {
+    const std::size_t size = 1 + random() % 18;
+    std::string digits;
+    while (digits.size() < size) digits += static_cast<char>('0' + random() % 10);
+    if (i % 4 != 0) digits.insert(random() % (size + 1), 1, '.');
+    const std::string text = (i % 3 == 0 ? "-" : "") + digits;
+    ExpectReal(text, std::strtod(text.c_str(), nullptr));
+    ExpectReal(text + "e-3", std::strtod((text + "e-3").c_str(), nullptr));
+    EXPECT_EQ(ReadReal(text + ",7").position, text.size());
+  }
+}
+
 TEST(ScanReal, RoundsHalfWayCasesToEven) {
   ExpectReal("9007199254740993", 0x1p+53);                // 2^53 + 1 -> 2^53
   ExpectReal("9007199254740995", 0x1.0000000000002p+53);  // 2^53 + 3 -> 2^53 + 4

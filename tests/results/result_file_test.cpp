@@ -1,11 +1,9 @@
-// The text of result files: every item as a stream would write it, columns, and files longer than
-// one block.
+// Result files: rows in order, longer than one block, for any number of threads.
 #include "results/result_file.h"
 
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <limits>
 
 #include "support/temp_folder.h"
 
@@ -22,26 +20,6 @@ std::string WriteToText(const std::function<void(ResultFile&)>& write, int threa
   return test::ReadFile("result.txt");
 }
 
-TEST(ResultFile, Integers) {
-  EXPECT_EQ(WriteToText([](ResultFile& file) {
-              AddLine(file.text, std::int32_t{0}, ',', std::numeric_limits<std::int32_t>::min(),
-                      ',', std::numeric_limits<std::int64_t>::max());
-            }),
-            "0,-2147483648,9223372036854775807\n");
-}
-
-TEST(ResultFile, ColumnsAreFifteenWideAndRightAligned) {
-  EXPECT_EQ(WriteToText([](ResultFile& file) {
-              AddTitles(file.text, {"Node", "dx", "a title of more than fifteen"});
-              AddNodeColumn(file.text, 7);
-              AddColumn(file.text, -1.23456789e-300);
-              AddColumn(file.text, 0.5);
-              AddLine(file.text);
-            }),
-            "           Node             dxa title of more than fifteen\n"
-            "             7:  -1.23457e-300            0.5\n");
-}
-
 // Rows of different length, with lines before and after them.
 TEST(ResultFile, RowsAreInOrderForAnyNumberOfThreads) {
   constexpr std::int64_t Rows = 20000;
@@ -50,7 +28,7 @@ TEST(ResultFile, RowsAreInOrderForAnyNumberOfThreads) {
   for (std::int64_t i = 0; i < Rows; ++i) expected += "line " + std::to_string(number(i)) + "\n";
   expected += "between\n" + expected.substr(5) + "end\n";
   for (const int threads : {0, 1, 2, 3, 8}) {
-    const auto addRow = [&](std::int64_t row, std::string& text) {
+    const auto addRow = [&](std::int64_t row, ResultText& text) {
       AddLine(text, "line ", number(row));
     };
     const auto write = [&](ResultFile& file) {
@@ -71,7 +49,7 @@ TEST(ResultFile, ARowThatThrowsEndsTheRows) {
     const test::WorkingFolder folder;
     ResultFile file;
     OpenResultFile("result.txt", "", file, threads);
-    const auto addRow = [](std::int64_t row, std::string&) {
+    const auto addRow = [](std::int64_t row, ResultText&) {
       if (row == 700 || row == 900) throw row;
     };
     try {
