@@ -2,7 +2,8 @@
 // its solved end displacements and solved.
 //
 // Per beam: outline (section_outline.h), extrusion (extrude_outline.h), solution
-// (solve_beam_shell.h); after the last beam the corner stresses are averaged (average_corners.h).
+// (solve_beam_shell.h; beams of one shape side by side, solve_beam_lanes.h); after the last beam
+// the corner stresses are averaged (average_corners.h).
 #pragma once
 
 #include <cstdint>
@@ -19,8 +20,8 @@ namespace korvex {
 // model has too many equations, and where the memory is too small.
 //
 // share: called with the share of the beams that are done, which never falls, on the caller's
-// thread: before each beam of that thread, and with several threads once before any beam. May be
-// empty.
+// thread: before each beam of that thread, or each group of beams that are solved side by side, and
+// with several threads once before any beam. May be empty.
 //
 // threads: each solves some of the beams, in its own memory; there are fewer where the memory has
 // no room for as many systems. A Stop is that of the first beam that has one.
