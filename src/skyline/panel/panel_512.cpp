@@ -1,5 +1,5 @@
-// The routines of panels, lanes and systems in vectors of 512 bits, eight doubles each. This file is
-// compiled for processors that have these vectors and must not be called on others.
+// The routines of panels, lanes and systems in vectors of 512 bits, eight doubles each. This file
+// is compiled for processors that have these vectors and must not be called on others.
 //
 // Of the 32 vector registers, a tile of 6 x 24 entries takes 18, a row of the slice 3, products and
 // masks the rest.
