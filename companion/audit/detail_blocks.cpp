@@ -126,14 +126,6 @@ void ListRows(const SharedEnds& ends, std::size_t begin, std::size_t end, Gather
   std::sort(rows.begin(), rows.end());
 }
 
-// How many threads have room for a system each beside the largest block.
-int CountThreads(const DetailWork& work, const DetailBytes& bytes, const BlockPlan& plan) {
-  if (work.memory == 0 || bytes.largestSystem == 0) return work.threads;
-  const std::uint64_t rest = work.memory - std::min(work.memory, plan.mostBytes);
-  const std::uint64_t systems = std::max<std::uint64_t>(rest / bytes.largestSystem, 1);
-  return static_cast<int>(std::min(systems, static_cast<std::uint64_t>(work.threads)));
-}
-
 }  // namespace
 
 void CheckSectionTypes(const korvex::ModelTables& tables) {
@@ -158,7 +150,6 @@ std::size_t MakeDetailModels(const Model& model, const DetailWork& work, const T
   // Before the first block: not after hours of work.
   korvex::CheckMemory(korvex::NameDetailModels(plan.mostModels),
                       plan.mostBytes + bytes.largestSystem, 1);
-  const int threads = CountThreads(work, bytes, plan);
   const auto all = static_cast<double>(plan.modelsBefore.back());
   const std::size_t blocks = plan.begins.size() - 1;
   Gathering gathering;
@@ -173,7 +164,7 @@ std::size_t MakeDetailModels(const Model& model, const DetailWork& work, const T
       const auto own = static_cast<double>(plan.modelsBefore[k + 1]) - before;
       if (work.share) work.share((before + part * own) / all);
     };
-    korvex::GenerateBeamShells(model, rows, details, share, threads);
+    korvex::GenerateBeamShells(model, rows, details, share, work.threads, work.memory);
     const auto first = static_cast<std::size_t>(
         std::lower_bound(rows.begin(), rows.end(), static_cast<std::int32_t>(begin)) -
         rows.begin());

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/finite.h"
 #include "base/matrix.h"
 #include "beam/beam_frame.h"
 
@@ -64,12 +65,43 @@ void EccentricityMatrix(const SectionProperties& section, BeamMatrix& B) {
   }
 }
 
+// C = A B without the terms of zeros in A. They would change nothing if B is finite: a sum that
+// begins with 0.0 is never -0. A, B, C: 12 x 12, row-major; C must not alias A or B.
+void MultiplySparse(const BeamMatrix& A, const BeamMatrix& B, BeamMatrix& C) {
+  C.fill(0.0);
+  for (std::size_t i = 0; i < Dofs; ++i) {
+    for (std::size_t k = 0; k < Dofs; ++k) {
+      const double a = A[i * Dofs + k];
+      if (a == 0.0) continue;
+      for (std::size_t j = 0; j < Dofs; ++j) C[i * Dofs + j] += a * B[k * Dofs + j];
+    }
+  }
+}
+
 // K = X^T K X. K, X: 12 x 12, row-major.
-void TransformCongruently(const BeamMatrix& X, BeamMatrix& K) {
+void TransformDense(const BeamMatrix& X, BeamMatrix& K) {
   BeamMatrix Xt, XtK;
   MatTranspose(Xt.data(), X.data(), Dofs, Dofs);
   MatMultiply(XtK.data(), Xt.data(), K.data(), Dofs, Dofs, Dofs);
   MatMultiply(K.data(), XtK.data(), X.data(), Dofs, Dofs, Dofs);
+}
+
+// The same without the zeros of X, most of its entries.
+void TransformCongruently(const BeamMatrix& X, BeamMatrix& K) {
+  if (!AreFinite(X.data(), X.size()) || !AreFinite(K.data(), K.size())) {
+    TransformDense(X, K);
+    return;
+  }
+  BeamMatrix Xt, XtK, KX, XtKX;  // the last two are transposed
+  MatTranspose(Xt.data(), X.data(), Dofs, Dofs);
+  MultiplySparse(Xt, K, XtK);
+  if (!AreFinite(XtK.data(), XtK.size())) {
+    TransformDense(X, K);
+    return;
+  }
+  MatTranspose(KX.data(), XtK.data(), Dofs, Dofs);
+  MultiplySparse(Xt, KX, XtKX);
+  MatTranspose(K.data(), XtKX.data(), Dofs, Dofs);
 }
 
 }  // namespace
@@ -78,9 +110,15 @@ void BeamStiffness(const BeamElement& beam, double* K) {
   BeamMatrix k;
   BuildLocalStiffness(beam, k);
 
-  BeamMatrix B;
-  EccentricityMatrix(beam.Section, B);
-  TransformCongruently(B, k);
+  const SectionProperties& s = beam.Section;
+  const bool isCentric = s.Ex == 0.0 && s.Ey == 0.0 && s.Ez == 0.0;
+  if (isCentric && AreFinite(k.data(), k.size())) {
+    for (double& entry : k) entry += 0.0;  // B is the identity: only -0 becomes 0
+  } else {
+    BeamMatrix B;
+    EccentricityMatrix(s, B);
+    TransformCongruently(B, k);
+  }
 
   BeamFrame frame;
   BeamMatrix T;

@@ -1,5 +1,6 @@
 // Nodes are numbered through all models. A spatial grid finds the nodes near a point, and with them
-// the corners of the shells there.
+// the corners of the shells there. Most nodes lie far from all other models: the boxes around these
+// tell, and a sweep through the own model, which stays in a cache, is enough.
 //
 // A corner is excluded if its distance is greater than the tolerance. A distance that is NaN is not
 // greater, so it excludes nothing: a corner with a NaN coordinate, as in the model of a beam
@@ -10,9 +11,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <tuple>
 
 #include "beamshell/point_grid.h"
+#include "platform/prefault_memory.h"
 #include "results/corner_sum.h"
 #include "workers/share_range.h"
 
@@ -20,7 +23,16 @@ namespace korvex {
 
 namespace {
 
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+
 using Numbers = std::vector<std::size_t>;
+
+// The box around the finite nodes of a model, and Reach more in all directions: no other node of
+// the model coincides with a point outside.
+struct NodeBox {
+  Vector3 low{Infinity, Infinity, Infinity};
+  Vector3 high{-Infinity, -Infinity, -Infinity};
+};
 
 // The nodes of all models, the corners at each node, and the grids that find them.
 struct CornerTable {
@@ -30,6 +42,7 @@ struct CornerTable {
   Numbers corners;              // 4 * shell + k in its model, node after node, ascending per node
   PointGrid grid;               // of `points`
   Numbers nonFinite;            // nodes that are not in the grid, ascending
+  std::vector<NodeBox> boxes;   // [models]
   PointGrid ends;               // end points of the models: 2 * m and 2 * m + 1 for model m
 };
 
@@ -45,13 +58,34 @@ struct Corner {
   std::size_t model, position;
 };
 
+// Enlarges the box so that it holds a point and Reach around it.
+void Enclose(const Vector3& point, NodeBox& box) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    box.low[i] = std::min(box.low[i], point[i] - Reach);
+    box.high[i] = std::max(box.high[i], point[i] + Reach);
+  }
+}
+
+bool IsInside(const Vector3& point, const NodeBox& box) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    if (point[i] < box.low[i] || point[i] > box.high[i]) return false;
+  }
+  return true;
+}
+
 // Appends the nodes of one model and the corners at each.
 void AppendNodes(const BeamShellModel& model, CornerTable& table) {
   const std::size_t nodes = model.NodeCoords.size(), before = table.corners.size();
+  NodeBox box;
   for (const Vector3& point : model.NodeCoords) {
-    if (!IsFinite(point)) table.nonFinite.push_back(table.points.size());
+    if (IsFinite(point)) {
+      Enclose(point, box);
+    } else {
+      table.nonFinite.push_back(table.points.size());
+    }
     table.points.push_back(point);
   }
+  table.boxes.push_back(box);
   table.firstNode.push_back(table.points.size());
 
   Numbers next(nodes + 1, before);
@@ -64,7 +98,24 @@ void AppendNodes(const BeamShellModel& model, CornerTable& table) {
   }
 }
 
+// Reserves room for the nodes and corners of all models.
+void ReserveTable(const std::vector<BeamShellModel>& models, CornerTable& table) {
+  std::size_t nodes = 0, corners = 0;
+  for (const BeamShellModel& model : models) {
+    nodes += model.NodeCoords.size();
+    corners += model.ShellNodes.size();
+  }
+  table.firstNode.reserve(models.size() + 1);
+  table.points.reserve(nodes);
+  table.firstCorner.reserve(nodes + 1);
+  table.corners.reserve(corners);
+  PrefaultMemory(table.points.data(), nodes * sizeof(Vector3));
+  PrefaultMemory(table.firstCorner.data(), nodes * sizeof(std::size_t));
+  PrefaultMemory(table.corners.data(), corners * sizeof(std::size_t));
+}
+
 void BuildCornerTable(const std::vector<BeamShellModel>& models, CornerTable& table) {
+  ReserveTable(models, table);
   std::vector<Vector3> ends;
   table.firstNode = {0};
   table.firstCorner = {0};
@@ -119,6 +170,17 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
   for (const std::size_t m : family.others) addNonFinite(m);
 }
 
+// Beyond so many other models, asking each for its box would take longer than the large grid.
+constexpr std::size_t MaxAsked = 32;
+
+// Whether a node of the family outside its own model may coincide with `point`, or one that is in
+// no grid.
+bool MayMeetOthers(const CornerTable& table, const Family& family, const Vector3& point) {
+  return !IsFinite(point) || !family.nonFinite.empty() || family.others.size() > MaxAsked ||
+         std::any_of(family.others.begin(), family.others.end(),
+                     [&](std::size_t m) { return IsInside(point, table.boxes[m]); });
+}
+
 // found: a superset of the family's nodes that coincide with `point`; a number may occur more than
 // once.
 void FindCandidates(const CornerTable& table, const Family& family, const Vector3& point,
@@ -136,23 +198,76 @@ void FindCandidates(const CornerTable& table, const Family& family, const Vector
   for (const std::size_t m : family.others) addAll(m);
 }
 
+// The finite nodes of a model along the axis on which they reach farthest.
+struct NodeSweep {
+  struct Place {
+    double position;
+    std::size_t node;  // of the model
+  };
+  std::size_t axis = 0;
+  std::vector<Place> places;  // ascending
+};
+
+void SortNodes(const std::vector<Vector3>& points, const NodeBox& box, NodeSweep& sweep) {
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::size_t a = sweep.axis;
+    if (box.high[i] - box.low[i] > box.high[a] - box.low[a]) sweep.axis = i;
+  }
+  sweep.places.clear();
+  for (std::size_t node = 0; node < points.size(); ++node) {
+    if (IsFinite(points[node])) sweep.places.push_back({points[node][sweep.axis], node});
+  }
+  std::sort(sweep.places.begin(), sweep.places.end(),
+            [](const auto& a, const auto& b) { return a.position < b.position; });
+}
+
+// As FindCandidates, where no other model has nodes near `point`.
+// sweep: of the own model.
+void FindOwnCandidates(const CornerTable& table, std::size_t own, const NodeSweep& sweep,
+                       const Vector3& point, Numbers& found) {
+  found.clear();
+  const double position = point[sweep.axis];
+  auto place =
+      std::lower_bound(sweep.places.begin(), sweep.places.end(), position - Reach,
+                       [](const NodeSweep::Place& a, double low) { return a.position < low; });
+  for (; place != sweep.places.end() && place->position <= position + Reach; ++place) {
+    const std::size_t node = table.firstNode[own] + place->node;
+    const Vector3& other = table.points[node];
+    const bool isNear = std::fabs(other[0] - point[0]) <= Reach &&
+                        std::fabs(other[1] - point[1]) <= Reach &&
+                        std::fabs(other[2] - point[2]) <= Reach;
+    if (isNear) found.push_back(node);
+  }
+}
+
+// The model that a node belongs to.
+std::size_t ModelOf(const CornerTable& table, const Family& family, std::size_t node) {
+  if (node >= table.firstNode[family.own] && node < table.firstNode[family.own + 1]) {
+    return family.own;
+  }
+  const auto next = std::upper_bound(table.firstNode.begin(), table.firstNode.end(), node);
+  return static_cast<std::size_t>(next - table.firstNode.begin()) - 1;
+}
+
 // coincident: the family's corners at `point`; first those of the own model, then those of the
 // other models, ascending. candidates: node numbers from FindCandidates; they are sorted.
 void FindCoincident(const CornerTable& table, const Family& family, const Vector3& point,
                     Numbers& candidates, std::vector<Corner>& coincident) {
   coincident.clear();
   SortUnique(candidates);
+  std::size_t nodes = 0;
   for (const std::size_t node : candidates) {
     if (Length(Subtract(table.points[node], point)) > CoincidenceTolerance) continue;
-    const auto next = std::upper_bound(table.firstNode.begin(), table.firstNode.end(), node);
-    const auto m = static_cast<std::size_t>(next - table.firstNode.begin()) - 1;
+    const std::size_t m = ModelOf(table, family, node);
     if (m != family.own && !std::binary_search(family.others.begin(), family.others.end(), m)) {
       continue;
     }
+    ++nodes;
     for (std::size_t c = table.firstCorner[node]; c < table.firstCorner[node + 1]; ++c) {
       coincident.push_back({m, table.corners[c]});
     }
   }
+  if (nodes < 2) return;  // the corners of one node ascend
   std::sort(coincident.begin(), coincident.end(), [&](const Corner& a, const Corner& b) {
     const bool aIsOther = a.model != family.own, bIsOther = b.model != family.own;
     return std::tie(aIsOther, a.model, a.position) < std::tie(bIsOther, b.model, b.position);
@@ -165,6 +280,7 @@ void AverageCorner(const std::vector<BeamShellModel>& models, const std::vector<
   CornerSum sum;
   sum.normal = Normal(shell);
   sum.TK = shell.TK;
+  TakeAlike(sum);
   for (const Corner& corner : coincident) {
     AddCorner(models[corner.model].Shells[corner.position / 4], corner.position % 4, sum);
   }
@@ -206,6 +322,7 @@ void AverageNode(const std::vector<Corner>& coincident, const std::size_t* posit
 // The lists that serve for one node after another.
 struct NodeLists {
   Family family;
+  NodeSweep sweep;  // of the own model
   Numbers candidates;
   std::vector<Corner> coincident;
 };
@@ -214,6 +331,7 @@ struct NodeLists {
 void AverageModel(const CornerTable& table, std::size_t own, NodeLists& lists,
                   std::vector<BeamShellModel>& models) {
   FindFamily(models, table, own, lists.family);
+  SortNodes(models[own].NodeCoords, table.boxes[own], lists.sweep);
   bool hasAll = false;  // whether `coincident` has all corners of the family
   // Node by node, because all corners at a node have the same coincident corners.
   for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
@@ -221,7 +339,11 @@ void AverageModel(const CornerTable& table, std::size_t own, NodeLists& lists,
     if (begin == end) continue;
     const Vector3& point = table.points[node];
     if (!hasAll || !IsEverywhere(point)) {
-      FindCandidates(table, lists.family, point, lists.candidates);
+      if (MayMeetOthers(table, lists.family, point)) {
+        FindCandidates(table, lists.family, point, lists.candidates);
+      } else {
+        FindOwnCandidates(table, own, lists.sweep, point, lists.candidates);
+      }
       FindCoincident(table, lists.family, point, lists.candidates, lists.coincident);
       hasAll = IsEverywhere(point);
     }

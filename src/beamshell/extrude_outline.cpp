@@ -12,6 +12,7 @@
 #include "base/number_text.h"
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
+#include "platform/prefault_memory.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 
@@ -47,22 +48,6 @@ constexpr std::uint64_t BytesPerEntry = sizeof(double) + sizeof(double) / 8;
   throw Stop{StopKind::Notice, std::move(text)};
 }
 
-// Returns n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.
-// Throws a Stop where the equations could not be numbered.
-std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
-                        const BeamShellModel& model) {
-  const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
-  const double quotient = L / LongestSegment(outline);
-  if (!std::isfinite(quotient) || quotient < 1.0) return 1;
-
-  constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
-  if (quotient > static_cast<double>(Limit)) StopTooManySteps(beam, quotient);
-  const auto n = static_cast<std::int64_t>(quotient);
-  const auto P = static_cast<std::int64_t>(outline.points.size());
-  if ((P * (n + 1) + 2) * model.DofsPerNode > Limit) StopTooManySteps(beam, quotient);
-  return static_cast<std::int32_t>(n);
-}
-
 void CountItems(const SectionOutline& outline, std::int32_t n, BeamShellModel& model) {
   model.ProfileNodeCount = static_cast<std::int32_t>(outline.points.size());
   model.NodeCount = model.ProfileNodeCount * (n + 1) + 2;
@@ -91,6 +76,7 @@ void EmptyTables(std::int32_t beam, BeamShellModel& model) {
     Empty(links * 2, model.LinkNodes);
     Empty(links, model.Links);
   });
+  PrefaultMemory(model.Shells.data(), shells * sizeof(Shell4Element));
 }
 
 void PlaceNodes(const SectionOutline& outline, std::int32_t n, BeamShellModel& model) {
@@ -149,6 +135,21 @@ void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
 }
 
 }  // namespace
+
+// n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.
+std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
+                        const BeamShellModel& model) {
+  const double L = Length(Subtract(model.EndPoint2, model.EndPoint1));
+  const double quotient = L / LongestSegment(outline);
+  if (!std::isfinite(quotient) || quotient < 1.0) return 1;
+
+  constexpr std::int64_t Limit = std::numeric_limits<std::int32_t>::max();
+  if (quotient > static_cast<double>(Limit)) StopTooManySteps(beam, quotient);
+  const auto n = static_cast<std::int64_t>(quotient);
+  const auto P = static_cast<std::int64_t>(outline.points.size());
+  if ((P * (n + 1) + 2) * model.DofsPerNode > Limit) StopTooManySteps(beam, quotient);
+  return static_cast<std::int32_t>(n);
+}
 
 std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model) {

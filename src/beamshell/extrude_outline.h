@@ -12,6 +12,10 @@
 
 namespace korvex {
 
+// Returns n, the steps of the model. Arguments and Stop as for ExtrudeOutline.
+std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
+                        const BeamShellModel& model);
+
 // Returns the bytes that the nodes and shells of the model will need, their averaging included.
 // Arguments and Stop as for ExtrudeOutline.
 std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,

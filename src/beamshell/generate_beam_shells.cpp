@@ -1,6 +1,7 @@
 #include "beamshell/generate_beam_shells.h"
 
 #include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <numeric>
 #include <string>
@@ -8,8 +9,12 @@
 
 #include "beamshell/average_corners.h"
 #include "beamshell/extrude_outline.h"
+#include "beamshell/group_beams.h"
 #include "beamshell/section_outline.h"
+#include "beamshell/solve_beam_lanes.h"
 #include "beamshell/solve_beam_shell.h"
+#include "platform/free_memory.h"
+#include "platform/vector_bits.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
 #include "report/texts.h"
@@ -56,12 +61,6 @@ void BuildSectionOutline(const Model& model, const BeamSectionRef& ref, SectionO
 // The sum of bytes is limited to this, so that it cannot overflow.
 constexpr std::uint64_t MoreThanAnyMemory = std::uint64_t{1} << 62U;
 
-// The memory of detail models, in bytes.
-struct DetailMemory {
-  std::uint64_t results = 0;        // of all of them, less what is held already
-  std::uint64_t largestSystem = 0;  // of one, while it is solved
-};
-
 // The memory that detail models hold, in bytes. What the system has to spare does not tell it once
 // they are freed: the library may keep it for the next ones.
 std::uint64_t CountHeldBytes(const std::vector<BeamShellModel>& details) {
@@ -75,23 +74,66 @@ std::uint64_t CountHeldBytes(const std::vector<BeamShellModel>& details) {
   return bytes;
 }
 
-// The memory that these detail models need besides the `held` bytes. Throws a Stop where it is too
-// small. One model is usually small, but a section much smaller than its beam needs many shells.
-void CheckDetailMemory(const Model& model, const std::vector<std::int32_t>& rows,
-                       std::uint64_t held, DetailMemory& memory) {
+// What is known of detail models before they are made.
+struct DetailSurvey {
+  std::uint64_t resultBytes = 0;  // of all of them
+  BeamShapes shapes;              // of the beams up to the first one without a section table
+};
+
+// One model is usually small, but a section much smaller than its beam needs many shells.
+void SurveyDetails(const Model& model, const std::vector<std::int32_t>& rows,
+                   DetailSurvey& survey) {
   SectionOutline outline;
   BeamShellModel detail;
   for (const std::int32_t row : rows) {
     const BeamSectionRef& ref = model.Tables.BeamSectionRefs[static_cast<std::size_t>(row)];
     if (!HasSectionTable(ref.BeamSecType)) break;  // the run will stop at this beam
     DescribeBeam(model, row, detail, outline);
-    memory.results =
-        std::min(memory.results + CountDetailBytes(outline, row, detail), MoreThanAnyMemory);
-    memory.largestSystem = std::max(memory.largestSystem, CountSystemBytes(outline, row, detail));
+    survey.resultBytes =
+        std::min(survey.resultBytes + CountDetailBytes(outline, row, detail), MoreThanAnyMemory);
+    AddBeam(DescribeShape(outline, CountSteps(outline, row, detail)),
+            CountSystemBytes(outline, row, detail), survey.shapes);
   }
-  const std::uint64_t results = memory.results;
-  memory.results -= std::min(results, held);
-  if (!HasMemory(memory.results, 1)) StopOutOfMemory(NameDetailModels(rows.size()), results, 1);
+}
+
+// The memory of detail models that are to be made, in bytes.
+struct DetailMemory {
+  std::uint64_t results = 0;  // what they take besides what is held already
+  std::uint64_t systems = 0;  // what is left for the equation systems of all threads
+};
+
+// held: by models whose memory serves again. limit: of results and systems together, which may be
+// too small for the results; 0: the free memory. Throws a Stop where the free memory is too small.
+DetailMemory ShareMemory(const DetailSurvey& survey, std::size_t beams, std::uint64_t held,
+                         std::uint64_t limit) {
+  const std::uint64_t all = survey.resultBytes;
+  DetailMemory memory;
+  memory.results = all - std::min(all, held);
+  if (!HasMemory(memory.results, 1)) StopOutOfMemory(NameDetailModels(beams), all, 1);
+  const std::uint64_t free = ReadFreeMemory();
+  memory.systems = free - std::min(free, memory.results);
+  if (limit > 0) memory.systems = std::min(memory.systems, limit - std::min(limit, all));
+  return memory;
+}
+
+// The groups of all beams. A beam without a section table is a group after those before it; where
+// the run stops there, those behind it are never needed.
+BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t beams,
+                      const DetailMemory& memory) {
+  BeamGroups groups = GroupBeams(
+      survey.shapes, static_cast<std::size_t>(CountBeamLanes(vectorBits)), memory.systems);
+  const std::size_t known = survey.shapes.ofBeam.size();
+  if (known < beams) groups.beams.push_back({known});
+  return groups;
+}
+
+// Each thread has systems besides the results of all: no allocation fails because several ask.
+int CountThreads(int threads, const BeamGroups& groups, const DetailMemory& memory) {
+  const std::uint64_t each = std::max<std::uint64_t>(groups.largestSystem, 1);
+  const std::uint64_t most = std::max<std::uint64_t>(memory.systems / each, 1);
+  const auto wanted = static_cast<std::uint64_t>(std::max(threads, 1));
+  return CountThreadsInMemory(static_cast<int>(std::min(wanted, most)), memory.results,
+                              groups.largestSystem);
 }
 
 // Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
@@ -112,14 +154,15 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
   return &model.Displacements[static_cast<std::size_t>(node) * DofsPerNode];
 }
 
-// What the solution of one beam leaves to the next one of the same thread: the memory of its
-// system.
+// What the solution of one group leaves to the next one of the same thread: the memory of its
+// systems.
 struct BeamMemory {
   SectionOutline outline;
-  BeamShellModel spare;
+  std::vector<BeamShellModel> spares;  // one for each beam of a group
+  BeamLanes lanes;
 };
 
-// The memories that no beam is using.
+// The memories that no group is using.
 struct SpareMemories {
   std::mutex mutex;
   std::vector<BeamMemory> memories;
@@ -138,14 +181,32 @@ void KeepMemory(BeamMemory& memory, SpareMemories& spares) {
   spares.memories.push_back(std::move(memory));
 }
 
-// Makes and solves the detail model of the beam at this row.
-void SolveBeam(const Model& model, std::int32_t row, BeamMemory& memory, BeamShellModel& detail) {
+// Makes the detail model of the beam at this row, without solving it.
+void ExtrudeBeam(const Model& model, std::int32_t row, BeamMemory& memory, BeamShellModel& spare,
+                 BeamShellModel& detail) {
   DescribeBeam(model, row, detail, memory.outline);
-  ReuseMemory(memory.spare, detail);
+  ReuseMemory(spare, detail);
   ExtrudeOutline(memory.outline, row, detail);
-  const std::int32_t* ends = &model.Tables.BeamNodes[static_cast<std::size_t>(row) * NodesPerBeam];
-  SolveBeamShell(NodeDisplacements(model, ends[0]), NodeDisplacements(model, ends[1]), detail);
-  ReuseMemory(detail, memory.spare);
+}
+
+// Makes and solves the detail models of the beams of a group.
+// rows: of all beams; details: as many.
+void SolveGroup(const Model& model, const std::vector<std::int32_t>& rows,
+                const std::vector<std::size_t>& group, int vectorBits, BeamMemory& memory,
+                std::vector<BeamShellModel>& details) {
+  std::vector<LaneBeam> beams;
+  memory.spares.resize(std::max(memory.spares.size(), group.size()));
+  for (const std::size_t i : group) {
+    ExtrudeBeam(model, rows[i], memory, memory.spares[beams.size()], details[i]);
+    const std::int32_t* ends =
+        &model.Tables.BeamNodes[static_cast<std::size_t>(rows[i]) * NodesPerBeam];
+    beams.push_back(
+        {NodeDisplacements(model, ends[0]), NodeDisplacements(model, ends[1]), &details[i]});
+  }
+  std::vector<LaneBeam> alone = beams;
+  if (group.size() > 1) alone = SolveBeamLanes(vectorBits, beams, memory.lanes);
+  for (const LaneBeam& beam : alone) SolveBeamShell(beam.u1, beam.u2, *beam.model);
+  for (std::size_t k = 0; k < group.size(); ++k) ReuseMemory(*beams[k].model, memory.spares[k]);
 }
 
 }  // namespace
@@ -163,26 +224,29 @@ void DescribeBeam(const Model& model, std::int32_t row, BeamShellModel& detail,
 
 void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& rows,
                         std::vector<BeamShellModel>& details, const ShareCallback& share,
-                        int threads) {
-  DetailMemory memory;
-  CheckDetailMemory(model, rows, CountHeldBytes(details), memory);
-  // Each thread has a system besides the results of all: no allocation fails because several ask.
-  const int useful = CountThreadsInMemory(threads, memory.results, memory.largestSystem);
+                        int threads, std::uint64_t memory) {
+  DetailSurvey survey;
+  SurveyDetails(model, rows, survey);
+  const DetailMemory shares = ShareMemory(survey, rows.size(), CountHeldBytes(details), memory);
+  const int vectorBits = WidestVectorBits();
+  const BeamGroups groups = FormGroups(survey, vectorBits, rows.size(), shares);
+  const int useful = CountThreads(threads, groups, shares);
   details.clear();
   if (rows.empty()) return;
   AllocateItems(NameDetailModels(rows.size()), rows.size(), details);
   SpareMemories spares;
+  std::atomic<std::int64_t> done{0};
   const auto solve = [&](std::int64_t first, std::int64_t) {
     BeamMemory own = TakeMemory(spares);
-    const auto i = static_cast<std::size_t>(first);
-    SolveBeam(model, rows[i], own, details[i]);
+    const std::vector<std::size_t>& group = groups.beams[static_cast<std::size_t>(first)];
+    SolveGroup(model, rows, group, vectorBits, own, details);
     KeepMemory(own, spares);
+    done += static_cast<std::int64_t>(group.size());
   };
-  const auto beams = static_cast<std::int64_t>(rows.size());
-  const auto report = [&](std::int64_t done) {
-    if (share) share(static_cast<double>(done) / static_cast<double>(beams));
+  const auto report = [&](std::int64_t) {
+    if (share) share(static_cast<double>(done) / static_cast<double>(rows.size()));
   };
-  ShareRange(useful, beams, 1, solve, report);
+  ShareRange(useful, static_cast<std::int64_t>(groups.beams.size()), 1, solve, report);
   spares.memories.clear();
   AverageDetailStresses(useful, details);
 }

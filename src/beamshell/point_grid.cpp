@@ -11,11 +11,6 @@ namespace korvex {
 
 namespace {
 
-// Half the edge of the box that a search covers: the tolerance and a margin for rounding. For
-// coordinates so large that their last digit exceeds the margin, near points have equal
-// coordinates.
-constexpr double Reach = 1.5 * CoincidenceTolerance;
-
 // The edge of a cell. It is larger than the box: the box touches at most two cells per direction.
 constexpr double CellSize = 10.0 * CoincidenceTolerance;
 

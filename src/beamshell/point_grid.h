@@ -31,4 +31,9 @@ void FindNear(const PointGrid& grid, const Vector3& point, std::vector<std::size
 // Points closer than this coincide. In model units: it is not scaled with the model.
 inline constexpr double CoincidenceTolerance = 0.001;
 
+// Half the edge of the box that a search covers: the tolerance and a margin for rounding. For
+// coordinates so large that their last digit exceeds the margin, near points have equal
+// coordinates.
+inline constexpr double Reach = 1.5 * CoincidenceTolerance;
+
 }  // namespace korvex

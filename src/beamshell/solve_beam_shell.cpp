@@ -25,37 +25,28 @@ constexpr double PenaltyDiagonal = 1e40;
 // from one product with 1e40.
 constexpr double PenaltyFactor = 1e20;
 
-// Imposes the displacements u on `node`. u: 6, ux, uy, uz, rx, ry, rz, global.
-void DriveNode(std::int32_t node, const double* u, BeamShellModel& model) {
+// Drives `node` by the displacements u. u: 6, ux, uy, uz, rx, ry, rz, global.
+void DriveNode(std::int32_t node, const double* u, const DriveEquation& drive) {
   for (std::size_t d = 0; d < 6; ++d) {
-    const std::size_t equation = static_cast<std::size_t>(node) * 6 + d;
-    const std::int64_t diagonal = model.Stiffness.DiagonalAddress[equation];
-    model.Stiffness.Values[static_cast<std::size_t>(diagonal)] = PenaltyDiagonal;
-    model.LoadVector[equation] = u[d] * PenaltyFactor * PenaltyFactor;
-  }
-}
-
-// Imposes u on end node `end` and on the nodes of its station that coincide with it.
-// firstNode: the first of the station's P nodes; u: as above.
-void DriveEnd(std::int32_t end, std::int32_t firstNode, const double* u, BeamShellModel& model) {
-  DriveNode(end, u, model);
-  const Vector3& endPoint = model.NodeCoords[static_cast<std::size_t>(end)];
-  for (std::int32_t i = firstNode; i < firstNode + model.ProfileNodeCount; ++i) {
-    const Vector3& point = model.NodeCoords[static_cast<std::size_t>(i)];
-    if (Length(Subtract(point, endPoint)) < model.Tolerance) DriveNode(i, u, model);
+    drive(static_cast<std::size_t>(node) * 6 + d, PenaltyDiagonal,
+          u[d] * PenaltyFactor * PenaltyFactor);
   }
 }
 
 }  // namespace
 
+void BuildBeamShellColumns(const BeamShellModel& model, SkylineMatrix& K) {
+  InitColumnHeights(K, model.NEQ);
+  RaiseElementColumns(model.ShellNodes, model.NodesPerShell, K);
+  RaiseElementColumns(model.LinkNodes, model.NodesPerLink, K);
+  ComputeDiagonalAddresses(K);
+}
+
 void BuildBeamShellProfile(BeamShellModel& model) {
   const std::string equations = std::to_string(model.NEQ) + " equations of a detail model";
   ReserveSystem("the " + equations, model.NEQ, model.Stiffness, model.LoadVector,
                 model.Displacements);
-  InitColumnHeights(model.Stiffness, model.NEQ);
-  RaiseElementColumns(model.ShellNodes, model.NodesPerShell, model.Stiffness);
-  RaiseElementColumns(model.LinkNodes, model.NodesPerLink, model.Stiffness);
-  ComputeDiagonalAddresses(model.Stiffness);
+  BuildBeamShellColumns(model, model.Stiffness);
   // The memory handed over from the beam before may be large enough.
   const auto entries = static_cast<std::uint64_t>(model.Stiffness.SkylineSize);
   const bool hasRoom = entries <= model.Stiffness.Values.capacity();
@@ -63,6 +54,14 @@ void BuildBeamShellProfile(BeamShellModel& model) {
                  [&] { AllocateValues(model.Stiffness); });
   model.LoadVector.assign(static_cast<std::size_t>(model.NEQ), 0.0);
   model.Displacements.resize(static_cast<std::size_t>(model.NEQ));
+}
+
+void HandOverLinks(const BeamShellModel& model, BeamEnd end, const TakeElementMatrix& take) {
+  const std::size_t half = model.Links.size() / 2, first = end == BeamEnd::First ? 0 : half;
+  for (std::size_t i = first; i < first + half; ++i) {
+    if (BeamLength(model.Links[i]) < model.Tolerance) continue;
+    HandOverElement<2>(model.Links[i], &model.LinkNodes[i * 2], BeamStiffness, take);
+  }
 }
 
 void AssembleBeamShell(BeamShellModel& model) {
@@ -73,16 +72,32 @@ void AssembleBeamShell(BeamShellModel& model) {
   for (std::size_t e = 0; e < model.Shells.size(); ++e) {
     HandOverElement<4>(model.Shells[e], &model.ShellNodes[e * 4], Shell4Stiffness, add);
   }
-  for (std::size_t i = 0; i < model.Links.size(); ++i) {
-    if (BeamLength(model.Links[i]) < model.Tolerance) continue;
-    HandOverElement<2>(model.Links[i], &model.LinkNodes[i * 2], BeamStiffness, add);
+  HandOverLinks(model, BeamEnd::First, add);
+  HandOverLinks(model, BeamEnd::Second, add);
+}
+
+// The end node, and the nodes of its station that coincide with it.
+void DriveEnd(const BeamShellModel& model, BeamEnd end, const double* u,
+              const DriveEquation& drive) {
+  const std::int32_t lastNode = model.NodeCount - 1;
+  const std::int32_t node = end == BeamEnd::First ? 0 : lastNode;
+  const std::int32_t firstOfStation = end == BeamEnd::First ? 1 : lastNode - model.ProfileNodeCount;
+  DriveNode(node, u, drive);
+  const Vector3& endPoint = model.NodeCoords[static_cast<std::size_t>(node)];
+  for (std::int32_t i = firstOfStation; i < firstOfStation + model.ProfileNodeCount; ++i) {
+    const Vector3& point = model.NodeCoords[static_cast<std::size_t>(i)];
+    if (Length(Subtract(point, endPoint)) < model.Tolerance) DriveNode(i, u, drive);
   }
 }
 
 void ImposeEndDisplacements(const double* u1, const double* u2, BeamShellModel& model) {
-  const std::int32_t lastNode = model.NodeCount - 1;
-  DriveEnd(0, 1, u1, model);
-  DriveEnd(lastNode, lastNode - model.ProfileNodeCount, u2, model);
+  const auto drive = [&model](std::size_t equation, double diagonal, double load) {
+    const std::int64_t address = model.Stiffness.DiagonalAddress[equation];
+    model.Stiffness.Values[static_cast<std::size_t>(address)] = diagonal;
+    model.LoadVector[equation] = load;
+  };
+  DriveEnd(model, BeamEnd::First, u1, drive);
+  DriveEnd(model, BeamEnd::Second, u2, drive);
 }
 
 void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model) {

@@ -7,7 +7,11 @@
 // has no length: the link is left out, and the displacements are imposed on the outline node too.
 #pragma once
 
+#include <cstddef>
+#include <functional>
+
 #include "model/beam_shell_model.h"
+#include "system/assemble_stiffness.h"
 
 namespace korvex {
 
@@ -16,8 +20,25 @@ namespace korvex {
 // Displacements. Throws a Stop where the memory is too small.
 void BuildBeamShellProfile(BeamShellModel& model);
 
+// Sets ColumnHeights, DiagonalAddress and SkylineSize of K alone, which is of the model's size.
+void BuildBeamShellColumns(const BeamShellModel& model, SkylineMatrix& K);
+
+// The ends of a beam.
+enum class BeamEnd { First, Second };
+
+// Calls `take` with the matrices of all links of one end except those shorter than Tolerance.
+void HandOverLinks(const BeamShellModel& model, BeamEnd end, const TakeElementMatrix& take);
+
 // Adds the stiffness of all shells, and of all links except those shorter than Tolerance.
 void AssembleBeamShell(BeamShellModel& model);
+
+// Receives an equation whose diagonal entry and load are to be replaced by these.
+using DriveEquation = std::function<void(std::size_t equation, double diagonal, double load)>;
+
+// Calls `drive` for all equations that the displacements of one end, u, are imposed on. u: 6, ux,
+// uy, uz, rx, ry, rz, global.
+void DriveEnd(const BeamShellModel& model, BeamEnd end, const double* u,
+              const DriveEquation& drive);
 
 // Imposes the solved displacements of the beam's first node (u1) and second node (u2).
 // u1, u2: 6 each, ux, uy, uz, rx, ry, rz, global.

@@ -20,6 +20,8 @@ struct CornerSum {
   double count = 0.0;
   Vector3 normal{};  // of the own element
   double TK = 0.0;   // of the own element
+  // Whether corners of elements that lie alike are known to enter, unflipped (TakeAlike).
+  bool takesAlike = false;
 };
 
 // The unit normal e3.
@@ -48,9 +50,28 @@ bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
          HaveEqualBits(&a.TK, &b.TK, sizeof a.TK);
 }
 
-// The same for corner k of `element`.
+// Finds out whether corners of elements that lie like the own one enter the sum, so that each of
+// them need not be tested again.
+void TakeAlike(CornerSum& sum);
+
+// Adds the faces of a corner that lies in the surface.
+inline void AddFaces(const StressVector& top, const StressVector& bottom, CornerSum& sum) {
+  for (std::size_t i = 0; i < sum.top.size(); ++i) {
+    sum.top[i] += top[i];
+    sum.bottom[i] += bottom[i];
+  }
+  sum.count += 1.0;
+}
+
+// AddCorner for corner k of `element`.
 template <std::int32_t Nodes>
 void AddCorner(const ShellElement<Nodes>& element, std::size_t k, CornerSum& sum) {
+  const Vector3 normal = Normal(element);
+  if (sum.takesAlike && HaveEqualBits(&normal, &sum.normal, sizeof normal) &&
+      HaveEqualBits(&element.TK, &sum.TK, sizeof element.TK)) {
+    AddFaces(element.NodeStressTop[k], element.NodeStressBottom[k], sum);
+    return;
+  }
   AddCorner(element.NodeStressTop[k], element.NodeStressBottom[k], Normal(element), element.TK,
             sum);
 }

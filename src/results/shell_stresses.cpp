@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "results/corner_stress.h"
+#include "shell/bilinear_map.h"
 #include "workers/share_range.h"
 
 namespace korvex {
@@ -33,10 +34,6 @@ void ShareElements(int threads, std::size_t count, const Work& work) {
                }
              });
 }
-
-// The natural coordinates of a four-node element's corners.
-constexpr std::array<double, 4> CornerXi{-1.0, 1.0, 1.0, -1.0};
-constexpr std::array<double, 4> CornerEta{-1.0, -1.0, 1.0, 1.0};
 
 // Area coordinates of the point whose stresses all corners of a triangle get: corner 1.
 constexpr std::array<double, 3> TrianglePoint{1.0, 0.0, 0.0};

@@ -14,7 +14,9 @@ namespace korvex {
 
 // 3 x 3, row-major; row r holds the r-th global component of e1, e2, e3, so the columns are the
 // unit local axes in global components.
-using ElementFrame = std::array<double, 9>;
+template <typename Number>
+using FrameOf = std::array<Number, 9>;
+using ElementFrame = FrameOf<double>;
 
 // Fills `frame` from the global positions of the first, second and last node.
 void ComputeElementFrame(const Vector3& p1, const Vector3& p2, const Vector3& pLast,

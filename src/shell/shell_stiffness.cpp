@@ -14,12 +14,9 @@ namespace {
 
 // Adds a part's stiffness to that of its element.
 // part: 3 * nodes square; place: the positions of its dofs among a node's six; K: 6 * nodes square.
-void AddPart(const double* part, std::int32_t nodes, const std::array<std::int32_t, 3>& place,
-             double* K) {
+void AddPart(const double* part, std::int32_t nodes, const std::int32_t (&place)[3], double* K) {
   const std::int32_t n = 3 * nodes;
-  const auto elementDof = [&place](std::int32_t a) {
-    return 6 * (a / 3) + place[static_cast<std::size_t>(a % 3)];
-  };
+  const auto elementDof = [&place](std::int32_t a) { return 6 * (a / 3) + place[a % 3]; };
   for (std::int32_t a = 0; a < n; ++a) {
     for (std::int32_t b = 0; b < n; ++b)
       K[elementDof(a) * 6 * nodes + elementDof(b)] += part[a * n + b];

@@ -48,7 +48,7 @@ void TriMembrane::MembraneStiffness(double* out) const {
   StrainMatrix(B.data());
   ElasticityMatrix(D.data());
   std::fill(out, out + 36, 0.0);
-  AddStiffnessProduct<3, 6>(B.data(), D.data(), TriangleArea(x, y) * TK, out);
+  AddStiffnessProduct<3, 6, 2>(B.data(), D.data(), TriangleArea(x, y) * TK, out);
 }
 
 void TriMembrane::DrillingStiffness(double* out) const {
@@ -69,7 +69,7 @@ void TriMembrane::DrillingStiffness(double* out) const {
       b[3 * k + 1] = -(y[i] - y[j]) / (4.0 * A);
       b[3 * k + 2] = Lk;
     }
-    AddOuterProduct(b.data(), 9, gamma * DrillingWeights[point], out);
+    AddOuterProduct<9, 3>(b.data(), gamma * DrillingWeights[point], out);
   }
   MatScale(out, out, A, 9, 9);
 }
@@ -78,7 +78,7 @@ void TriMembrane::Stiffness() {
   DrillingStiffness(K.data());
   std::array<double, 36> Km{};
   MembraneStiffness(Km.data());
-  AddMembranePart(Km.data(), 3, K.data());
+  AddMembranePart<3>(Km.data(), K.data());
 }
 
 }  // namespace korvex

@@ -98,7 +98,7 @@ void TriPlate::Stiffness() {
   K.fill(0.0);
   for (const Array3& point : MidSidePoints) {
     CurvatureMatrix(point, Bb.data());
-    AddStiffnessProduct<3, 9>(Bb.data(), Db.data(), MidSideWeight, K.data());
+    AddStiffnessProduct<3, 9, 3>(Bb.data(), Db.data(), MidSideWeight, K.data());
   }
   MatScale(K.data(), K.data(), PlateArea(x, y), 9, 9);
 }

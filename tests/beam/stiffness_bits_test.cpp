@@ -2,6 +2,9 @@
 // L^2 and L^3 as products. Other forms are mathematically equal, but their last bits differ.
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 #include "beam/beam_stiffness.h"
 #include "beam/section_properties.h"
 #include "support/dof_names.h"
@@ -106,6 +109,17 @@ TEST(StiffnessBits, BendingTerms) {
   constexpr std::size_t Uz2 = 6 + Uz, Ry2 = 6 + Ry, Rz2 = 6 + Rz;  // of the second node
   ExpectTerms({at(Uz, Uz), at(Ry, Uz2), at(Ry, Ry), at(Ry, Ry2)}, L, 6.3e-5, 0.15);  // x-z plane
   ExpectTerms({at(Uy, Uy), at(Uy, Rz), at(Rz, Rz), at(Rz, Rz2)}, L, 3.1e-6, 0.76);   // x-y plane
+}
+
+// Zeros of the rotation and of the eccentricity may be left out of products with finite numbers
+// only: of those with an infinity each is a NaN, and every entry has one.
+TEST(StiffnessBits, AnInfinityReachesAllEntries) {
+  BeamElement beam = MakeBeam(WebLength);
+  beam.Section = SectionPropertiesT(beam, Hw, Tw, 0.13, 0.021, 0.0);
+  beam.E = std::numeric_limits<double>::infinity();
+  std::array<double, 144> K{};
+  BeamStiffness(beam, K.data());
+  for (const double entry : K) EXPECT_TRUE(std::isnan(entry));
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
-// The routines of panels and lanes in vectors of 128 bits, two doubles each. This file is
+// The routines of panels, lanes and systems in vectors of 128 bits, two doubles each. This file is
 // compiled for processors that have these vectors and must not be called on others.
 #include "skyline/panel/lane_kernel-inl.h"
 #include "skyline/panel/panel_kernel-inl.h"
+#include "skyline/panel/system_kernel-inl.h"
 
 namespace korvex {
 
@@ -28,6 +29,14 @@ void ReduceLanes128(const LaneArrays& arrays, std::int64_t first, std::int64_t e
 
 void SubstituteLanes128(const LaneArrays& arrays, const BlockColumns& block) {
   SubstituteLanes<ShortVectors<2>>(arrays, block);
+}
+
+void FactorSystems128(const SystemLanes& systems, std::int64_t first, std::int64_t end) {
+  FactorSystems<ShortVectors<2>>(systems, first, end);
+}
+
+void SubstituteSystems128(const SystemLanes& systems, const std::int64_t* reach) {
+  SubstituteSystems<ShortVectors<2>>(systems, reach);
 }
 
 }  // namespace korvex

@@ -4,6 +4,7 @@
 
 #include "skyline/panel/lanes.h"
 #include "skyline/panel/panel.h"
+#include "skyline/panel/systems.h"
 
 namespace korvex {
 
@@ -11,5 +12,6 @@ namespace korvex {
 // the program has no such routines.
 PanelRoutines FindPanelRoutines(int vectorBits);
 LaneRoutines FindLaneRoutines(int vectorBits);
+SystemRoutines FindSystemRoutines(int vectorBits);
 
 }  // namespace korvex

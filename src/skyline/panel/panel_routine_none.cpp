@@ -6,4 +6,6 @@ PanelRoutines FindPanelRoutines(int /*vectorBits*/) { return {nullptr, nullptr, 
 
 LaneRoutines FindLaneRoutines(int /*vectorBits*/) { return {nullptr, nullptr}; }
 
+SystemRoutines FindSystemRoutines(int /*vectorBits*/) { return {1, nullptr, nullptr}; }
+
 }  // namespace korvex

@@ -28,4 +28,17 @@ LaneRoutines FindLaneRoutines(int vectorBits) {
   }
 }
 
+SystemRoutines FindSystemRoutines(int vectorBits) {
+  switch (vectorBits) {
+    case 128:
+      return {2, FactorSystems128, SubstituteSystems128};
+    case 256:
+      return {4, FactorSystems256, SubstituteSystems256};
+    case 512:
+      return {8, FactorSystems512, SubstituteSystems512};
+    default:
+      return {1, nullptr, nullptr};
+  }
+}
+
 }  // namespace korvex

@@ -4,6 +4,7 @@
 //   Multiply       v * factor in all lanes
 //   WideVectors, NarrowVectors   vectors of a strip; narrow strips serve panels with ragged tops
 //   SquareRows     rows and columns of a square that is transposed in registers
+//   GroupColumns, TileHeight     columns and rows of a tile of several systems
 // Everything is in an unnamed namespace and uses no library. Otherwise the linker might give
 // another unit a function compiled for this unit's processor.
 #pragma once
@@ -22,6 +23,8 @@ struct ShortVectors {
   static constexpr int WideVectors = 2;
   static constexpr int NarrowVectors = 2;
   static constexpr int SquareRows = 4;
+  static constexpr int GroupColumns = 3;
+  static constexpr int TileHeight = 3;
   typedef double Vector __attribute__((vector_size(Lanes * sizeof(double))));
 
   static Vector Multiply(const Vector& v, const double* factor) { return v * *factor; }

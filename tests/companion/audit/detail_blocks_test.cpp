@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -198,7 +199,8 @@ ModelText MakeCross() {
 }
 
 // The share never falls and begins with 0, over all blocks; it counts the beams that are made
-// twice. Of each beam alone: 4 beams of the cross are made with it, and the one apart alone.
+// twice. Of each beam alone: 4 beams of the cross are made with it, and the one apart alone. So the
+// third block begins after 8 of 17, the fourth after 9.
 TEST(DetailBlocks, TellTheShareOfAllOfThem) {
   Model model;
   Solve(WriteModel(MakeCross()), model);
@@ -214,14 +216,14 @@ TEST(DetailBlocks, TellTheShareOfAllOfThem) {
     return true;
   });
   EXPECT_EQ(blocks, 5U);
-  ASSERT_EQ(shares.size(), 4U * 4U + 1U);
-  EXPECT_EQ(shares[0], 0.0);
   EXPECT_TRUE(std::is_sorted(shares.begin(), shares.end()));
-  for (std::size_t k = 0; k < shares.size(); ++k) {
-    EXPECT_DOUBLE_EQ(shares[k], static_cast<double>(k) / 17.0);
+  EXPECT_LT(shares.back(), 1.0);
+  constexpr std::array<double, 5> Before{0.0, 4.0, 8.0, 9.0, 13.0};
+  for (std::size_t k = 0; k < Before.size(); ++k) {
+    const auto first = std::find(blocksAt.begin(), blocksAt.end(), k) - blocksAt.begin();
+    ASSERT_LT(first, static_cast<std::ptrdiff_t>(shares.size()));
+    EXPECT_DOUBLE_EQ(shares[static_cast<std::size_t>(first)], Before[k] / 17.0) << k;
   }
-  EXPECT_EQ(blocksAt[8], 2U);  // the third block is the beam apart
-  EXPECT_EQ(blocksAt[9], 3U);
 }
 
 TEST(DetailBlocks, EndWhereNoMoreIsWanted) {

@@ -1,0 +1,61 @@
+#include "beamshell/group_beams.h"
+
+#include <algorithm>
+
+namespace korvex {
+
+namespace {
+
+// Larger systems would gain little, because they do not stay in a cache, and take much memory.
+constexpr std::uint64_t MaxGroupBytes = std::uint64_t{256} << 20U;
+
+}  // namespace
+
+BeamShape DescribeShape(const SectionOutline& outline, std::int32_t steps) {
+  BeamShape shape = {steps, static_cast<std::int32_t>(outline.points.size())};
+  for (const OutlineSegment& segment : outline.segments) {
+    shape.insert(shape.end(), segment.points.begin(), segment.points.end());
+  }
+  return shape;
+}
+
+void AddBeam(const BeamShape& shape, std::uint64_t systemBytes, BeamShapes& shapes) {
+  const auto [place, isNew] = shapes.numbers.emplace(shape, shapes.numbers.size());
+  if (isNew) shapes.systemBytes.push_back(systemBytes);
+  shapes.ofBeam.push_back(place->second);
+}
+
+BeamGroups GroupBeams(const BeamShapes& shapes, std::size_t lanes, std::uint64_t freeBytes) {
+  const std::uint64_t limit = std::min(freeBytes, MaxGroupBytes);
+  BeamGroups groups;
+  const auto close = [&](std::vector<std::size_t>& beams, std::uint64_t bytes) {
+    groups.largestSystem = std::max(groups.largestSystem, bytes);
+    groups.beams.push_back(std::move(beams));
+    beams.clear();
+  };
+  std::vector<std::vector<std::size_t>> open(shapes.systemBytes.size());  // by shape
+  for (std::size_t beam = 0; beam < shapes.ofBeam.size(); ++beam) {
+    const std::size_t shape = shapes.ofBeam[beam];
+    const std::uint64_t bytes = shapes.systemBytes[shape];
+    open[shape].push_back(beam);
+    if (bytes > limit / lanes) {
+      close(open[shape], bytes);
+    } else if (open[shape].size() == lanes) {
+      close(open[shape], bytes * lanes);
+    }
+  }
+  for (std::size_t shape = 0; shape < open.size(); ++shape) {
+    const std::size_t left = open[shape].size();
+    if (left > 1 && 2 * left >= lanes) {
+      close(open[shape], shapes.systemBytes[shape] * lanes);
+    }
+    for (const std::size_t beam : open[shape]) {
+      std::vector<std::size_t> alone = {beam};
+      close(alone, shapes.systemBytes[shape]);
+    }
+  }
+  std::sort(groups.beams.begin(), groups.beams.end());
+  return groups;
+}
+
+}  // namespace korvex

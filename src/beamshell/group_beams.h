@@ -1,0 +1,41 @@
+// Which beams are solved side by side (solve_beam_lanes.h): those of the same shape, as many at
+// once as a vector has lanes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <vector>
+
+#include "beamshell/section_outline.h"
+
+namespace korvex {
+
+// What decides which nodes the shells and links of detail models have: the steps, the number of
+// outline points, and the points of each segment.
+using BeamShape = std::vector<std::int32_t>;
+
+BeamShape DescribeShape(const SectionOutline& outline, std::int32_t steps);
+
+// The shapes of some beams.
+struct BeamShapes {
+  std::map<BeamShape, std::size_t> numbers;
+  std::vector<std::size_t> ofBeam;         // [beams] its shape's number
+  std::vector<std::uint64_t> systemBytes;  // [shapes] of the equation system of one beam
+};
+
+// Adds the next beam. systemBytes: as from CountSystemBytes (extrude_outline.h).
+void AddBeam(const BeamShape& shape, std::uint64_t systemBytes, BeamShapes& shapes);
+
+// Beams 0, 1 .. in groups, each ascending; the first beams of the groups ascend too.
+struct BeamGroups {
+  std::vector<std::vector<std::size_t>> beams;  // [groups]
+  std::uint64_t largestSystem = 0;              // bytes of the systems of one group
+};
+
+// Forms groups of at most `lanes` beams.
+// freeBytes: what the systems of a group may take; beams that take more are alone, as are those
+// that would leave more than half of the lanes empty.
+BeamGroups GroupBeams(const BeamShapes& shapes, std::size_t lanes, std::uint64_t freeBytes);
+
+}  // namespace korvex

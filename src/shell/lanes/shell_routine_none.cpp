@@ -1,0 +1,7 @@
+#include "shell/lanes/shell_lanes.h"
+
+namespace korvex {
+
+ShellRoutines FindShellRoutines(int /*vectorBits*/) { return {1, nullptr, nullptr}; }
+
+}  // namespace korvex

@@ -1,0 +1,145 @@
+// Several systems of one profile side by side against each alone, bit for bit, for every vector
+// length that this processor has: factors, reduced loads, solutions.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/finite.h"
+#include "platform/vector_bits.h"
+#include "skyline/panel/panel_routine.h"
+#include "skyline/random_systems.h"
+#include "skyline/solve_skyline_plain.h"
+#include "support/same_bits.h"
+
+namespace korvex {
+namespace {
+
+using test::AllProfiles;
+using test::AllValues;
+using test::AllVectorBits;
+using test::MakeSystem;
+using test::MakeValue;
+using test::Pick;
+using test::Profile;
+using test::System;
+using test::Values;
+
+// Systems with the profile of the first, which has the values of MakeSystem. Others have the same
+// values with factors of their own, and a few of the given kind among them.
+std::vector<System> MakeLanes(std::size_t lanes, const System& first, Values values,
+                              std::mt19937& random) {
+  std::uniform_real_distribution<double> factor(0.9, 1.1);
+  std::vector<System> systems(lanes, first);
+  for (std::size_t lane = 1; lane < lanes; ++lane) {
+    System& system = systems[lane];
+    for (double& value : system.K.Values) value *= factor(random);
+    for (double& value : system.F) value *= factor(random);
+    for (int spoilt = Pick(random, 4); spoilt > 0 && !system.F.empty(); --spoilt) {
+      const auto count = static_cast<std::int32_t>(system.K.Values.size());
+      system.K.Values[static_cast<std::size_t>(Pick(random, count))] = MakeValue(values, random);
+    }
+  }
+  return systems;
+}
+
+using Numbers = std::vector<double>;
+
+// numbers[i * lanes + lane] of all lanes.
+Numbers Interleave(const std::vector<System>& systems, Numbers& (*numbersOf)(System&)) {
+  std::vector<System> lanes = systems;
+  Numbers all;
+  for (std::size_t i = 0; i < numbersOf(lanes[0]).size(); ++i) {
+    for (System& system : lanes) all.push_back(numbersOf(system)[i]);
+  }
+  return all;
+}
+
+Numbers LaneOf(const Numbers& all, std::size_t lanes, std::size_t lane) {
+  Numbers numbers;
+  for (std::size_t i = lane; i < all.size(); i += lanes) numbers.push_back(all[i]);
+  return numbers;
+}
+
+Numbers& ValuesOf(System& system) { return system.K.Values; }
+Numbers& LoadOf(System& system) { return system.F; }
+
+// For each row the last column that reaches it.
+std::vector<std::int64_t> FindReach(const SkylineMatrix& K) {
+  std::vector<std::int64_t> reach(K.ColumnHeights.size());
+  for (std::int64_t j = 0; j < CountColumns(K); ++j) {
+    for (std::int64_t i = TopRow(K, j); i <= j; ++i) reach[static_cast<std::size_t>(i)] = j;
+  }
+  return reach;
+}
+
+// split: the columns before it are factorised first, the others by a second call.
+void ExpectBitsOfEachAlone(int bits, std::int64_t split, const std::vector<System>& systems) {
+  const SkylineMatrix& K = systems[0].K;
+  const SystemRoutines routines = FindSystemRoutines(bits);
+  const auto lanes = static_cast<std::size_t>(routines.lanes);
+  Numbers values = Interleave(systems, ValuesOf), loads = Interleave(systems, LoadOf);
+  std::int32_t highest = 1;
+  for (const std::int32_t height : K.ColumnHeights) highest = std::max(highest, height);
+  Numbers multipliers(static_cast<std::size_t>(highest * MaxGroupColumns) * lanes);
+  const SystemLanes arrays = {CountColumns(K), K.ColumnHeights.data(), K.DiagonalAddress.data(),
+                              values.data(),   loads.data(),           multipliers.data()};
+  routines.factor(arrays, 0, split);
+  routines.factor(arrays, split, arrays.n);
+  const Numbers reduced = loads;
+  routines.substitute(arrays, FindReach(K).data());
+
+  for (std::size_t lane = 0; lane < lanes; ++lane) {
+    System alone = systems[lane];
+    alone.u.assign(alone.F.size(), 0.0);
+    SolveSkylinePlain(alone.K, alone.F, alone.u, {});
+    const bool isFinite = AreFinite(alone.K.Values.data(), alone.K.Values.size()) &&
+                          AreFinite(alone.F.data(), alone.F.size()) &&
+                          AreFinite(alone.u.data(), alone.u.size());
+    if (!isFinite) {  // such lanes are told from others by their solution
+      const Numbers u = LaneOf(loads, lanes, lane);
+      const bool hasNaN = std::any_of(alone.u.begin(), alone.u.end(),
+                                      [](double value) { return std::isnan(value); });
+      EXPECT_TRUE(!hasNaN || !AreFinite(u.data(), u.size())) << bits << ", lane " << lane;
+      continue;
+    }
+    EXPECT_TRUE(test::SameBits(LaneOf(values, lanes, lane), alone.K.Values)) << bits << ' ' << lane;
+    EXPECT_TRUE(test::SameBits(LaneOf(reduced, lanes, lane), alone.F)) << bits << ' ' << lane;
+    EXPECT_TRUE(test::SameBits(LaneOf(loads, lanes, lane), alone.u)) << bits << ' ' << lane;
+  }
+}
+
+void CompareRandomSystems(int count, std::int32_t maxN, unsigned seed) {
+  std::mt19937 random(seed);
+  for (int run = 0; run < count; ++run) {
+    for (const Profile profile : AllProfiles) {
+      for (const Values values : AllValues) {
+        const std::int32_t n = 1 + Pick(random, maxN);
+        SCOPED_TRACE(testing::Message()
+                     << "run " << run << ", profile " << static_cast<int>(profile) << ", values "
+                     << static_cast<int>(values) << ", n " << n);
+        const Values kind = values == Values::Special ? Values::Regular : values;
+        const System first = MakeSystem(n, 1 + Pick(random, n + 1), profile, kind, random);
+        for (const int bits : AllVectorBits) {
+          if (bits > WidestVectorBits()) continue;
+          const auto lanes = static_cast<std::size_t>(FindSystemRoutines(bits).lanes);
+          const std::vector<System> systems = MakeLanes(lanes, first, values, random);
+          ExpectBitsOfEachAlone(bits, Pick(random, n + 1), systems);
+        }
+        if (testing::Test::HasFailure()) return;
+      }
+    }
+  }
+}
+
+TEST(SystemLanes, SmallSystems) { CompareRandomSystems(20, 40, 1); }
+
+TEST(SystemLanes, MediumSystems) { CompareRandomSystems(4, 200, 2); }
+
+TEST(SystemLanes, NoLanesWithoutVectors) {
+  EXPECT_EQ(FindSystemRoutines(0).lanes, 1);
+  EXPECT_EQ(FindSystemRoutines(0).factor, nullptr);
+}
+
+}  // namespace
+}  // namespace korvex
