@@ -1,8 +1,7 @@
 // Six significant digits of a double as two integers: the digits that result files show
 // (base/number_text.h), without their text.
 //
-// One product with a power of ten gives them, unless it lies so near a tie or a power of ten that
-// its rounding could decide; those numbers take the way by the text.
+// Numbers that base/six_digits.h does not round take the way by the text.
 #pragma once
 
 #include <cstdint>

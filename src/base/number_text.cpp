@@ -106,8 +106,8 @@ constexpr std::array<char, ColumnWidth + 1> Spaces{' ', ' ', ' ', ' ', ' ', ' ',
                                                    ' ', ' ', ' ', ' ', ' ', ' ', ' ', ' '};
 
 // Returns where a text of `size` characters begins that ends with its column, or begins at `out`.
-// The spaces before it are written.
-char* FindBegin(bool isColumn, std::size_t size, char* out) {
+// Writes the spaces before it.
+char* BeginText(bool isColumn, std::size_t size, char* out) {
   if (!isColumn) return out;
   std::memcpy(out, Spaces.data(), Spaces.size());
   return out + (ColumnWidth - size);
@@ -127,7 +127,10 @@ char* WriteDecimal(bool isNegative, const Decimal& decimal, bool isColumn, char*
   const std::size_t signSize = isNegative ? 1 : 0, pointSize = count > layout.whole ? 1 : 0;
   const std::size_t head = signSize + layout.start;
   const std::size_t body = head + std::max<std::size_t>(count, layout.kept) + pointSize;
-  char* const begin = FindBegin(isColumn, body + layout.suffixSize, out);
+  char* const begin = BeginText(isColumn, body + layout.suffixSize, out);
+  // Each store may write too many characters, also those of a sign, prefix or suffix that is not
+  // there: the next one covers them, and the end is told. The last one that is changed lies before
+  // out + 22 in a column, and out + NumberRoom has room for it.
   *begin = '-';
   std::memcpy(begin + signSize, layout.prefix.data(), layout.prefix.size());
   WriteWord(text, begin + head);
@@ -135,8 +138,8 @@ char* WriteDecimal(bool isNegative, const Decimal& decimal, bool isColumn, char*
   return begin + body + layout.suffixSize;
 }
 
-// Zeros, and what needs the library.
-char* WriteOther(double number, bool isColumn, char* out) {
+// Zeros, and what six_digits.h does not round.
+char* WriteByLibrary(double number, bool isColumn, char* out) {
   std::array<char, NumberRoom> text{};
   char* end = text.data();
   if (std::signbit(number)) *end++ = '-';
@@ -149,23 +152,22 @@ char* WriteOther(double number, bool isColumn, char* out) {
               .ptr;
   }
   const auto size = static_cast<std::size_t>(end - text.data());
-  return std::copy_n(text.data(), size, FindBegin(isColumn, size, out));
+  return std::copy_n(text.data(), size, BeginText(isColumn, size, out));
 }
 
-char* WriteAt(double number, bool isColumn, char* out) {
-  const std::uint64_t bits = BitsOf(number);
-  const std::uint32_t field = static_cast<std::uint32_t>(bits >> MantissaBits) & ExponentMask;
-  if (field < SmallestQuick || field > LargestQuick) return WriteOther(number, isColumn, out);
+char* WriteAligned(double number, bool isColumn, char* out) {
+  const std::uint32_t field = ExponentField(number);
+  if (field < SmallestQuick || field > LargestQuick) return WriteByLibrary(number, isColumn, out);
   const Decimal decimal = RoundToSixDigits(std::fabs(number), field);
-  if (decimal.digits == 0) return WriteOther(number, isColumn, out);
+  if (decimal.digits == 0) return WriteByLibrary(number, isColumn, out);
   return WriteDecimal(std::signbit(number), decimal, isColumn, out);
 }
 
 }  // namespace
 
-char* WriteNumber(double number, char* out) { return WriteAt(number, false, out); }
+char* WriteNumber(double number, char* out) { return WriteAligned(number, false, out); }
 
-char* WriteColumn(double number, char* out) { return WriteAt(number, true, out); }
+char* WriteColumn(double number, char* out) { return WriteAligned(number, true, out); }
 
 char* WriteNumber(std::int64_t number, char* out) {
   return std::to_chars(out, out + NumberRoom, number).ptr;

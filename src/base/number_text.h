@@ -3,7 +3,7 @@
 // Numbers from 1.5e-39 to 8.9e43 are converted with one product with a rounded power of ten,
 // wherever the error of that product cannot change a digit; see six_digits.h. All other numbers,
 // infinities and NaNs ("nan" or "-nan" by the sign bit) are converted by std::to_chars, which takes
-// nine times as long.
+// about ten times as long.
 #pragma once
 
 #include <array>

@@ -12,6 +12,7 @@
 // All is inline: it is done for every number of a result file.
 #pragma once
 
+#include <cfloat>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -20,6 +21,8 @@
 #include "base/powers_of_ten.h"
 
 namespace korvex {
+
+static_assert(FLT_EVAL_METHOD == 0, "each product is rounded to a double");
 
 inline constexpr std::int32_t SignificantDigits = 6;
 
@@ -46,9 +49,13 @@ inline std::uint64_t BitsOf(double number) {
   return bits;
 }
 
-// Returns the index of a value's decimal exponent. field: the value's exponent field, within the
-// quick range. Values that lie below a power of ten by less than its rounding error count as that
-// power: both exponents give its text.
+inline std::uint32_t ExponentField(double number) {
+  return static_cast<std::uint32_t>(BitsOf(number) >> MantissaBits) & ExponentMask;
+}
+
+// Returns the index of a value's decimal exponent. value: positive; field: its exponent field,
+// within the quick range. Values that lie below a power of ten by less than its rounding error
+// count as that power: both exponents give its text.
 inline std::uint32_t FindIndex(double value, std::uint32_t field) {
   // log10(2) = 78913 / 2^18 to six digits. The offset makes the field count from zero, and the
   // result from -LargestPower.
@@ -84,7 +91,7 @@ inline Decimal RoundWithCare(double value, std::uint32_t index, double scaled) {
   return MakeDecimal(digits + static_cast<std::int32_t>(isUp), index);
 }
 
-// Returns the rounded value. field: its exponent field, within the quick range.
+// Returns the rounded value. value: positive; field: its exponent field, within the quick range.
 inline Decimal RoundToSixDigits(double value, std::uint32_t field) {
   const std::uint32_t index = FindIndex(value, field);
   const double scaled = value * PowerOfTen(ScalingPower(index));

@@ -5,9 +5,9 @@
 // end of the text; a few characters behind it may change, too.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -50,8 +50,7 @@ inline std::size_t RoomFor(NumberColumn) { return NumberRoom; }
 inline std::size_t RoomFor(NodeColumn) { return NumberRoom; }
 
 inline char* WriteItem(std::string_view item, char* out) {
-  std::memcpy(out, item.data(), item.size());
-  return out + item.size();
+  return std::copy(item.begin(), item.end(), out);
 }
 inline char* WriteItem(char item, char* out) {
   *out = item;
@@ -65,7 +64,7 @@ inline char* WriteItem(double item, char* out) { return WriteNumber(item, out); 
 inline char* WriteItem(NumberColumn item, char* out) { return WriteColumn(item.number, out); }
 char* WriteItem(NodeColumn item, char* out);
 
-// Adds the items.
+// Adds the items. A text among them must not be a part of `text`, whose room may move.
 template <typename... Items>
 void Add(ResultText& text, const Items&... items) {
   char* out = MakeRoom((std::size_t{0} + ... + RoomFor(items)), text);

@@ -188,6 +188,12 @@ TEST(NumberText, NumbersOfAllMagnitudes) {
       ASSERT_EQ(Format(number), LibraryText(number));
     }
   }
+  std::uniform_int_distribution<int> power(-135, 150);
+  std::uniform_real_distribution<double> significand(1.0, 2.0);
+  for (int i = 0; i < 300000; ++i) {  // a little beyond the range that is rounded quickly
+    const double number = std::ldexp(significand(random), power(random));
+    ASSERT_EQ(Format(number), LibraryText(number));
+  }
   for (int i = 0; i < 100000; ++i) {  // few digits, as people write them
     const auto digits = static_cast<double>(random() % 10000);
     const double number = digits / std::pow(10, static_cast<int>(random() % 12));
@@ -200,6 +206,12 @@ TEST(NumberText, ExtremeNumbers) {
   for (const double number : {Limits::denorm_min(), Limits::min(), Limits::max(), Infinity, 1e-16,
                               9.99999e-17, 1e27, 1.00001e27}) {
     ExpectStreamText(number);
+  }
+  // The ends of the range that is rounded without the library.
+  for (const double end : {0x1p-129, 0x1p146}) {
+    for (const double number : {std::nextafter(end, 0.0), end, std::nextafter(end, Infinity)}) {
+      ExpectStreamText(number);
+    }
   }
 }
 

@@ -241,7 +241,6 @@ TEST(ScanReal, RoundsToNearest) {
   ExpectReal("72057594037927933", 0x1p+56);  // 2^56 - 3, and doubles are 8 apart
 }
 
-// Between 2^53 and 2^54 doubles are the even integers, so an odd one lies half way.
 // Up to 18 digits with the point anywhere, and what may follow: the length decides how they are
 // converted. The C library's strtod rounds correctly.
 TEST(ScanReal, ShortAndLongDecimalsAreTheNearestDoubles) {
@@ -258,6 +257,7 @@ TEST(ScanReal, ShortAndLongDecimalsAreTheNearestDoubles) {
   }
 }
 
+// Between 2^53 and 2^54 doubles are the even integers, so an odd one lies half way.
 TEST(ScanReal, RoundsHalfWayCasesToEven) {
   ExpectReal("9007199254740993", 0x1p+53);                // 2^53 + 1 -> 2^53
   ExpectReal("9007199254740995", 0x1.0000000000002p+53);  // 2^53 + 3 -> 2^53 + 4

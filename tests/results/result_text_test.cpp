@@ -41,5 +41,17 @@ TEST(ResultText, RoomGrows) {
   EXPECT_GE(text.room.size(), text.size);
 }
 
+// Numbers are written with a few characters too many, so a fresh text must have all of their room.
+TEST(ResultText, NumbersHaveRoomForWhatIsWrittenBehindThem) {
+  const auto roomOf = [](const auto& item) {
+    ResultText text;
+    Add(text, item);
+    return text.room.size();
+  };
+  EXPECT_GE(roomOf(0.5), NumberRoom);
+  EXPECT_GE(roomOf(NumberColumn{0.5}), NumberRoom);
+  EXPECT_GE(roomOf(NodeColumn{7}), NumberRoom);
+}
+
 }  // namespace
 }  // namespace korvex
