@@ -112,9 +112,8 @@ void BeamStiffness(const BeamElement& beam, double* K) {
 
   const SectionProperties& s = beam.Section;
   const bool isCentric = s.Ex == 0.0 && s.Ey == 0.0 && s.Ez == 0.0;
-  if (isCentric && AreFinite(k.data(), k.size())) {
-    for (double& entry : k) entry += 0.0;  // B is the identity: only -0 becomes 0
-  } else {
+  // Without eccentricity B is the identity. Of an infinity it makes a NaN.
+  if (!isCentric || !AreFinite(k.data(), k.size())) {
     BeamMatrix B;
     EccentricityMatrix(s, B);
     TransformCongruently(B, k);

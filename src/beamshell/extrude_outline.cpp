@@ -134,6 +134,11 @@ void AddLinks(std::int32_t end, std::int32_t firstNode, BeamShellModel& model) {
   }
 }
 
+// The shells between two stations couple their 2 P nodes: no column is higher.
+std::uint64_t CountSystemBytes(std::uint64_t P, std::uint64_t equations, std::uint64_t dofs) {
+  return equations * (2 * P * dofs * BytesPerEntry + TableBytesPerEquation) + 2 * P * BytesPerLink;
+}
+
 }  // namespace
 
 // n = L / longest segment, truncated, but at least 1; 1 also if the quotient is not finite.
@@ -158,14 +163,18 @@ std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
          outline.segments.size() * n * BytesPerShell;
 }
 
-// The shells between two stations couple their 2 P nodes: no column is higher.
 std::uint64_t CountSystemBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model) {
   const auto n = static_cast<std::uint64_t>(CountSteps(outline, beam, model));
   const std::uint64_t P = outline.points.size();
   const auto dofs = static_cast<std::uint64_t>(model.DofsPerNode);
-  const std::uint64_t equations = (P * (n + 1) + 2) * dofs;
-  return equations * (2 * P * dofs * BytesPerEntry + TableBytesPerEquation) + 2 * P * BytesPerLink;
+  return CountSystemBytes(P, (P * (n + 1) + 2) * dofs, dofs);
+}
+
+std::uint64_t CountSystemBytes(const BeamShellModel& model) {
+  return CountSystemBytes(static_cast<std::uint64_t>(model.ProfileNodeCount),
+                          static_cast<std::uint64_t>(model.NEQ),
+                          static_cast<std::uint64_t>(model.DofsPerNode));
 }
 
 void ExtrudeOutline(const SectionOutline& outline, std::int32_t beam, BeamShellModel& model) {

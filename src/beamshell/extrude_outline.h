@@ -26,6 +26,9 @@ std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
 std::uint64_t CountSystemBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model);
 
+// The same of a model that is extruded.
+std::uint64_t CountSystemBytes(const BeamShellModel& model);
+
 // Fills nodes, shells and links of `model` and their counts. E, Mu, the end points and the
 // orientation vector must be set.
 // outline: shifted by the section's offset, not empty; beam: the beam's number, for the notice.

@@ -118,10 +118,12 @@ DetailMemory ShareMemory(const DetailSurvey& survey, std::size_t beams, std::uin
 
 // The groups of all beams. A beam without a section table is a group after those before it; where
 // the run stops there, those behind it are never needed.
-BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t beams,
+BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t beams, int threads,
                       const DetailMemory& memory) {
-  BeamGroups groups = GroupBeams(
-      survey.shapes, static_cast<std::size_t>(CountBeamLanes(vectorBits)), memory.systems);
+  // Rather all threads with single beams than one thread with beams side by side.
+  const std::uint64_t share = memory.systems / static_cast<std::uint64_t>(std::max(threads, 1));
+  BeamGroups groups =
+      GroupBeams(survey.shapes, static_cast<std::size_t>(CountBeamLanes(vectorBits)), share);
   const std::size_t known = survey.shapes.ofBeam.size();
   if (known < beams) groups.beams.push_back({known});
   return groups;
@@ -129,11 +131,11 @@ BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t be
 
 // Each thread has systems besides the results of all: no allocation fails because several ask.
 int CountThreads(int threads, const BeamGroups& groups, const DetailMemory& memory) {
-  const std::uint64_t each = std::max<std::uint64_t>(groups.largestSystem, 1);
+  const std::uint64_t each = std::max<std::uint64_t>(groups.threadBytes, 1);
   const std::uint64_t most = std::max<std::uint64_t>(memory.systems / each, 1);
   const auto wanted = static_cast<std::uint64_t>(std::max(threads, 1));
   return CountThreadsInMemory(static_cast<int>(std::min(wanted, most)), memory.results,
-                              groups.largestSystem);
+                              groups.threadBytes);
 }
 
 // Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
@@ -158,7 +160,8 @@ const double* NodeDisplacements(const Model& model, std::int32_t node) {
 // systems.
 struct BeamMemory {
   SectionOutline outline;
-  std::vector<BeamShellModel> spares;  // one for each beam of a group
+  std::vector<BeamShellModel> links;  // of each beam of a group
+  BeamShellModel system;              // of a beam that is solved alone
   BeamLanes lanes;
 };
 
@@ -181,12 +184,16 @@ void KeepMemory(BeamMemory& memory, SpareMemories& spares) {
   spares.memories.push_back(std::move(memory));
 }
 
-// Makes the detail model of the beam at this row, without solving it.
-void ExtrudeBeam(const Model& model, std::int32_t row, BeamMemory& memory, BeamShellModel& spare,
-                 BeamShellModel& detail) {
-  DescribeBeam(model, row, detail, memory.outline);
-  ReuseMemory(spare, detail);
-  ExtrudeOutline(memory.outline, row, detail);
+// Solves beams of the same shape one after the other. What the systems of others hold is given back
+// where there is no room for both.
+void SolveAlone(const std::vector<LaneBeam>& beams, BeamMemory& memory) {
+  for (const LaneBeam& beam : beams) {
+    BeamShellModel& detail = *beam.model;
+    ReuseSystem(memory.system, detail);
+    if (!HasMemory(CountSystemBytes(detail), 1)) memory.lanes = {};
+    SolveBeamShell(beam.u1, beam.u2, detail);
+    ReuseSystem(detail, memory.system);
+  }
 }
 
 // Makes and solves the detail models of the beams of a group.
@@ -195,18 +202,20 @@ void SolveGroup(const Model& model, const std::vector<std::int32_t>& rows,
                 const std::vector<std::size_t>& group, int vectorBits, BeamMemory& memory,
                 std::vector<BeamShellModel>& details) {
   std::vector<LaneBeam> beams;
-  memory.spares.resize(std::max(memory.spares.size(), group.size()));
+  memory.links.resize(std::max(memory.links.size(), group.size()));
   for (const std::size_t i : group) {
-    ExtrudeBeam(model, rows[i], memory, memory.spares[beams.size()], details[i]);
+    BeamShellModel& detail = details[i];
+    DescribeBeam(model, rows[i], detail, memory.outline);
+    ReuseLinks(memory.links[beams.size()], detail);
+    ExtrudeOutline(memory.outline, rows[i], detail);
     const std::int32_t* ends =
         &model.Tables.BeamNodes[static_cast<std::size_t>(rows[i]) * NodesPerBeam];
     beams.push_back(
-        {NodeDisplacements(model, ends[0]), NodeDisplacements(model, ends[1]), &details[i]});
+        {NodeDisplacements(model, ends[0]), NodeDisplacements(model, ends[1]), &detail});
   }
-  std::vector<LaneBeam> alone = beams;
-  if (group.size() > 1) alone = SolveBeamLanes(vectorBits, beams, memory.lanes);
-  for (const LaneBeam& beam : alone) SolveBeamShell(beam.u1, beam.u2, *beam.model);
-  for (std::size_t k = 0; k < group.size(); ++k) ReuseMemory(*beams[k].model, memory.spares[k]);
+  const bool isAlone = beams.size() == 1;
+  SolveAlone(isAlone ? beams : SolveBeamLanes(vectorBits, beams, memory.lanes), memory);
+  for (std::size_t k = 0; k < beams.size(); ++k) ReuseLinks(*beams[k].model, memory.links[k]);
 }
 
 }  // namespace
@@ -229,7 +238,7 @@ void GenerateBeamShells(const Model& model, const std::vector<std::int32_t>& row
   SurveyDetails(model, rows, survey);
   const DetailMemory shares = ShareMemory(survey, rows.size(), CountHeldBytes(details), memory);
   const int vectorBits = WidestVectorBits();
-  const BeamGroups groups = FormGroups(survey, vectorBits, rows.size(), shares);
+  const BeamGroups groups = FormGroups(survey, vectorBits, rows.size(), threads, shares);
   const int useful = CountThreads(threads, groups, shares);
   details.clear();
   if (rows.empty()) return;

@@ -26,7 +26,8 @@ namespace korvex {
 // with several threads once before any beam. May be empty.
 //
 // threads: each solves some of the beams, in its own memory; there are fewer where the memory has
-// no room for as many systems. A Stop is that of the first beam that has one.
+// no room for as many systems. A Stop is that of the first beam that has one; where the memory ends
+// while beams are solved side by side, it may name a later one.
 void GenerateBeamShells(Model& model, const ShareCallback& share = {}, int threads = 1);
 
 // The same for some beams: details[i] becomes that of beam rows[i]. The memory of what `details`

@@ -30,7 +30,9 @@ void AddBeam(const BeamShape& shape, std::uint64_t systemBytes, BeamShapes& shap
 // Beams 0, 1 .. in groups, each ascending; the first beams of the groups ascend too.
 struct BeamGroups {
   std::vector<std::vector<std::size_t>> beams;  // [groups]
-  std::uint64_t largestSystem = 0;              // bytes of the systems of one group
+  // Bytes of the systems of a thread: the largest ones side by side, and beside them the largest
+  // one alone, which beams of any group may need.
+  std::uint64_t threadBytes = 0;
 };
 
 // Forms groups of at most `lanes` beams.

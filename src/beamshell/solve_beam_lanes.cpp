@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <string>
+#include <new>
 
 #include "beamshell/solve_beam_shell.h"
 #include "report/check_memory.h"
@@ -46,7 +46,8 @@ void BuildProfile(const BeamShellModel& model, BeamLanes& lanes) {
 }
 
 // Sets the arrays of `models` in the memory of `lanes`. Their values are undefined, loads are zero.
-void PlaceArrays(BeamLanes& lanes, LaneModels& models) {
+// Returns false where there is no room.
+bool PlaceArrays(BeamLanes& lanes, LaneModels& models) {
   const SkylineMatrix& K = lanes.profile;
   const std::size_t L = models.lanes, n = K.ColumnHeights.size();
   models.entries = K.SkylineSize;
@@ -60,8 +61,9 @@ void PlaceArrays(BeamLanes& lanes, LaneModels& models) {
   const std::size_t size =
       values + n * L + numbers + stresses + multipliers + CacheLine / sizeof(double);
   if (lanes.memory.capacity() < size) {
-    AllocateOrStop("detail models of " + std::to_string(n) + " equations side by side", size,
-                   sizeof(double), [&] { lanes.memory.reserve(size); });
+    lanes.memory = {};  // freed first: memory may not hold the old values and the new
+    if (!HasMemory(size, sizeof(double))) return false;
+    lanes.memory.reserve(size);
   }
   lanes.memory.resize(size);
   void* start = lanes.memory.data();
@@ -76,9 +78,21 @@ void PlaceArrays(BeamLanes& lanes, LaneModels& models) {
   std::fill_n(models.arrays.loads, n * L, 0.0);
   models.numbers = models.arrays.multipliers + multipliers;
   models.stresses = models.numbers + numbers;
+  return true;
 }
 
-std::size_t CountSteps(const BeamShellModel& model) {
+// Returns false where the memory is too small.
+bool PrepareSystems(BeamLanes& lanes, LaneModels& models) {
+  try {
+    BuildProfile(*models.beams[0].model, lanes);
+    return PlaceArrays(lanes, models);
+  } catch (const std::bad_alloc&) {
+    return false;
+  }
+}
+
+// Returns the steps of a model that is extruded.
+std::size_t StepsOf(const BeamShellModel& model) {
   return static_cast<std::size_t>((model.NodeCount - 2) / model.ProfileNodeCount - 1);
 }
 
@@ -165,7 +179,7 @@ void ClearColumns(std::int64_t first, std::int64_t end, const LaneModels& models
 void FactorLanes(LaneModels& models) {
   const BeamShellModel& pattern = *models.beams[0].model;
   const std::int64_t station = std::int64_t{pattern.ProfileNodeCount} * pattern.DofsPerNode;
-  const std::size_t steps = CountSteps(pattern);
+  const std::size_t steps = StepsOf(pattern);
   const auto addEnd = [&](BeamEnd end) {
     for (std::size_t lane = 0; lane < models.lanes; ++lane) AddLaneEnd(lane, end, models);
   };
@@ -208,7 +222,7 @@ void KeepStresses(const double* stress, std::size_t lanes, Shell4Element& shell)
 // beams: lanes that have a beam of their own.
 void RecoverLanes(std::size_t beams, LaneModels& models) {
   const std::size_t size = static_cast<std::size_t>(ShellStresses) * models.lanes;
-  for (std::size_t step = 0; step < CountSteps(*models.beams[0].model); ++step) {
+  for (std::size_t step = 0; step < StepsOf(*models.beams[0].model); ++step) {
     models.shells.recover(StepOf(step, models), models.arrays.loads, models.stresses);
     FindNotFinite(models.stresses, static_cast<std::int64_t>(models.stepShells * size), models);
     for (std::size_t lane = 0; lane < beams; ++lane) {
@@ -234,9 +248,8 @@ std::vector<LaneBeam> SolveBeamLanes(int vectorBits, const std::vector<LaneBeam>
   models.beams = beams;
   models.beams.resize(models.lanes, beams[0]);
   models.isFinite.assign(models.lanes, 1);
-  models.stepShells = beams[0].model->Shells.size() / CountSteps(*beams[0].model);
-  BuildProfile(*beams[0].model, lanes);
-  PlaceArrays(lanes, models);
+  models.stepShells = beams[0].model->Shells.size() / StepsOf(*beams[0].model);
+  if (!PrepareSystems(lanes, models)) return beams;
   FactorLanes(models);
   models.systems.substitute(models.arrays, lanes.reach.data());
   FindNotFinite(models.arrays.loads, models.arrays.n * models.shells.lanes, models);

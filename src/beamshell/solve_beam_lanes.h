@@ -36,8 +36,9 @@ int CountBeamLanes(int vectorBits);
 // Solves the models: fills Displacements and the corner stresses of the shells.
 // beams: at least one, at most CountBeamLanes(vectorBits), which is more than 1; all models have
 // the same counts and nodes of shells and links.
-// Returns the beams that have to be solved alone: what is written in them is undefined.
-// Throws a Stop where the memory is too small.
+// Returns the beams that have to be solved alone: what is written in them is undefined. Where the
+// memory is too small for their systems together, these are all beams.
+// Throws a Stop where the memory is too small for the displacements.
 std::vector<LaneBeam> SolveBeamLanes(int vectorBits, const std::vector<LaneBeam>& beams,
                                      BeamLanes& lanes);
 

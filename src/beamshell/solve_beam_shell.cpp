@@ -108,9 +108,12 @@ void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model) {
   RecoverShell4Stresses(model.Displacements, model.ShellNodes, model.Shells);
 }
 
-void ReuseMemory(BeamShellModel& solved, BeamShellModel& next) {
+void ReuseLinks(BeamShellModel& solved, BeamShellModel& next) {
   next.LinkNodes = std::move(solved.LinkNodes);
   next.Links = std::move(solved.Links);
+}
+
+void ReuseSystem(BeamShellModel& solved, BeamShellModel& next) {
   next.Stiffness = std::move(solved.Stiffness);
   next.LoadVector = std::move(solved.LoadVector);
 }

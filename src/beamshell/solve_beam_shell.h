@@ -48,8 +48,11 @@ void ImposeEndDisplacements(const double* u1, const double* u2, BeamShellModel& 
 // NodeStressBottom. u1, u2: as above. A singular model gives infinities or NaNs without notice.
 void SolveBeamShell(const double* u1, const double* u2, BeamShellModel& model);
 
-// Moves the memory of the links, the matrix and the load vector from `solved`, whose results do not
-// need them, to `next`, a model that is not extruded yet. Their contents are not used.
-void ReuseMemory(BeamShellModel& solved, BeamShellModel& next);
+// Moves the memory of the links from `solved`, whose results do not need them, to `next`, a model
+// that is not extruded yet. Its contents are not used.
+void ReuseLinks(BeamShellModel& solved, BeamShellModel& next);
+
+// The same with the memory of the matrix and the load vector; `next` is not solved yet.
+void ReuseSystem(BeamShellModel& solved, BeamShellModel& next);
 
 }  // namespace korvex

@@ -51,7 +51,7 @@ bool LieAlike(const ShellElement<Nodes>& a, const ShellElement<Nodes>& b) {
 }
 
 // Finds out whether corners of elements that lie like the own one enter the sum, so that each of
-// them need not be tested again.
+// them need not be tested again. `normal` and `TK` are set before, and stay.
 void TakeAlike(CornerSum& sum);
 
 // Adds the faces of a corner that lies in the surface.

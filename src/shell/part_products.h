@@ -14,8 +14,9 @@ namespace korvex {
 // with which the others are known. Entries that are not formed keep what they had.
 enum class Extent { Whole, UpperNodes };
 
-// The first column of row `row` that is formed, with so many dofs per node.
-template <Extent extent>
+// The first column of row `row` that is formed, with so many dofs per node. Number: that of the
+// matrix, so that units compiled for different processors do not share it.
+template <Extent extent, typename Number>
 constexpr std::int32_t FirstColumn(std::int32_t row, std::int32_t dofsPerNode) {
   return extent == Extent::Whole ? 0 : row / dofsPerNode * dofsPerNode;
 }
@@ -28,7 +29,7 @@ inline void AddStiffnessProduct(const Number* B, const Number* D, Number s, Numb
   Number DB[Rows * Columns];
   MatMultiply(DB, D, B, Rows, Rows, Columns);
   for (std::int32_t r = 0; r < Columns; ++r) {
-    for (std::int32_t c = FirstColumn<extent>(r, NodeDofs); c < Columns; ++c) {
+    for (std::int32_t c = FirstColumn<extent, Number>(r, NodeDofs); c < Columns; ++c) {
       Number sum = 0.0;
       for (std::int32_t k = 0; k < Rows; ++k) sum += B[Columns * k + r] * DB[Columns * k + c];
       K[Columns * r + c] = K[Columns * r + c] + s * sum;
@@ -40,7 +41,7 @@ inline void AddStiffnessProduct(const Number* B, const Number* D, Number s, Numb
 template <std::int32_t n, std::int32_t NodeDofs, Extent extent = Extent::Whole, typename Number>
 inline void AddOuterProduct(const Number* b, Number s, Number* K) {
   for (std::int32_t r = 0; r < n; ++r) {
-    for (std::int32_t c = FirstColumn<extent>(r, NodeDofs); c < n; ++c) {
+    for (std::int32_t c = FirstColumn<extent, Number>(r, NodeDofs); c < n; ++c) {
       K[n * r + c] += s * (b[c] * b[r]);
     }
   }
@@ -63,7 +64,7 @@ inline void AddMembranePart(const Number* Km, Number* K) {
   constexpr std::int32_t n = 2 * Nodes;
   const auto place = [](std::int32_t dof) { return 3 * (dof / 2) + dof % 2; };
   for (std::int32_t a = 0; a < n; ++a) {
-    for (std::int32_t b = FirstColumn<extent>(a, 2); b < n; ++b) {
+    for (std::int32_t b = FirstColumn<extent, Number>(a, 2); b < n; ++b) {
       K[place(a) * 3 * Nodes + place(b)] += Km[n * a + b];
     }
   }

@@ -24,7 +24,7 @@ BeamShapes MakeShapes(const std::vector<std::int32_t>& shapes) {
 TEST(GroupBeams, BeamsOfOneShapeInTheirOrder) {
   const BeamGroups groups = GroupBeams(MakeShapes({1, 2, 1, 1, 2, 2, 1, 2}), 4, Enough);
   EXPECT_EQ(groups.beams, (Groups{{0, 2, 3, 6}, {1, 4, 5, 7}}));
-  EXPECT_EQ(groups.largestSystem, 8000U);  // four of shape 2
+  EXPECT_EQ(groups.threadBytes, 10000U);  // four of shape 2, and one more
 }
 
 // Half of the lanes or more are worth a group, fewer are not, and one alone never is.
@@ -38,7 +38,7 @@ TEST(GroupBeams, LeftOverBeams) {
 TEST(GroupBeams, WithoutVectorsEachIsAlone) {
   const BeamGroups groups = GroupBeams(MakeShapes({1, 1, 3}), 1, Enough);
   EXPECT_EQ(groups.beams, (Groups{{0}, {1}, {2}}));
-  EXPECT_EQ(groups.largestSystem, 3000U);
+  EXPECT_EQ(groups.threadBytes, 3000U);
 }
 
 // Four systems of shape 2 need 8000 bytes.
@@ -47,7 +47,7 @@ TEST(GroupBeams, GroupsThatHaveNoRoomAreDivided) {
   EXPECT_EQ(GroupBeams(shapes, 4, 8000).beams, (Groups{{0, 1, 2, 3}}));
   const BeamGroups alone = GroupBeams(shapes, 4, 7999);
   EXPECT_EQ(alone.beams, (Groups{{0}, {1}, {2}, {3}}));
-  EXPECT_EQ(alone.largestSystem, 2000U);
+  EXPECT_EQ(alone.threadBytes, 2000U);
 }
 
 TEST(GroupBeams, ShapesDependOnStepsAndConnectivity) {

@@ -418,7 +418,8 @@ TEST_P(BeamShellStages, HandedOnSystemLeavesResultsOnly) {
   BeamShellModel model = MakeOblique(GetParam()), next;
   SolveBeamShell(Motion1.data(), Motion2.data(), model);
   const double* values = model.Stiffness.Values.data();
-  ReuseMemory(model, next);
+  ReuseLinks(model, next);
+  ReuseSystem(model, next);
   EXPECT_TRUE(model.Links.empty());
   EXPECT_TRUE(model.LinkNodes.empty());
   EXPECT_TRUE(model.LoadVector.empty());
@@ -439,7 +440,8 @@ TEST_P(BeamShellStages, HandedOnSystemChangesNoResult) {
     const DetailBeam beam{GetParam(), {3.0, 0.0, 1.0}, {3.0, 0.5, 1.0}, {0.0, 0.5, 1.0}, 2e11, 0.3,
                           1};
     BeamShellModel fresh = ExtrudeBeam(beam), reused;
-    ReuseMemory(spare, reused);
+    ReuseLinks(spare, reused);
+    ReuseSystem(spare, reused);
     ExtrudeBeam(beam, reused);
     SolveBeamShell(Motion1.data(), Motion2.data(), fresh);
     SolveBeamShell(Motion1.data(), Motion2.data(), reused);

@@ -1,6 +1,7 @@
 // The routines of shell_lanes.h for any number of lanes.
 #pragma once
 
+#include "shell/element_parts.h"
 #include "shell/lanes/lane_number-inl.h"
 #include "shell/lanes/shell_lanes.h"
 #include "shell/quad_membrane-inl.h"
@@ -39,6 +40,17 @@ struct ShellParts {
 };
 constexpr Part PartOf[2][3] = {{Membrane, Membrane, Plate}, {Plate, Plate, Membrane}};
 constexpr std::int32_t PlaceInPart[2][3] = {{0, 1, 0}, {1, 2, 2}};  // among the node's three dofs
+
+// Whether the tables say the same as those of the single routine.
+constexpr bool HavePlacesOfParts() {
+  for (std::int32_t dof = 0; dof < 6; ++dof) {
+    const std::int32_t triple = dof / 3, i = dof % 3;
+    const std::int32_t* const places = PartOf[triple][i] == Membrane ? MembranePlace : PlatePlace;
+    if (places[PlaceInPart[triple][i]] != dof) return false;
+  }
+  return true;
+}
+static_assert(HavePlacesOfParts());
 
 // Forms the block of the triples RowTriple of node a and ColumnTriple of node b in global axes: as
 // RotateMatrixToGlobal does, in its order, but without the terms with entries that are zero because
