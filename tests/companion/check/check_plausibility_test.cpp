@@ -204,9 +204,12 @@ TEST(CheckOutliers, NamesEachSectionInMetresOnce) {
     }
     const CheckReport report = Check(model);
     EXPECT_EQ(report.findings.counts.at("K602"), used.size()) << ListFindings(report);
+    // Small sections make many shells: whether those fit depends on the machine's free memory.
+    const auto tooLarge = report.findings.counts.find("K504");
+    const std::size_t ofMemory = tooLarge == report.findings.counts.end() ? 0 : tooLarge->second;
     EXPECT_EQ(CountFindings(report.findings, Severity::Error) +
                   CountFindings(report.findings, Severity::Warning),
-              used.size())
+              used.size() + ofMemory)
         << ListFindings(report);
   }
   EXPECT_GE(models, 50);
