@@ -425,7 +425,7 @@ TEST(BeamGroups, GrillageHasTheBitsOfSingleBeams) {
 }
 
 // Eight T beams become so short that they have one step. Of these one has no length, and one is
-// nowhere. A longer one has no orientation.
+// nowhere. A longer one and a tube have no orientation.
 TEST(BeamGroups, BeamsWithoutLengthOrPlace) {
   Model model;
   SolveModel(MakeGrillage(), model);
@@ -436,7 +436,7 @@ TEST(BeamGroups, BeamsWithoutLengthOrPlace) {
   }
   model.BeamElements[16].NodeJ = model.BeamElements[16].NodeI;
   model.BeamElements[20].NodeI[1] = NaN;
-  model.BeamElements[4].RefPoint[2] = NaN;
+  model.BeamElements[3].RefPoint[0] = model.BeamElements[4].RefPoint[2] = NaN;
   // They are in groups with sound ones: the first eight or four of a shape always are.
   std::vector<BeamShellModel> details(49);
   for (std::size_t row = 0; row < 49; ++row) {
@@ -449,6 +449,7 @@ TEST(BeamGroups, BeamsWithoutLengthOrPlace) {
   };
   EXPECT_EQ(countAlike(16), 8);
   EXPECT_EQ(countAlike(20), 8);
+  EXPECT_GE(countAlike(3), 4);
   EXPECT_GE(countAlike(4), 4);
   ExpectBitsOfSingleBeams(model);
 }
