@@ -200,13 +200,13 @@ struct Spoiling {
 
 // Expects that of a group of this kind of section the spoilt beam is alone, and that the sound ones
 // beside it keep their bits.
-void SpoilOne(int bits, const TestSection& kind, std::int32_t steps, const Spoiling& spoiling,
+void SpoilOne(int bits, const TestSection& kind, std::int32_t steps, void (*spoil)(DrivenBeam&),
               std::mt19937& random, BeamLanes& lanes) {
   std::vector<DrivenBeam> beams;
   const auto width = static_cast<std::size_t>(CountBeamLanes(bits));
   while (beams.size() < width) beams.push_back(MakeBeam(kind, 0, steps, random));
   const std::size_t place = random() % width;
-  spoiling.spoil(beams[place]);
+  spoil(beams[place]);
   ExpectBitsOfEachAlone(bits, beams, {place}, lanes);
 }
 
@@ -236,8 +236,28 @@ TEST(SolveBeamLanes, SpoiltBeamsAreSolvedAlone) {
       for (std::size_t s = 0; s < spoilings.size(); ++s) {
         SCOPED_TRACE(testing::Message() << kind.name << ", spoiling " << s);
         const bool isLong = spoilings[s].isForAnySteps && kind.BeamSecOz != 0.0;
-        SpoilOne(bits, kind, isLong ? 2 : 1, spoilings[s], random, lanes);
+        SpoilOne(bits, kind, isLong ? 2 : 1, spoilings[s].spoil, random, lanes);
       }
+    }
+  });
+}
+
+// Only the flange is nowhere: NaNs meet finite numbers, and those of the lanes have other signs.
+TEST(SolveBeamLanes, SpoiltFlanges) {
+  const auto wide = [](DrivenBeam& b) {
+    const Vector3 d = Subtract(b.beam.end2, b.beam.end1);
+    b.beam.section.dimensions[2] = NaN;
+    SetLength(3.5, Normalise(d), b.beam);  // of the web's segments
+  };
+  const auto thick = [](DrivenBeam& b) { b.beam.section.dimensions[3] = -Infinity; };
+  std::mt19937 random(8);
+  ForWidths([&](int bits, std::size_t) {
+    BeamLanes lanes;
+    for (const TestSection& kind : AllSections()) {
+      if (kind.dimensions[2] == 0.0) continue;  // it has no flange
+      SCOPED_TRACE(kind.name);
+      SpoilOne(bits, kind, 3, wide, random, lanes);
+      SpoilOne(bits, kind, 1, thick, random, lanes);
     }
   });
 }
@@ -425,7 +445,7 @@ TEST(BeamGroups, GrillageHasTheBitsOfSingleBeams) {
 }
 
 // Eight T beams become so short that they have one step. Of these one has no length, and one is
-// nowhere. A longer one and a tube have no orientation.
+// nowhere. Of a longer one the flange is nowhere, and a tube has no orientation.
 TEST(BeamGroups, BeamsWithoutLengthOrPlace) {
   Model model;
   SolveModel(MakeGrillage(), model);
@@ -436,7 +456,9 @@ TEST(BeamGroups, BeamsWithoutLengthOrPlace) {
   }
   model.BeamElements[16].NodeJ = model.BeamElements[16].NodeI;
   model.BeamElements[20].NodeI[1] = NaN;
-  model.BeamElements[3].RefPoint[0] = model.BeamElements[4].RefPoint[2] = NaN;
+  model.Tables.BeamSectionRefs[4].BeamSecIndex = 2;
+  model.Tables.TBeamSections.push_back({0.3, 0.012, NaN, 0.015});
+  model.BeamElements[3].RefPoint[0] = NaN;
   // They are in groups with sound ones: the first eight or four of a shape always are.
   std::vector<BeamShellModel> details(49);
   for (std::size_t row = 0; row < 49; ++row) {
