@@ -267,7 +267,7 @@ TEST(ShellLanes, ParallelToTheAxes) {
   unsigned position = 0;
   int negativeZeros = 0;
   CompareWidths(48, [&] {
-    const Lane lane = MakeParallelLane(position++, random);
+    Lane lane = MakeParallelLane(position++, random);
     for (const double entry : lane.shells[0].Frame) {
       if (entry == 0.0 && std::signbit(entry)) ++negativeZeros;
     }
