@@ -10,6 +10,7 @@
 #include <cstring>
 #include <limits>
 #include <random>
+#include <utility>
 
 #include "beamshell/average_corners.h"
 #include "beamshell/extrude_outline.h"
@@ -222,6 +223,38 @@ TEST(AverageCorners, RandomFramesAgreeWithTheRuleOverAllPairs) {
     if (HasFatalFailure()) return;
   }
   ExpectAllMet(tally);
+}
+
+// So many beams from one point to the corners of a cube around it: many lie on each other.
+Models MakeStar(Generator& random, std::size_t beams) {
+  SectionOutline outline;
+  BuildTOutline({1.0, 0.1, 1.0, 0.1}, 0, outline);
+  Models models(beams);
+  for (BeamShellModel& model : models) {
+    for (double& x : model.EndPoint2) x = PickOf<double>(random, {-1.0, 1.0});
+    if (Pick(random, 2) == 0) std::swap(model.EndPoint1, model.EndPoint2);
+    model.OrientVector = {0, 0, 1};
+    ExtrudeOutline(outline, 0, model);
+  }
+  RandomiseStresses(random, models);
+  return models;
+}
+
+// Models are asked one by one whether they have nodes near a point, unless there are too many. The
+// beam has 31, 32 and 33 neighbours, and some more.
+TEST(AverageCorners, StarsAgreeWithTheRuleOverAllPairs) {
+  Generator random(1);
+  for (const std::size_t beams : {32U, 33U, 34U, 50U}) {
+    SCOPED_TRACE(beams);
+    Tally tally;
+    Models models = MakeStar(random, beams);
+    AverageBeamShellStresses(models);
+    CompareAll(models, tally);
+    if (HasFatalFailure()) return;
+    // Each corner is averaged with itself; that many more are corners of other beams.
+    const std::size_t corners = beams * models[0].ShellNodes.size();
+    EXPECT_GT(static_cast<std::size_t>(tally.upright + tally.swapped), 4 * corners);
+  }
 }
 
 // A shell on any four of the model's points. Averaging reads only its normal and thickness.

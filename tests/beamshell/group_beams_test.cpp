@@ -50,6 +50,20 @@ TEST(GroupBeams, GroupsThatHaveNoRoomAreDivided) {
   EXPECT_EQ(alone.threadBytes, 2000U);
 }
 
+// The systems of a group take 256 MB at most, however much memory is free.
+TEST(GroupBeams, LargeSystemsAreAlone) {
+  constexpr std::uint64_t Most = 256U << 20U;
+  for (const std::size_t lanes : {2U, 4U, 8U}) {
+    for (const std::uint64_t more : {0U, 1U}) {
+      BeamShapes shapes;
+      while (shapes.ofBeam.size() < lanes) AddBeam({1}, Most / lanes + more, shapes);
+      const BeamGroups groups = GroupBeams(shapes, lanes, 1024 * Most);
+      EXPECT_EQ(groups.beams.size(), more == 0 ? 1U : lanes);
+      EXPECT_EQ(groups.largestSystem, more == 0 ? Most : Most / lanes + 1);
+    }
+  }
+}
+
 TEST(GroupBeams, ShapesDependOnStepsAndConnectivity) {
   const SectionOutline t = test::BuildOutline({"T", BeamSecTypeT, {0.3, 0.02, 0.16, 0.025}}, 0);
   const SectionOutline wide = test::BuildOutline({"T", BeamSecTypeT, {0.3, 0.02, 0.2, 0.03}}, 0);
