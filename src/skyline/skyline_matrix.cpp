@@ -34,8 +34,10 @@ void AllocateValues(SkylineMatrix& K) {
     K.Values = {};  // freed first: memory may not hold the old values and the new
     K.Values.reserve(size);
     PrefaultMemory(K.Values.data(), size * sizeof(double));
+    K.Values.resize(size);  // zero: the block is new
+  } else {
+    K.Values.assign(size, 0.0);
   }
-  K.Values.assign(size, 0.0);
 }
 
 void ScatterElement(const double* ke, const std::int32_t* g, std::int32_t n, SkylineMatrix& K) {

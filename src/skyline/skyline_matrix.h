@@ -9,13 +9,17 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/zeroed_memory.h"
+
 namespace korvex {
+
+using MatrixValues = std::vector<double, ZeroedMemory<double>>;
 
 struct SkylineMatrix {
   std::vector<std::int32_t> ColumnHeights;  // [n] stored entries of each column, diagonal included
   std::vector<std::int64_t> DiagonalAddress;  // [n] position of each diagonal entry
   std::int64_t SkylineSize = 0;               // stored entries, the sum of ColumnHeights
-  std::vector<double> Values;                 // [SkylineSize]
+  MatrixValues Values;                        // [SkylineSize]
 };
 
 inline std::int64_t CountColumns(const SkylineMatrix& K) {

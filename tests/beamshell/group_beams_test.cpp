@@ -59,7 +59,7 @@ TEST(GroupBeams, LargeSystemsAreAlone) {
       while (shapes.ofBeam.size() < lanes) AddBeam({1}, Most / lanes + more, shapes);
       const BeamGroups groups = GroupBeams(shapes, lanes, 1024 * Most);
       EXPECT_EQ(groups.beams.size(), more == 0 ? 1U : lanes);
-      EXPECT_EQ(groups.largestSystem, more == 0 ? Most : Most / lanes + 1);
+      EXPECT_EQ(groups.threadBytes, Most / lanes + (more == 0 ? Most : 1));
     }
   }
 }

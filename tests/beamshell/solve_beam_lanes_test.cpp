@@ -268,7 +268,7 @@ struct FiniteParts {
 };
 
 FiniteParts FindFiniteParts(const DrivenBeam& driven) {
-  const auto areFinite = [](const std::vector<double>& numbers) {
+  const auto areFinite = [](const auto& numbers) {
     return AreFinite(numbers.data(), numbers.size());
   };
   BeamShellModel model = ExtrudeBeam(driven.beam);
@@ -291,7 +291,7 @@ void OverflowDiagonal(DrivenBeam& driven) {
   model.Links.clear();
   BuildBeamShellProfile(model);
   AssembleBeamShell(model);
-  const std::vector<double>& values = model.Stiffness.Values;
+  const MatrixValues& values = model.Stiffness.Values;
   const double largest = *std::max_element(values.begin(), values.end());
   driven.beam.E = std::numeric_limits<double>::max() / (0.99 * largest);
 }

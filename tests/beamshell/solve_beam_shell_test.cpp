@@ -85,7 +85,7 @@ TEST_P(BeamShellStages, ColumnsReachTheLowestCoupledEquation) {
     EXPECT_EQ(model.Stiffness.ColumnHeights, heights);
     EXPECT_EQ(model.Stiffness.DiagonalAddress, addresses);
     EXPECT_EQ(model.Stiffness.SkylineSize, size);
-    EXPECT_EQ(model.Stiffness.Values, std::vector<double>(static_cast<std::size_t>(size), 0.0));
+    EXPECT_EQ(model.Stiffness.Values, MatrixValues(static_cast<std::size_t>(size), 0.0));
     EXPECT_EQ(model.LoadVector, std::vector<double>(static_cast<std::size_t>(model.NEQ), 0.0));
     EXPECT_EQ(model.Displacements.size(), static_cast<std::size_t>(model.NEQ));
   }
@@ -208,12 +208,13 @@ TEST(SolveBeamShell, ZeroToleranceLeavesNoLinkOut) {
 void ExpectDriven(BeamShellModel& model, const std::set<std::size_t>& driven1,
                   const std::set<std::size_t>& driven2) {
   BuildBeamShellProfile(model);
-  std::vector<double>& values = model.Stiffness.Values;
+  MatrixValues& values = model.Stiffness.Values;
   for (std::size_t i = 0; i < values.size(); ++i) values[i] = 1e39 * static_cast<double>(1 + i % 7);
   for (std::size_t i = 0; i < model.LoadVector.size(); ++i) {
     model.LoadVector[i] = 1e38 * static_cast<double>(1 + i % 5);
   }
-  std::vector<double> expectedValues = values, expectedLoads = model.LoadVector;
+  MatrixValues expectedValues = values;
+  std::vector<double> expectedLoads = model.LoadVector;
   const auto drive = [&](std::size_t node, const Six& u) {
     for (std::size_t d = 0; d < 6; ++d) {
       const auto diagonal = model.Stiffness.DiagonalAddress[Equation(node, d)];

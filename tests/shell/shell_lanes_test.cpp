@@ -179,7 +179,8 @@ Numbers GetLane(const Numbers& all, std::size_t lanes, std::size_t lane) {
 }
 
 // The bits of a lane, or at least something that tells that it has to be computed alone.
-void ExpectBits(const Numbers& numbers, const Numbers& expected) {
+template <typename Expected>
+void ExpectBits(const Numbers& numbers, const Expected& expected) {
   if (AreFinite(expected.data(), expected.size())) {
     EXPECT_TRUE(test::SameBits(numbers, expected));
   } else {

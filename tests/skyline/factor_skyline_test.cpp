@@ -80,7 +80,8 @@ void FactorInSlices(int bits, std::int64_t sliceRows, System& system, std::mt199
 
 // The panel routines, called directly, are exact only if all NaNs have the bits of 0/0 on x86
 // (FactorSkyline sees to it): the sign bit is set.
-void UnifyNaNs(std::vector<double>& values) {
+template <typename Numbers>
+void UnifyNaNs(Numbers& values) {
   for (double& value : values) {
     if (std::isnan(value)) value = -std::numeric_limits<double>::quiet_NaN();
   }
@@ -160,7 +161,7 @@ TEST(FactorSkyline, NaNsOfBothSigns) {
       const bool isAlone = system.K.ColumnHeights[static_cast<std::size_t>(j)] == 1;
       if (Pick(random, isAlone ? 2 : 40) == 0) *Column(system.K, j) = 0.0;
     }
-    const auto addNaNs = [&](std::vector<double>& values, std::int32_t distance) {
+    const auto addNaNs = [&](auto& values, std::int32_t distance) {
       for (double& value : values) {
         if (Pick(random, distance) == 0) value = Pick(random, 2) == 0 ? NotANumber : -NotANumber;
       }

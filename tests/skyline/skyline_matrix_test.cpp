@@ -27,7 +27,7 @@ TEST(SkylineMatrix, AddressesFollowTheHeights) {
   EXPECT_EQ(K.DiagonalAddress, (std::vector<std::int64_t>{0, 1, 2, 3, 6}));
   EXPECT_EQ(K.SkylineSize, 9);
   AllocateValues(K);
-  EXPECT_EQ(K.Values, std::vector<double>(9, 0.0));
+  EXPECT_EQ(K.Values, MatrixValues(9, 0.0));
 }
 
 // AllocateValues reuses the memory of a smaller or larger matrix and clears it.
@@ -36,7 +36,7 @@ TEST(SkylineMatrix, ReallocatedValuesAreZero) {
   for (const std::int64_t size : {6, 4, 10}) {
     K.SkylineSize = size;
     AllocateValues(K);
-    EXPECT_EQ(K.Values, std::vector<double>(static_cast<std::size_t>(size), 0.0));
+    EXPECT_EQ(K.Values, MatrixValues(static_cast<std::size_t>(size), 0.0));
     K.Values.assign(K.Values.size(), 7.0);
   }
 }
@@ -78,7 +78,7 @@ TEST(SkylineMatrix, ScatterReadsTheUpperTriangle) {
   const std::array<double, 9> ke{1, 2, 3, -99, 4, 5, -99, -99, 6};
   const std::array<std::int32_t, 3> g{0, 1, 2};
   ScatterElement(ke.data(), g.data(), 3, K);
-  EXPECT_EQ(K.Values, (std::vector<double>{1, 4, 2, 6, 5, 3}));  // diagonal first, then upward
+  EXPECT_EQ(K.Values, (MatrixValues{1, 4, 2, 6, 5, 3}));  // diagonal first, then upward
 }
 
 // A single element of 24 dofs: the skyline is the upper triangle of its matrix.

@@ -106,7 +106,7 @@ TEST_P(SolveSkylineTest, LeavesFactorsAndReducedLoad) {
   SkylineMatrix K = Pack({{4, 2, 0}, {2, 5, 4}, {0, 4, 8}});
   std::vector<double> F{4, 6, 8};
   const std::vector<double> u = Solve(K, F);
-  EXPECT_EQ(K.Values, (std::vector<double>{4, 4, 0.5, 4, 1}));
+  EXPECT_EQ(K.Values, (MatrixValues{4, 4, 0.5, 4, 1}));
   EXPECT_EQ(F, (std::vector<double>{4, 4, 4}));
   EXPECT_EQ(u, (std::vector<double>{1, 0, 1}));
 }

@@ -56,11 +56,12 @@ std::vector<System> MakeLanes(std::size_t lanes, const System& first, Values val
 using Numbers = std::vector<double>;
 
 // numbers[i * lanes + lane] of all lanes.
-Numbers Interleave(const std::vector<System>& systems, Numbers& (*numbersOf)(System&)) {
-  std::vector<System> lanes = systems;
+// numbersOf(system): a vector of numbers, of the same size for all.
+template <typename NumbersOf>
+Numbers Interleave(const std::vector<System>& systems, const NumbersOf& numbersOf) {
   Numbers all;
-  for (std::size_t i = 0; i < numbersOf(lanes[0]).size(); ++i) {
-    for (System& system : lanes) all.push_back(numbersOf(system)[i]);
+  for (std::size_t i = 0; i < numbersOf(systems[0]).size(); ++i) {
+    for (const System& system : systems) all.push_back(numbersOf(system)[i]);
   }
   return all;
 }
@@ -71,8 +72,8 @@ Numbers LaneOf(const Numbers& all, std::size_t lanes, std::size_t lane) {
   return numbers;
 }
 
-Numbers& ValuesOf(System& system) { return system.K.Values; }
-Numbers& LoadOf(System& system) { return system.F; }
+const MatrixValues& ValuesOf(const System& system) { return system.K.Values; }
+const Numbers& LoadOf(const System& system) { return system.F; }
 
 // For each row the last column that reaches it.
 std::vector<std::int64_t> FindReach(const SkylineMatrix& K) {
@@ -85,7 +86,8 @@ std::vector<std::int64_t> FindReach(const SkylineMatrix& K) {
 
 // Expects the bits of each number. A NaN may have another sign: which of two a product has depends
 // on the order of its factors.
-void ExpectNumbers(const Numbers& numbers, const Numbers& expected) {
+template <typename Expected>
+void ExpectNumbers(const Numbers& numbers, const Expected& expected) {
   ASSERT_EQ(numbers.size(), expected.size());
   for (std::size_t i = 0; i < expected.size(); ++i) {
     if (std::isnan(numbers[i]) && std::isnan(expected[i])) continue;
@@ -95,7 +97,7 @@ void ExpectNumbers(const Numbers& numbers, const Numbers& expected) {
 }
 
 bool IsFinite(const System& solved) {
-  const auto areFinite = [](const Numbers& numbers) {
+  const auto areFinite = [](const auto& numbers) {
     return AreFinite(numbers.data(), numbers.size());
   };
   return areFinite(solved.K.Values) && areFinite(solved.F) && areFinite(solved.u);

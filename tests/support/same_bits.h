@@ -6,7 +6,9 @@
 
 namespace korvex::test {
 
-inline bool SameBits(const std::vector<double>& a, const std::vector<double>& b) {
+// a, b: vectors of doubles, each with an allocator of its own.
+template <typename A = std::vector<double>, typename B = std::vector<double>>
+bool SameBits(const A& a, const B& b) {
   return a.size() == b.size() &&
          (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0);
 }

@@ -292,7 +292,7 @@ TEST(AssembleStiffness, ThreadsChangeNoBit) {
          std::integral_constant<std::int32_t, 3>());
   addAll(model.BeamElements, model.Tables.BeamNodes, BeamStiffness,
          std::integral_constant<std::int32_t, 2>());
-  const std::vector<double> expected = K.Values;
+  const MatrixValues expected = K.Values;
   for (const int threads : ThreadCounts) {
     K.Values.assign(K.Values.size(), 0.0);
     AssembleStiffness(model, threads);

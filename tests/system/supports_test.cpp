@@ -30,12 +30,12 @@ void AddRestraint(Model& model, const NodalRestraint& restraint) {
 // Returns the diagonal of the six columns and checks that nothing else has changed.
 std::vector<double> Diagonal(const Model& model) {
   std::vector<double> diagonal;
-  std::vector<double> rest = model.Stiffness.Values;
+  MatrixValues rest = model.Stiffness.Values;
   for (const std::int64_t address : model.Stiffness.DiagonalAddress) {
     diagonal.push_back(rest[static_cast<std::size_t>(address)]);
     rest[static_cast<std::size_t>(address)] = 7.0;
   }
-  EXPECT_EQ(rest, std::vector<double>(21, 7.0));
+  EXPECT_EQ(rest, MatrixValues(21, 7.0));
   EXPECT_EQ(model.LoadVector, std::vector<double>(6, 9.0));
   return diagonal;
 }
