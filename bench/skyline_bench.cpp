@@ -81,7 +81,8 @@ double CountOperations(const SkylineMatrix& K) {
 
 // A hash of the bits of all values (Fowler, Noll & Vo, by words).
 // hash: the hash of the values before these.
-std::uint64_t HashBits(const std::vector<double>& values, std::uint64_t hash) {
+template <typename Numbers>
+std::uint64_t HashBits(const Numbers& values, std::uint64_t hash) {
   for (const double value : values) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);

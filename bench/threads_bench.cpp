@@ -63,7 +63,8 @@ void Factor(int threads, SkylineMatrix& K, std::vector<double>& F) {
   FactorSkyline(WidestVectorBits(), K, F, columns, threads);
 }
 
-bool HaveSameBits(const std::vector<double>& a, const std::vector<double>& b) {
+template <typename Numbers>
+bool HaveSameBits(const Numbers& a, const Numbers& b) {
   return std::memcmp(a.data(), b.data(), a.size() * sizeof(double)) == 0;
 }
 
