@@ -7,6 +7,7 @@
 
 #include "beamshell/solve_beam_shell.h"
 #include "report/check_memory.h"
+#include "shell/lanes/load_shell.h"
 #include "shell/lanes/shell_lanes.h"
 #include "skyline/panel/panel_routine.h"
 
@@ -94,17 +95,6 @@ bool PrepareSystems(BeamLanes& lanes, LaneModels& models) {
 // Returns the steps of a model that is extruded.
 std::size_t StepsOf(const BeamShellModel& model) {
   return static_cast<std::size_t>((model.NodeCount - 2) / model.ProfileNodeCount - 1);
-}
-
-// Copies the numbers of a shell to its lane. numbers: ShellNumbers x lanes, from the lane on.
-void LoadShell(const Shell4Element& shell, std::size_t lanes, double* numbers) {
-  const auto copy = [&numbers, lanes](double value) {
-    *numbers = value;
-    numbers += lanes;
-  };
-  for (const double coordinate : shell.Coordinates) copy(coordinate);
-  for (const double component : shell.Frame) copy(component);
-  copy(shell.E), copy(shell.Mu), copy(shell.TK);
 }
 
 ShellLanes StepOf(std::size_t step, const LaneModels& models) {

@@ -20,23 +20,16 @@ struct ElementMatrix {
   std::array<std::int32_t, n> g;                           // the equations of its rows
 };
 
-// Forms the stiffness of `element`.
+// Forms the stiffness of `element` and calls take(ke, g, n), the fields of its ElementMatrix, which
+// are valid only during the call.
 // nodes: the element's `Nodes` node indices.
 // stiffness: the routine of the element kind; writes n x n completely, n = 6 * Nodes.
-template <std::int32_t Nodes, typename Element>
-void FormElement(const Element& element, const std::int32_t* nodes,
-                 void (*stiffness)(const Element&, double*), ElementMatrix<Nodes>& matrix) {
-  stiffness(element, matrix.ke.data());
-  BuildDofList(nodes, Nodes, matrix.g.data());
-}
-
-// Forms the stiffness of `element` and calls take(ke, g, n), the fields of its ElementMatrix, which
-// are valid only during the call. Other arguments as above.
 template <std::int32_t Nodes, typename Element, typename Taker>
 void HandOverElement(const Element& element, const std::int32_t* nodes,
                      void (*stiffness)(const Element&, double*), Taker& take) {
   ElementMatrix<Nodes> matrix;
-  FormElement(element, nodes, stiffness, matrix);
+  stiffness(element, matrix.ke.data());
+  BuildDofList(nodes, Nodes, matrix.g.data());
   take(matrix.ke.data(), matrix.g.data(), matrix.n);
 }
 

@@ -14,6 +14,7 @@
 #include "results/corner_stress.h"
 #include "shell/bilinear_map.h"
 #include "shell/element_parts.h"
+#include "shell/lanes/form_shells.h"
 #include "shell/shell_stiffness.h"
 #include "skyline/skyline_matrix.h"
 #include "support/same_bits.h"
@@ -212,6 +213,23 @@ void ExpectBitsOfSingleRoutines(const ShellRoutines& routines, const std::vector
   }
 }
 
+// The matrices of the shells of all lanes but the last two shells, which leave lanes empty. NaNs
+// have their signs, too.
+void ExpectMatricesOfSingleRoutine(int bits, const std::vector<Lane>& all) {
+  std::vector<Shell4Element> shells;
+  for (const Lane& lane : all) shells.insert(shells.end(), lane.shells.begin(), lane.shells.end());
+  const std::size_t count = shells.size() - 2;
+  std::vector<Numbers> matrices(count, Numbers(24 * 24, NaN));
+  std::vector<double*> places;
+  for (Numbers& matrix : matrices) places.push_back(matrix.data());
+  FormShell4Stiffnesses(bits, shells.data(), count, places.data());
+  for (std::size_t e = 0; e < count; ++e) {
+    Numbers expected(24 * 24);
+    Shell4Stiffness(shells[e], expected.data());
+    EXPECT_TRUE(test::SameBits(matrices[e], expected)) << bits << " bits, shell " << e;
+  }
+}
+
 // Compares `repeats` groups of lanes made by `make` for every vector length.
 template <typename Make>
 void CompareWidths(int repeats, const Make& make) {
@@ -222,6 +240,7 @@ void CompareWidths(int repeats, const Make& make) {
       std::vector<Lane> lanes;
       while (lanes.size() < static_cast<std::size_t>(routines.lanes)) lanes.push_back(make());
       ExpectBitsOfSingleRoutines(routines, lanes);
+      ExpectMatricesOfSingleRoutine(bits, lanes);
     }
   }
 }
@@ -303,6 +322,8 @@ TEST(ShellLanes, SpoiltLanes) {
 TEST(ShellLanes, NoLanesWithoutVectors) {
   EXPECT_EQ(FindShellRoutines(0).lanes, 1);
   EXPECT_EQ(FindShellRoutines(0).add, nullptr);
+  std::mt19937 random(6);
+  ExpectMatricesOfSingleRoutine(0, {MakeLane(Square, random)});
 }
 
 }  // namespace

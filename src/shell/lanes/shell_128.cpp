@@ -8,6 +8,10 @@ void AddShells128(const ShellLanes& shells, const std::int64_t* diagonalAddress,
   AddShells<LaneNumber<2>>(shells, diagonalAddress, values);
 }
 
+void FormShells128(const double* numbers, double* const* matrices, double* sums) {
+  FormShells<LaneNumber<2>>(numbers, matrices, sums);
+}
+
 void RecoverShells128(const ShellLanes& shells, const double* displacements, double* stresses) {
   RecoverShells<LaneNumber<2>>(shells, displacements, stresses);
 }

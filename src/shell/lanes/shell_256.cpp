@@ -8,6 +8,10 @@ void AddShells256(const ShellLanes& shells, const std::int64_t* diagonalAddress,
   AddShells<LaneNumber<4>>(shells, diagonalAddress, values);
 }
 
+void FormShells256(const double* numbers, double* const* matrices, double* sums) {
+  FormShells<LaneNumber<4>>(numbers, matrices, sums);
+}
+
 void RecoverShells256(const ShellLanes& shells, const double* displacements, double* stresses) {
   RecoverShells<LaneNumber<4>>(shells, displacements, stresses);
 }

@@ -8,6 +8,10 @@ void AddShells512(const ShellLanes& shells, const std::int64_t* diagonalAddress,
   AddShells<LaneNumber<8>>(shells, diagonalAddress, values);
 }
 
+void FormShells512(const double* numbers, double* const* matrices, double* sums) {
+  FormShells<LaneNumber<8>>(numbers, matrices, sums);
+}
+
 void RecoverShells512(const ShellLanes& shells, const double* displacements, double* stresses) {
   RecoverShells<LaneNumber<8>>(shells, displacements, stresses);
 }

@@ -131,6 +131,60 @@ void AddShells(const ShellLanes& shells, const std::int64_t* diagonalAddress, do
   }
 }
 
+// Forms the rows of the triple RowTriple of node a.
+template <int RowTriple, typename Number>
+void FormRows(const ShellParts<Number>& parts, const FrameOf<Number>& R, std::int32_t a,
+              Number (&rows)[3][24]) {
+  Number block[3][3];
+  const auto copy = [&](std::int32_t column) {
+    for (int i = 0; i < 3; ++i) {
+      for (int j = 0; j < 3; ++j) rows[i][column + j] = block[i][j];
+    }
+  };
+  for (std::int32_t b = 0; b < 4; ++b) {
+    FormBlock<RowTriple, 0>(parts, R, a, b, block);
+    copy(6 * b);
+    FormBlock<RowTriple, 1>(parts, R, a, b, block);
+    copy(6 * b + 3);
+  }
+}
+
+// Copies rows `first` to first + 2 to the lanes' matrices, and adds them to the sums.
+template <typename Number>
+void StoreRows(const Number (&rows)[3][24], std::int32_t first, double* const* matrices,
+               Number& sum) {
+  for (int i = 0; i < 3; ++i) {
+    double numbers[24 * Number::Lanes];
+    for (int j = 0; j < 24; ++j) {
+      sum += rows[i][j];
+      StoreLanes(numbers + j * Number::Lanes, rows[i][j]);
+    }
+    for (int lane = 0; lane < Number::Lanes; ++lane) {
+      double* const row = matrices[lane] + (first + i) * 24;
+      for (int j = 0; j < 24; ++j) row[j] = numbers[j * Number::Lanes + lane];
+    }
+  }
+}
+
+template <typename Number>
+void FormShells(const double* numbers, double* const* matrices, double* sums) {
+  ShellGeometry<Number> geometry;
+  ShellParts<Number> parts;
+  LoadGeometry(numbers, geometry);
+  SetUpPart<4>(geometry, parts.membrane);
+  parts.membrane.Stiffness();
+  SetUpPart<4>(geometry, parts.plate);
+  parts.plate.Stiffness();
+  Number sum = 0.0, rows[3][24];
+  for (std::int32_t a = 0; a < 4; ++a) {
+    FormRows<0>(parts, geometry.Frame, a, rows);
+    StoreRows(rows, 6 * a, matrices, sum);
+    FormRows<1>(parts, geometry.Frame, a, rows);
+    StoreRows(rows, 6 * a + 3, matrices, sum);
+  }
+  StoreLanes(sums, sum);
+}
+
 // Computes the stresses of the shells at one place. terms: scratch.
 template <typename Number>
 void RecoverPlace(const ShellGeometry<Number>& geometry, const std::int32_t* nodes,

@@ -2,6 +2,6 @@
 
 namespace korvex {
 
-ShellRoutines FindShellRoutines(int /*vectorBits*/) { return {1, nullptr, nullptr}; }
+ShellRoutines FindShellRoutines(int /*vectorBits*/) { return {1, nullptr, nullptr, nullptr}; }
 
 }  // namespace korvex
