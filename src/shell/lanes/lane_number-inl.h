@@ -21,6 +21,7 @@ struct LaneNumber {
 
   Vector v;
 
+  // cppcheck-suppress uninitMemberVar; numbers that are written before they are read
   LaneNumber() = default;
   // NOLINTNEXTLINE(google-explicit-constructor): formulas have constants among their numbers.
   [[gnu::always_inline]] LaneNumber(double number) : v(number - Vector{}) {}

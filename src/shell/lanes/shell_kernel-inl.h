@@ -161,6 +161,7 @@ void StoreRows(const Number (&rows)[3][24], std::int32_t first, double* const* m
     }
     for (int lane = 0; lane < Number::Lanes; ++lane) {
       double* const row = matrices[lane] + (first + i) * 24;
+      // cppcheck-suppress uninitvar; StoreLanes writes them
       for (int j = 0; j < 24; ++j) row[j] = numbers[j * Number::Lanes + lane];
     }
   }
