@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 
+#include "base/release_vector.h"
 #include "platform/free_memory.h"
 #include "ranks/ranks.h"
 #include "report/check_memory.h"
@@ -345,9 +346,9 @@ void FactorMatrix(const UpperMatrix& A, const FactorSettings& settings, SparseFa
   if (Infog(id, 1) < 0) StopFailed(job);
   id.a = id.a_loc = nullptr;
   id.irn = id.jcn = id.irn_loc = id.jcn_loc = nullptr;
-  job.rows = {};
-  job.columns = {};
-  job.values = {};
+  korvex::ReleaseVector(job.rows);
+  korvex::ReleaseVector(job.columns);
+  korvex::ReleaseVector(job.values);
   factor.bytes = FromMillions(Infog(id, 19));
   factor.flops = id.rinfog[2];
   if (!settings.outOfCore.empty()) {

@@ -120,10 +120,11 @@ DetailMemory ShareMemory(const DetailSurvey& survey, std::size_t beams, std::uin
 // the run stops there, those behind it are never needed.
 BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t beams, int threads,
                       const DetailMemory& memory) {
-  // Rather all threads with single beams than one thread with beams side by side.
+  const auto lanes = static_cast<std::uint64_t>(CountBeamLanes(vectorBits));
+  // Rather all threads with single beams than one thread with beams side by side. A thread has a
+  // system alone beside those of its lanes (BeamGroups::threadBytes).
   const std::uint64_t share = memory.systems / static_cast<std::uint64_t>(std::max(threads, 1));
-  BeamGroups groups =
-      GroupBeams(survey.shapes, static_cast<std::size_t>(CountBeamLanes(vectorBits)), share);
+  BeamGroups groups = GroupBeams(survey.shapes, lanes, share / (lanes + 1) * lanes);
   const std::size_t known = survey.shapes.ofBeam.size();
   if (known < beams) groups.beams.push_back({known});
   return groups;
@@ -190,7 +191,9 @@ void SolveAlone(const std::vector<LaneBeam>& beams, BeamMemory& memory) {
   for (const LaneBeam& beam : beams) {
     BeamShellModel& detail = *beam.model;
     ReuseSystem(memory.system, detail);
-    if (!HasMemory(CountSystemBytes(detail), 1)) memory.lanes = {};
+    const std::uint64_t held = detail.Stiffness.Values.capacity() * sizeof(double);
+    const std::uint64_t bytes = CountSystemBytes(detail);
+    if (!HasMemory(bytes - std::min(bytes, held), 1)) memory.lanes = {};
     SolveBeamShell(beam.u1, beam.u2, detail);
     ReuseSystem(detail, memory.system);
   }

@@ -5,6 +5,7 @@
 #include <memory>
 #include <new>
 
+#include "base/release_vector.h"
 #include "beamshell/solve_beam_shell.h"
 #include "report/check_memory.h"
 #include "shell/lanes/load_shell.h"
@@ -62,7 +63,7 @@ bool PlaceArrays(BeamLanes& lanes, LaneModels& models) {
   const std::size_t size =
       values + n * L + numbers + stresses + multipliers + CacheLine / sizeof(double);
   if (lanes.memory.capacity() < size) {
-    lanes.memory = {};  // freed first: memory may not hold the old values and the new
+    ReleaseVector(lanes.memory);  // first: memory may not hold the old values and the new
     if (!HasMemory(size, sizeof(double))) return false;
     lanes.memory.reserve(size);
   }

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "base/release_vector.h"
 #include "beam/beam_frame.h"
 #include "beam/beam_stiffness.h"
 #include "report/check_memory.h"
@@ -50,6 +51,7 @@ void BuildBeamShellProfile(BeamShellModel& model) {
   // The memory handed over from the beam before may be large enough.
   const auto entries = static_cast<std::uint64_t>(model.Stiffness.SkylineSize);
   const bool hasRoom = entries <= model.Stiffness.Values.capacity();
+  if (!hasRoom) ReleaseVector(model.Stiffness.Values);
   AllocateOrStop("the stiffness matrix of " + equations, hasRoom ? 0 : entries, sizeof(double),
                  [&] { AllocateValues(model.Stiffness); });
   model.LoadVector.assign(static_cast<std::size_t>(model.NEQ), 0.0);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/release_vector.h"
 #include "platform/prefault_memory.h"
 
 namespace korvex {
@@ -31,7 +32,7 @@ void ComputeDiagonalAddresses(SkylineMatrix& K) {
 void AllocateValues(SkylineMatrix& K) {
   const auto size = static_cast<std::size_t>(K.SkylineSize);
   if (size > K.Values.capacity()) {
-    K.Values = {};  // freed first: memory may not hold the old values and the new
+    ReleaseVector(K.Values);  // first: memory may not hold the old values and the new
     K.Values.reserve(size);
     PrefaultMemory(K.Values.data(), size * sizeof(double));
     K.Values.resize(size);  // zero: the block is new

@@ -32,3 +32,11 @@ void* operator new(std::size_t size) {
 
 void operator delete(void* block) noexcept { std::free(block); }
 void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+// The linker sends the library's calls of calloc here (-Wl,--wrap=calloc).
+extern "C" {
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+  return IsRefused() ? nullptr : __real_calloc(count, size);
+}
+}

@@ -2,6 +2,7 @@
 // sentence and the status 1, never by a signal.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 #include <string>
@@ -74,6 +75,12 @@ TEST(FailingMemory, ThatRefusesOneRequestIsNamed) {
     }
   }
   EXPECT_GT(named.size(), 10U);
+  const auto names = [&](const std::string& what) {
+    return std::any_of(named.begin(), named.end(), [&](const std::string& text) {
+      return text.find(what) != std::string::npos;
+    });
+  };
+  EXPECT_TRUE(names("the global stiffness matrix"));
 }
 
 }  // namespace

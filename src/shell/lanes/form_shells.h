@@ -1,4 +1,7 @@
 // The stiffness matrices of several four-node shells, side by side in the lanes of vectors.
+//
+// Lanes without a shell of their own repeat the last one. A shell whose matrix has an infinity or a
+// NaN is formed once more alone, because a NaN of the lanes may have another sign.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,5 @@
-// Copies the numbers of a shell to a lane.
+// Copies the numbers of a shell to a lane: twelve coordinates, the nine entries of its frame, E, Mu
+// and TK, as the routines of shell_lanes.h read them.
 #pragma once
 
 #include <cstddef>

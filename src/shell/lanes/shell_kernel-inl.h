@@ -169,6 +169,7 @@ void StoreRows(const Number (&rows)[3][24], std::int32_t first, double* const* m
 
 template <typename Number>
 void FormShells(const double* numbers, double* const* matrices, double* sums) {
+  static_assert(Number::Lanes <= MaxShellLanes);
   ShellGeometry<Number> geometry;
   ShellParts<Number> parts;
   LoadGeometry(numbers, geometry);
