@@ -66,6 +66,23 @@ TEST(ShortMemory, EightThreadsSolveWhatOneSolves) {
   EXPECT_GE(refused, 2);
 }
 
+// A matrix of 8 MB in the place of one of 6.
+TEST(ShortMemory, SmallerValuesAreGivenBack) {
+  if (IsMemoryUnlimited) GTEST_SKIP() << "the sanitizer asks for addresses of its own";
+  SkylineMatrix K;
+  const auto allocate = [&](std::int32_t equations) {
+    InitColumnHeights(K, equations);
+    ComputeDiagonalAddresses(K);
+    AllocateValues(K);
+  };
+  InitColumnHeights(K, 1 << 20);  // its tables, 12 MB, are there before
+  ComputeDiagonalAddresses(K);
+  EXPECT_TRUE(SucceedsWithin(11 * Megabyte, [&] {
+    allocate(3 << 18);
+    allocate(1 << 20);
+  }));
+}
+
 // Room for the rows of a slice is enough for one thread, and for several where it is scarce.
 TEST(ShortMemory, WorkSpaceMakesDoWithWhatIsThere) {
   if (IsMemoryUnlimited) GTEST_SKIP() << "the sanitizer asks for addresses of its own";
