@@ -1,6 +1,7 @@
-// Nodes are numbered through all models. A spatial grid finds the nodes near a point, and with them
-// the corners of the shells there. Most nodes lie far from all other models: the boxes around these
-// tell, and a sweep through the own model, which stays in a cache, is enough.
+// Nodes are numbered through all models. A sweep through the own model, which stays in a cache,
+// finds its nodes near a point, and with them the corners of the shells there. A spatial grid finds
+// those of other models. Most nodes lie far from all of them: the boxes around the models tell, and
+// such nodes are not in the grid.
 //
 // A corner is excluded if its distance is greater than the tolerance. A distance that is NaN is not
 // greater, so it excludes nothing: a corner with a NaN coordinate, as in the model of a beam
@@ -40,17 +41,18 @@ struct CornerTable {
   std::vector<Vector3> points;  // [nodes] positions
   Numbers firstCorner;          // [nodes + 1] where a node's corners begin in `corners`
   Numbers corners;              // 4 * shell + k in its model, node after node, ascending per node
-  PointGrid grid;               // of `points`
-  Numbers nonFinite;            // nodes that are not in the grid, ascending
+  Numbers nonFinite;            // nodes without finite coordinates, ascending
   std::vector<NodeBox> boxes;   // [models]
   PointGrid ends;               // end points of the models: 2 * m and 2 * m + 1 for model m
+  Numbers meeting;              // finite nodes that may meet nodes of other models
+  PointGrid grid;               // of their positions: i stands for node meeting[i]
 };
 
 // A model and the models that share an end with it.
 struct Family {
   std::size_t own = 0;
   Numbers others;     // ascending
-  Numbers nonFinite;  // nodes of all these models that are not in the grid
+  Numbers nonFinite;  // nodes of all these models without finite coordinates
 };
 
 // Corner k of a shell of a model: position = 4 * shell + k.
@@ -114,19 +116,6 @@ void ReserveTable(const std::vector<BeamShellModel>& models, CornerTable& table)
   PrefaultMemory(table.corners.data(), corners * sizeof(std::size_t));
 }
 
-void BuildCornerTable(const std::vector<BeamShellModel>& models, CornerTable& table) {
-  ReserveTable(models, table);
-  std::vector<Vector3> ends;
-  table.firstNode = {0};
-  table.firstCorner = {0};
-  for (const BeamShellModel& model : models) {
-    ends.insert(ends.end(), {model.EndPoint1, model.EndPoint2});
-    AppendNodes(model, table);
-  }
-  BuildPointGrid(table.points, table.grid);
-  BuildPointGrid(ends, table.ends);
-}
-
 // Two ends coincide if their distance is less than the tolerance. (Corners coincide also at a
 // distance equal to the tolerance.)
 bool ShareEnd(const BeamShellModel& a, const BeamShellModel& b) {
@@ -173,29 +162,42 @@ void FindFamily(const std::vector<BeamShellModel>& models, const CornerTable& ta
 // Beyond so many other models, asking each for its box would take longer than the large grid.
 constexpr std::size_t MaxAsked = 32;
 
-// Whether a node of the family outside its own model may coincide with `point`, or one that is in
-// no grid.
+// Whether a node of the family outside its own model may coincide with `point`, or one without
+// finite coordinates.
 bool MayMeetOthers(const CornerTable& table, const Family& family, const Vector3& point) {
-  return !IsFinite(point) || !family.nonFinite.empty() || family.others.size() > MaxAsked ||
+  return !family.nonFinite.empty() || family.others.size() > MaxAsked ||
          std::any_of(family.others.begin(), family.others.end(),
                      [&](std::size_t m) { return IsInside(point, table.boxes[m]); });
 }
 
-// found: a superset of the family's nodes that coincide with `point`; a number may occur more than
-// once.
-void FindCandidates(const CornerTable& table, const Family& family, const Vector3& point,
-                    Numbers& found) {
-  found.clear();
-  if (IsFinite(point)) {
-    FindNear(table.grid, point, found);
-    found.insert(found.end(), family.nonFinite.begin(), family.nonFinite.end());
-    return;
+// Where a node meets one of another model, that one meets a node of the first one's model: both are
+// in the grid.
+void BuildMeetingGrid(const std::vector<BeamShellModel>& models, CornerTable& table) {
+  Family family;
+  std::vector<Vector3> points;
+  for (std::size_t own = 0; own < models.size(); ++own) {
+    FindFamily(models, table, own, family);
+    for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
+      const Vector3& point = table.points[node];
+      if (!IsFinite(point) || !MayMeetOthers(table, family, point)) continue;
+      table.meeting.push_back(node);
+      points.push_back(point);
+    }
   }
-  const auto addAll = [&](std::size_t m) {
-    for (std::size_t i = table.firstNode[m]; i < table.firstNode[m + 1]; ++i) found.push_back(i);
-  };
-  addAll(family.own);
-  for (const std::size_t m : family.others) addAll(m);
+  BuildPointGrid(points, table.grid);
+}
+
+void BuildCornerTable(const std::vector<BeamShellModel>& models, CornerTable& table) {
+  ReserveTable(models, table);
+  std::vector<Vector3> ends;
+  table.firstNode = {0};
+  table.firstCorner = {0};
+  for (const BeamShellModel& model : models) {
+    ends.insert(ends.end(), {model.EndPoint1, model.EndPoint2});
+    AppendNodes(model, table);
+  }
+  BuildPointGrid(ends, table.ends);
+  BuildMeetingGrid(models, table);
 }
 
 // The finite nodes of a model along the axis on which they reach farthest.
@@ -221,11 +223,10 @@ void SortNodes(const std::vector<Vector3>& points, const NodeBox& box, NodeSweep
             [](const auto& a, const auto& b) { return a.position < b.position; });
 }
 
-// As FindCandidates, where no other model has nodes near `point`.
-// sweep: of the own model.
-void FindOwnCandidates(const CornerTable& table, std::size_t own, const NodeSweep& sweep,
-                       const Vector3& point, Numbers& found) {
-  found.clear();
+// Appends the nodes of the own model near `point`, which is finite.
+// sweep: of this model.
+void FindOwnNear(const CornerTable& table, std::size_t own, const NodeSweep& sweep,
+                 const Vector3& point, Numbers& found) {
   const double position = point[sweep.axis];
   auto place =
       std::lower_bound(sweep.places.begin(), sweep.places.end(), position - Reach,
@@ -238,6 +239,28 @@ void FindOwnCandidates(const CornerTable& table, std::size_t own, const NodeSwee
                         std::fabs(other[2] - point[2]) <= Reach;
     if (isNear) found.push_back(node);
   }
+}
+
+// found: a superset of the family's nodes that coincide with `point`; a number may occur more than
+// once.
+// sweep: of the own model.
+void FindCandidates(const CornerTable& table, const Family& family, const NodeSweep& sweep,
+                    const Vector3& point, Numbers& found) {
+  found.clear();
+  const auto addAll = [&](std::size_t m) {
+    for (std::size_t i = table.firstNode[m]; i < table.firstNode[m + 1]; ++i) found.push_back(i);
+  };
+  if (!IsFinite(point)) {
+    addAll(family.own);
+    for (const std::size_t m : family.others) addAll(m);
+    return;
+  }
+  if (MayMeetOthers(table, family, point)) {
+    FindNear(table.grid, point, found);
+    for (std::size_t& i : found) i = table.meeting[i];
+    found.insert(found.end(), family.nonFinite.begin(), family.nonFinite.end());
+  }
+  FindOwnNear(table, family.own, sweep, point, found);
 }
 
 // The model that a node belongs to.
@@ -339,11 +362,7 @@ void AverageModel(const CornerTable& table, std::size_t own, NodeLists& lists,
     if (begin == end) continue;
     const Vector3& point = table.points[node];
     if (!hasAll || !IsEverywhere(point)) {
-      if (MayMeetOthers(table, lists.family, point)) {
-        FindCandidates(table, lists.family, point, lists.candidates);
-      } else {
-        FindOwnCandidates(table, own, lists.sweep, point, lists.candidates);
-      }
+      FindCandidates(table, lists.family, lists.sweep, point, lists.candidates);
       FindCoincident(table, lists.family, point, lists.candidates, lists.coincident);
       hasAll = IsEverywhere(point);
     }

@@ -139,10 +139,10 @@ int CountThreads(int threads, const BeamGroups& groups, const DetailMemory& memo
                               groups.threadBytes);
 }
 
-// Averages the corner stresses of all detail models. Memory of the averaging, per node: a position
-// and four indices; per corner: one index.
+// Averages the corner stresses of all detail models. Memory of the averaging, per node: two
+// positions and five indices, if all nodes may meet others; per corner: one index.
 void AverageDetailStresses(int threads, std::vector<BeamShellModel>& details) {
-  constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 4 * sizeof(std::size_t);
+  constexpr std::uint64_t BytesPerNode = 2 * sizeof(Vector3) + 5 * sizeof(std::size_t);
   std::uint64_t bytes = 0;
   for (const BeamShellModel& detail : details) {
     bytes +=
