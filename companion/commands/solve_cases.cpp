@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "audit/peak_offers.h"
+#include "base/release_vector.h"
 #include "cases/case_envelopes.h"
 #include "cases/folder_name.h"
 #include "cases/load_tables.h"
@@ -74,7 +75,7 @@ void AssembleLoads(CaseSet& set, std::vector<std::vector<double>>& loads) {
     SwapLoads(set.model.Tables, each.loads);
     loads.push_back(std::move(set.model.LoadVector));
   }
-  set.model.Displacements = {};
+  korvex::ReleaseVector(set.model.Displacements);
 }
 
 // The loads of all cases, and how they are solved.

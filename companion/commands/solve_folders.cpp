@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "audit/solved_model.h"
+#include "base/release_vector.h"
 #include "commands/audit_report.h"
 #include "commands/folder_run.h"
 #include "commands/load_model.h"
@@ -209,7 +210,7 @@ void Finish(const RunCommand& command, const EngineSettings& settings, FolderRun
     Audit(command, run, solved);
   };
   if (!Try({&run}, write) || !Try({&run}, audit)) EndUnfinished(run.unfinished);
-  run.text = {};
+  korvex::ReleaseVector(run.text);
 }
 
 // The model and the plan, with its order of the nodes, are freed before results are made.

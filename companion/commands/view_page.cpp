@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/release_vector.h"
 #include "commands/origin_words.h"
 #include "commands/progress.h"
 #include "finding/text_layout.h"
@@ -27,7 +28,7 @@ namespace {
 // The block goes into the page; its columns stay in the header.
 void AddBlock(PageBlock& block, PageDraft& draft) {
   draft.scripts.push_back({block.id, EncodeBlock(block)});
-  block.bytes = {};
+  korvex::ReleaseVector(block.bytes);
   draft.header.blocks.push_back(std::move(block));
 }
 

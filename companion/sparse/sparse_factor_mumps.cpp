@@ -329,7 +329,7 @@ void AnalyseMatrix(const UpperMatrix& A, const std::vector<std::int32_t>& places
   id.n = factor.n;
   id.perm_in = job->order.data();
   CallOrStop(Analyse, *job);
-  job->order = {};
+  korvex::ReleaseVector(job->order);
   if (Infog(id, 7) != 1) {
     throw korvex::Stop{korvex::StopKind::Notice, "MUMPS did not take the order of the equations."};
   }

@@ -1,5 +1,5 @@
-// Gives the memory of a vector back. Neither clear() nor an assignment of {} does: they keep it for
-// later items.
+// Gives the memory of a vector or a string back. Neither clear() nor an assignment of {} does: they
+// keep it for later items.
 #pragma once
 
 namespace korvex {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <memory>
 #include <new>
+#include <string>
 
 #include "base/release_vector.h"
 #include "beamshell/solve_beam_shell.h"
@@ -194,7 +195,7 @@ void FactorLanes(LaneModels& models) {
 void KeepDisplacements(std::size_t lane, const LaneModels& models) {
   const auto n = static_cast<std::size_t>(models.arrays.n);
   std::vector<double>& u = models.beams[lane].model->Displacements;
-  AllocateItems("the displacements of a detail model", n, u);
+  AllocateItems("the " + std::to_string(n) + " equations of a detail model", n, u);
   for (std::size_t i = 0; i < n; ++i) u[i] = models.arrays.loads[i * models.lanes + lane];
 }
 
