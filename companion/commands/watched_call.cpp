@@ -36,12 +36,21 @@ struct Watch {
   std::_Exit(ExitInterrupted);
 }
 
-void LookOut(Watch& watch, const std::function<void()>& cleanUp,
-             const std::function<void()>& tell) {
+// What is done after an interrupt, and how long the call may still come back before.
+struct Ending {
+  const std::function<void()>& cleanUp;
+  const std::function<void()>& tell;
+  std::chrono::milliseconds patience;
+};
+
+void LookOut(Watch& watch, const Ending& ending) {
   constexpr std::chrono::milliseconds Interval(20);
   std::unique_lock<std::mutex> lock(watch.mutex);
-  while (!watch.over.wait_for(lock, Interval, [&] { return watch.isOver; })) {
-    if (IsInterrupted()) EndProgram(cleanUp, tell);
+  const auto isOver = [&] { return watch.isOver; };
+  while (!watch.over.wait_for(lock, Interval, isOver)) {
+    if (!IsInterrupted()) continue;
+    if (watch.over.wait_for(lock, ending.patience, isOver)) return;
+    EndProgram(ending.cleanUp, ending.tell);
   }
 }
 
@@ -60,13 +69,12 @@ struct Lookout {
   }
 };
 
-// Makes the call while a second thread looks out for interrupts. tell: is called where one came.
-void CallBesideWatch(const std::function<void()>& call, const std::function<void()>& cleanUp,
-                     const std::function<void()>& tell) {
+// Makes the call while a second thread looks out for interrupts.
+void CallBesideWatch(const std::function<void()>& call, const Ending& ending) {
   Watch watch;
   Lookout lookout{watch, {}};
   try {
-    CallHeld([&] { lookout.thread = std::thread([&] { LookOut(watch, cleanUp, tell); }); });
+    CallHeld([&] { lookout.thread = std::thread([&] { LookOut(watch, ending); }); });
   } catch (const std::system_error&) {
     // Without a thread the interrupt waits for the end of the call.
   }
@@ -77,15 +85,20 @@ void CallBesideWatch(const std::function<void()>& call, const std::function<void
 
 void RunWatched(Progress& progress, const std::function<void()>& call,
                 const std::function<void()>& cleanUp) {
-  CallBesideWatch(call, cleanUp, [&] {
+  const std::function<void()> tell = [&] {
     EndProgress(progress);
     Complain("kvx", "interrupted.");
     std::cout.flush();
-  });
+  };
+  CallBesideWatch(call, {cleanUp, tell, std::chrono::milliseconds(0)});
 }
 
 void RunWatchedInSilence(const std::function<void()>& call, const std::function<void()>& cleanUp) {
-  CallBesideWatch(call, cleanUp, [] {});
+  // mpirun interrupts all ranks at once, and kills them a second later. A rank that ended at once
+  // could leave the first one waiting for it, where no second thread looks out, until it is killed
+  // with its files.
+  constexpr std::chrono::milliseconds Patience(300);
+  CallBesideWatch(call, {cleanUp, [] {}, Patience});
 }
 
 EngineSettings WatchCalls(const EngineSettings& settings, Progress& progress,
