@@ -2,28 +2,21 @@
 #include "platform/usable_cores.h"
 
 #include <gtest/gtest.h>
-#include <sched.h>
 
 #include <limits>
 
 #include "platform/container_limit.h"
+#include "support/one_core_posix.h"
 
 namespace korvex::test {
 namespace {
 
 TEST(UsableCores, AreThoseThatTheProcessIsBoundTo) {
-  cpu_set_t all;
-  ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+  const int usable = CountUsableCores();
+  const OneCore one;
   const double quota = ReadContainerCores("/proc/self/cgroup", "/sys/fs/cgroup");
-  EXPECT_EQ(CountUsableCores(), CountCoresWithin(CPU_COUNT(&all), quota));
-  int core = 0;
-  while (!CPU_ISSET(core, &all)) ++core;
-  cpu_set_t one;
-  CPU_ZERO(&one);
-  CPU_SET(core, &one);
-  ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+  EXPECT_EQ(usable, CountCoresWithin(CPU_COUNT(&one.before), quota));
   EXPECT_EQ(CountUsableCores(), 1);
-  sched_setaffinity(0, sizeof all, &all);
 }
 
 TEST(UsableCores, AreNoMoreThanTheQuotaOfAContainer) {
