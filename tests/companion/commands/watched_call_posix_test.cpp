@@ -6,8 +6,11 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <stdexcept>
+#include <thread>
 
 #include "commands/plate_runs_posix.h"
 #include "commands/terminal.h"
@@ -75,6 +78,34 @@ TEST(WatchedCall, EndsTheProgramAfterAnEarlierInterrupt) {
           for (;;) pause();
         },
         [] { WriteFile("removed", ""); });
+  });
+  EXPECT_EQ(status, 130);
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() / "removed"));
+}
+
+// The first rank, which is interrupted at the same time, may end before.
+TEST(WatchedCall, GivesOtherRanksTimeBeforeTheyEnd) {
+  // Three looks of the second thread, and a fifth of the time that it waits after one.
+  constexpr std::chrono::milliseconds Moment(60);
+  const TempFolder folder;
+  const int status = RunInChild(folder.Path(), [&] {
+    CatchInterrupts();
+    RunWatchedInSilence(
+        [&] {
+          kill(getpid(), SIGTERM);
+          std::this_thread::sleep_for(Moment);
+        },
+        [] { WriteFile("removed", ""); });
+  });
+  EXPECT_EQ(status, 0);
+  EXPECT_FALSE(std::filesystem::exists(folder.Path() / "removed"));
+}
+
+TEST(WatchedCall, EndsOtherRanksWhereTheCallDoesNotLook) {
+  const TempFolder folder;
+  const int status = RunInChild(folder.Path(), [&] {
+    CatchInterrupts();
+    RunWatchedInSilence([] { SendSelf(SIGTERM); }, [] { WriteFile("removed", ""); });
   });
   EXPECT_EQ(status, 130);
   EXPECT_TRUE(std::filesystem::exists(folder.Path() / "removed"));
