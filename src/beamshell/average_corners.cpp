@@ -174,16 +174,16 @@ bool MayMeetOthers(const CornerTable& table, const Family& family, const Vector3
 // in the grid.
 void BuildMeetingGrid(const std::vector<BeamShellModel>& models, CornerTable& table) {
   Family family;
-  std::vector<Vector3> points;
   for (std::size_t own = 0; own < models.size(); ++own) {
     FindFamily(models, table, own, family);
     for (std::size_t node = table.firstNode[own]; node < table.firstNode[own + 1]; ++node) {
       const Vector3& point = table.points[node];
-      if (!IsFinite(point) || !MayMeetOthers(table, family, point)) continue;
-      table.meeting.push_back(node);
-      points.push_back(point);
+      if (IsFinite(point) && MayMeetOthers(table, family, point)) table.meeting.push_back(node);
     }
   }
+  std::vector<Vector3> points;
+  points.reserve(table.meeting.size());
+  for (const std::size_t node : table.meeting) points.push_back(table.points[node]);
   BuildPointGrid(points, table.grid);
 }
 
@@ -387,6 +387,15 @@ void AverageBeamShellStresses(std::vector<BeamShellModel>& models, int threads) 
                  AverageModel(table, static_cast<std::size_t>(own), lists, models);
                }
              });
+}
+
+// A node: its position and, where it may meet other models, the copy in the grid; where its corners
+// begin; its number in `meeting`, whose memory doubles as it grows; its place in the grid, whose
+// buckets are up to twice as many.
+std::uint64_t CountAveragingBytes(std::uint64_t nodes, std::uint64_t shells) {
+  constexpr std::uint64_t BytesPerNode = 2 * sizeof(Vector3) + 6 * sizeof(std::size_t);
+  constexpr std::uint64_t BytesPerShell = 4 * sizeof(std::size_t);
+  return nodes * BytesPerNode + shells * BytesPerShell;
 }
 
 }  // namespace korvex

@@ -6,6 +6,7 @@
 // Corners of beams that cross or overlap without a common end point are not averaged together.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "model/beam_shell_model.h"
@@ -16,5 +17,8 @@ namespace korvex {
 // A sum runs over the own model, then over the others in table order, shell by shell, corner by
 // corner. threads: each averages some of the models.
 void AverageBeamShellStresses(std::vector<BeamShellModel>& models, int threads = 1);
+
+// The most bytes that this takes for models with so many nodes and shells in all.
+std::uint64_t CountAveragingBytes(std::uint64_t nodes, std::uint64_t shells);
 
 }  // namespace korvex

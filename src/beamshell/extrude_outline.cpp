@@ -12,6 +12,7 @@
 #include "base/number_text.h"
 #include "beam/beam_frame.h"
 #include "beam/section_properties.h"
+#include "beamshell/average_corners.h"
 #include "platform/prefault_memory.h"
 #include "report/check_memory.h"
 #include "report/stop.h"
@@ -27,11 +28,9 @@ constexpr Material LinkMaterial{1e20, 0.3, 0.0};
 constexpr CBeamSection LinkSection{5.0, 1.0};
 
 // Memory that stays in use after the solution. Per node: position and displacements. Per shell: the
-// record, its nodes, and its four corners in the averaging, with a position and four indices each.
+// record and its nodes.
 constexpr std::uint64_t BytesPerNode = sizeof(Vector3) + 6 * sizeof(double);
-constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t) +
-                                        4 * (sizeof(Vector3) + 4 * sizeof(std::size_t));
-
+constexpr std::uint64_t BytesPerShell = sizeof(Shell4Element) + 4 * sizeof(std::int32_t);
 constexpr std::uint64_t BytesPerLink = sizeof(BeamElement) + 2 * sizeof(std::int32_t);
 
 // Tables of the equation system, per equation: those of the profile, and those of the search for
@@ -159,8 +158,9 @@ std::int32_t CountSteps(const SectionOutline& outline, std::int32_t beam,
 std::uint64_t CountDetailBytes(const SectionOutline& outline, std::int32_t beam,
                                const BeamShellModel& model) {
   const auto n = static_cast<std::uint64_t>(CountSteps(outline, beam, model));
-  return (outline.points.size() * (n + 1) + 2) * BytesPerNode +
-         outline.segments.size() * n * BytesPerShell;
+  const std::uint64_t nodes = outline.points.size() * (n + 1) + 2;
+  const std::uint64_t shells = outline.segments.size() * n;
+  return nodes * BytesPerNode + shells * BytesPerShell + CountAveragingBytes(nodes, shells);
 }
 
 std::uint64_t CountSystemBytes(const SectionOutline& outline, std::int32_t beam,

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "base/release_vector.h"
 #include "beamshell/average_corners.h"
 #include "beamshell/extrude_outline.h"
 #include "beamshell/group_beams.h"
@@ -116,8 +117,8 @@ DetailMemory ShareMemory(const DetailSurvey& survey, std::size_t beams, std::uin
   return memory;
 }
 
-// The groups of all beams. A beam without a section table is a group after those before it; where
-// the run stops there, those behind it are never needed.
+// The groups of all beams. The run stops at the first beam without a section table: it is the last
+// group.
 BeamGroups FormGroups(const DetailSurvey& survey, int vectorBits, std::size_t beams, int threads,
                       const DetailMemory& memory) {
   const auto lanes = static_cast<std::uint64_t>(CountBeamLanes(vectorBits));
@@ -139,16 +140,13 @@ int CountThreads(int threads, const BeamGroups& groups, const DetailMemory& memo
                               groups.threadBytes);
 }
 
-// Averages the corner stresses of all detail models. Memory of the averaging, per node: two
-// positions and five indices, if all nodes may meet others; per corner: one index.
 void AverageDetailStresses(int threads, std::vector<BeamShellModel>& details) {
-  constexpr std::uint64_t BytesPerNode = 2 * sizeof(Vector3) + 5 * sizeof(std::size_t);
-  std::uint64_t bytes = 0;
+  std::uint64_t nodes = 0, shells = 0;
   for (const BeamShellModel& detail : details) {
-    bytes +=
-        detail.NodeCoords.size() * BytesPerNode + detail.ShellNodes.size() * sizeof(std::size_t);
+    nodes += detail.NodeCoords.size();
+    shells += detail.Shells.size();
   }
-  AllocateOrStop("the averages of the detail models", bytes, 1,
+  AllocateOrStop("the averages of the detail models", CountAveragingBytes(nodes, shells), 1,
                  [&] { AverageBeamShellStresses(details, threads); });
 }
 
@@ -193,7 +191,7 @@ void SolveAlone(const std::vector<LaneBeam>& beams, BeamMemory& memory) {
     ReuseSystem(memory.system, detail);
     const std::uint64_t held = detail.Stiffness.Values.capacity() * sizeof(double);
     const std::uint64_t bytes = CountSystemBytes(detail);
-    if (!HasMemory(bytes - std::min(bytes, held), 1)) memory.lanes = {};
+    if (!HasMemory(bytes - std::min(bytes, held), 1)) ReleaseVector(memory.lanes.values);
     SolveBeamShell(beam.u1, beam.u2, detail);
     ReuseSystem(detail, memory.system);
   }

@@ -52,17 +52,18 @@ void BuildPointGrid(const std::vector<Vector3>& points, PointGrid& grid) {
   const auto bucketOf = [buckets](const Vector3& p) {
     return BucketOf({CellOf(p[0]), CellOf(p[1]), CellOf(p[2])}, buckets);
   };
-  grid.first.assign(buckets + 1, 0);
+  // Place b + 1 is where bucket b begins until its points are put in, and then where it ends, which
+  // is where the next one begins.
+  grid.first.assign(buckets + 2, 0);
   for (const Vector3& p : points) {
-    if (IsFinite(p)) ++grid.first[bucketOf(p) + 1];
+    if (IsFinite(p)) ++grid.first[bucketOf(p) + 2];
   }
-  for (std::size_t b = 0; b < buckets; ++b) grid.first[b + 1] += grid.first[b];
-
-  grid.points.resize(grid.first[buckets]);
-  std::vector<std::size_t> next(grid.first.begin(), grid.first.end() - 1);
+  for (std::size_t b = 1; b <= buckets; ++b) grid.first[b + 1] += grid.first[b];
+  grid.points.resize(grid.first.back());
   for (std::size_t i = 0; i < points.size(); ++i) {
-    if (IsFinite(points[i])) grid.points[next[bucketOf(points[i])]++] = i;
+    if (IsFinite(points[i])) grid.points[grid.first[bucketOf(points[i]) + 1]++] = i;
   }
+  grid.first.pop_back();
 }
 
 void FindNear(const PointGrid& grid, const Vector3& point, std::vector<std::size_t>& found) {

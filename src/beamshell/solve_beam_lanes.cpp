@@ -37,21 +37,21 @@ struct LaneModels {
 };
 
 // Fills the profile of the models, and finds the last column that reaches each row.
-void BuildProfile(const BeamShellModel& model, BeamLanes& lanes) {
-  BuildBeamShellColumns(model, lanes.profile);
-  std::int64_t known = CountColumns(lanes.profile);  // rows from this one on
-  lanes.reach.resize(static_cast<std::size_t>(known));
+void BuildProfile(const BeamShellModel& model, BeamLanes& memory) {
+  BuildBeamShellColumns(model, memory.profile);
+  std::int64_t known = CountColumns(memory.profile);  // rows from this one on
+  memory.reach.resize(static_cast<std::size_t>(known));
   for (std::int64_t j = known - 1; j >= 0; --j) {
-    for (const std::int64_t top = TopRow(lanes.profile, j); known > top; --known) {
-      lanes.reach[static_cast<std::size_t>(known - 1)] = j;
+    for (const std::int64_t top = TopRow(memory.profile, j); known > top; --known) {
+      memory.reach[static_cast<std::size_t>(known - 1)] = j;
     }
   }
 }
 
-// Sets the arrays of `models` in the memory of `lanes`. Their values are undefined, loads are zero.
+// Sets the arrays of `models` in `memory`. Their values are undefined, loads are zero.
 // Returns false where there is no room.
-bool PlaceArrays(BeamLanes& lanes, LaneModels& models) {
-  const SkylineMatrix& K = lanes.profile;
+bool PlaceArrays(BeamLanes& memory, LaneModels& models) {
+  const SkylineMatrix& K = memory.profile;
   const std::size_t L = models.lanes, n = K.ColumnHeights.size();
   models.entries = K.SkylineSize;
   const std::size_t values = static_cast<std::size_t>(K.SkylineSize) * L;
@@ -63,13 +63,13 @@ bool PlaceArrays(BeamLanes& lanes, LaneModels& models) {
       static_cast<std::size_t>(highest) * static_cast<std::size_t>(MaxGroupColumns) * L;
   const std::size_t size =
       values + n * L + numbers + stresses + multipliers + CacheLine / sizeof(double);
-  if (lanes.memory.capacity() < size) {
-    ReleaseVector(lanes.memory);  // first: memory may not hold the old values and the new
+  if (memory.values.capacity() < size) {
+    ReleaseVector(memory.values);  // first: memory may not hold the old values and the new
     if (!HasMemory(size, sizeof(double))) return false;
-    lanes.memory.reserve(size);
+    memory.values.reserve(size);
   }
-  lanes.memory.resize(size);
-  void* start = lanes.memory.data();
+  memory.values.resize(size);
+  void* start = memory.values.data();
   std::size_t space = size * sizeof(double);
   std::align(CacheLine, sizeof(double), start, space);
   models.arrays = {static_cast<std::int64_t>(n),
@@ -85,10 +85,10 @@ bool PlaceArrays(BeamLanes& lanes, LaneModels& models) {
 }
 
 // Returns false where the memory is too small.
-bool PrepareSystems(BeamLanes& lanes, LaneModels& models) {
+bool PrepareSystems(BeamLanes& memory, LaneModels& models) {
   try {
-    BuildProfile(*models.beams[0].model, lanes);
-    return PlaceArrays(lanes, models);
+    BuildProfile(*models.beams[0].model, memory);
+    return PlaceArrays(memory, models);
   } catch (const std::bad_alloc&) {
     return false;
   }
@@ -142,8 +142,8 @@ void AddLaneEnd(std::size_t lane, BeamEnd end, const LaneModels& models) {
   DriveEnd(*beam.model, end, end == BeamEnd::First ? beam.u1 : beam.u2, drive);
 }
 
-// Takes note of the lanes that have an infinity or a NaN among `count` values of all lanes.
-void FindNotFinite(const double* values, std::int64_t count, LaneModels& models) {
+// Marks the lanes that have an infinity or a NaN among `count` values of all lanes.
+void MarkNotFinite(const double* values, std::int64_t count, LaneModels& models) {
   const auto L = static_cast<std::int64_t>(models.lanes);
   if (std::isfinite(models.sum(values, count))) return;
   for (std::int64_t i = 0; i < count; ++i) {
@@ -186,7 +186,7 @@ void FactorLanes(LaneModels& models) {
     if (isLast) addEnd(BeamEnd::Second);
     if (isLast) end = models.arrays.n;
     const std::int64_t start = ColumnStart(begin, models);
-    FindNotFinite(models.arrays.values + start, ColumnStart(end, models) - start, models);
+    MarkNotFinite(models.arrays.values + start, ColumnStart(end, models) - start, models);
     models.systems.factor(models.arrays, begin, end);
     begin = end;
   }
@@ -216,7 +216,7 @@ void RecoverLanes(std::size_t beams, LaneModels& models) {
   const std::size_t size = static_cast<std::size_t>(ShellStresses) * models.lanes;
   for (std::size_t step = 0; step < StepsOf(*models.beams[0].model); ++step) {
     models.shells.recover(StepOf(step, models), models.arrays.loads, models.stresses);
-    FindNotFinite(models.stresses, static_cast<std::int64_t>(models.stepShells * size), models);
+    MarkNotFinite(models.stresses, static_cast<std::int64_t>(models.stepShells * size), models);
     for (std::size_t lane = 0; lane < beams; ++lane) {
       Shell4Element* const shells = &models.beams[lane].model->Shells[step * models.stepShells];
       for (std::size_t e = 0; e < models.stepShells; ++e) {
@@ -231,7 +231,7 @@ void RecoverLanes(std::size_t beams, LaneModels& models) {
 int CountBeamLanes(int vectorBits) { return FindShellRoutines(vectorBits).lanes; }
 
 std::vector<LaneBeam> SolveBeamLanes(int vectorBits, const std::vector<LaneBeam>& beams,
-                                     BeamLanes& lanes) {
+                                     BeamLanes& memory) {
   LaneModels models;
   models.shells = FindShellRoutines(vectorBits);
   models.systems = FindSystemRoutines(vectorBits);
@@ -241,10 +241,10 @@ std::vector<LaneBeam> SolveBeamLanes(int vectorBits, const std::vector<LaneBeam>
   models.beams.resize(models.lanes, beams[0]);
   models.isFinite.assign(models.lanes, 1);
   models.stepShells = beams[0].model->Shells.size() / StepsOf(*beams[0].model);
-  if (!PrepareSystems(lanes, models)) return beams;
+  if (!PrepareSystems(memory, models)) return beams;
   FactorLanes(models);
-  models.systems.substitute(models.arrays, lanes.reach.data());
-  FindNotFinite(models.arrays.loads, models.arrays.n * models.shells.lanes, models);
+  models.systems.substitute(models.arrays, memory.reach.data());
+  MarkNotFinite(models.arrays.loads, models.arrays.n * models.shells.lanes, models);
   for (std::size_t lane = 0; lane < beams.size(); ++lane) KeepDisplacements(lane, models);
   RecoverLanes(beams.size(), models);
 

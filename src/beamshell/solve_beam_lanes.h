@@ -26,7 +26,7 @@ struct LaneBeam {
 struct BeamLanes {
   SkylineMatrix profile;            // without values; that of each lane's system
   std::vector<std::int64_t> reach;  // [n] the last column that reaches a row
-  std::vector<double> memory;       // the values of all lanes
+  std::vector<double> values;       // of all lanes
 };
 
 // Returns how many models are solved side by side with vectors of so many bits, 1 for none.
@@ -40,6 +40,6 @@ int CountBeamLanes(int vectorBits);
 // memory is too small for their systems together, these are all beams.
 // Throws a Stop where the memory is too small for the displacements.
 std::vector<LaneBeam> SolveBeamLanes(int vectorBits, const std::vector<LaneBeam>& beams,
-                                     BeamLanes& lanes);
+                                     BeamLanes& memory);
 
 }  // namespace korvex
