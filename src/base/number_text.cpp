@@ -1,5 +1,5 @@
-// Numbers that six_digits.h rounds are written without a branch: their characters are bytes of one
-// 64-bit word, and what depends on the exponent stands in a table.
+// Numbers that six_digits.h rounds are written in a few whole words: their characters are bytes of
+// one of 64 bits, and what depends on the exponent stands in a table.
 #include "base/number_text.h"
 
 #include <algorithm>

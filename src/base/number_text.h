@@ -1,9 +1,9 @@
 // Numbers as text: six significant digits in general notation, the characters of "%.6g".
 //
 // Numbers from 1.5e-39 to 8.9e43 are converted with one product with a rounded power of ten,
-// wherever the error of that product cannot change a digit; see six_digits.h. All other numbers,
-// infinities and NaNs ("nan" or "-nan" by the sign bit) are converted by std::to_chars, which takes
-// about ten times as long.
+// wherever it decides all digits; see six_digits.h. Almost all other numbers, infinities and NaNs
+// ("nan" or "-nan" by the sign bit) are converted by std::to_chars, which takes about ten times as
+// long.
 #pragma once
 
 #include <array>

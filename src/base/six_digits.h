@@ -5,9 +5,9 @@
 // The power of ten and the product are each rounded to the nearest double, with relative errors of
 // at most 2^-53. As scaled is below 2^20, it is wrong by less than 2^20 (2^-53 + 2^-53 + 2^-106) <
 // 2^-31. Where it lies farther than that from a half, it is rounded as the exact product would be.
-// Almost all others are ties of numbers that people write, such as 10025.25; exact_arithmetic.h
-// decides them. The thought is that of Gay (1990), Correctly rounded binary-decimal and
-// decimal-binary conversions.
+// Almost all others are ties of numbers that people write, such as 10025.25: exact_arithmetic.h
+// decides them from 1e-17 to a million, where the power of ten is exact, the library elsewhere. The
+// thought is that of Gay (1990), Correctly rounded binary-decimal and decimal-binary conversions.
 //
 // All is inline: it is done for every number of a result file.
 #pragma once

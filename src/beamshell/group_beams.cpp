@@ -4,13 +4,6 @@
 
 namespace korvex {
 
-namespace {
-
-// Larger systems would gain little, because they do not stay in a cache, and take much memory.
-constexpr std::uint64_t MaxGroupBytes = std::uint64_t{256} << 20U;
-
-}  // namespace
-
 BeamShape DescribeShape(const SectionOutline& outline, std::int32_t steps) {
   BeamShape shape = {steps, static_cast<std::int32_t>(outline.points.size())};
   for (const OutlineSegment& segment : outline.segments) {

@@ -24,6 +24,9 @@ struct BeamShapes {
   std::vector<std::uint64_t> systemBytes;  // [shapes] of the equation system of one beam
 };
 
+// Larger systems would gain little, because they do not stay in a cache, and take much memory.
+inline constexpr std::uint64_t MaxGroupBytes = std::uint64_t{256} << 20U;
+
 // Adds the next beam. systemBytes: as from CountSystemBytes (extrude_outline.h).
 void AddBeam(const BeamShape& shape, std::uint64_t systemBytes, BeamShapes& shapes);
 
@@ -36,8 +39,9 @@ struct BeamGroups {
 };
 
 // Forms groups of at most `lanes` beams.
-// freeBytes: what the systems of a group may take; beams that take more are alone, as are those
-// that would leave more than half of the lanes empty.
+// freeBytes: what the systems of a group may take. Beams are alone where a group of their shape
+// would take more, or more than MaxGroupBytes, and where they would fill less than half of the
+// lanes.
 BeamGroups GroupBeams(const BeamShapes& shapes, std::size_t lanes, std::uint64_t freeBytes);
 
 }  // namespace korvex

@@ -193,7 +193,8 @@ void RecoverPlace(const ShellGeometry<Number>& geometry, const std::int32_t* nod
                   const double* displacements, ShellStressTerms<Number>& terms, double* stresses) {
   Number d[24];
   for (std::int32_t i = 0; i < 24; ++i) {
-    d[i] = LoadLanes<Number>(displacements + (nodes[i / 6] * 6 + i % 6) * Number::Lanes);
+    const std::int64_t equation = std::int64_t{nodes[i / 6]} * 6 + i % 6;
+    d[i] = LoadLanes<Number>(displacements + equation * Number::Lanes);
   }
   SetUpTerms(geometry, d, terms);
   for (std::int32_t k = 0; k < 4; ++k) {

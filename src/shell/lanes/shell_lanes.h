@@ -2,8 +2,8 @@
 //
 // For the sums of systems and the stresses, the shells stand at the same place of structures with
 // the same connectivity; matrices are formed of any shells. Each lane has the operations of the
-// single routines (shell_stiffness.h, results/corner_stress.h), whose formulas
-// are compiled once more for vectors, and so its bits, unless a NaN occurs.
+// single routines (shell_stiffness.h, results/corner_stress.h), whose formulas are compiled once
+// more for vectors, and so its bits, unless a NaN occurs.
 //
 // The routines of all vector lengths share this header with their caller. It holds plain data only:
 // a function shared by units compiled for different processors may be linked in the wrong version.

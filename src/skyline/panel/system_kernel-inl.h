@@ -12,8 +12,9 @@
 //                                +--------+  row `first`
 //                                  \ block|  the group's own rows
 //
-// Rows that only some columns of a group reach, and terms that only some entries of a tile have,
-// get their terms one by one from memory. Where the equations are the dofs of nodes there are none.
+// Some columns of a group may reach higher than others, and some entries of a tile may have terms
+// that others do not have: such terms are taken one by one from memory. Where the equations are the
+// dofs of nodes, there are none.
 #pragma once
 
 #include "skyline/panel/systems.h"

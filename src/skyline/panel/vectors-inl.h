@@ -1,4 +1,5 @@
-// Vectors of doubles of any length, for the panel routines (panel.h). A type Width describes them:
+// Vectors of doubles of any length, for the panel routines (panel.h), several systems (systems.h)
+// and shells side by side (shell/lanes/shell_lanes.h). A type Width describes them:
 //   Lanes          doubles of a vector
 //   Vector         the vector type
 //   Multiply       v * factor in all lanes
