@@ -16,14 +16,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The folder of the decks: beside the project, or beside a folder above this one.
-fs::path FindDecks() {
-  fs::path at = fs::path(__FILE__).parent_path();
-  for (; at.has_relative_path(); at = at.parent_path()) {
-    const fs::path decks = at / "shared" / "decks" / "nastran";
-    if (fs::is_directory(decks)) return decks;
-  }
-  return {};
+fs::path DecksFolder() {
+  return fs::path(KORVEX_SOURCE).parent_path() / "shared" / "decks" / "nastran";
 }
 
 std::string ReadText(const fs::path& path) {
@@ -34,8 +28,7 @@ std::string ReadText(const fs::path& path) {
 class NastranRealLoads : public testing::Test {
  protected:
   void SetUp() override {
-    decks = FindDecks();
-    if (decks.empty()) GTEST_SKIP() << "no decks beside the project";
+    if (!fs::is_directory(decks)) GTEST_SKIP() << "no decks beside the project";
   }
 
   ImportedDeck Import(const std::string& name) const {
@@ -49,7 +42,7 @@ class NastranRealLoads : public testing::Test {
     return deck;
   }
 
-  fs::path decks;
+  fs::path decks = DecksFolder();
 };
 
 // A square of 1 x 1 from the origin, normal along z. Of a pressure P1 to P4 at its corners round
